@@ -1,0 +1,79 @@
+#include "common/decoder.h"
+
+#include <cstring>
+
+namespace dcm {
+
+namespace {
+
+// kept: an unknown type leaves the field as it was.
+Result takeType(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
+{
+    return unlessOutOfMemory(keyword<&DcmTemperatureInfo::type, dcmTemperTypeStr2Val>.take(element, sensor, reporter));
+}
+
+// 16 bytes fill the field; what is longer is cut so that the field stays terminated.
+Result takeDescription(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
+{
+    const Text text = Text::content(element, reporter);
+    if (!text)
+        return Result::outOfMemory;
+    constexpr size_t size = sizeof sensor.description;
+    if (text.length() <= size) {
+        copyBytes(sensor.description, text, size);
+    } else {
+        copyBytes(sensor.description, text, size - 1);
+        sensor.description[size - 1] = '\0';
+    }
+    return Result::ok;
+}
+
+Result takeActionCapability(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
+{
+    return readBitList(element, 8, sensor.actionCapability, sizeof sensor.actionCapability, reporter);
+}
+
+// A faulty list is no failure: the sensor says that it has none.
+Result takeFanCtrlBits(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
+{
+    const Result list = readBitList(element, 16, sensor.fanCtrlBits, sizeof sensor.fanCtrlBits, reporter);
+    if (list == Result::failed) {
+        std::memset(sensor.fanCtrlBits, 0, sizeof sensor.fanCtrlBits);
+        sensor.fanCtrlBitsInvalid = 1;
+    }
+    return unlessOutOfMemory(list);
+}
+
+constexpr Child<DcmTemperatureInfo> kTemperature[] = {
+    {"highthreshold", number<&DcmTemperatureInfo::highThreshold>},
+    {"lowthreshold", number<&DcmTemperatureInfo::lowThreshold>},
+    {"actionhighthreshold", number<&DcmTemperatureInfo::actionHighThreshold>},
+    {"actionhighthresholdmax", number<&DcmTemperatureInfo::actionHighThresholdMax>},
+    {"actionhighthresholdmin", number<&DcmTemperatureInfo::actionHighThresholdMin>},
+    {"actionlowthreshold", number<&DcmTemperatureInfo::actionLowThreshold>},
+    {"actionlowthresholdmax", number<&DcmTemperatureInfo::actionLowThresholdMax>},
+    {"actionlowthresholdmin", number<&DcmTemperatureInfo::actionLowThresholdMin>},
+    {"workthreshold", number<&DcmTemperatureInfo::workThreshold>},
+    {"workreserved", number<&DcmTemperatureInfo::workReserved>},
+    {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
+    {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
+    {"description", takeDescription},
+    {"type", takeType},
+    {"actioncapability", takeActionCapability, DCM_SAYS("decode temperature action capability failed.")},
+    {"fanctrlbits", takeFanCtrlBits},
+};
+
+} // namespace
+
+} // namespace dcm
+
+int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count)
+{
+    const dcm::Reporter here{__func__};
+    const dcm::Text id = dcm::Text::attribute(node, "id", here);
+    if (!id)
+        return status(id.missing(here, DCM_SAYS("decode temperature-entity failed, no id prop.")));
+    DcmTemperatureInfo &sensor = sensors[(*count)++];
+    sensor.id = static_cast<uint8_t>(id.number());
+    return status(dcm::walk(dcm::kTemperature, node, sensor, here));
+}

@@ -1,0 +1,137 @@
+// The words for what cards and panel ports can do.
+#include "common/vocabulary.h"
+
+#include <dcm.h>
+
+namespace dcm {
+
+namespace {
+
+constexpr Word kCardSupportFuncs[] = {{"switch-console", 0}, {"switch-console-pon1", 1}, {"switch-console-pon2", 2}};
+
+constexpr Word kLayerProtoCaps[] = {
+    {"ge", 0},      {"oc48", 1},   {"stm16", 2},  {"10gelan", 3}, {"10gewan", 4},     {"oc912", 5}, {"stm64", 6},
+    {"otu2", 7},    {"otu2e", 8},  {"otu1e", 9},  {"odu2", 10},   {"odu2e", 11},      {"40ge", 12}, {"oc768", 13},
+    {"stm256", 14}, {"otu3", 15},  {"odu3", 16},  {"100ge", 17},  {"100gemlg", 18},   {"otu4", 19}, {"otuc2", 20},
+    {"oduc2", 21},  {"otuc4", 22}, {"oduc4", 23}, {"400ge", 25},  {"flexe100ge", 26},
+};
+
+constexpr Word kTransceiverCaps[] = {
+    {"1000basex", 1},
+    {"1000baset", 2},
+    {"10gbasex", 3},
+    {"10gbaset", 4},
+    {"40gbasex", 5},
+    {"40gbaset", 6},
+    {"100gbasex", 7},
+    {"100gbaset", 8},
+    {"1000basetx", 9},
+    {"100baset", 10},
+    {"25gbasex", 11},
+    {"25gbaset", 12},
+    {"100basex", 13},
+    {"2500basex", 14},
+    {"2500baset", 15},
+    {"5gbasex", 16},
+    {"5gbaset", 17},
+    // kept: these are read and kept, but have never been printed.
+    {"200gbasex", 18, Direction::reads},
+    {"200gbaset", 19, Direction::reads},
+    {"400gbasex", 20, Direction::reads},
+    {"400gbaset", 21, Direction::reads},
+};
+
+constexpr Word kOpticalChnCaps[] = {
+    {"otu4-scfec-deqpsk", 0}, {"foic1-ofec-deqpsk", 1}, {"foic1-ofec-qpsk", 2},   {"100zr-ofec-qpsk", 3},
+    {"foic2-cfec-qpsk", 4},   {"foic2-ofec-qpsk", 5},   {"200zr-ofec-qpsk", 6},   {"foic2-ofec-8qam", 7},
+    {"200zr-ofec-8qam", 8},   {"foic2-ofec-16qam", 9},  {"200zr-ofec-16qam", 10}, {"foic3-ofec-8qame", 11},
+    {"300zr-ofec-8qame", 12}, {"foic4-cfec-16qam", 13}, {"400zr-cfec-16qam", 14}, {"foic4-ofec-16qam", 15},
+    {"400zr-ofec-16qam", 16},
+};
+
+constexpr Word kPoeStandardCaps[] = {{"af", 1}, {"at", 2}, {"bt", 3}};
+
+constexpr Word kPoeInrushCaps[] = {
+    {"af", 0},  {"af-high", 1}, {"pre-at", 2},  {"at", 3},      {"pre-bt3", 4},
+    {"bt3", 5}, {"bt4", 6},     {"pre-bt4", 7}, {"at-altb", 8},
+};
+
+static_assert(isUnambiguous(kCardSupportFuncs) && isUnambiguous(kLayerProtoCaps) && isUnambiguous(kTransceiverCaps) &&
+              isUnambiguous(kOpticalChnCaps) && isUnambiguous(kPoeStandardCaps) && isUnambiguous(kPoeInrushCaps));
+
+} // namespace
+
+} // namespace dcm
+
+using dcm::printable;
+using dcm::printWord;
+using dcm::readWord;
+using dcm::status;
+
+int dcmCardSupportFuncStr2Val(const unsigned char *text, uint32_t *value)
+{
+    return readWord(dcm::kCardSupportFuncs, text, value)
+               ? 0
+               : status(DCM_REPORT(__func__, "invalid card support function(%s).", printable(text)));
+}
+
+int dcmPortLayerProtoCapStr2Val(const unsigned char *text, uint32_t *value)
+{
+    return readWord(dcm::kLayerProtoCaps, text, value)
+               ? 0
+               : status(DCM_REPORT(__func__, "invalid port layer proto cap(%s).", printable(text)));
+}
+
+const char *dcmPortLayerProtoCapVal2Str(uint32_t value)
+{
+    return printWord(dcm::kLayerProtoCaps, value);
+}
+
+int dcmPortTransceiverCapStr2Val(const unsigned char *text, uint32_t *value)
+{
+    // kept: the spelling of this text.
+    return readWord(dcm::kTransceiverCaps, text, value)
+               ? 0
+               : status(DCM_REPORT(__func__, "invalid port trancevier cap(%s).", printable(text)));
+}
+
+const char *dcmPortTransceiverCapVal2Str(uint32_t value)
+{
+    return printWord(dcm::kTransceiverCaps, value);
+}
+
+int dcmPortOpticalChnCapStr2Val(const unsigned char *text, uint32_t *value)
+{
+    return readWord(dcm::kOpticalChnCaps, text, value)
+               ? 0
+               : status(DCM_REPORT(__func__, "invalid port optical channel cap(%s).", printable(text)));
+}
+
+const char *dcmPortOpticalChnCapVal2Str(uint32_t value)
+{
+    return printWord(dcm::kOpticalChnCaps, value);
+}
+
+int dcmPortPoeStandardCapStr2Val(const unsigned char *text, uint32_t *value)
+{
+    return readWord(dcm::kPoeStandardCaps, text, value)
+               ? 0
+               : status(DCM_REPORT(__func__, "invalid port poe standard cap(%s).", printable(text)));
+}
+
+const char *dcmPortPoeStandardCapVal2Str(uint32_t value)
+{
+    return printWord(dcm::kPoeStandardCaps, value);
+}
+
+int dcmPortPoeInrushCapStr2Val(const unsigned char *text, uint32_t *value)
+{
+    return readWord(dcm::kPoeInrushCaps, text, value)
+               ? 0
+               : status(DCM_REPORT(__func__, "invalid port poe inrush cap(%s).", printable(text)));
+}
+
+const char *dcmPortPoeInrushCapVal2Str(uint32_t value)
+{
+    return printWord(dcm::kPoeInrushCaps, value);
+}

@@ -1,0 +1,144 @@
+#include "common/xml.h"
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <libxml/xmlerror.h>
+
+#include <cstring>
+
+namespace dcm {
+
+namespace {
+
+const xmlChar *xmlText(const char *text)
+{
+    return reinterpret_cast<const xmlChar *>(text);
+}
+
+Node elementFrom(Node node)
+{
+    while (node != nullptr && node->type != XML_ELEMENT_NODE)
+        node = node->next;
+    return node;
+}
+
+// The text of a node whose children are `first` and its siblings, when one of them is all there is; else nullptr.
+const xmlChar *soleText(const xmlNode *first)
+{
+    if (first == nullptr)
+        return xmlText("");
+    if (first->next != nullptr || (first->type != XML_TEXT_NODE && first->type != XML_CDATA_SECTION_NODE))
+        return nullptr;
+    return first->content != nullptr ? first->content : xmlText("");
+}
+
+// Where libxml2 runs out of memory it may hand out what it has so far; the thread's last error tells.
+bool ranOutOfMemory()
+{
+    const auto *error = xmlGetLastError();
+    return error != nullptr && error->code == XML_ERR_NO_MEMORY;
+}
+
+} // namespace
+
+bool isNamed(Node element, const char *name)
+{
+    return xmlStrcmp(element->name, xmlText(name)) == 0;
+}
+
+Children::Children(Node parent) : first_(elementFrom(parent->children)) {}
+
+Children::Iterator &Children::Iterator::operator++()
+{
+    node_ = elementFrom(node_->next);
+    return *this;
+}
+
+Text Text::attribute(Node element, const char *name, const Reporter &reporter)
+{
+    const xmlAttr *attribute = xmlHasProp(element, xmlText(name));
+    if (attribute == nullptr)
+        return Text(nullptr);
+    // A default from the document type is a declaration, not an attribute.
+    if (attribute->type == XML_ATTRIBUTE_NODE) {
+        if (const xmlChar *text = soleText(attribute->children))
+            return Text(text);
+    }
+    xmlResetLastError();
+    return owned(xmlGetProp(element, xmlText(name)), reporter);
+}
+
+Text Text::content(Node element, const Reporter &reporter)
+{
+    if (const xmlChar *text = soleText(element->children))
+        return Text(text);
+    xmlResetLastError();
+    return owned(xmlNodeGetContent(element), reporter);
+}
+
+Text Text::owned(unsigned char *copy, const Reporter &reporter)
+{
+    Text text(copy);
+    text.copy_ = copy;
+    if (copy == nullptr || ranOutOfMemory()) {
+        text.text_ = nullptr;
+        text.outOfMemory_ = true;
+        static_cast<void>(reporter.runsOutOfMemory());
+    }
+    return text;
+}
+
+Text::Text(Text &&other) noexcept : text_(other.text_), copy_(other.copy_), outOfMemory_(other.outOfMemory_)
+{
+    other.copy_ = nullptr;
+}
+
+Text::~Text()
+{
+    if (copy_ != nullptr)
+        xmlFree(copy_);
+}
+
+Result Text::missing(const Reporter &reporter, const Failure &failure) const
+{
+    static_cast<void>(reporter.says(failure));
+    return outOfMemory_ ? Result::outOfMemory : Result::failed;
+}
+
+Result readAttribute(Node element, const char *name, uint32_t &number, const Reporter &reporter)
+{
+    const Text text = Text::attribute(element, name, reporter);
+    number = text ? text.number() : 0;
+    return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
+}
+
+Document::~Document()
+{
+    if (document_ != nullptr)
+        xmlFreeDoc(document_);
+}
+
+Result Document::parse(const Reporter &reporter)
+{
+    xmlResetLastError();
+    document_ = xmlParseFile(reporter.file);
+    if (document_ == nullptr) {
+        const int error = errnoGet();
+        return DCM_REPORT(reporter.function, "xmlfile(%s) parse failed(err#%d, %s)", reporter.file, error,
+                          std::strerror(error));
+    }
+    // Without memory libxml2 may leave content out and still call the document well-formed.
+    if (ranOutOfMemory())
+        return reporter.runsOutOfMemory();
+    root_ = xmlDocGetRootElement(document_);
+    return root_ != nullptr ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) get root elem failed."));
+}
+
+Result Document::parseDevice(const Reporter &reporter)
+{
+    if (const Result parsed = parse(reporter); parsed != Result::ok)
+        return parsed;
+    return isNamed(root_, "device") ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not device."));
+}
+
+} // namespace dcm

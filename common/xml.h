@@ -1,0 +1,107 @@
+// What decoders see of a parsed document: elements, their names, and their texts.
+#ifndef DCM_COMMON_XML_H
+#define DCM_COMMON_XML_H
+
+#include "common/number.h"
+#include "common/report.h"
+
+#include <cstddef>
+#include <cstring>
+
+struct _xmlDoc;
+struct _xmlNode;
+
+namespace dcm {
+
+using Node = ::_xmlNode *;
+
+bool isNamed(Node element, const char *name);
+
+// The element children of a node, in document order: for (Node child : children(node)) ...
+// Texts, comments and processing instructions are none, whatever their names.
+class Children {
+public:
+    explicit Children(Node parent);
+
+    class Iterator {
+    public:
+        explicit Iterator(Node node) : node_(node) {}
+        Node operator*() const { return node_; }
+        Iterator &operator++();
+        bool operator!=(const Iterator &other) const { return node_ != other.node_; }
+
+    private:
+        Node node_;
+    };
+    Iterator begin() const { return Iterator(first_); }
+    static Iterator end() { return Iterator(nullptr); }
+
+private:
+    Node first_;
+};
+
+inline Children children(Node parent)
+{
+    return Children(parent);
+}
+
+// The value of an attribute or the content of an element: all text below it. Where one node of the document holds it
+// all, as nearly always, it is borrowed from there; otherwise libxml2 makes a copy, which is freed with the object.
+class Text {
+public:
+    // The attribute `name`; absent when the element has none.
+    static Text attribute(Node element, const char *name, const Reporter &reporter);
+    // The content of an element; never absent.
+    static Text content(Node element, const Reporter &reporter);
+
+    Text(Text &&other) noexcept;
+    ~Text();
+    Text(const Text &) = delete;
+    Text &operator=(const Text &) = delete;
+    Text &operator=(Text &&) = delete;
+
+    // False when there is nothing to read: the text is absent, or memory ran out, which has then been reported.
+    explicit operator bool() const { return text_ != nullptr; }
+    bool isOutOfMemory() const { return outOfMemory_; }
+    // What it comes to that there is nothing to read: `failure` is said of an absent text.
+    Result missing(const Reporter &reporter, const Failure &failure) const;
+
+    const unsigned char *word() const { return text_; } // nullptr when there is nothing to read
+    const char *c_str() const { return reinterpret_cast<const char *>(text_); }
+    size_t length() const { return std::strlen(c_str()); }
+    uint32_t number() const { return readNumber(c_str()); }
+
+private:
+    explicit Text(const unsigned char *borrowed) : text_(borrowed) {}
+    static Text owned(unsigned char *copy, const Reporter &reporter);
+
+    const unsigned char *text_;
+    unsigned char *copy_ = nullptr;
+    bool outOfMemory_ = false;
+};
+
+// The number in an attribute; 0 where there is none.
+Result readAttribute(Node element, const char *name, uint32_t &number, const Reporter &reporter);
+
+// A description file from its parsing to its release.
+class Document {
+public:
+    Document() = default;
+    ~Document();
+    Document(const Document &) = delete;
+    Document &operator=(const Document &) = delete;
+
+    // Parses the reporter's file.
+    Result parse(const Reporter &reporter);
+    // Parses the reporter's file, which must be a device description.
+    Result parseDevice(const Reporter &reporter);
+    Node root() const { return root_; }
+
+private:
+    ::_xmlDoc *document_ = nullptr;
+    Node root_ = nullptr;
+};
+
+} // namespace dcm
+
+#endif

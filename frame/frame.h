@@ -1,0 +1,22 @@
+// The decoders of a frame's units. Each takes one element and files what it describes in the whole record.
+#ifndef DCM_FRAME_FRAME_H
+#define DCM_FRAME_FRAME_H
+
+#include "common/decoder.h"
+
+namespace dcm {
+
+// One "fanmodule"; needs fanModuleNum.
+Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
+// One "fanctrl"; needs fanCtrlNum.
+Result _dcmDecodeFanCtrlEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
+// One "fanctrl-group"; needs fanCtrlNum.
+Result _dcmDecodeFanCtrlGroupEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
+// One "fan-ctrl" of the "fanctrl-map"; needs fanCtrlNum.
+Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporter &reporter);
+// One "power"; needs powerNum.
+Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
+
+} // namespace dcm
+
+#endif

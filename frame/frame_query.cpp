@@ -1,0 +1,250 @@
+#include "common/list_codecs.h"
+#include "common/paths.h"
+#include "frame/frame.h"
+
+#include <cstring>
+#include <iterator>
+
+namespace dcm {
+
+namespace {
+
+// ---- Which slots hold which kind of unit ----------------------------------------------------------------------------
+
+Result _dcmDecodeSlotmap(Node element, uint8_t *bits, uint32_t size)
+{
+    const Reporter here{__func__};
+    const Result list = readBitList(element, DCM_SLOT_MAX, bits, size, here);
+    return list == Result::failed ? here.says(DCM_SAYS("decode slotmap failed.")) : list;
+}
+
+template <auto Field> struct Slotmap {
+    template <class Record> static Result take(Node element, Record &record, const Reporter &)
+    {
+        return _dcmDecodeSlotmap(element, record.*Field, sizeof(record.*Field));
+    }
+};
+template <auto Field> constexpr Slotmap<Field> slotmap;
+
+// kept: "deocde", and a faulty "sfu" goes by the text of "lpu".
+constexpr Child<DcmSlotmapInfo> kSlotmap[] = {
+    {"mpu", slotmap<&DcmSlotmapInfo::mpu>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-mpu failed.")},
+    {"lpu", slotmap<&DcmSlotmapInfo::lpu>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
+    {"sfu", slotmap<&DcmSlotmapInfo::sfu>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
+    {"fan", slotmap<&DcmSlotmapInfo::fan>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-fan failed.")},
+    {"lcd", slotmap<&DcmSlotmapInfo::lcd>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-lcd failed.")},
+    {"power", slotmap<&DcmSlotmapInfo::power>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-power failed.")},
+};
+
+Result takeSlotmap(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    return walk(kSlotmap, element, frame.slotmap, reporter);
+}
+
+// ---- What each slot takes -------------------------------------------------------------------------------------------
+
+// The rules of one slot, which lie in several arrays of the record.
+struct SlotRules {
+    uint8_t *supportCrossSlot; // bit array of all slots
+    uint8_t (&crossSlotBit)[4];
+    uint32_t (&supportCardType)[DCM_SLOT_CARD_TYPE_MAX];
+    uint8_t &maxCardNum;
+    uint8_t &startCardId;
+    uint32_t slot; // from 0
+};
+
+// The size in bytes that the number list codec has always been given here, though a slot has room for 64 numbers.
+constexpr int32_t kCardTypesCleared = 64;
+
+Result takeSupportCrossSlot(Node element, SlotRules &rules, const Reporter &reporter)
+{
+    const Text text = Text::content(element, reporter);
+    if (!text)
+        return Result::outOfMemory;
+    if (text.number() == 1)
+        _dcmBitSet(rules.supportCrossSlot, rules.slot);
+    return Result::ok;
+}
+
+Result takeCrossSlotBit(Node element, SlotRules &rules, const Reporter &reporter)
+{
+    // kept: a faulty list gives the slots before its fault.
+    return unlessOutOfMemory(
+        readBitList(element, DCM_SLOT_MAX, rules.crossSlotBit, sizeof rules.crossSlotBit, reporter));
+}
+
+Result takeSupportCardType(Node element, SlotRules &rules, const Reporter &reporter)
+{
+    const Text list = Text::content(element, reporter);
+    if (!list)
+        return Result::outOfMemory;
+    // kept: a second, shorter list leaves what the first one had from the 17th number on.
+    readNumbers(list.c_str(), rules.supportCardType, kCardTypesCleared, std::size(rules.supportCardType));
+    return Result::ok;
+}
+
+Result takeMaxCardNum(Node element, SlotRules &rules, const Reporter &reporter)
+{
+    return takeNumber(element, rules.maxCardNum, reporter);
+}
+
+Result takeStartCardId(Node element, SlotRules &rules, const Reporter &reporter)
+{
+    return takeNumber(element, rules.startCardId, reporter);
+}
+
+constexpr Child<SlotRules> kSlotRules[] = {
+    {"supportcrossslot", takeSupportCrossSlot}, {"crossslotbit", takeCrossSlotBit},
+    {"supportcardtype", takeSupportCardType},   {"maxcardnum", takeMaxCardNum},
+    {"startcardid", takeStartCardId},
+};
+
+// kept: slots are listed 1, 2, 3, ...; an element that is not the next one is passed over, so that a gap ends the list.
+Result _dcmDecodeSlotInfo(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    uint32_t slot = 0;
+    for (const Node child : children(element)) {
+        if (slot == DCM_SLOT_MAX)
+            break;
+        if (!isNamed(child, "slotid"))
+            continue;
+        uint32_t id = 0;
+        if (const Result read = readAttribute(child, "id", id, reporter); read != Result::ok)
+            return read;
+        if (id != slot + 1)
+            continue;
+        SlotRules rules = {frame.supportCrossSlot, frame.crossSlotBit[slot], frame.supportCardType[slot],
+                           frame.maxCardNum[slot], frame.startCardId[slot],  slot};
+        if (const Result taken = walk(kSlotRules, child, rules, reporter); taken != Result::ok)
+            return taken;
+        slot++;
+    }
+    return Result::ok;
+}
+
+Result takeCardTypeCaps(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    size_t count = 0;
+    for (const Node cap : children(element)) {
+        if (count == std::size(frame.cardTypeCaps))
+            break;
+        if (!isNamed(cap, "cap"))
+            continue;
+        if (const Result taken = takeNumber(cap, frame.cardTypeCaps[count++], reporter); taken != Result::ok)
+            return taken;
+    }
+    return Result::ok;
+}
+
+// ---- Units ----------------------------------------------------------------------------------------------------------
+
+constexpr Child<DcmFrameInfo> kFanModules[] = {
+    // kept: the text of the fan controllers.
+    {"fanmodule", _dcmDecodeFanModuleEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
+};
+
+Result takeFanModules(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    const Result counted =
+        takeNum(element, frame.fanModuleNum, std::size(frame.fanModuleInfo), reporter,
+                DCM_SAYS_FILE("xmlfile(%s) frame decode fanmodule-entity failed, required num prop."),
+                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanmodule-entity failed, num(=%d) invalid."));
+    return counted == Result::ok ? walk(kFanModules, element, frame, reporter) : counted;
+}
+
+constexpr Child<DcmFrameInfo> kFanCtrls[] = {
+    {"fanctrl", _dcmDecodeFanCtrlEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
+    {"fanctrl-group", _dcmDecodeFanCtrlGroupEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl group failed.")},
+};
+
+Result takeFanCtrls(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    const Result counted =
+        takeNum(element, frame.fanCtrlNum, std::size(frame.fanCtrlInfo), reporter,
+                DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-entity failed, required num prop."),
+                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanctrl-entity failed, num(=%d) invalid."));
+    return counted == Result::ok ? walk(kFanCtrls, element, frame, reporter) : counted;
+}
+
+constexpr Child<DcmFrameInfo> kPowers[] = {
+    {"power", _dcmDecodePowerEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
+};
+
+Result takePowers(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    const Result counted =
+        takeNum(element, frame.powerNum, std::size(frame.powerInfo), reporter,
+                DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
+                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."));
+    return counted == Result::ok ? walk(kPowers, element, frame, reporter) : counted;
+}
+
+constexpr Child<DcmFrameInfo> kFanCtrlMap[] = {
+    {"fan-ctrl", _dcmDecodeFanCtrlMapInfo, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-map failed.")},
+};
+
+Result takeFanCtrlMap(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+{
+    return walk(kFanCtrlMap, element, frame, reporter);
+}
+
+Result takeLeds(Node element, DcmFrameInfo &frame, const Reporter &)
+{
+    return resultOf(dcmLedDecodeEntity(element, frame.ledInfo, DCM_LED_MAX, kAttachSys, 0, &frame.ledNum));
+}
+
+Result takeLedMap(Node element, DcmFrameInfo &frame, const Reporter &)
+{
+    return resultOf(dcmLedDecodeMap(element, &frame.ledMap));
+}
+
+constexpr Child<DcmFrameInfo> kFrame[] = {
+    {"maxslotnum", number<&DcmFrameInfo::maxSlotId>},
+    {"slotmap", takeSlotmap},
+    {"cardtypecaps", takeCardTypeCaps},
+    {"slotinfo", _dcmDecodeSlotInfo},
+    {"fanmodule-entity", takeFanModules},
+    {"fanctrl-entity", takeFanCtrls},
+    {"power-entity", takePowers},
+    {"led-entity", takeLeds, DCM_SAYS_FILE("xmlfile(%s) frame decode led failed.")},
+    {"led-map", takeLedMap, DCM_SAYS_FILE("xmlfile(%s) frame decode led-map failed.")},
+    {"fanctrl-map", takeFanCtrlMap},
+};
+
+Result findFrame(Node device, uint32_t typeId, Node &frame, const Reporter &reporter)
+{
+    for (const Node child : children(device)) {
+        if (!isNamed(child, "frame"))
+            continue;
+        uint32_t childTypeId = 0;
+        if (const Result read = readAttribute(child, "typeid", childTypeId, reporter); read != Result::ok)
+            return read;
+        if (childTypeId == typeId) {
+            frame = child;
+            return Result::ok;
+        }
+    }
+    return DCM_REPORT(reporter.function, "xmlfile(%s) can not find frame with typeid=%u.", reporter.file, typeId);
+}
+
+Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
+{
+    Document document;
+    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+        return parsed;
+    Node frame = nullptr;
+    if (const Result found = findFrame(document.root(), typeId, frame, reporter); found != Result::ok)
+        return found;
+    return walk(kFrame, frame, info, reporter);
+}
+
+} // namespace
+
+} // namespace dcm
+
+int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info)
+{
+    std::memset(info, 0, sizeof *info);
+    info->type = static_cast<uint16_t>(typeId);
+    return status(dcm::readFrame(typeId, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
+}

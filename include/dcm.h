@@ -1,0 +1,771 @@
+/**
+ * @file dcm.h
+ * Descriptions of the hardware of a modular network element: what a frame, slot or card type looks like, read from
+ * one XML file into fixed-size records.
+ *
+ * **Results.** A query, decoder or text-to-value converter returns 0, or -1 after it has reported what was wrong: each
+ * report goes, with the same format and arguments, to the platform's `loggingLogOutput` (0, 3, 0, ...) and to standard
+ * output, innermost failure first. A value-to-text converter always returns a text.
+ *
+ * **Ownership.** Records belong to the caller. The library keeps no pointer to them, allocates nothing that outlives a
+ * call, and keeps no state: each query parses its file afresh.
+ *
+ * **Threads.** Every function may run in any number of threads at once as long as no two of them write the same record
+ * (and, with libxml2, after its `xmlInitParser` has run once in the process).
+ *
+ * **Numbers in a description** are decimal, hexadecimal ("0x10") or octal ("010"); what is no number counts as 0, and a
+ * field keeps the low bits that fit it.
+ *
+ * **Bit arrays.** Bit i, from 0, is the mask 0x80 >> (i % 8) of byte i / 8. A list of slots, ports or ids, which count
+ * from 1, keeps number n in bit n - 1; a capability set keeps value v in bit v.
+ *
+ * **Texts** in a record are zero-terminated unless they fill their field; print them with a precision ("%.*s").
+ *
+ * **The platform** brings four functions with C linkage, which the library calls and does not define:
+ * `loggingLogOutput`, `errnoGet`, `zorSelfSysIndex` and `hwalEttPhy2Logical`.
+ */
+#ifndef DCM_H
+#define DCM_H
+
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define DCM_API __attribute__((visibility("default")))
+#else
+#define DCM_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** An element of a parsed document: libxml2's node type, so that an `xmlNodePtr` fits. */
+struct _xmlNode;
+
+/** @name Array bounds and text sizes of the records */
+/** @{ */
+enum {
+    DCM_SLOT_MAX = 32,             /**< slots of a frame */
+    DCM_SLOT_CARD_TYPE_MAX = 64,   /**< card types that a slot of a frame lists */
+    DCM_CARD_TYPE_CAP_MAX = 8,     /**< card type capability words of a frame */
+    DCM_FAN_CTRL_MAX = 4,          /**< fan controllers of a frame or slot */
+    DCM_FAN_MODULE_MAX = 3,        /**< fan modules of a frame */
+    DCM_FAN_MAX = 4,               /**< fans of a fan module */
+    DCM_POWER_MAX = 2,             /**< power supplies of a frame or slot */
+    DCM_UNIT_TEMPERATURE_MAX = 2,  /**< temperature sensors of a fan module or power supply */
+    DCM_LED_MAX = 16,              /**< LEDs of a frame, fan module, power supply or card */
+    DCM_LED_STATE_MAX = 12,        /**< state displays of an LED, and pairs of a state map */
+    DCM_LED_MAP_MAX = 12,          /**< entries of an LED map */
+    DCM_PORT_LED_MAX = 3,          /**< port LED runs of a card */
+    DCM_INNER_IF_MAX = 32,         /**< inner ports of a slot, and switch-fabric ports of a slot */
+    DCM_METH_IF_MAX = 4,           /**< management ports of a card */
+    DCM_PANEL_IF_MAX = 64,         /**< panel ports of a card */
+    DCM_GCC_IF_MAX = 2,            /**< GCC ports of a card */
+    DCM_ETHPPP_IF_MAX = 4,         /**< ethppp ports of a card */
+    DCM_CPU_MAX = 1,               /**< CPUs of a card */
+    DCM_MEMORY_MAX = 2,            /**< memories of a card */
+    DCM_CARD_TEMPERATURE_MAX = 6,  /**< temperature sensors of a card */
+    DCM_VOLTAGE_MAX = 10,          /**< voltage sensors of a card */
+    DCM_COMPONENT_MAX = 12,        /**< components of a card */
+    DCM_VM_IFINDEX_MAX = 256,      /**< interface indexes of a VM */
+    DCM_ETT_PATH_MAX = 3,          /**< parts of an entity's path */
+    DCM_KEYWORD_SIZE = 16,         /**< bytes of a row of a keyword table */
+    DCM_DESCRIPTION_SIZE = 16,     /**< bytes of a sensor's description */
+    DCM_MODEL_NAME_SIZE = 64,      /**< bytes of a model name, and of a component's description */
+    DCM_CARD_NAME_SIZE = 64,       /**< bytes of a card's name */
+    DCM_CARD_ABBR_NAME_SIZE = 32,  /**< bytes of a card's abbreviated name */
+    DCM_INNER_IF_NAME_SIZE = 17,   /**< bytes of an inner port's name, its terminator included */
+    DCM_METH_IF_NAME_SIZE = 16,    /**< bytes of a management port's name */
+    DCM_PORT_LED_PREFIX_SIZE = 32, /**< bytes of a port LED's name prefix */
+    DCM_FRAME_TAIL_SIZE = 64       /**< bytes at the end of a frame record that stay zero */
+};
+/** @} */
+
+/** @name Marks for "not given"; reports print them as "UNSPEC" */
+/** @{ */
+enum {
+    DCM_ID_UNSPEC = 255,      /**< a slot, card or system id that is not given; the holder's own in an LED's attachment */
+    DCM_PORT_UNSPEC = 65535   /**< a port id that is not given */
+};
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/* Records                                                                                                            */
+/* ------------------------------------------------------------------------------------------------------------------ */
+
+/** Identity of a hardware entity; also the physical descriptor that `hwalEttPhy2Logical` is given. */
+typedef struct DcmEttInfo {
+    uint32_t ettClass;                /**< the platform's class number, see dcmEttClassStr2Val() */
+    uint32_t ettIndex;                /**< the entity's own index */
+    uint32_t attach;                  /**< what the entity is attached to: row of #gDcmEttAttachStrs */
+    uint32_t pathDepth;               /**< number of path parts plus one */
+    uint32_t sysIndex;                /**< system index; 255 is this system */
+    uint32_t path[DCM_ETT_PATH_MAX];  /**< slot-like path parts; 255 is the holder's own ("#") */
+} DcmEttInfo;
+
+/** How an LED shows one state. */
+typedef struct DcmLedStateInfo {
+    uint8_t state; /**< row of the state table of the LED's type; 0 is "default" */
+    uint8_t color; /**< row of #gDcmLedColorStrs */
+    uint8_t freq;  /**< row of #gDcmLedFreqStrs */
+    uint8_t pri;   /**< priority, 1 to 12; 0: entry not in use */
+} DcmLedStateInfo;
+
+/** What an LED is and which source states drive it. */
+typedef struct DcmLedHead {
+    uint8_t ledType;    /**< row of #gDcmLedTypeStrs; selects the LED's state table */
+    uint8_t id;         /**< LED number, from 1 */
+    uint8_t attach;     /**< what the LED is attached to: row of #gDcmEttAttachStrs */
+    uint8_t attachSlot; /**< slot of the attachment; 255: the holder's own */
+    uint8_t attachCard; /**< card of the attachment; 255: the holder's own */
+    uint8_t srcType;    /**< LED type whose state table the source states use */
+    uint8_t statMapNum; /**< pairs in use in `srcState` and `ledState`, 0 to 12 */
+    uint8_t srcState[DCM_LED_STATE_MAX]; /**< source states */
+    uint8_t ledState[DCM_LED_STATE_MAX]; /**< what the LED shows for the source state of the same pair */
+} DcmLedHead;
+
+/** One LED. Begins with the fields of #DcmLedHead, so that a pointer to it may be passed as one. */
+typedef struct DcmLedInfo {
+    uint8_t ledType;    /**< see DcmLedHead::ledType */
+    uint8_t id;         /**< see DcmLedHead::id */
+    uint8_t attach;     /**< see DcmLedHead::attach */
+    uint8_t attachSlot; /**< see DcmLedHead::attachSlot */
+    uint8_t attachCard; /**< see DcmLedHead::attachCard */
+    uint8_t srcType;    /**< see DcmLedHead::srcType */
+    uint8_t statMapNum; /**< see DcmLedHead::statMapNum */
+    uint8_t srcState[DCM_LED_STATE_MAX];       /**< see DcmLedHead::srcState */
+    uint8_t ledState[DCM_LED_STATE_MAX];       /**< see DcmLedHead::ledState */
+    DcmLedStateInfo states[DCM_LED_STATE_MAX]; /**< displays; entry i has priority i + 1 */
+} DcmLedInfo;
+
+/** A run of port LEDs that look alike. An array of them ends at the first entry whose `endId` is 0. */
+typedef struct DcmPortLedInfo {
+    uint8_t ledType; /**< row of #gDcmLedTypeStrs */
+    uint8_t startId; /**< first LED number of the run */
+    uint8_t endId;   /**< last LED number of the run; 0: entry not in use */
+    char namePrefix[DCM_PORT_LED_PREFIX_SIZE]; /**< terminated only when shorter than the field */
+    DcmLedStateInfo states[DCM_LED_STATE_MAX]; /**< as in #DcmLedInfo */
+} DcmPortLedInfo;
+
+/** Which LED shows the state of which entity. */
+typedef struct DcmLedMapInfo {
+    uint32_t num;                             /**< entries in use, 0 to 12 */
+    uint32_t srcEttIndex[DCM_LED_MAP_MAX];    /**< logical entity index of each entry's source; 0: none named */
+    DcmLedHead mapEntries[DCM_LED_MAP_MAX];   /**< the LED of each entry */
+} DcmLedMapInfo;
+
+/** One temperature sensor of a card, fan module or power supply. */
+typedef struct DcmTemperatureInfo {
+    uint8_t id;                        /**< sensor id as written in the description; not checked */
+    uint8_t overflowAction;            /**< action code on overflow */
+    uint8_t overflowMaxNum;            /**< overflow count limit */
+    uint8_t actionCapability[1];       /**< bit array: actions 1 to 8 that the sensor supports */
+    uint16_t highThreshold;            /**< alarm high threshold; two's complement */
+    uint16_t lowThreshold;             /**< alarm low threshold; two's complement */
+    uint16_t actionHighThreshold;      /**< action high threshold; two's complement */
+    uint16_t actionHighThresholdMax;   /**< upper limit of `actionHighThreshold` */
+    uint16_t actionHighThresholdMin;   /**< lower limit of `actionHighThreshold` */
+    uint16_t actionLowThreshold;       /**< action low threshold; two's complement */
+    uint16_t actionLowThresholdMax;    /**< upper limit of `actionLowThreshold` */
+    uint16_t actionLowThresholdMin;    /**< lower limit of `actionLowThreshold` */
+    uint16_t workThreshold;            /**< working threshold */
+    uint16_t workReserved;             /**< reserved working value */
+    char description[DCM_DESCRIPTION_SIZE]; /**< not terminated when exactly 16 bytes; longer texts are cut to 15 */
+    uint8_t fanCtrlBits[2];            /**< bit array: fan controllers 1 to 16 that act on the sensor */
+    uint8_t fanCtrlBitsInvalid;        /**< 1 when the list of fan controllers could not be read */
+    uint8_t type;                      /**< row of #gDcmTemperTypeStrs */
+} DcmTemperatureInfo;
+
+/** One fan controller. Codes and levels are the fan control's own and pass through unchecked. */
+typedef struct DcmFanCtrlInfo {
+    uint8_t id;            /**< position in its array plus one; 0: entry not in use */
+    uint8_t fanNum;        /**< number of fans driven */
+    uint8_t workMode;      /**< work mode code */
+    uint8_t speedLevel;    /**< speed level */
+    uint8_t speedLevelMax; /**< highest speed level */
+    uint8_t speedLevelMin; /**< lowest speed level */
+    uint16_t speed;        /**< speed */
+    uint16_t speedHighThreshold;    /**< high speed threshold */
+    uint16_t speedLowThreshold;     /**< low speed threshold */
+    uint16_t speedHighThresholdMax; /**< upper limit of `speedHighThreshold` */
+    uint16_t speedHighThresholdMin; /**< lower limit of `speedHighThreshold` */
+    uint16_t speedLowThresholdMax;  /**< upper limit of `speedLowThreshold` */
+    uint16_t speedLowThresholdMin;  /**< lower limit of `speedLowThreshold` */
+    uint8_t speedLevelForce;        /**< forced speed level; always 0 in a slot record */
+} DcmFanCtrlInfo;
+
+/** What a fan controller of a frame cools. Bytes only: the record has no padding. */
+typedef struct DcmFanCtrlMapInfo {
+    uint8_t id;               /**< position in its array plus one; 0: entry not in use */
+    uint8_t fanModuleBits[2]; /**< bit array: fan modules 1 to 3 */
+    uint8_t spare;            /**< never filled */
+    uint8_t cardBits[4];      /**< bit array: the frame's slots 1 to 32 */
+    uint8_t powerBits[2];     /**< bit array: power supplies 1 and 2 */
+} DcmFanCtrlMapInfo;
+
+/** One power supply. In a slot record only `id` is filled. */
+typedef struct DcmPowerInfo {
+    uint8_t id;             /**< position in its array plus one; 0: entry not in use */
+    uint8_t ledNum;         /**< LEDs in `ledInfo`, 0 to 16 */
+    uint8_t temperatureNum; /**< sensors in `temperature`, 0 to 2 */
+    uint8_t modelNameLen;   /**< bytes of `modelName`, 0 to 64 */
+    DcmLedInfo ledInfo[DCM_LED_MAX];                          /**< the supply's LEDs */
+    DcmLedMapInfo ledMap;                                     /**< the supply's LED map */
+    DcmTemperatureInfo temperature[DCM_UNIT_TEMPERATURE_MAX]; /**< the supply's sensors */
+    char modelName[DCM_MODEL_NAME_SIZE];                      /**< terminated only when shorter than the field */
+} DcmPowerInfo;
+
+/** One fan of a fan module. */
+typedef struct DcmFanInfo {
+    uint8_t id;        /**< position in its array plus one; 0: entry not in use */
+    uint8_t fanCtrlId; /**< fan controller that drives the fan */
+    uint8_t spare[2];  /**< never filled */
+} DcmFanInfo;
+
+/** One fan module of a frame. */
+typedef struct DcmFanModuleInfo {
+    uint8_t id;             /**< position in its array plus one; 0: entry not in use */
+    uint8_t fanNum;         /**< number of fans as written in the description: may exceed the 4 entries of `fan` */
+    uint8_t slot;           /**< the frame's slot that holds the module */
+    uint8_t ledNum;         /**< LEDs in `ledInfo`, 0 to 16 */
+    uint8_t temperatureNum; /**< sensors in `temperature`, 0 to 2 */
+    DcmFanInfo fan[DCM_FAN_MAX];                              /**< entry i describes fan i + 1 */
+    DcmLedInfo ledInfo[DCM_LED_MAX];                          /**< the module's LEDs */
+    DcmTemperatureInfo temperature[DCM_UNIT_TEMPERATURE_MAX]; /**< the module's sensors */
+    DcmLedMapInfo ledMap;                                     /**< the module's LED map */
+} DcmFanModuleInfo;
+
+/** Which slots of a frame hold which kind of unit: bit arrays of slots 1 to 32. */
+typedef struct DcmSlotmapInfo {
+    uint8_t mpu[4];   /**< main processing units */
+    uint8_t lpu[4];   /**< line cards */
+    uint8_t sfu[4];   /**< switch fabrics */
+    uint8_t fan[4];   /**< fan modules */
+    uint8_t lcd[4];   /**< displays */
+    uint8_t power[4]; /**< power supplies */
+} DcmSlotmapInfo;
+
+/** A frame type, see dcmFrameInfoGet(). */
+typedef struct DcmFrameInfo {
+    uint16_t type;        /**< the type id asked for, its low 16 bits */
+    uint8_t maxSlotId;    /**< highest slot number; not checked */
+    uint8_t spare;        /**< never filled */
+    uint8_t powerNum;     /**< announced power supplies, 0 to 2 */
+    uint8_t fanCtrlNum;   /**< announced fan controllers, 0 to 4 */
+    uint8_t fanModuleNum; /**< announced fan modules, 0 to 3 */
+    uint8_t ledNum;       /**< LEDs in `ledInfo`, 0 to 16 */
+    DcmSlotmapInfo slotmap;                  /**< which slots hold which kind of unit */
+    uint8_t crossSlotBit[DCM_SLOT_MAX][4];   /**< per slot: bit array of its cross slots 1 to 32 */
+    uint32_t cardTypeCaps[DCM_CARD_TYPE_CAP_MAX]; /**< card type capability words, in document order */
+    uint32_t supportCardType[DCM_SLOT_MAX][DCM_SLOT_CARD_TYPE_MAX]; /**< per slot: card types, up to the first 0 */
+    uint8_t maxCardNum[DCM_SLOT_MAX];        /**< per slot: most cards it holds */
+    uint8_t startCardId[DCM_SLOT_MAX];       /**< per slot: id of its first card */
+    uint8_t supportCrossSlot[4];             /**< bit array: slots 1 to 32 that take cross-slot cards */
+    DcmFanCtrlInfo fanCtrlInfo[DCM_FAN_CTRL_MAX];         /**< entry i describes fan controller i + 1 */
+    DcmFanModuleInfo fanModuleInfo[DCM_FAN_MODULE_MAX];   /**< entry i describes fan module i + 1 */
+    DcmPowerInfo powerInfo[DCM_POWER_MAX];                /**< entry i describes power supply i + 1 */
+    DcmLedInfo ledInfo[DCM_LED_MAX];                      /**< the frame's own LEDs */
+    DcmLedMapInfo ledMap;                                 /**< the frame's LED map */
+    DcmFanCtrlMapInfo fanCtrlMap[DCM_FAN_CTRL_MAX];       /**< entry i: what fan controller i + 1 cools */
+    uint8_t tail[DCM_FRAME_TAIL_SIZE];                    /**< never filled */
+} DcmFrameInfo;
+
+/** An inner port or switch-fabric port of a slot. Present when `portId` is below 65535; taken when `drvType` is not 0. */
+typedef struct DcmInnerIfInfo {
+    uint8_t sysId;     /**< system id; 255: not given */
+    uint8_t slotId;    /**< slot id; 255: not given */
+    uint8_t cardId;    /**< card id; 255: not given */
+    uint16_t portId;   /**< port id; 65535: the entry is absent */
+    uint16_t phyType;  /**< PHY type, see dcmPhyTypeStr2Val() */
+    uint8_t ondType;   /**< interface kind, see dcmOndTypeVal2Str() */
+    uint8_t workmode;  /**< work mode, see dcmWorkmodeStr2Val() */
+    uint8_t drvType;   /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is taken */
+    uint8_t portType;  /**< interface type, see dcmInnerIfTypeStr2Val() */
+    uint8_t rsv;       /**< never filled */
+    char ifName[DCM_INNER_IF_NAME_SIZE]; /**< interface name, always terminated; empty for switch-fabric ports */
+} DcmInnerIfInfo;
+
+/** A slot type, see dcmSlotInfoGet(). */
+typedef struct DcmSlotInfo {
+    uint16_t type;         /**< the type id asked for, its low 16 bits */
+    uint16_t maxCardNum;   /**< most cards that the slot takes */
+    uint16_t startCardId;  /**< id of the first card; never filled */
+    uint16_t fanCtrlNum;   /**< announced fan controllers, 0 to 4 */
+    uint16_t powerNum;     /**< announced power entities, 0 to 2 */
+    uint8_t supportPoe;    /**< 1 when the slot supplies PoE, else 0 */
+    DcmInnerIfInfo broadcastSyncIf;                /**< the inner port to all slots */
+    DcmInnerIfInfo syncIf[DCM_INNER_IF_MAX];       /**< entry i: the inner port to slot i + 1 */
+    DcmInnerIfInfo sfuIf[DCM_INNER_IF_MAX];        /**< entry i: switch-fabric port i + 1 */
+    DcmFanCtrlInfo fanCtrlInfo[DCM_FAN_CTRL_MAX];  /**< entry i: fan controller i + 1 */
+    DcmPowerInfo powerInfo[DCM_POWER_MAX];         /**< entry i: power entity i + 1 */
+} DcmSlotInfo;
+
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+#define DCM_BIG_ENDIAN_BIT_FIELDS 1
+#else
+#define DCM_BIG_ENDIAN_BIT_FIELDS 0
+#endif
+
+/** A management port of a card. Present in reports when `portId` is below 65535; taken when `drvType` is not 0. */
+typedef struct DcmMethIfInfo {
+    uint8_t slotId;   /**< slot id; 255: not given */
+    uint8_t cardId;   /**< card id; 255: not given */
+    uint16_t portId;  /**< port id; 65535: not given */
+    uint16_t phyType; /**< PHY type, see dcmPhyTypeStr2Val() */
+    uint8_t ondType;  /**< interface kind: 44 ("meth") once a PHY type has been read */
+    uint8_t workmode; /**< work mode, see dcmWorkmodeStr2Val() */
+    uint8_t drvType;  /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is taken */
+    /* One byte of flags, counted from its most significant bit in either byte order. */
+#if DCM_BIG_ENDIAN_BIT_FIELDS
+    uint8_t supportLaser : 2;    /**< 1 when the laser can be controlled */
+    uint8_t supportMediaChg : 2; /**< 1 when the medium can change; the default of a described port */
+    uint8_t spareBits : 4;       /**< never filled */
+#else
+    uint8_t spareBits : 4;       /**< never filled */
+    uint8_t supportMediaChg : 2; /**< 1 when the medium can change; the default of a described port */
+    uint8_t supportLaser : 2;    /**< 1 when the laser can be controlled */
+#endif
+    char ifName[DCM_METH_IF_NAME_SIZE]; /**< interface name; terminated only when shorter than the field */
+    uint8_t transceiverCaps[4];         /**< bit array: transceiver capability v in bit v - 1 */
+} DcmMethIfInfo;
+
+/** A panel port of a card. Taken when `drvType` is not 0. */
+typedef struct DcmPanelIfInfo {
+    uint8_t slotId;            /**< slot id; 255: not given */
+    uint8_t cardId;            /**< card id; 255: not given */
+    uint16_t portId;           /**< port id; 65535: not given */
+    uint16_t phyType;          /**< PHY type, see dcmPhyTypeStr2Val() */
+    uint8_t ondType;           /**< interface kind, see dcmOndTypeVal2Str() */
+    uint8_t workmode;          /**< work mode, see dcmWorkmodeStr2Val() */
+    uint8_t portType;          /**< port type, see dcmPortTypeStr2Val(); 2 ("unassigned") by default */
+    uint8_t drvType;           /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is taken */
+    uint8_t hidden;            /**< 1 when the port is hidden */
+    uint8_t connectorType;     /**< connector, see dcmPortConnectorStr2Val() */
+    uint32_t groupId;          /**< port group number */
+    uint8_t layerProtoCaps[4]; /**< capability set, see dcmPortLayerProtoCapStr2Val() */
+    uint8_t opticalChnCaps[4]; /**< capability set, see dcmPortOpticalChnCapStr2Val() */
+    uint16_t wavelength;       /**< wavelength number */
+    uint8_t bpPort;            /**< 1 for a backplane port */
+    uint8_t gccBitOrder;       /**< bit order, see dcmBitOrderStr2Val() */
+    /* One 16-bit word of flags, counted from its most significant bit in either byte order. */
+#if DCM_BIG_ENDIAN_BIT_FIELDS
+    uint16_t supportLaser : 2;    /**< 1 when the laser can be controlled */
+    uint16_t supportPoe : 2;      /**< 1 when the port supplies PoE */
+    uint16_t supportMediaChg : 2; /**< 1 when the medium can change; the default of a described port */
+    uint16_t spareBits : 2;       /**< never filled */
+    uint16_t supportPhyChg : 4;   /**< 1 when the PHY type can change */
+    uint16_t supportSplit : 4;    /**< 1 when the port can be split */
+#else
+    uint16_t supportSplit : 4;    /**< 1 when the port can be split */
+    uint16_t supportPhyChg : 4;   /**< 1 when the PHY type can change */
+    uint16_t spareBits : 2;       /**< never filled */
+    uint16_t supportMediaChg : 2; /**< 1 when the medium can change; the default of a described port */
+    uint16_t supportPoe : 2;      /**< 1 when the port supplies PoE */
+    uint16_t supportLaser : 2;    /**< 1 when the laser can be controlled */
+#endif
+    uint8_t poeStandardCaps[1]; /**< capability set, see dcmPortPoeStandardCapStr2Val() */
+    uint8_t poeInrushCaps[1];   /**< capability set, see dcmPortPoeInrushCapStr2Val(); "at-altb" (8) has no bit here and
+                                     shows as the top bit of `portIdOffset` */
+    int8_t portIdOffset;        /**< what a group adds to its port ids */
+    uint8_t transceiverCaps[4]; /**< bit array: transceiver capability v in bit v - 1 */
+    uint8_t modelNameLen;       /**< bytes of `modelName`, 0 to 64 */
+    char modelName[DCM_MODEL_NAME_SIZE]; /**< terminated only when shorter than the field */
+} DcmPanelIfInfo;
+
+/** A GCC port of a card. Taken when `phyType` is not 0. */
+typedef struct DcmGccIfInfo {
+    uint8_t slotId;   /**< slot id; 255: not given */
+    uint8_t cardId;   /**< card id; 255: not given */
+    uint16_t portId;  /**< port id; 65535: not given */
+    uint16_t phyType; /**< PHY type, see dcmPhyTypeStr2Val() */
+    uint8_t ondType;  /**< interface kind, see dcmOndTypeVal2Str() */
+} DcmGccIfInfo;
+
+/** An ethppp port of a card. */
+typedef struct DcmEthpppIfInfo {
+    uint16_t portId; /**< port id; 0 when not given */
+} DcmEthpppIfInfo;
+
+/** A CPU of a card. */
+typedef struct DcmCpuInfo {
+    uint8_t id;            /**< position in its array plus one; 0: entry not in use */
+    uint8_t coreNum;       /**< number of cores */
+    uint8_t highThreshold; /**< upper usage threshold */
+    uint8_t lowThreshold;  /**< lower usage threshold */
+    uint32_t freq;         /**< clock frequency */
+    uint8_t modelNameLen;  /**< bytes of `modelName`, 0 to 64 */
+    char modelName[DCM_MODEL_NAME_SIZE]; /**< terminated only when shorter than the field */
+} DcmCpuInfo;
+
+/** A memory of a card. */
+typedef struct DcmMemoryInfo {
+    uint8_t id;            /**< position in its array plus one; 0: entry not in use */
+    uint8_t type;          /**< memory type, see dcmMemoryTypeStr2Val() */
+    uint8_t highThreshold; /**< upper usage threshold */
+    uint8_t lowThreshold;  /**< lower usage threshold */
+    uint8_t modelNameLen;  /**< bytes of `modelName`, 0 to 64 */
+    char modelName[DCM_MODEL_NAME_SIZE]; /**< terminated only when shorter than the field */
+} DcmMemoryInfo;
+
+/** A voltage sensor of a card. */
+typedef struct DcmVoltageInfo {
+    uint16_t id;            /**< position in its array plus one; 0: entry not in use */
+    uint16_t highThreshold; /**< upper voltage threshold */
+    uint16_t lowThreshold;  /**< lower voltage threshold */
+    uint16_t modelNameLen;  /**< length of the model name in the description: may exceed the field */
+    char description[DCM_DESCRIPTION_SIZE]; /**< terminated only when shorter than the field */
+    char modelName[DCM_MODEL_NAME_SIZE];    /**< terminated only when shorter than the field */
+} DcmVoltageInfo;
+
+/** A switch chip or clock chip of a card. */
+typedef struct DcmChipInfo {
+    uint16_t modelNameLen; /**< bytes of `modelName`, 0 to 64 */
+    char modelName[DCM_MODEL_NAME_SIZE]; /**< terminated only when shorter than the field */
+} DcmChipInfo;
+
+/** A further component of a card. */
+typedef struct DcmComponentInfo {
+    uint8_t entityClass;    /**< the platform's class number, see dcmEttClassStr2Val(); 0: unknown */
+    uint8_t subType;        /**< subtype code */
+    uint8_t num;            /**< number of such components */
+    uint8_t descriptionLen; /**< length of the description text, its low 8 bits: may exceed the field */
+    char description[DCM_MODEL_NAME_SIZE]; /**< terminated only when shorter than the field */
+} DcmComponentInfo;
+
+/** A card type in one of its modes, see dcmCardInfoGet(). */
+typedef struct DcmCardInfo {
+    uint16_t type;               /**< the type id asked for, its low 16 bits */
+    uint16_t mode;               /**< the mode asked for, its low 16 bits */
+    uint16_t panneIfStartPortId; /**< first port id of the panel */
+    uint16_t panelIfMaxPortId;   /**< highest port id of the panel */
+    uint8_t isTmuxCtrl;          /**< 1 when the card controls a terminal multiplexer */
+    uint8_t isMuxCtrl;           /**< 1 when the card controls a multiplexer */
+    uint8_t methIfNum;           /**< announced management ports, 0 to 4 */
+    uint8_t pannelIfNum;         /**< announced panel ports, 0 to 64 */
+    uint8_t hideIfNum;           /**< announced hidden panel ports */
+    uint8_t pannelLineIfNum;     /**< announced line ports among the panel ports */
+    uint8_t panneClientIfNum;    /**< announced client ports among the panel ports */
+    uint8_t gccIfNum;            /**< announced GCC ports, 0 to 2 */
+    uint8_t ethpppIfNum;         /**< announced ethppp ports, 0 to 4 */
+    uint8_t cpuNum;              /**< announced CPUs, 0 or 1 */
+    uint8_t memoryNum;           /**< announced memories, 0 to 2 */
+    uint8_t temperatureNum;      /**< sensors in `temperature`, 0 to 6 */
+    uint8_t voltageNum;          /**< announced voltage sensors, 0 to 10 */
+    uint8_t occupySlotNum;       /**< slots that the card occupies */
+    uint8_t ledNum;              /**< LEDs in `led`, 0 to 16 */
+    uint8_t switchChipNum;       /**< announced switch chips, 0 or 1 */
+    uint8_t clockChipNum;        /**< announced clock chips, 0 or 1 */
+    uint8_t componentNum;        /**< announced components, 0 to 12 */
+    uint8_t crosslinkSlot;       /**< the card's cross-link slot */
+    char name[DCM_CARD_NAME_SIZE];          /**< `nameLen` bytes; what follows them means nothing */
+    char abbrName[DCM_CARD_ABBR_NAME_SIZE]; /**< `abbrNameLen` bytes; what follows them means nothing */
+    uint8_t nameLen;             /**< 0 to 63 */
+    uint8_t abbrNameLen;         /**< 0 to 31 */
+    DcmMethIfInfo methIf[DCM_METH_IF_MAX];       /**< entry i: management port i + 1 */
+    DcmPanelIfInfo panelIf[DCM_PANEL_IF_MAX];    /**< entry i: panel port i + 1 */
+    DcmGccIfInfo gccIf[DCM_GCC_IF_MAX];          /**< entry i: GCC port i + 1 */
+    DcmEthpppIfInfo ethpppIf[DCM_ETHPPP_IF_MAX]; /**< entry i: ethppp port i + 1 */
+    DcmCpuInfo cpu[DCM_CPU_MAX];                 /**< entry i: CPU i + 1 */
+    DcmMemoryInfo memory[DCM_MEMORY_MAX];        /**< entry i: memory i + 1 */
+    DcmTemperatureInfo temperature[DCM_CARD_TEMPERATURE_MAX]; /**< sensors, in document order */
+    DcmVoltageInfo voltage[DCM_VOLTAGE_MAX];     /**< entry i: voltage sensor i + 1 */
+    DcmLedInfo led[DCM_LED_MAX];                 /**< the card's LEDs */
+    DcmPortLedInfo portLed[DCM_PORT_LED_MAX];    /**< the card's port LED runs */
+    DcmLedMapInfo ledMap;                        /**< the card's LED map */
+    uint8_t portTypeCaps[1];                     /**< capability set, see dcmPortTypeCapStr2Val() */
+    uint8_t supportFuncs[1];                     /**< capability set, see dcmCardSupportFuncStr2Val() */
+    DcmChipInfo switchChip;                      /**< the switch chip */
+    DcmChipInfo clockChip;                       /**< the clock chip */
+    DcmComponentInfo component[DCM_COMPONENT_MAX]; /**< components, in document order */
+} DcmCardInfo;
+
+/** The panel ports given to one virtual machine, see dcmVmPortInfoGet(). */
+typedef struct DcmVmPortInfo {
+    uint8_t ifindexNum;                   /**< announced ports; not compared with the entries that were read */
+    uint32_t ifindex[DCM_VM_IFINDEX_MAX]; /**< interface indexes, in document order */
+} DcmVmPortInfo;
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/* Queries                                                                                                            */
+/* ------------------------------------------------------------------------------------------------------------------ */
+
+/**
+ * @name Queries
+ * `fileName` names the description file; NULL stands for "/etc/zorconf/device/device.xml". `info` must not be NULL.
+ * The record is cleared and given its defaults before the file is opened; after -1 it holds what was decoded before the
+ * failure and must not be trusted.
+ */
+/** @{ */
+
+/** Reads the first frame whose type id is `typeId`; a frame without one counts as type 0. */
+DCM_API int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info);
+
+/** Reads the first slot whose list of type ids holds `typeId`. */
+DCM_API int dcmSlotInfoGet(const char *fileName, uint32_t typeId, DcmSlotInfo *info);
+
+/** Reads the first card whose type id is `typeId` and whose mode is `mode`; each counts as 0 where a card has none. */
+DCM_API int dcmCardInfoGet(const char *fileName, uint32_t typeId, uint32_t mode, DcmCardInfo *info);
+
+/**
+ * Reads the port list of VM `vmId` from "/etc/zorconf/device/vm-N.xml". The record is not cleared: entries beyond the
+ * last one of the file keep what they held.
+ */
+DCM_API int dcmVmPortInfoGet(uint8_t vmId, DcmVmPortInfo *info);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/* Reports                                                                                                            */
+/* ------------------------------------------------------------------------------------------------------------------ */
+
+/**
+ * @name Reports
+ * Printed on standard output for a person at a debug shell, every line ending "\r\n". A Show function runs the query
+ * into a record of its own, on its stack, and prints it, or a line that it failed.
+ */
+/** @{ */
+
+/** Prints a frame type of the default file. Returns as dcmFrameInfoShowFilename(). */
+DCM_API int dcmFrameInfoShow(uint32_t typeId);
+/** Prints a frame type of `fileName` (NULL: the default file). Returns -1 when the query failed, else 0 or more. */
+DCM_API int dcmFrameInfoShowFilename(const char *fileName, uint32_t typeId);
+/** Prints a frame record. The result is that of the last write. */
+DCM_API int dcmFrameInfoPrint(const DcmFrameInfo *info);
+
+/** Prints a slot type of the default file. The result is that of the last write, whether or not the query failed. */
+DCM_API int dcmSlotInfoShow(uint32_t typeId);
+/** Prints a slot type of `fileName` (NULL: the default file). The result is as for dcmSlotInfoShow(). */
+DCM_API int dcmSlotInfoShowFilename(const char *fileName, uint32_t typeId);
+/** Prints a slot record. The result is that of the last write. */
+DCM_API int dcmSlotInfoPrint(const DcmSlotInfo *info);
+
+/** Prints a card type of the default file. The result is that of the last write, whether or not the query failed. */
+DCM_API int dcmCardInfoShow(uint32_t typeId, uint32_t mode);
+/** Prints a card type of `fileName` (NULL: the default file). The result is as for dcmCardInfoShow(). */
+DCM_API int dcmCardInfoShowFilename(const char *fileName, uint32_t typeId, uint32_t mode);
+/** Prints a card record. The result is that of the last write. */
+DCM_API int dcmCardInfoPrint(const DcmCardInfo *info);
+
+/** Prints a VM's port list; `fileName` is only printed. The result is that of the last write. */
+DCM_API int dcmVmPortInfoShow(const char *fileName, const DcmVmPortInfo *info);
+
+/** Prints what an LED is and its state map. Takes a #DcmLedInfo, too, as it begins with the same fields. */
+DCM_API void _dcmLedInfoPrint(const DcmLedHead *led);
+/** Prints those of the 12 `states` that are in use, in the words of `ledType`. */
+DCM_API void _dcmLedStatesPrint(const DcmLedStateInfo *states, uint32_t ledType);
+/** Prints `num` LEDs. */
+DCM_API void dcmLedInfoPrint(const DcmLedInfo *leds, int32_t num);
+/** Prints an LED map. */
+DCM_API void dcmLedMapPrint(const DcmLedMapInfo *map);
+/** Prints the LEDs and port LED runs of a card. */
+DCM_API void dcmLedCardInfoPrint(const DcmCardInfo *info);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/* Shared decoders                                                                                                    */
+/* ------------------------------------------------------------------------------------------------------------------ */
+
+/**
+ * @name Shared decoders
+ * They decode one element of a parsed description into what the caller owns. No argument may be NULL.
+ */
+/** @{ */
+
+/**
+ * Appends one "temperature" element to `sensors` at position `*count` and counts it. The caller sees to it that the
+ * array has room.
+ */
+DCM_API int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count);
+
+/**
+ * Decodes a "led-entity" element into `leds`, which has room for `maxLeds`; each LED gets `attach` and `attachSlot`.
+ * `*count` receives the number of LEDs, and stays as it is after a failure. LEDs beyond the room are left out.
+ */
+DCM_API int dcmLedDecodeEntity(struct _xmlNode *node, DcmLedInfo *leds, int32_t maxLeds, int32_t attach,
+                               int32_t attachSlot, uint8_t *count);
+
+/**
+ * Decodes the "state" children of an element into the state pairs of `led`, whose `ledType` and `srcType` are set.
+ * Pairs beyond the twelfth are left out.
+ */
+DCM_API int _dcmLedDecodeStateMap(struct _xmlNode *node, DcmLedHead *led);
+
+/** Decodes a "portled-entity" element into the 3 cleared entries of `portLeds`; further runs are left out. */
+DCM_API int dcmLedDecodePortEntity(struct _xmlNode *node, DcmPortLedInfo *portLeds);
+
+/** Decodes a "led-map" element into a cleared map. */
+DCM_API int dcmLedDecodeMap(struct _xmlNode *node, DcmLedMapInfo *map);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/* List codecs                                                                                                        */
+/* ------------------------------------------------------------------------------------------------------------------ */
+
+/**
+ * @name List codecs
+ * They report nothing. A NULL text counts as empty.
+ */
+/** @{ */
+
+/** Returns 1 when `value` is an item of a comma list of numbers ("1,0x10"; no ranges), else 0. */
+DCM_API int dcmStrMatch(uint32_t value, const char *list);
+
+/**
+ * Reads numbers, each separated from the next by one character of any kind, into `array` up to the first 0 or text that
+ * is no number. Clears `size` bytes of `array` first. Always returns 0. `array` must hold the longest list that the
+ * text may give: `size` does not bound what is stored.
+ */
+DCM_API int dcmStr2Array(const char *list, uint32_t *array, int32_t size);
+
+/**
+ * Reads a range list ("1-4,6": no blanks, no leading zeros) of numbers from `minimum` to `maximum` into a bit array of
+ * `size` bytes. Returns -1 and leaves the array as it is when it cannot hold `maximum`; returns -1 for a faulty list,
+ * whose numbers before the fault stay set.
+ */
+DCM_API int dcmStr2BitList(const char *list, uint32_t minimum, uint32_t maximum, uint8_t *bits, uint32_t size);
+
+/**
+ * Writes a bit array of `size` bytes as a range list that counts from 1, and returns `out`. Stops before an item once
+ * more than `limit` characters are written; `out` must hold `limit` characters, one more item ("," and two numbers
+ * joined by "-") and the terminator, and never less than 4 bytes.
+ */
+DCM_API char *dcmBitList2Str(const uint8_t *bits, uint32_t size, char *out, uint32_t limit);
+
+/** As dcmBitList2Str(), counting from 0: prints a capability set as its values. */
+DCM_API char *dcmBitList2Str0(const uint8_t *bits, uint32_t size, char *out, uint32_t limit);
+
+/** @} */
+
+/* ------------------------------------------------------------------------------------------------------------------ */
+/* Converters                                                                                                         */
+/* ------------------------------------------------------------------------------------------------------------------ */
+
+/**
+ * @name Keywords of ports and interfaces
+ * Str2Val: exact comparison; on an unknown or NULL text nothing is written, the text is reported, and the result is -1.
+ * Val2Str: a constant text, "unknown" for a value without keyword.
+ */
+/** @{ */
+DCM_API int dcmYesNoStr2Val(const unsigned char *text, uint32_t *value);          /**< "yes" 1, "no" 0 */
+DCM_API int dcmBitOrderStr2Val(const unsigned char *text, uint32_t *value);       /**< "lsb" 0, "msb" 1 */
+DCM_API const char *dcmBitOrderVal2Str(uint32_t value);                           /**< reverse of dcmBitOrderStr2Val() */
+DCM_API int dcmDriverTypeStr2Val(const unsigned char *text, uint32_t *value);     /**< "cdl" 1, "ineth" 2 */
+DCM_API const char *dcmDriverTypeVal2Str(uint32_t value);                         /**< reverse of dcmDriverTypeStr2Val() */
+DCM_API int dcmInnerIfTypeStr2Val(const unsigned char *text, uint32_t *value);    /**< "hsync" 1 to "sfu" 4 */
+DCM_API const char *dcmInnerIfTypeVal2Str(uint32_t value);                        /**< reverse of dcmInnerIfTypeStr2Val() */
+DCM_API int dcmWorkmodeStr2Val(const unsigned char *text, uint32_t *value);       /**< "bridge" 0, "route" 1 */
+DCM_API const char *dcmWorkmodeVal2Str(uint32_t value);                           /**< reverse of dcmWorkmodeStr2Val() */
+DCM_API int dcmPortConnectorStr2Val(const unsigned char *text, uint32_t *value);  /**< "copper" 1, "fiber" 2 */
+DCM_API const char *dcmPortConnectorTypeVal2Str(uint32_t value);                  /**< reverse of dcmPortConnectorStr2Val() */
+/** PHY type and the interface kind that goes with it; writes both or none. */
+DCM_API int dcmPhyTypeStr2Val(const unsigned char *text, uint32_t *phyType, uint32_t *ondType);
+/** Name of a PHY type. Not the reverse of dcmPhyTypeStr2Val(): "10ge" reads as 3, and 3 prints "xge". */
+DCM_API const char *dcmPhyTypeVal2Str(uint32_t value);
+DCM_API const char *dcmOndTypeVal2Str(uint32_t value);                            /**< name of an interface kind, 1 to 45 */
+DCM_API int dcmPortTypeStr2Val(const unsigned char *text, uint32_t *value);       /**< "client" 0 to "ptmes61" 33 */
+/** Reverse of dcmPortTypeStr2Val(), but that 2 ("unassigned") prints "unassign". */
+DCM_API const char *dcmPortTypeVal2Str(uint32_t value);
+DCM_API int dcmPortTypeCapStr2Val(const unsigned char *text, uint32_t *value);    /**< "eth" 0 to "none" 6 */
+DCM_API const char *dcmPortTypeCapVal2Str(uint32_t value);                        /**< reverse of dcmPortTypeCapStr2Val() */
+DCM_API int dcmMemoryTypeStr2Val(const unsigned char *text, uint32_t *value);     /**< "ram" 1, "flash" 2 */
+DCM_API const char *dcmMemoryTypeVal2Str(uint32_t value);                         /**< reverse of dcmMemoryTypeStr2Val() */
+/** @} */
+
+/**
+ * @name Keywords of capabilities
+ * Results are as for the keywords of ports and interfaces.
+ */
+/** @{ */
+DCM_API int dcmCardSupportFuncStr2Val(const unsigned char *text, uint32_t *value);      /**< "switch-console" 0 to 2 */
+DCM_API int dcmPortLayerProtoCapStr2Val(const unsigned char *text, uint32_t *value);    /**< "ge" 0 to "flexe100ge" 26 */
+DCM_API const char *dcmPortLayerProtoCapVal2Str(uint32_t value);   /**< reverse of dcmPortLayerProtoCapStr2Val() */
+DCM_API int dcmPortTransceiverCapStr2Val(const unsigned char *text, uint32_t *value);   /**< "1000basex" 1 to 21 */
+/** Reverse of dcmPortTransceiverCapStr2Val() for 1 to 17; 18 to 21 print "unknown". */
+DCM_API const char *dcmPortTransceiverCapVal2Str(uint32_t value);
+DCM_API int dcmPortOpticalChnCapStr2Val(const unsigned char *text, uint32_t *value);    /**< 0 to 16 */
+DCM_API const char *dcmPortOpticalChnCapVal2Str(uint32_t value);   /**< reverse of dcmPortOpticalChnCapStr2Val() */
+DCM_API int dcmPortPoeStandardCapStr2Val(const unsigned char *text, uint32_t *value);   /**< "af" 1, "at" 2, "bt" 3 */
+DCM_API const char *dcmPortPoeStandardCapVal2Str(uint32_t value);  /**< reverse of dcmPortPoeStandardCapStr2Val() */
+DCM_API int dcmPortPoeInrushCapStr2Val(const unsigned char *text, uint32_t *value);     /**< "af" 0 to "at-altb" 8 */
+DCM_API const char *dcmPortPoeInrushCapVal2Str(uint32_t value);    /**< reverse of dcmPortPoeInrushCapStr2Val() */
+/** @} */
+
+/**
+ * @name Keyword tables
+ * A keyword's value is its row; entity classes are the exception, see dcmEttClassStr2Val(). The converters read the
+ * tables as they are at the moment of the call, so that a process may put its own words into them. They lie in memory
+ * one after the other in this order, with zero bytes behind the last. (A program that is linked with the shared library
+ * and is not compiled as position-independent code with -fPIC works on copies of the tables that it names; the library
+ * sees the copies, but these do not lie one after the other.)
+ */
+/** @{ */
+enum {
+    DCM_ETT_CLASS_ROWS = 13,
+    DCM_ETT_ATTACH_ROWS = 6,
+    DCM_LED_FREQ_ROWS = 5,
+    DCM_LED_COLOR_ROWS = 4,
+    DCM_LED_TYPE_ROWS = 19,
+    DCM_LED_SYS_STATE_ROWS = 9,
+    DCM_LED_POWER_STATE_ROWS = 4,
+    DCM_LED_FAN_STATE_ROWS = 4,
+    DCM_LED_STACK_STATE_ROWS = 2,
+    DCM_LED_MASTER_STATE_ROWS = 4,
+    DCM_LED_POE_STATE_ROWS = 2,
+    DCM_LED_ALARM_STATE_ROWS = 5,
+    DCM_LED_CARD_STATE_ROWS = 3,
+    DCM_LED_USB_STATE_ROWS = 2,
+    DCM_TEMPER_TYPE_ROWS = 8
+};
+extern DCM_API char gDcmEttClass[DCM_ETT_CLASS_ROWS][DCM_KEYWORD_SIZE];                /**< entity classes */
+extern DCM_API char gDcmEttAttachStrs[DCM_ETT_ATTACH_ROWS][DCM_KEYWORD_SIZE];          /**< attachments */
+extern DCM_API char gDcmLedFreqStrs[DCM_LED_FREQ_ROWS][DCM_KEYWORD_SIZE];              /**< LED frequencies */
+extern DCM_API char gDcmLedColorStrs[DCM_LED_COLOR_ROWS][DCM_KEYWORD_SIZE];            /**< LED colours */
+extern DCM_API char gDcmLedTypeStrs[DCM_LED_TYPE_ROWS][DCM_KEYWORD_SIZE];              /**< LED types */
+extern DCM_API char gDcmLedSysStateStrs[DCM_LED_SYS_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: system */
+extern DCM_API char gDcmLedPowerStateStrs[DCM_LED_POWER_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: power */
+extern DCM_API char gDcmLedFanStateStrs[DCM_LED_FAN_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: fan */
+extern DCM_API char gDcmLedStackStateStrs[DCM_LED_STACK_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: stack, id, breakout */
+extern DCM_API char gDcmLedMasterStateStrs[DCM_LED_MASTER_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: (stack) master */
+extern DCM_API char gDcmLedPoeStateStrs[DCM_LED_POE_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: poe, link, ponlink */
+extern DCM_API char gDcmLedAlarmStateStrs[DCM_LED_ALARM_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: alarm */
+extern DCM_API char gDcmLedCardStateStrs[DCM_LED_CARD_STATE_ROWS][DCM_KEYWORD_SIZE];   /**< states: mcu, lcu, sfu */
+extern DCM_API char gDcmLedUsbStateStrs[DCM_LED_USB_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: usb */
+extern DCM_API char gDcmTemperTypeStrs[DCM_TEMPER_TYPE_ROWS][DCM_KEYWORD_SIZE];        /**< temperature sensor types */
+/** @} */
+
+/**
+ * @name Keywords of entities, LEDs and temperature sensors
+ * Str2Val: results are as for the keywords of ports and interfaces. Val2Str: the row of the table; a value equal to the
+ * number of rows gives the first row of the table that follows in memory, a larger one "unknown".
+ */
+/** @{ */
+/** Writes the platform's class number, not the row: "led" 26, "fan" 19, "power" 6, "card" 9, "port" 10, ... */
+DCM_API int dcmEttClassStr2Val(const unsigned char *text, uint32_t *value);
+DCM_API int dcmEttAttachStr2Val(const unsigned char *text, uint32_t *value);  /**< row of #gDcmEttAttachStrs */
+DCM_API const char *dcmEttAttachVal2Str(uint32_t value);                      /**< reverse of dcmEttAttachStr2Val() */
+DCM_API int dcmLedFreqStr2Val(const unsigned char *text, uint32_t *value);    /**< row of #gDcmLedFreqStrs */
+DCM_API const char *dcmLedFreqVal2Str(uint32_t value);                        /**< reverse of dcmLedFreqStr2Val() */
+DCM_API int dcmLedColorStr2Val(const unsigned char *text, uint32_t *value);   /**< row of #gDcmLedColorStrs */
+DCM_API const char *dcmLedColorVal2Str(uint32_t value);                       /**< reverse of dcmLedColorStr2Val() */
+DCM_API int dcmLedTypeStr2Val(const unsigned char *text, uint32_t *value);    /**< row of #gDcmLedTypeStrs */
+DCM_API const char *dcmLedTypeVal2Str(uint32_t value);                        /**< reverse of dcmLedTypeStr2Val() */
+DCM_API int dcmTemperTypeStr2Val(const unsigned char *text, uint32_t *value); /**< row of #gDcmTemperTypeStrs */
+DCM_API const char *dcmTemperTypeVal2Str(uint32_t value);                     /**< reverse of dcmTemperTypeStr2Val() */
+/** Row of the state table of `ledType`; -1 without a report for an LED type that has none. */
+DCM_API int dcmLedStateStr2Val(uint32_t ledType, const unsigned char *text, uint32_t *value);
+/** Reverse of dcmLedStateStr2Val(); "unknown" for an LED type without state table. */
+DCM_API const char *dcmLedStateVal2Str(uint32_t ledType, uint32_t value);
+/**
+ * Splits an entity name, CLASS-PATH-NAME\@ATTACH with up to three path parts joined by "/", into an identity. Always
+ * returns 0; an unknown class or attachment is reported and reads as 0.
+ */
+DCM_API int dcmNameToEttInfo(const char *name, DcmEttInfo *info);
+/** @} */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

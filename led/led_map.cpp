@@ -1,0 +1,178 @@
+#include "common/decoder.h"
+
+#include <cstdio>
+
+namespace dcm {
+
+namespace {
+
+constexpr uint32_t kCardClass = 9; // the platform's class number of "card"
+
+// The slot or card of an LED name: "#" is the holder's own, nothing leaves the field as it is.
+void takePlace(const char *text, uint8_t &place)
+{
+    if (text[0] == '#')
+        place = DCM_ID_UNSPEC;
+    else if (text[0] != '\0')
+        place = static_cast<uint8_t>(readNumber(text));
+}
+
+// Splits an LED name, as in "led-fan-2@slot3/#".
+Result _dcmLedName2EttInfo(const char *name, DcmLedHead &led)
+{
+    char type[16] = "";
+    char id[4] = "";
+    char attachText[16] = "";
+    char slot[4] = "";
+    char card[4] = "";
+    std::sscanf(name, "led-%15[^-]-%3[^@]@%15[a-z]%3[^/]/%3s", type, id, attachText, slot, card);
+
+    uint32_t ledType = 0;
+    if (dcmLedTypeStr2Val(reinterpret_cast<unsigned char *>(type), &ledType) != 0)
+        return DCM_REPORT(__func__, "led type[%s] is invalid.", type);
+    led.ledType = static_cast<uint8_t>(ledType);
+    led.srcType = led.ledType;
+    led.id = static_cast<uint8_t>(readNumber(id));
+    uint32_t attach = 0;
+    if (dcmEttAttachStr2Val(reinterpret_cast<unsigned char *>(attachText), &attach) != 0)
+        return DCM_REPORT(__func__, "led attach type[%s] is invalid.", attachText);
+    led.attach = static_cast<uint8_t>(attach);
+    takePlace(slot, led.attachSlot);
+    takePlace(card, led.attachCard);
+    return Result::ok;
+}
+
+// Has the platform map a source position, as in "src-3/1", to a logical entity index. The status is the platform's.
+int _dcmLedSrc2EttIndex(const char *source, uint32_t *ettIndex)
+{
+    int first = 0;
+    int second = 0;
+    std::sscanf(source, "src-%d/%d", &first, &second);
+    const DcmEttInfo physical = {kCardClass,
+                                 static_cast<uint32_t>(second),
+                                 0, // attached to "sys"
+                                 2,
+                                 zorSelfSysIndex(),
+                                 {static_cast<uint32_t>(first), 0, 0}};
+    return hwalEttPhy2Logical(&physical, ettIndex);
+}
+
+struct MapEntry {
+    DcmLedHead &led;
+    uint32_t &srcEttIndex;
+};
+
+// kept: a faulty name, source or state pair is reported, and the entry counts all the same.
+Result takeLedName(Node element, const MapEntry &entry, const Reporter &reporter)
+{
+    const Text source = Text::attribute(element, "src", reporter);
+    if (source)
+        static_cast<void>(_dcmLedSrc2EttIndex(source.c_str(), &entry.srcEttIndex));
+    const Text name = Text::content(element, reporter);
+    if (source.isOutOfMemory() || !name)
+        return Result::outOfMemory;
+    static_cast<void>(_dcmLedName2EttInfo(name.c_str(), entry.led));
+    entry.led.statMapNum = 0;
+    return Result::ok;
+}
+
+Result decodeStateMap(Node element, DcmLedHead &led, const Reporter &reporter);
+
+Result takeSource(Node element, const MapEntry &entry, const Reporter &reporter)
+{
+    const Text name = Text::attribute(element, "led-name", reporter);
+    if (name.isOutOfMemory())
+        return Result::outOfMemory;
+    static_cast<void>(_dcmLedName2EttInfo(name ? name.c_str() : "", entry.led));
+
+    const Text type = Text::attribute(element, "type", reporter);
+    if (type.isOutOfMemory())
+        return Result::outOfMemory;
+    if (type) {
+        uint32_t srcType = 0;
+        if (dcmLedTypeStr2Val(type.word(), &srcType) != 0)
+            return DCM_REPORT(reporter.function, "type(%s) is invalid .", type.c_str()); // kept: the blank
+        entry.led.srcType = static_cast<uint8_t>(srcType);
+    }
+    return unlessOutOfMemory(decodeStateMap(element, entry.led, Reporter{"_dcmLedDecodeStateMap"}));
+}
+
+// One "state" element: what the LED shows while the source is in a state.
+Result takeStatePair(Node element, DcmLedHead &led, uint32_t pair, const Reporter &reporter)
+{
+    const Text source = Text::attribute(element, "type", reporter);
+    if (!source)
+        return source.missing(reporter, DCM_SAYS("decode led-state-map failed, no type prop."));
+    uint32_t state = 0;
+    if (dcmLedStateStr2Val(led.srcType, source.word(), &state) != 0)
+        return DCM_REPORT(reporter.function, "state(%s) is invalid for src-type(%s).", source.c_str(),
+                          dcmLedTypeVal2Str(led.srcType));
+    led.srcState[pair] = static_cast<uint8_t>(state);
+
+    const Text shown = Text::content(element, reporter);
+    if (!shown)
+        return Result::outOfMemory;
+    if (dcmLedStateStr2Val(led.ledType, shown.word(), &state) != 0)
+        return DCM_REPORT(reporter.function, "state(%s) is invalid for led-type(%s).", shown.c_str(),
+                          dcmLedTypeVal2Str(led.ledType));
+    led.ledState[pair] = static_cast<uint8_t>(state);
+    return Result::ok;
+}
+
+Result decodeStateMap(Node element, DcmLedHead &led, const Reporter &reporter)
+{
+    uint32_t pairs = 0;
+    for (const Node state : children(element)) {
+        if (!isNamed(state, "state"))
+            continue;
+        if (pairs == DCM_LED_STATE_MAX)
+            break;
+        if (const Result taken = takeStatePair(state, led, pairs, reporter); taken != Result::ok)
+            return taken;
+        pairs++;
+    }
+    led.statMapNum = static_cast<uint8_t>(pairs);
+    return Result::ok;
+}
+
+Result decodeMap(Node element, DcmLedMapInfo &map, const Reporter &reporter)
+{
+    const Text numText = Text::attribute(element, "num", reporter);
+    if (!numText)
+        return numText.missing(reporter, DCM_SAYS("decode led-map failed, no num prop."));
+    const uint32_t num = static_cast<uint8_t>(numText.number()); // kept: only the low 8 bits count
+    if (num > DCM_LED_MAP_MAX)
+        return DCM_REPORT(reporter.function, "decode led-map failed, led map count(%u) is out of range(%u).", num,
+                          static_cast<uint32_t>(DCM_LED_MAP_MAX));
+
+    uint32_t count = 0;
+    for (const Node child : children(element)) {
+        const bool isLedName = isNamed(child, "led-name");
+        if (!isLedName && !isNamed(child, "source"))
+            continue;
+        if (count >= num)
+            return DCM_REPORT(reporter.function, "decode led-map failed, led-name node count(%u) is out of range(%u).",
+                              count + 1, num);
+        const MapEntry entry = {map.mapEntries[count], map.srcEttIndex[count]};
+        const Result taken = isLedName ? takeLedName(child, entry, reporter) : takeSource(child, entry, reporter);
+        if (taken != Result::ok)
+            return taken;
+        count++;
+    }
+    map.num = count;
+    return Result::ok;
+}
+
+} // namespace
+
+} // namespace dcm
+
+int _dcmLedDecodeStateMap(struct _xmlNode *node, DcmLedHead *led)
+{
+    return status(dcm::decodeStateMap(node, *led, dcm::Reporter{__func__}));
+}
+
+int dcmLedDecodeMap(struct _xmlNode *node, DcmLedMapInfo *map)
+{
+    return status(dcm::decodeMap(node, *map, dcm::Reporter{__func__}));
+}

@@ -1,0 +1,25 @@
+// The commands of the tool. Each adds itself to the command line and runs when it is named there.
+#ifndef DCM_TOOLS_COMMAND_H
+#define DCM_TOOLS_COMMAND_H
+
+#include <CLI/CLI.hpp>
+
+// What the tool exits with.
+enum Exit { kSuccess = 0, kQueryFailed = 1, kWrongUsage = 64 };
+
+void addFrameCommand(CLI::App &app, Exit &exit);
+void addSlotCommand(CLI::App &app, Exit &exit);
+void addCardCommand(CLI::App &app, Exit &exit);
+void addVmCommand(CLI::App &app, Exit &exit);
+
+// The options that the commands on a device description share.
+struct DeviceOptions {
+    std::string file;
+    uint32_t type = 0;
+
+    void addTo(CLI::App &command, const std::string &what);
+    // What the library takes for the file: nullptr stands for the default.
+    const char *fileName() const { return file.empty() ? nullptr : file.c_str(); }
+};
+
+#endif

@@ -1,0 +1,39 @@
+// dcm: reads device descriptions on an engineer's machine as the network element reads them.
+#include "host/host.h"
+#include "tools/dcm/command.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace {
+
+void logToStandardError(int module, int level, int flags, const char *format, va_list arguments)
+{
+    std::fprintf(stderr, "log(%d, %d, %d) ", module, level, flags);
+    std::vfprintf(stderr, format, arguments);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Exit exit = kSuccess;
+    CLI::App app("Reads device descriptions: what the hardware of a frame, slot or card type looks like.", "dcm");
+    app.set_version_flag("--version", "dcm " DCM_VERSION);
+    app.add_flag_function(
+        "--log", [](int64_t) { hostSetLogHandler(logToStandardError); },
+        "Show what the library logs on standard error");
+    app.require_subcommand(1);
+    app.fallthrough();
+    addFrameCommand(app, exit);
+    addSlotCommand(app, exit);
+    addCardCommand(app, exit);
+    addVmCommand(app, exit);
+    app.footer("Exit status: 0 success, 1 the query failed, 64 wrong usage.");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? kSuccess : kWrongUsage;
+    }
+    return exit;
+}

@@ -1,0 +1,34 @@
+#include "vm/vm.h"
+#include "common/paths.h"
+#include "tools/dcm/command.h"
+
+#include <memory>
+
+void addVmCommand(CLI::App &app, Exit &exit)
+{
+    struct Options {
+        uint32_t id = 0;
+        std::string root = dcm::kBaseFolder;
+    };
+    CLI::App *command = app.add_subcommand("vm", "Print the panel ports given to a virtual machine");
+    const auto options = std::make_shared<Options>();
+    command->add_option("ID", options->id, "Number of the VM, 0 to 255")
+        ->required()
+        ->type_name("")
+        ->check(CLI::Range(0U, 255U, "0 to 255"));
+    command
+        ->add_option("-r,--root", options->root,
+                     "Folder that holds device/vm-ID.xml [" + std::string(dcm::kBaseFolder) + "]")
+        ->type_name("DIR");
+    command->callback([options, &exit] {
+        const auto id = static_cast<uint8_t>(options->id);
+        DcmVmPortInfo info = {};
+        if (dcm::readVmPorts(options->root.c_str(), id, info) != 0) {
+            exit = kQueryFailed;
+            return;
+        }
+        char path[dcm::kVmPathSize];
+        dcm::vmPath(options->root.c_str(), id, path);
+        dcmVmPortInfoShow(path, &info);
+    });
+}

@@ -1,0 +1,70 @@
+#include "vm/vm.h"
+
+#include "common/console.h"
+#include "common/paths.h"
+#include "common/xml.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace dcm {
+
+namespace {
+
+Result readPorts(DcmVmPortInfo &info, const Reporter &reporter)
+{
+    Document document;
+    if (const Result parsed = document.parse(reporter); parsed != Result::ok)
+        return parsed;
+    if (!isNamed(document.root(), "panel-port"))
+        return reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not panel-port."));
+
+    uint32_t num = 0;
+    if (const Result read = readAttribute(document.root(), "num", num, reporter); read != Result::ok)
+        return read;
+    info.ifindexNum = static_cast<uint8_t>(num);
+    uint8_t count = 0; // kept: 8 bits, so that the 257th element lands in entry 0 again
+    for (const Node child : children(document.root())) {
+        if (!isNamed(child, "ifindex"))
+            continue;
+        const Text ifindex = Text::content(child, reporter);
+        if (!ifindex)
+            return Result::outOfMemory;
+        info.ifindex[count++] = ifindex.number();
+    }
+    return Result::ok;
+}
+
+} // namespace
+
+void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize])
+{
+    std::snprintf(path, sizeof path, "%s/device/vm-%d.xml", baseFolder, vmId);
+}
+
+int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info)
+{
+    constexpr char function[] = "dcmVmPortInfoGet";
+    char path[kVmPathSize];
+    vmPath(baseFolder, vmId, path);
+    if (access(path, F_OK) != 0)
+        return status(DCM_REPORT(function, "dcmVmPortInfoGet vm-%d.xml is not exist.", int{vmId}));
+    return status(readPorts(info, Reporter{function, path}));
+}
+
+} // namespace dcm
+
+int dcmVmPortInfoGet(uint8_t vmId, DcmVmPortInfo *info)
+{
+    return dcm::readVmPorts(dcm::kBaseFolder, vmId, *info);
+}
+
+int dcmVmPortInfoShow(const char *fileName, const DcmVmPortInfo *info)
+{
+    std::printf("\r%s\n", dcm::kDoubleRule);
+    std::printf("filename: %s \r\n", fileName != nullptr ? fileName : "(null)");
+    std::printf("ifNmu: %d \r\n", info->ifindexNum); // kept: the label's spelling
+    for (unsigned i = 0; i < info->ifindexNum; i++)
+        std::printf("ifindex[%u]: %d \r\n", i, static_cast<int>(info->ifindex[i]));
+    return std::puts(dcm::kRule);
+}
