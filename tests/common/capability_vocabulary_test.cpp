@@ -1,0 +1,366 @@
+// The keywords of what cards and panel ports support, both ways, and the bit that each sets in a capability set.
+#include "tests/support/dcm_test.h"
+
+using namespace dcmtest;
+
+namespace {
+
+struct Keyword {
+    const char *text;
+    uint32_t value;
+};
+
+struct Vocabulary {
+    const char *name;
+    int (*toValue)(const unsigned char *, uint32_t *);
+    const char *(*toText)(uint32_t);   // none for card support functions
+    const char *report;                // up to the text that was given
+    std::vector<Keyword> read;         // every keyword that is accepted
+    std::vector<Keyword> printed;      // every value that has a text
+    std::vector<const char *> unknown; // texts that are close, but no keywords
+};
+
+void PrintTo(const Vocabulary &vocabulary, std::ostream *out)
+{
+    *out << vocabulary.name;
+}
+
+const std::vector<Vocabulary> vocabularies = {
+    {"CardSupportFunc",
+     dcmCardSupportFuncStr2Val,
+     nullptr,
+     "[dcmCardSupportFuncStr2Val:#]: invalid card support function(",
+     {{"switch-console", 0}, {"switch-console-pon1", 1}, {"switch-console-pon2", 2}},
+     {},
+     {"Switch-console", "switch-console ", " switch-console", "switch-console-", "switch-console-pon",
+      "switch-console-pon0", "switch-console-pon3", "switch_console", "switch-consol", "console", "0", "1"}},
+    {"PortLayerProtoCap",
+     dcmPortLayerProtoCapStr2Val,
+     dcmPortLayerProtoCapVal2Str,
+     "[dcmPortLayerProtoCapStr2Val:#]: invalid port layer proto cap(",
+     {{"ge", 0},      {"oc48", 1},   {"stm16", 2},  {"10gelan", 3}, {"10gewan", 4},    {"oc912", 5}, {"stm64", 6},
+      {"otu2", 7},    {"otu2e", 8},  {"otu1e", 9},  {"odu2", 10},   {"odu2e", 11},     {"40ge", 12}, {"oc768", 13},
+      {"stm256", 14}, {"otu3", 15},  {"odu3", 16},  {"100ge", 17},  {"100gemlg", 18},  {"otu4", 19}, {"otuc2", 20},
+      {"oduc2", 21},  {"otuc4", 22}, {"oduc4", 23}, {"400ge", 25},  {"flexe100ge", 26}},
+     {{"ge", 0},      {"oc48", 1},   {"stm16", 2},  {"10gelan", 3}, {"10gewan", 4},    {"oc912", 5}, {"stm64", 6},
+      {"otu2", 7},    {"otu2e", 8},  {"otu1e", 9},  {"odu2", 10},   {"odu2e", 11},     {"40ge", 12}, {"oc768", 13},
+      {"stm256", 14}, {"otu3", 15},  {"odu3", 16},  {"100ge", 17},  {"100gemlg", 18},  {"otu4", 19}, {"otuc2", 20},
+      {"oduc2", 21},  {"otuc4", 22}, {"oduc4", 23}, {"400ge", 25},  {"flexe100ge", 26}},
+     {"GE", "ge ", " ge", "10ge", "oc192", "OC48", "stm1", "otu1", "otu", "odu4", "otuc8", "200ge", "100gem", "flexe",
+      "flexe400ge", "24", "0"}},
+    {"PortTransceiverCap",
+     dcmPortTransceiverCapStr2Val,
+     dcmPortTransceiverCapVal2Str,
+     "[dcmPortTransceiverCapStr2Val:#]: invalid port trancevier cap(",
+     {{"1000basex", 1},  {"1000baset", 2},  {"10gbasex", 3},   {"10gbaset", 4},  {"40gbasex", 5},  {"40gbaset", 6},
+      {"100gbasex", 7},  {"100gbaset", 8},  {"1000basetx", 9}, {"100baset", 10}, {"25gbasex", 11}, {"25gbaset", 12},
+      {"100basex", 13},  {"2500basex", 14}, {"2500baset", 15}, {"5gbasex", 16},  {"5gbaset", 17},  {"200gbasex", 18},
+      {"200gbaset", 19}, {"400gbasex", 20}, {"400gbaset", 21}},
+     {{"1000basex", 1},
+      {"1000baset", 2},
+      {"10gbasex", 3},
+      {"10gbaset", 4},
+      {"40gbasex", 5},
+      {"40gbaset", 6},
+      {"100gbasex", 7},
+      {"100gbaset", 8},
+      {"1000basetx", 9},
+      {"100baset", 10},
+      {"25gbasex", 11},
+      {"25gbaset", 12},
+      {"100basex", 13},
+      {"2500basex", 14},
+      {"2500baset", 15},
+      {"5gbasex", 16},
+      {"5gbaset", 17}},
+     {"1000BaseX", "1000BASEX", "1000basex ", " 1000basex", "1000base", "1000base-x", "100basetx", "10baset",
+      "50gbasex", "800gbasex", "0x1", "1"}},
+    {"PortOpticalChnCap",
+     dcmPortOpticalChnCapStr2Val,
+     dcmPortOpticalChnCapVal2Str,
+     "[dcmPortOpticalChnCapStr2Val:#]: invalid port optical channel cap(",
+     {{"otu4-scfec-deqpsk", 0},
+      {"foic1-ofec-deqpsk", 1},
+      {"foic1-ofec-qpsk", 2},
+      {"100zr-ofec-qpsk", 3},
+      {"foic2-cfec-qpsk", 4},
+      {"foic2-ofec-qpsk", 5},
+      {"200zr-ofec-qpsk", 6},
+      {"foic2-ofec-8qam", 7},
+      {"200zr-ofec-8qam", 8},
+      {"foic2-ofec-16qam", 9},
+      {"200zr-ofec-16qam", 10},
+      {"foic3-ofec-8qame", 11},
+      {"300zr-ofec-8qame", 12},
+      {"foic4-cfec-16qam", 13},
+      {"400zr-cfec-16qam", 14},
+      {"foic4-ofec-16qam", 15},
+      {"400zr-ofec-16qam", 16}},
+     {{"otu4-scfec-deqpsk", 0},
+      {"foic1-ofec-deqpsk", 1},
+      {"foic1-ofec-qpsk", 2},
+      {"100zr-ofec-qpsk", 3},
+      {"foic2-cfec-qpsk", 4},
+      {"foic2-ofec-qpsk", 5},
+      {"200zr-ofec-qpsk", 6},
+      {"foic2-ofec-8qam", 7},
+      {"200zr-ofec-8qam", 8},
+      {"foic2-ofec-16qam", 9},
+      {"200zr-ofec-16qam", 10},
+      {"foic3-ofec-8qame", 11},
+      {"300zr-ofec-8qame", 12},
+      {"foic4-cfec-16qam", 13},
+      {"400zr-cfec-16qam", 14},
+      {"foic4-ofec-16qam", 15},
+      {"400zr-ofec-16qam", 16}},
+     {"OTU4-scfec-deqpsk", "otu4-scfec-deqpsk ", "otu4-scfec-qpsk", "foic1-cfec-qpsk", "foic3-ofec-8qam",
+      "300zr-ofec-8qam", "200zr-cfec-16qam", "400zr-ofec-8qam", "foic4-ofec-16qame", "400zr", "0"}},
+    {"PortPoeStandardCap",
+     dcmPortPoeStandardCapStr2Val,
+     dcmPortPoeStandardCapVal2Str,
+     "[dcmPortPoeStandardCapStr2Val:#]: invalid port poe standard cap(",
+     {{"af", 1}, {"at", 2}, {"bt", 3}},
+     {{"af", 1}, {"at", 2}, {"bt", 3}},
+     {"AF", "Af", "af ", " at", "a", "b", "bt3", "af-high", "pre-at", "802.3af", "1"}},
+    {"PortPoeInrushCap",
+     dcmPortPoeInrushCapStr2Val,
+     dcmPortPoeInrushCapVal2Str,
+     "[dcmPortPoeInrushCapStr2Val:#]: invalid port poe inrush cap(",
+     {{"af", 0},
+      {"af-high", 1},
+      {"pre-at", 2},
+      {"at", 3},
+      {"pre-bt3", 4},
+      {"bt3", 5},
+      {"bt4", 6},
+      {"pre-bt4", 7},
+      {"at-altb", 8}},
+     {{"af", 0},
+      {"af-high", 1},
+      {"pre-at", 2},
+      {"at", 3},
+      {"pre-bt3", 4},
+      {"bt3", 5},
+      {"bt4", 6},
+      {"pre-bt4", 7},
+      {"at-altb", 8}},
+     {"AF", "af ", " af", "af-", "af-low", "af_high", "pre-af", "bt", "pre-bt", "bt5", "at-alt", "at-alta", "At-altb",
+      "0"}},
+};
+
+std::vector<Vocabulary> printedVocabularies()
+{
+    std::vector<Vocabulary> printed;
+    for (const Vocabulary &vocabulary : vocabularies)
+        if (vocabulary.toText != nullptr)
+            printed.push_back(vocabulary);
+    return printed;
+}
+
+std::string nameOf(const testing::TestParamInfo<Vocabulary> &parameter)
+{
+    return parameter.param.name;
+}
+
+class CapabilityVocabulary : public testing::TestWithParam<Vocabulary> {};
+class PrintedCapabilityVocabulary : public testing::TestWithParam<Vocabulary> {};
+
+INSTANTIATE_TEST_SUITE_P(, CapabilityVocabulary, testing::ValuesIn(vocabularies), nameOf);
+INSTANTIATE_TEST_SUITE_P(, PrintedCapabilityVocabulary, testing::ValuesIn(printedVocabularies()), nameOf);
+
+struct Reading {
+    int result;
+    uint32_t value;
+    Messages messages;
+};
+
+constexpr uint32_t untouched = 0xDEADBEEF;
+
+Reading read(const Vocabulary &vocabulary, const char *keyword)
+{
+    Reading reading{1, untouched, {}};
+    reading.messages = effectsOf([&] { reading.result = vocabulary.toValue(text(keyword), &reading.value); }).messages;
+    return reading;
+}
+
+void expectUnknown(const Vocabulary &vocabulary, const char *keyword, const std::string &shown)
+{
+    SCOPED_TRACE("'" + shown.substr(0, 60) + "'");
+    const Reading reading = read(vocabulary, keyword);
+    EXPECT_EQ(reading.result, -1);
+    EXPECT_EQ(reading.value, untouched);
+    EXPECT_EQ(reading.messages, (Messages{vocabulary.report + shown + ")."}));
+}
+
+// 0 to 300, and values whose low bytes are those of known ones.
+std::vector<uint32_t> valuesToPrint()
+{
+    std::vector<uint32_t> values = {511,   512,        513,        514,        65535,      65536,     65537,
+                                    65538, 0x01000001, 0x7FFFFFFF, 0x80000000, 0x80000001, UINT32_MAX};
+    for (uint32_t value = 0; value <= 300; value++)
+        values.push_back(value);
+    return values;
+}
+
+std::string expectedText(const std::vector<Keyword> &printed, uint32_t value)
+{
+    for (const Keyword &keyword : printed)
+        if (keyword.value == value)
+            return keyword.text;
+    return "unknown";
+}
+
+// The first panel port of a card whose description has this capability set.
+Answer<DcmCardInfo> portWith(const std::string &capabilitySet)
+{
+    return cardWith("<panel-port num='1' startportid='1' maxportid='1'><port id='1'>" + capabilitySet +
+                    "</port></panel-port>");
+}
+
+} // namespace
+
+TEST_P(CapabilityVocabulary, ReadsEveryKeyword)
+{
+    for (const Keyword &keyword : GetParam().read) {
+        SCOPED_TRACE(keyword.text);
+        const Reading reading = read(GetParam(), keyword.text);
+        EXPECT_EQ(reading.result, 0);
+        EXPECT_EQ(reading.value, keyword.value);
+        EXPECT_EQ(reading.messages, Messages{});
+    }
+}
+
+TEST_P(PrintedCapabilityVocabulary, PrintsEveryValueAndUnknownForTheOthers)
+{
+    std::vector<const char *> texts; // looked at after the last call: the texts are constant
+    const Effects effects = effectsOf([&] {
+        for (const uint32_t value : valuesToPrint())
+            texts.push_back(GetParam().toText(value));
+    });
+    EXPECT_EQ(effects.messages, Messages{});
+    for (size_t i = 0; i < texts.size(); i++) {
+        const uint32_t value = valuesToPrint()[i];
+        EXPECT_STREQ(texts[i], expectedText(GetParam().printed, value).c_str()) << value;
+    }
+}
+
+TEST_P(CapabilityVocabulary, RefusesATextThatIsNotExactlyAKeyword)
+{
+    for (const char *keyword : GetParam().unknown)
+        expectUnknown(GetParam(), keyword, keyword);
+}
+
+TEST_P(CapabilityVocabulary, RefusesTheKeywordsOfTheOthers)
+{
+    for (const Vocabulary &other : vocabularies) {
+        for (const Keyword &keyword : other.read) {
+            const std::string word = keyword.text;
+            const bool isPoe = word == "af" || word == "at"; // in both PoE vocabularies
+            if (other.toValue != GetParam().toValue && !isPoe)
+                expectUnknown(GetParam(), keyword.text, word);
+        }
+    }
+}
+
+TEST_P(CapabilityVocabulary, RefusesTheWordForAValueWithoutKeyword)
+{
+    expectUnknown(GetParam(), "unknown", "unknown");
+}
+
+TEST_P(CapabilityVocabulary, RefusesAnEmptyText)
+{
+    expectUnknown(GetParam(), "", "");
+}
+
+TEST_P(CapabilityVocabulary, RefusesANullText)
+{
+    expectUnknown(GetParam(), nullptr, "(null)");
+}
+
+TEST_P(CapabilityVocabulary, ReportsATextOfAnyLengthAndContentAsItIs)
+{
+    expectUnknown(GetParam(), "%s%n%u 100%", "%s%n%u 100%");
+    const std::string longText(5000, 'x');
+    expectUnknown(GetParam(), longText.c_str(), longText);
+}
+
+TEST(TransceiverCapability, IsReadButNotPrintedFrom200GigabitOn)
+{
+    struct {
+        const char *keyword;
+        uint32_t value;
+    } const cases[] = {{"200gbasex", 18}, {"200gbaset", 19}, {"400gbasex", 20}, {"400gbaset", 21}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.keyword);
+        uint32_t value = untouched;
+        EXPECT_EQ(dcmPortTransceiverCapStr2Val(text(c.keyword), &value), 0);
+        EXPECT_EQ(value, c.value);
+        EXPECT_STREQ(dcmPortTransceiverCapVal2Str(value), "unknown");
+    }
+}
+
+TEST(LayerProtocolCapability, Leaves24WithoutKeyword)
+{
+    EXPECT_STREQ(dcmPortLayerProtoCapVal2Str(23), "oduc4");
+    EXPECT_STREQ(dcmPortLayerProtoCapVal2Str(24), "unknown");
+    EXPECT_STREQ(dcmPortLayerProtoCapVal2Str(25), "400ge");
+    EXPECT_STREQ(dcmPortLayerProtoCapVal2Str(26), "flexe100ge");
+    EXPECT_STREQ(dcmPortLayerProtoCapVal2Str(27), "unknown");
+}
+
+TEST(PoeCapability, GivesTheSameKeywordAnotherValueAsStandardAndAsInrushMode)
+{
+    uint32_t standard = untouched;
+    uint32_t inrush = untouched;
+    EXPECT_EQ(dcmPortPoeStandardCapStr2Val(text("af"), &standard), 0);
+    EXPECT_EQ(dcmPortPoeInrushCapStr2Val(text("af"), &inrush), 0);
+    EXPECT_EQ(standard, 1U);
+    EXPECT_EQ(inrush, 0U);
+    EXPECT_EQ(dcmPortPoeStandardCapStr2Val(text("at"), &standard), 0);
+    EXPECT_EQ(dcmPortPoeInrushCapStr2Val(text("at"), &inrush), 0);
+    EXPECT_EQ(standard, 2U);
+    EXPECT_EQ(inrush, 3U);
+}
+
+TEST(CapabilitySet, KeepsAValueInTheBitOfItsNumberFromZero)
+{
+    const auto answer = portWith("<layerproto-caps><cap>40ge</cap></layerproto-caps>");
+    ASSERT_EQ(answer.result, 0);
+    EXPECT_EQ(answer.messages, Messages{});
+    EXPECT_EQ(bytesOf(answer.info->panelIf[0].layerProtoCaps), (std::vector<unsigned>{0x00, 0x08, 0x00, 0x00}));
+}
+
+TEST(CapabilitySet, HoldsEveryValueThatItsKeywordsName)
+{
+    const auto answer = portWith("<layerproto-caps><cap>ge</cap><cap>flexe100ge</cap></layerproto-caps>"
+                                 "<opticalchannel-caps><cap>otu4-scfec-deqpsk</cap><cap>400zr-ofec-16qam</cap>"
+                                 "</opticalchannel-caps>"
+                                 "<poestandard-caps><cap>af</cap><cap>bt</cap></poestandard-caps>"
+                                 "<poeinrush-caps><cap>af</cap><cap>at</cap></poeinrush-caps>");
+    ASSERT_EQ(answer.result, 0);
+    EXPECT_EQ(answer.messages, Messages{});
+    const DcmPanelIfInfo &port = answer.info->panelIf[0];
+    EXPECT_EQ(bytesOf(port.layerProtoCaps), (std::vector<unsigned>{0x80, 0x00, 0x00, 0x20}));
+    EXPECT_EQ(bytesOf(port.opticalChnCaps), (std::vector<unsigned>{0x80, 0x00, 0x80, 0x00}));
+    EXPECT_EQ(bytesOf(port.poeStandardCaps), (std::vector<unsigned>{0x50}));
+    EXPECT_EQ(bytesOf(port.poeInrushCaps), (std::vector<unsigned>{0x90}));
+}
+
+TEST(CapabilitySet, IsPrintedAsTheListOfItsValues)
+{
+    const auto answer = portWith("<layerproto-caps><cap>40ge</cap><cap>ge</cap><cap>oc48</cap></layerproto-caps>");
+    ASSERT_EQ(answer.result, 0);
+    char list[64];
+    EXPECT_STREQ(dcmBitList2Str0(answer.info->panelIf[0].layerProtoCaps, 4, list, 32), "0-1,12");
+}
+
+TEST(CapabilitySet, FailsWithTheFirstKeywordThatIsUnknown)
+{
+    const auto answer = cardWith("<panel-port num='2' startportid='1' maxportid='2'><port-group id='2'>"
+                                 "<layerproto-caps><cap>ge</cap><cap>GE</cap><cap>bogus</cap></layerproto-caps>"
+                                 "</port-group></panel-port>");
+    EXPECT_EQ(answer.result, -1);
+    EXPECT_EQ(answer.messages, (Messages{"[dcmPortLayerProtoCapStr2Val:#]: invalid port layer proto cap(GE).",
+                                         "[_dcmDecodePanelPortGroup:#]: decode panel-port layerproto-caps failed.",
+                                         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port group failed."}));
+}

@@ -1,0 +1,176 @@
+// What every test uses: run a query on XML that stands in the test, and look at everything that the call did.
+#ifndef DCM_TESTS_SUPPORT_DCM_TEST_H
+#define DCM_TESTS_SUPPORT_DCM_TEST_H
+
+#include <dcm.h>
+#include <libxml/tree.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace dcmtest {
+
+// What a call reported, innermost failure first, one string per report: its text without the line end, the source line
+// masked as "#" and the file that the test wrote as "FILE": "[dcmFrameInfoGet:#]: xmlfile(FILE) frame decode led
+// failed."
+using Messages = std::vector<std::string>;
+
+// What a call did besides its result.
+struct Effects {
+    Messages messages;
+    std::string output; // standard output as it was printed, nothing masked
+};
+
+// Runs `call` and records its effects. Every test goes through here, so these hold for each report of the whole suite:
+// the log call has the leading arguments 0, 3, 0, a format that begins "[%s:%u]: " and ends "\r\n", and the same text
+// stands on standard output, in the same order.
+// `file` is what to mask as FILE. Output that is no report (a Show function's) is allowed only with `alsoPrints`.
+enum class Output { reportsOnly, alsoPrints };
+Effects effectsOf(const std::function<void()> &call, const std::string &file = {}, Output output = Output::reportsOnly);
+
+// Standard output of `call`.
+std::string outputOf(const std::function<void()> &call);
+
+// A file of its own below the temporary folder, removed with the object.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::string &content);
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile &) = delete;
+    TemporaryFile &operator=(const TemporaryFile &) = delete;
+    const std::string &path() const { return path_; }
+    const char *c_str() const { return path_.c_str(); }
+
+private:
+    std::string path_;
+};
+
+// While it lives, files that the library looks for below "/etc/zorconf" are looked for below a temporary folder instead
+// (file access is wrapped when the tests are linked; nothing on the machine is touched).
+class Zorconf {
+public:
+    Zorconf();
+    ~Zorconf();
+    Zorconf(const Zorconf &) = delete;
+    Zorconf &operator=(const Zorconf &) = delete;
+    // Writes the file that the library sees as "/etc/zorconf/device/<name>".
+    void write(const std::string &name, const std::string &content) const;
+
+private:
+    std::string root_;
+};
+
+// A record between two guards: whatever the test does, a write beside the record is a failure.
+template <class Record> class Guarded {
+public:
+    // The record starts full of a byte that no default and no test uses, so that what is not cleared shows.
+    Guarded() : room_(new Room)
+    {
+        std::memset(room_.get(), 0, sizeof(Room));
+        std::memset(room_->before, 0x5A, sizeof room_->before);
+        std::memset(static_cast<void *>(&room_->record), 0xA5, sizeof(Record));
+        std::memset(room_->behind, 0x5A, sizeof room_->behind);
+    }
+    ~Guarded()
+    {
+        if (room_ == nullptr)
+            return;
+        for (unsigned char byte : room_->before)
+            EXPECT_EQ(byte, 0x5A) << "written before the record";
+        for (unsigned char byte : room_->behind)
+            EXPECT_EQ(byte, 0x5A) << "written behind the record";
+    }
+    Guarded(Guarded &&) = default;
+    Guarded &operator=(Guarded &&) = delete;
+    Record *get() { return &room_->record; }
+    const Record &operator*() const { return room_->record; }
+    const Record *operator->() const { return &room_->record; }
+
+private:
+    struct Room {
+        unsigned char before[64];
+        Record record;
+        unsigned char behind[64];
+    };
+    std::unique_ptr<Room> room_;
+};
+
+// A query's result, record and reports.
+template <class Record> struct Answer {
+    int result = 0;
+    Guarded<Record> info;
+    Messages messages;
+};
+
+// The queries on a file with this content.
+Answer<DcmFrameInfo> queryFrame(uint32_t typeId, const std::string &xml);
+Answer<DcmSlotInfo> querySlot(uint32_t typeId, const std::string &xml);
+Answer<DcmCardInfo> queryCard(uint32_t typeId, uint32_t mode, const std::string &xml);
+
+// A device whose only frame (or slot, or card in mode 0) has type 1 and these children; queried for type 1.
+Answer<DcmFrameInfo> frameWith(const std::string &children);
+Answer<DcmSlotInfo> slotWith(const std::string &children);
+Answer<DcmCardInfo> cardWith(const std::string &children);
+
+// A parsed element, for the decoders that are exported: Element("<led-entity num='1'/>").node().
+class Element {
+public:
+    explicit Element(const std::string &xml);
+    ~Element();
+    Element(const Element &) = delete;
+    Element &operator=(const Element &) = delete;
+    xmlNodePtr node() const;
+
+private:
+    xmlDocPtr document_;
+};
+
+// The library's text type for a literal.
+inline const unsigned char *text(const char *literal)
+{
+    return reinterpret_cast<const unsigned char *>(literal);
+}
+
+// The bytes of a bit array, or of anything else.
+template <class Field> std::vector<unsigned> bytesOf(const Field &field)
+{
+    const auto *bytes = reinterpret_cast<const unsigned char *>(&field);
+    return std::vector<unsigned>(bytes, bytes + sizeof field);
+}
+template <class Field> bool isAllZero(const Field &field)
+{
+    for (unsigned byte : bytesOf(field))
+        if (byte != 0)
+            return false;
+    return true;
+}
+
+// The text of a field that is terminated only when it is not full.
+template <std::size_t Size> std::string textOf(const char (&field)[Size])
+{
+    return std::string(field, strnlen(field, Size));
+}
+
+// A file of the project's tests folder, whole, as in golden("frame-example.txt") below tests/golden.
+std::string golden(const std::string &name);
+// The path of a shipped example, as in example("device.xml").
+std::string example(const std::string &name);
+
+// "a\r\nb\r\n" for readable expectations: lines("a", "b").
+template <class... Lines> std::string lines(const Lines &...line)
+{
+    std::string text;
+    ((text += std::string(line) + "\r\n"), ...);
+    return text;
+}
+
+} // namespace dcmtest
+
+#endif
