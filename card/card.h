@@ -38,6 +38,18 @@ Result _dcmDecodeComponentEntity(Node element, DcmCardInfo &card, const Reporter
 Result takeSwitchChip(Node element, DcmCardInfo &card, const Reporter &reporter);
 Result takeClockChip(Node element, DcmCardInfo &card, const Reporter &reporter);
 
+// What those elements may hold.
+extern const Element kMgtPortElement;
+extern const Element kPanelPortElement;
+extern const Element kPanelPortGroupElement;
+extern const Element kGccPortElement;
+extern const Element kEthpppPortElement;
+extern const Element kCpuElement;
+extern const Element kMemoryElement;
+extern const Element kVoltageElement;
+extern const Element kComponentsElement;
+extern const Element kChipElement;
+
 } // namespace dcm
 
 #endif

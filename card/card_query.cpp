@@ -1,5 +1,8 @@
 #include "card/card.h"
+#include "card/card_format.h"
 #include "common/paths.h"
+#include "common/temperatures.h"
+#include "led/led_entity.h"
 
 #include <cstring>
 #include <iterator>
@@ -10,101 +13,82 @@ namespace {
 
 // ---- Blocks of ports and parts: a "num", and an element for each ----------------------------------------------------
 
+constexpr CountSays kMgtPortSays = {
+    DCM_SAYS_FILE("xmlfile(%s) card decode mgt-port failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode mgt-port failed, num(=%d) invalid."),
+};
 constexpr Child<DcmCardInfo> kMgtPorts[] = {
-    {"port", _dcmDecodeMgtPort, DCM_SAYS_FILE("xmlfile(%s) card decode mgt-port failed.")},
+    {"port", _dcmDecodeMgtPort, kMgtPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode mgt-port failed.")},
 };
 
-Result takeMgtPorts(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    const Result counted = takeNum(element, card.methIfNum, std::size(card.methIf), reporter,
-                                   DCM_SAYS_FILE("xmlfile(%s) card decode mgt-port failed, required num prop."),
-                                   DCM_SAYS_FILE_NUM("xmlfile(%s) card decode mgt-port failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kMgtPorts, element, card, reporter) : counted;
-}
-
+constexpr CountSays kGccPortSays = {
+    DCM_SAYS_FILE("xmlfile(%s) card decode gcc-port failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode gcc-port failed, num(=%d) invalid."),
+};
 constexpr Child<DcmCardInfo> kGccPorts[] = {
-    {"port", _dcmDecodeGccPort, DCM_SAYS_FILE("xmlfile(%s) card decode gcc-port failed.")},
+    {"port", _dcmDecodeGccPort, kGccPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode gcc-port failed.")},
 };
 
-Result takeGccPorts(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    const Result counted = takeNum(element, card.gccIfNum, std::size(card.gccIf), reporter,
-                                   DCM_SAYS_FILE("xmlfile(%s) card decode gcc-port failed, required num prop."),
-                                   DCM_SAYS_FILE_NUM("xmlfile(%s) card decode gcc-port failed, num(=%d) invalid."),
-                                   card.methIfNum); // kept: shows the number of management ports
-    return counted == Result::ok ? walk(kGccPorts, element, card, reporter) : counted;
-}
-
+constexpr CountSays kEthpppPortSays = {
+    DCM_SAYS_FILE("xmlfile(%s) card decode ethppp-port failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode ethppp-port failed, num(=%d) invalid."),
+};
 constexpr Child<DcmCardInfo> kEthpppPorts[] = {
-    {"port", _dcmDecodeEthpppPort, DCM_SAYS_FILE("xmlfile(%s) card decode ethppp-port failed.")},
+    {"port", _dcmDecodeEthpppPort, kEthpppPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode ethppp-port failed.")},
 };
 
-Result takeEthpppPorts(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    const Result counted = takeNum(element, card.ethpppIfNum, std::size(card.ethpppIf), reporter,
-                                   DCM_SAYS_FILE("xmlfile(%s) card decode ethppp-port failed, required num prop."),
-                                   DCM_SAYS_FILE_NUM("xmlfile(%s) card decode ethppp-port failed, num(=%d) invalid."),
-                                   card.methIfNum); // kept: shows the number of management ports
-    return counted == Result::ok ? walk(kEthpppPorts, element, card, reporter) : counted;
-}
-
+constexpr CountSays kCpuSays = {
+    DCM_SAYS_FILE("xmlfile(%s) card decode cpu-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode cpu-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmCardInfo> kCpus[] = {
-    {"cpu", _dcmDecodeCpuEntity, DCM_SAYS_FILE("xmlfile(%s) card decode cpu failed.")},
+    {"cpu", _dcmDecodeCpuEntity, kCpuElement, DCM_SAYS_FILE("xmlfile(%s) card decode cpu failed.")},
 };
 
-Result takeCpus(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    const Result counted = takeNum(element, card.cpuNum, std::size(card.cpu), reporter,
-                                   DCM_SAYS_FILE("xmlfile(%s) card decode cpu-entity failed, required num prop."),
-                                   DCM_SAYS_FILE_NUM("xmlfile(%s) card decode cpu-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kCpus, element, card, reporter) : counted;
-}
-
+constexpr CountSays kMemorySays = {
+    DCM_SAYS_FILE("xmlfile(%s) card decode memory-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode memory-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmCardInfo> kMemories[] = {
-    {"memory", _dcmDecodeMemoryEntity, DCM_SAYS_FILE("xmlfile(%s) card decode memory failed.")},
+    {"memory", _dcmDecodeMemoryEntity, kMemoryElement, DCM_SAYS_FILE("xmlfile(%s) card decode memory failed.")},
 };
 
-Result takeMemories(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, card.memoryNum, std::size(card.memory), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) card decode memory-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) card decode memory-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kMemories, element, card, reporter) : counted;
-}
-
-Result takeSensors(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    return takeTemperatures(element, card.temperature, std::size(card.temperature), card.temperatureNum, reporter,
-                            DCM_SAYS_FILE("xmlfile(%s) card decode temperature-entity failed, required num prop."),
-                            DCM_SAYS_FILE_NUM("xmlfile(%s) card decode temperature-entity failed, num(=%d) invalid."),
-                            DCM_SAYS_FILE("xmlfile(%s) card decode temperature failed."));
-}
-
+constexpr CountSays kVoltageSays = {
+    DCM_SAYS_FILE("xmlfile(%s) card decode voltage-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode voltage-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmCardInfo> kVoltages[] = {
-    {"voltage", _dcmDecodeVoltageEntity, DCM_SAYS_FILE("xmlfile(%s) card decode voltage failed.")},
+    {"voltage", _dcmDecodeVoltageEntity, kVoltageElement, DCM_SAYS_FILE("xmlfile(%s) card decode voltage failed.")},
 };
 
-Result takeVoltages(Node element, DcmCardInfo &card, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, card.voltageNum, std::size(card.voltage), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) card decode voltage-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) card decode voltage-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kVoltages, element, card, reporter) : counted;
-}
+constexpr SensorSays kSensorSays = {
+    {DCM_SAYS_FILE("xmlfile(%s) card decode temperature-entity failed, required num prop."),
+     DCM_SAYS_FILE_NUM("xmlfile(%s) card decode temperature-entity failed, num(=%d) invalid.")},
+    DCM_SAYS_FILE("xmlfile(%s) card decode temperature failed."),
+};
 
 // ---- The panel ------------------------------------------------------------------------------------------------------
 
 constexpr Child<DcmCardInfo> kPanelPorts[] = {
-    {"port", _dcmDecodePanelPort, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed.")},
-    {"port-group", _dcmDecodePanelPortGroup, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port group failed.")},
+    {"port", _dcmDecodePanelPort, kPanelPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed.")},
+    {"port-group", _dcmDecodePanelPortGroup, kPanelPortGroupElement,
+     DCM_SAYS_FILE("xmlfile(%s) card decode panel-port group failed.")},
+};
+
+enum PanelAttribute { kPanelNum, kStartPortId, kMaxPortId, kLineNum, kClientNum, kHideNum };
+constexpr Attribute kPanelAttributes[] = {
+    numOf(DCM_PANEL_IF_MAX),
+    {"startportid", numberOf(16), Need::required},
+    {"maxportid", numberOf(16), Need::required},
+    {"linenum", numberOf(8)},
+    {"clientnum", numberOf(8)},
+    {"hidenum", numberOf(8)},
 };
 
 // An attribute that may be left out, and then leaves the count as it was.
-Result takeOptionalNum(Node element, const char *name, uint8_t &count, const Reporter &reporter)
+Result takeOptionalNum(Node element, PanelAttribute attribute, uint8_t &count, const Reporter &reporter)
 {
-    const Text text = Text::attribute(element, name, reporter);
+    const Text text = Text::attribute(element, kPanelAttributes[attribute].name, reporter);
     if (text)
         count = static_cast<uint8_t>(text.number());
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
@@ -112,22 +96,22 @@ Result takeOptionalNum(Node element, const char *name, uint8_t &count, const Rep
 
 Result takePanel(Node element, DcmCardInfo &card, const Reporter &reporter)
 {
-    const Text num = Text::attribute(element, "num", reporter);
+    const Text num = Text::attribute(element, kPanelAttributes[kPanelNum].name, reporter);
     if (!num)
         return num.missing(reporter, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed, required num prop."));
-    const Text startPortId = Text::attribute(element, "startportid", reporter);
+    const Text startPortId = Text::attribute(element, kPanelAttributes[kStartPortId].name, reporter);
     if (!startPortId)
         return startPortId.missing(
             reporter, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed, required startportid prop."));
-    const Text maxPortId = Text::attribute(element, "maxportid", reporter);
+    const Text maxPortId = Text::attribute(element, kPanelAttributes[kMaxPortId].name, reporter);
     if (!maxPortId)
         return maxPortId.missing(reporter,
                                  DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed, required maxportid prop."));
 
     card.pannelIfNum = static_cast<uint8_t>(num.number());
-    if (takeOptionalNum(element, "linenum", card.pannelLineIfNum, reporter) != Result::ok ||
-        takeOptionalNum(element, "clientnum", card.panneClientIfNum, reporter) != Result::ok ||
-        takeOptionalNum(element, "hidenum", card.hideIfNum, reporter) != Result::ok)
+    if (takeOptionalNum(element, kLineNum, card.pannelLineIfNum, reporter) != Result::ok ||
+        takeOptionalNum(element, kClientNum, card.panneClientIfNum, reporter) != Result::ok ||
+        takeOptionalNum(element, kHideNum, card.hideIfNum, reporter) != Result::ok)
         return Result::outOfMemory;
     card.panneIfStartPortId = static_cast<uint16_t>(startPortId.number());
     card.panelIfMaxPortId = static_cast<uint16_t>(maxPortId.number());
@@ -141,7 +125,7 @@ Result takePanel(Node element, DcmCardInfo &card, const Reporter &reporter)
             reporter.function,
             "xmlfile(%s) card decode panel-port failed, linenum(=%d) + clientnum(=%d) != num(=%d) invalid.",
             reporter.file, int{card.pannelLineIfNum}, int{card.panneClientIfNum}, int{card.pannelIfNum});
-    return walk(kPanelPorts, element, card, reporter);
+    return walk<kPanelPorts>(element, card, reporter);
 }
 
 // ---- LEDs -----------------------------------------------------------------------------------------------------------
@@ -173,30 +157,41 @@ constexpr Child<DcmCardInfo> kCard[] = {
     {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, dcmYesNoStr2Val>, DCM_SAYS("decode wdmctrl failed.")},
     {"porttypecap", capabilities<&DcmCardInfo::portTypeCaps, dcmPortTypeCapStr2Val, 0, kPortCap>,
      DCM_SAYS("decode card porttype-caps failed.")},
-    {"mgt-port", takeMgtPorts},
-    {"panel-port", takePanel},
-    {"gcc-port", takeGccPorts},
-    {"ethppp-port", takeEthpppPorts},
-    {"cpu-entity", takeCpus},
-    {"memory-entity", takeMemories},
-    {"temperature-entity", takeSensors},
-    {"voltage-entity", takeVoltages},
-    {"led-entity", takeLeds, DCM_SAYS_FILE("xmlfile(%s) card decode led failed.")},
-    {"portled-entity", takePortLeds, DCM_SAYS_FILE("xmlfile(%s) card decode port-led failed.")},
-    {"led-map", takeLedMap, DCM_SAYS_FILE("xmlfile(%s) card decode led-map failed.")},
+    {"mgt-port", counted<&DcmCardInfo::methIfNum, DCM_METH_IF_MAX, kMgtPorts, kMgtPortSays>},
+    {"panel-port", takePanel, kWithAttributes<kPanelAttributes, kPanelPorts>},
+    // kept: the text about a wrong number of GCC or ethppp ports shows the number of management ports.
+    {"gcc-port", counted<&DcmCardInfo::gccIfNum, DCM_GCC_IF_MAX, kGccPorts, kGccPortSays, &DcmCardInfo::methIfNum>},
+    {"ethppp-port",
+     counted<&DcmCardInfo::ethpppIfNum, DCM_ETHPPP_IF_MAX, kEthpppPorts, kEthpppPortSays, &DcmCardInfo::methIfNum>},
+    {"cpu-entity", counted<&DcmCardInfo::cpuNum, DCM_CPU_MAX, kCpus, kCpuSays>},
+    {"memory-entity", counted<&DcmCardInfo::memoryNum, DCM_MEMORY_MAX, kMemories, kMemorySays>},
+    {"temperature-entity", sensors<&DcmCardInfo::temperatureNum, &DcmCardInfo::temperature, kSensorSays>},
+    {"voltage-entity", counted<&DcmCardInfo::voltageNum, DCM_VOLTAGE_MAX, kVoltages, kVoltageSays>},
+    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS_FILE("xmlfile(%s) card decode led failed.")},
+    {"portled-entity", takePortLeds, kPortLedEntityElement, DCM_SAYS_FILE("xmlfile(%s) card decode port-led failed.")},
+    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS_FILE("xmlfile(%s) card decode led-map failed.")},
     {"supportfunc", capabilities<&DcmCardInfo::supportFuncs, dcmCardSupportFuncStr2Val, 0, kFunc>,
      DCM_SAYS("decode card support function failed.")},
-    {"switch-entity", takeSwitchChip},
-    {"clock-entity", takeClockChip},
-    {"component-entity", _dcmDecodeComponentEntity, DCM_SAYS_FILE("xmlfile(%s) card decode component failed.")},
+    {"switch-entity", takeSwitchChip, kChipElement},
+    {"clock-entity", takeClockChip, kChipElement},
+    {"component-entity", _dcmDecodeComponentEntity, kComponentsElement,
+     DCM_SAYS_FILE("xmlfile(%s) card decode component failed.")},
     {"crosslinkslot", number<&DcmCardInfo::crosslinkSlot>},
+};
+
+enum CardAttribute { kTypeId, kMode, kName, kAbbrName };
+constexpr Attribute kCardAttributes[] = {
+    {"typeid", numberOf(32)},
+    {"mode", numberOf(32)},
+    {"name", limited(Kind::text, DCM_CARD_NAME_SIZE - 1)},
+    {"abbrname", limited(Kind::text, DCM_CARD_ABBR_NAME_SIZE - 1)},
 };
 
 // A name keeps room for a terminator, but what counts is its length.
 template <size_t Size>
-Result takeName(Node element, const char *attribute, char (&name)[Size], uint8_t &length, const Reporter &reporter)
+Result takeName(Node element, CardAttribute attribute, char (&name)[Size], uint8_t &length, const Reporter &reporter)
 {
-    const Text text = Text::attribute(element, attribute, reporter);
+    const Text text = Text::attribute(element, kCardAttributes[attribute].name, reporter);
     if (text)
         length = static_cast<uint8_t>(copyBytes(name, text, Size - 1));
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
@@ -206,14 +201,14 @@ Result takeName(Node element, const char *attribute, char (&name)[Size], uint8_t
 Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCardInfo &info, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
-        if (!isNamed(child, "card"))
+        if (!isNamed(child, kCardName))
             continue;
         uint32_t childTypeId = 0;
         uint32_t childMode = 0;
-        if (readAttribute(child, "typeid", childTypeId, reporter) != Result::ok ||
-            readAttribute(child, "mode", childMode, reporter) != Result::ok ||
-            takeName(child, "name", info.name, info.nameLen, reporter) != Result::ok ||
-            takeName(child, "abbrname", info.abbrName, info.abbrNameLen, reporter) != Result::ok)
+        if (readAttribute(child, kCardAttributes[kTypeId], childTypeId, reporter) != Result::ok ||
+            readAttribute(child, kCardAttributes[kMode], childMode, reporter) != Result::ok ||
+            takeName(child, kName, info.name, info.nameLen, reporter) != Result::ok ||
+            takeName(child, kAbbrName, info.abbrName, info.abbrNameLen, reporter) != Result::ok)
             return Result::outOfMemory;
         if (childTypeId == typeId && childMode == mode) {
             card = child;
@@ -232,10 +227,12 @@ Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporte
     Node card = nullptr;
     if (const Result found = findCard(document.root(), typeId, mode, card, info, reporter); found != Result::ok)
         return found;
-    return walk(kCard, card, info, reporter);
+    return walk<kCard>(card, info, reporter);
 }
 
 } // namespace
+
+const Element kCardElement = kWithAttributes<kCardAttributes, kCard>;
 
 } // namespace dcm
 

@@ -30,7 +30,7 @@ constexpr Child<DcmMethIfInfo> kPort[] = {
     {"slotid", number<&DcmMethIfInfo::slotId>},
     {"cardid", number<&DcmMethIfInfo::cardId>},
     {"portid", number<&DcmMethIfInfo::portId>},
-    {"phytype", takeMgtPhyType, DCM_SAYS("decode mgt-port failed.")},
+    {"phytype", takeMgtPhyType, kPhyType, DCM_SAYS("decode mgt-port failed.")},
     {"workmode", keyword<&DcmMethIfInfo::workmode, dcmWorkmodeStr2Val>, DCM_SAYS("decode mgt-port failed.")},
     {"driver", keyword<&DcmMethIfInfo::drvType, dcmDriverTypeStr2Val>, DCM_SAYS("decode mgt-port failed.")},
     {"ifname", bytes<&DcmMethIfInfo::ifName>},
@@ -44,20 +44,22 @@ constexpr Child<DcmMethIfInfo> kPort[] = {
 
 } // namespace
 
+const Element kMgtPortElement = kWithAttributes<kIdAttributes, kPort>;
+
 Result _dcmDecodeMgtPort(Node element, DcmCardInfo &card, const Reporter &)
 {
+    static constexpr IdSays kSays = {DCM_SAYS("decode mgt-port failed, no id prop."),
+                                     DCM_SAYS_ID("decode mgt-port failed, invalid id(%u).")};
     const Reporter here{__func__};
     uint32_t id = 0;
-    if (const Result read = readId(element, card.methIfNum, id, here, DCM_SAYS("decode mgt-port failed, no id prop."),
-                                   DCM_SAYS_ID("decode mgt-port failed, invalid id(%u)."));
-        read != Result::ok)
+    if (const Result read = readId(element, card.methIfNum, id, kSays, here); read != Result::ok)
         return read;
     DcmMethIfInfo &port = card.methIf[id - 1];
     // kept: only a driver marks a port as taken; one without it may be described again.
     if (port.drvType != 0)
         return DCM_REPORT(__func__, "decode mgt-port failed, duplicate id(%u).", id);
     port.supportMediaChg = 1;
-    return walk(kPort, element, port, here);
+    return walk<kPort>(element, port, here);
 }
 
 } // namespace dcm

@@ -113,27 +113,29 @@ constexpr Child<DcmPanelIfInfo> kPortGroup[] = {
 
 } // namespace
 
+const Element kPanelPortElement = kWithAttributes<kIdAttributes, kPort>;
+const Element kPanelPortGroupElement = kWithAttributes<kIdListAttributes<DCM_PANEL_IF_MAX>, kPortGroup>;
+
 Result _dcmDecodePanelPort(Node element, DcmCardInfo &card, const Reporter &)
 {
+    static constexpr IdSays kSays = {DCM_SAYS("decode panel-port failed, no id prop."),
+                                     DCM_SAYS_ID("decode panel-port failed, invalid id(%u).")};
     const Reporter here{__func__};
     uint32_t id = 0;
-    if (const Result read =
-            readId(element, card.pannelIfNum, id, here, DCM_SAYS("decode panel-port failed, no id prop."),
-                   DCM_SAYS_ID("decode panel-port failed, invalid id(%u)."));
-        read != Result::ok)
+    if (const Result read = readId(element, card.pannelIfNum, id, kSays, here); read != Result::ok)
         return read;
     DcmPanelIfInfo &port = card.panelIf[id - 1];
     // kept: only a driver marks a port as taken; one without it may be described again.
     if (port.drvType != 0)
         return DCM_REPORT(__func__, "decode panel-port failed, duplicate id(%u).", id);
     port.supportMediaChg = 1;
-    return walk(kPort, element, port, here);
+    return walk<kPort>(element, port, here);
 }
 
 Result _dcmDecodePanelPortGroup(Node element, DcmCardInfo &card, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<DCM_PANEL_IF_MAX>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode panel-port failed, no id prop."));
     // A group may go beyond the announced number of ports.
@@ -145,7 +147,7 @@ Result _dcmDecodePanelPortGroup(Node element, DcmCardInfo &card, const Reporter 
     clearIdentity(draft);
     draft.portType = kUnassigned;
     draft.supportMediaChg = 1;
-    if (const Result taken = walk(kPortGroup, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kPortGroup>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(card.panelIf); i++) {

@@ -1,4 +1,4 @@
-#include "common/decoder.h"
+#include "common/temperatures.h"
 
 #include <cstring>
 
@@ -57,23 +57,48 @@ constexpr Child<DcmTemperatureInfo> kTemperature[] = {
     {"workreserved", number<&DcmTemperatureInfo::workReserved>},
     {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
     {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
-    {"description", takeDescription},
-    {"type", takeType},
-    {"actioncapability", takeActionCapability, DCM_SAYS("decode temperature action capability failed.")},
-    {"fanctrlbits", takeFanCtrlBits},
+    {"description", takeDescription, kText<DCM_DESCRIPTION_SIZE>},
+    {"type", takeType, kWord<dcmTemperTypeStr2Val>},
+    {"actioncapability", takeActionCapability, kBitList<8>, DCM_SAYS("decode temperature action capability failed.")},
+    {"fanctrlbits", takeFanCtrlBits, kBitList<16>},
 };
 
+constexpr Attribute kAttributes[] = {{"id", numberOf(8), Need::required}};
+
 } // namespace
+
+const Element kTemperatureElement = kWithAttributes<kAttributes, kTemperature>;
+
+// Sensors that the owner has no room for are passed over: the decoder appends without a bound of its own.
+Result takeSensor(Node element, SensorBlock &block, const Reporter &)
+{
+    if (block.count == block.room)
+        return Result::ok;
+    return resultOf(dcmDecodeTemperatureEntity(element, block.sensors, &block.count));
+}
+
+Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count, const SensorSays &says,
+                   const Reporter &reporter)
+{
+    if (const Result counted = takeNum(element, room, count, count, says.count, reporter); counted != Result::ok)
+        return counted;
+    count = 0;
+    SensorBlock block = {sensors, room, count};
+    const Result taken = walk<kSensors>(element, block, reporter);
+    if (taken != Result::ok)
+        static_cast<void>(reporter.says(says.sensor));
+    return taken;
+}
 
 } // namespace dcm
 
 int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count)
 {
     const dcm::Reporter here{__func__};
-    const dcm::Text id = dcm::Text::attribute(node, "id", here);
+    const dcm::Text id = dcm::Text::attribute(node, dcm::kAttributes[0].name, here);
     if (!id)
         return status(id.missing(here, DCM_SAYS("decode temperature-entity failed, no id prop.")));
     DcmTemperatureInfo &sensor = sensors[(*count)++];
     sensor.id = static_cast<uint8_t>(id.number());
-    return status(dcm::walk(dcm::kTemperature, node, sensor, here));
+    return status(dcm::walk<dcm::kTemperature>(node, sensor, here));
 }

@@ -1,7 +1,9 @@
 // The words for what cards and panel ports can do.
-#include "common/vocabulary.h"
+#include "common/vocabularies.h"
 
 #include <dcm.h>
+
+#include <iterator>
 
 namespace dcm {
 
@@ -61,6 +63,13 @@ static_assert(isUnambiguous(kCardSupportFuncs) && isUnambiguous(kLayerProtoCaps)
 
 } // namespace
 
+const Vocabulary kCardSupportFuncWords = {kCardSupportFuncs, nullptr, std::size(kCardSupportFuncs)};
+const Vocabulary kLayerProtoCapWords = {kLayerProtoCaps, nullptr, std::size(kLayerProtoCaps)};
+const Vocabulary kTransceiverCapWords = {kTransceiverCaps, nullptr, std::size(kTransceiverCaps)};
+const Vocabulary kOpticalChnCapWords = {kOpticalChnCaps, nullptr, std::size(kOpticalChnCaps)};
+const Vocabulary kPoeStandardCapWords = {kPoeStandardCaps, nullptr, std::size(kPoeStandardCaps)};
+const Vocabulary kPoeInrushCapWords = {kPoeInrushCaps, nullptr, std::size(kPoeInrushCaps)};
+
 } // namespace dcm
 
 using dcm::printable;
@@ -70,68 +79,68 @@ using dcm::status;
 
 int dcmCardSupportFuncStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kCardSupportFuncs, text, value)
+    return readWord(dcm::kCardSupportFuncWords, text, value)
                ? 0
                : status(DCM_REPORT(__func__, "invalid card support function(%s).", printable(text)));
 }
 
 int dcmPortLayerProtoCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kLayerProtoCaps, text, value)
+    return readWord(dcm::kLayerProtoCapWords, text, value)
                ? 0
                : status(DCM_REPORT(__func__, "invalid port layer proto cap(%s).", printable(text)));
 }
 
 const char *dcmPortLayerProtoCapVal2Str(uint32_t value)
 {
-    return printWord(dcm::kLayerProtoCaps, value);
+    return printWord(dcm::kLayerProtoCapWords, value);
 }
 
 int dcmPortTransceiverCapStr2Val(const unsigned char *text, uint32_t *value)
 {
     // kept: the spelling of this text.
-    return readWord(dcm::kTransceiverCaps, text, value)
+    return readWord(dcm::kTransceiverCapWords, text, value)
                ? 0
                : status(DCM_REPORT(__func__, "invalid port trancevier cap(%s).", printable(text)));
 }
 
 const char *dcmPortTransceiverCapVal2Str(uint32_t value)
 {
-    return printWord(dcm::kTransceiverCaps, value);
+    return printWord(dcm::kTransceiverCapWords, value);
 }
 
 int dcmPortOpticalChnCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kOpticalChnCaps, text, value)
+    return readWord(dcm::kOpticalChnCapWords, text, value)
                ? 0
                : status(DCM_REPORT(__func__, "invalid port optical channel cap(%s).", printable(text)));
 }
 
 const char *dcmPortOpticalChnCapVal2Str(uint32_t value)
 {
-    return printWord(dcm::kOpticalChnCaps, value);
+    return printWord(dcm::kOpticalChnCapWords, value);
 }
 
 int dcmPortPoeStandardCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kPoeStandardCaps, text, value)
+    return readWord(dcm::kPoeStandardCapWords, text, value)
                ? 0
                : status(DCM_REPORT(__func__, "invalid port poe standard cap(%s).", printable(text)));
 }
 
 const char *dcmPortPoeStandardCapVal2Str(uint32_t value)
 {
-    return printWord(dcm::kPoeStandardCaps, value);
+    return printWord(dcm::kPoeStandardCapWords, value);
 }
 
 int dcmPortPoeInrushCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kPoeInrushCaps, text, value)
+    return readWord(dcm::kPoeInrushCapWords, text, value)
                ? 0
                : status(DCM_REPORT(__func__, "invalid port poe inrush cap(%s).", printable(text)));
 }
 
 const char *dcmPortPoeInrushCapVal2Str(uint32_t value)
 {
-    return printWord(dcm::kPoeInrushCaps, value);
+    return printWord(dcm::kPoeInrushCapWords, value);
 }

@@ -1,21 +1,60 @@
 #include "common/decoder.h"
 
-#include <libxml/tree.h>
+#include <cstring>
 
 namespace dcm {
 
-const char *nameOf(Node element)
+Result walk(Node parent, const Walk &walk, const Reporter &reporter)
 {
-    return reinterpret_cast<const char *>(element->name);
+    for (const Node element : children(parent)) {
+        const char *name = nameOf(element);
+        const uint32_t hash = nameHash(name);
+        const char *next = reinterpret_cast<const char *>(walk.first);
+        for (size_t i = 0; i < walk.count; i++, next += walk.stride) {
+            const StepName &step = *reinterpret_cast<const StepName *>(next);
+            if (step.hash != hash || std::strcmp(step.name, name) != 0)
+                continue;
+            if (const Result taken = walk.take(step, element, walk.record, reporter); taken != Result::ok) {
+                static_cast<void>(reporter.says(step.failure));
+                return taken;
+            }
+            break;
+        }
+    }
+    return Result::ok;
 }
 
-Result readContent(Node element, uint32_t &value, const Reporter &reporter)
+namespace {
+
+template <class Value> Result takeNumberInto(Node element, Value &field, const Reporter &reporter)
 {
     const Text text = Text::content(element, reporter);
     if (!text)
         return Result::outOfMemory;
-    value = text.number();
+    field = static_cast<Value>(text.number());
     return Result::ok;
+}
+
+} // namespace
+
+Result takeNumber(Node element, uint8_t &field, const Reporter &reporter)
+{
+    return takeNumberInto(element, field, reporter);
+}
+
+Result takeNumber(Node element, int8_t &field, const Reporter &reporter)
+{
+    return takeNumberInto(element, field, reporter);
+}
+
+Result takeNumber(Node element, uint16_t &field, const Reporter &reporter)
+{
+    return takeNumberInto(element, field, reporter);
+}
+
+Result takeNumber(Node element, uint32_t &field, const Reporter &reporter)
+{
+    return takeNumberInto(element, field, reporter);
 }
 
 Result convert(Node element, Converter converter, uint32_t &value, const Reporter &reporter)
@@ -24,6 +63,15 @@ Result convert(Node element, Converter converter, uint32_t &value, const Reporte
     if (!text)
         return Result::outOfMemory;
     return resultOf(converter(text.word(), &value));
+}
+
+Result takeKeyword(Node element, Converter converter, uint8_t &field, const Reporter &reporter)
+{
+    uint32_t value = 0;
+    const Result converted = convert(element, converter, value, reporter);
+    if (converted == Result::ok)
+        field = static_cast<uint8_t>(value);
+    return converted;
 }
 
 size_t copyBytes(char *field, const Text &text, size_t room)
@@ -72,40 +120,55 @@ Result takeCapabilities(Node element, const char *childName, Converter converter
     return Result::ok;
 }
 
-Result readBitList(Node element, uint32_t maximum, uint8_t *bits, uint32_t size, const Reporter &reporter)
+Result readBitList(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter)
 {
     const Text list = Text::content(element, reporter);
     if (!list)
         return Result::outOfMemory;
-    return dcmStr2BitList(list.c_str(), 1, maximum, bits, size) == 0 ? Result::ok : Result::failed;
+    return resultOf(dcmStr2BitList(list.c_str(), 1, static_cast<uint32_t>(maximum), bits, static_cast<uint32_t>(size)));
 }
 
-Result readId(Node element, uint32_t count, uint32_t &id, const Reporter &reporter, const Failure &noId,
-              const Failure &invalid)
+namespace {
+
+template <class Count>
+Result takeNumInto(Node element, size_t most, Count &count, const Count &shown, const CountSays &says,
+                   const Reporter &reporter)
 {
-    const Text text = Text::attribute(element, "id", reporter);
+    const Text num = Text::attribute(element, kNum, reporter);
+    if (!num)
+        return num.missing(reporter, says.noNum);
+    count = static_cast<Count>(num.number());
+    return count <= most ? Result::ok : reporter.says(says.invalid, shown);
+}
+
+} // namespace
+
+Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const CountSays &says,
+               const Reporter &reporter)
+{
+    return takeNumInto(element, most, count, shown, says, reporter);
+}
+
+Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const CountSays &says,
+               const Reporter &reporter)
+{
+    return takeNumInto(element, most, count, shown, says, reporter);
+}
+
+Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
+{
+    const Text text = Text::attribute(element, attribute.name, reporter);
+    number = text ? text.number() : 0;
+    return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
+}
+
+Result readId(Node element, uint32_t count, uint32_t &id, const IdSays &says, const Reporter &reporter)
+{
+    const Text text = Text::attribute(element, kId.name, reporter);
     if (!text)
-        return text.missing(reporter, noId);
+        return text.missing(reporter, says.noId);
     id = text.number();
-    return id >= 1 && id <= count ? Result::ok : reporter.saysId(invalid, id);
-}
-
-Result takeTemperatures(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count,
-                        const Reporter &reporter, const Failure &noNum, const Failure &invalid, const Failure &failed)
-{
-    if (const Result counted = takeNum(element, count, room, reporter, noNum, invalid); counted != Result::ok)
-        return counted;
-    count = 0;
-    for (const Node sensor : children(element)) {
-        if (!isNamed(sensor, "temperature"))
-            continue;
-        // The decoder appends without a bound of its own.
-        if (count == room)
-            break;
-        if (dcmDecodeTemperatureEntity(sensor, sensors, &count) != 0)
-            return reporter.says(failed);
-    }
-    return Result::ok;
+    return id >= 1 && id <= count ? Result::ok : reporter.saysId(says.invalid, id);
 }
 
 } // namespace dcm

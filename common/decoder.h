@@ -4,18 +4,41 @@
 #define DCM_COMMON_DECODER_H
 
 #include "common/bits.h"
+#include "common/format.h"
 #include "common/report.h"
+#include "common/vocabularies.h"
 #include "common/xml.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+#include <iterator>
 #include <type_traits>
 
 namespace dcm {
 
+// ---- Tables ---------------------------------------------------------------------------------------------------------
+
 // What a row does with its element; `reporter` is the level at which the table stands.
 template <class Record> using Take = Result (*)(Node element, Record &record, const Reporter &reporter);
+
+template <class Record> struct Child {
+    const char *name;
+    Take<Record> take;
+    const Element *format;
+    Failure failure;
+
+    // A leaf of the kinds below.
+    template <class Leaf>
+    constexpr Child(const char *childName, Leaf, const Failure &says = {})
+        : name(childName), take(&Leaf::template take<Record>), format(&Leaf::format), failure(says)
+    {
+    }
+    // A function of the decoder's own, and what its element may hold.
+    constexpr Child(const char *childName, Take<Record> takeChild, const Element &childFormat, const Failure &says = {})
+        : name(childName), take(takeChild), format(&childFormat), failure(says)
+    {
+    }
+};
 
 constexpr uint32_t nameHash(const char *name)
 {
@@ -25,65 +48,108 @@ constexpr uint32_t nameHash(const char *name)
     return hash;
 }
 
-template <class Record> struct Child {
+// A row as the library keeps it: without its format, and with a hash of its name, so that the name of an element is
+// read once and not once per row.
+struct StepName {
+    uint32_t hash;
     const char *name;
-    uint32_t hash; // of the name: an element's name is read once, not once per row
-    Take<Record> take;
     Failure failure;
-
-    // A leaf of the kinds below.
-    template <class Leaf>
-    constexpr Child(const char *childName, Leaf, const Failure &says = {})
-        : name(childName), hash(nameHash(childName)), take(&Leaf::template take<Record>), failure(says)
-    {
-    }
-    // A function of the decoder's own.
-    constexpr Child(const char *childName, Take<Record> takeChild, const Failure &says = {})
-        : name(childName), hash(nameHash(childName)), take(takeChild), failure(says)
-    {
-    }
 };
+template <class Record> struct Step : StepName {
+    Take<Record> take;
+};
+template <class Record, size_t Size> struct Steps {
+    Step<Record> steps[Size];
 
-const char *nameOf(Node element);
-
-// Hands each child of `parent`, in document order, to its row in `rows`; passes over children without one. The first
-// failure ends it, after `reporter` has said what the row has for it.
-template <class Record, size_t Size>
-Result walk(const Child<Record> (&rows)[Size], Node parent, Record &record, const Reporter &reporter)
-{
-    for (const Node element : children(parent)) {
-        const char *name = nameOf(element);
-        const uint32_t hash = nameHash(name);
-        for (const Child<Record> &row : rows) {
-            if (row.hash != hash || std::strcmp(row.name, name) != 0)
-                continue;
-            if (const Result taken = row.take(element, record, reporter); taken != Result::ok) {
-                static_cast<void>(reporter.says(row.failure));
-                return taken;
-            }
-            break;
+    constexpr explicit Steps(const Child<Record> (&rows)[Size]) : steps{}
+    {
+        for (size_t i = 0; i < Size; i++) {
+            steps[i].hash = nameHash(rows[i].name);
+            steps[i].name = rows[i].name;
+            steps[i].failure = rows[i].failure;
+            steps[i].take = rows[i].take;
         }
     }
-    return Result::ok;
+};
+template <class Record, size_t Size> Steps(const Child<Record> (&rows)[Size]) -> Steps<Record, Size>;
+template <const auto &rows> inline constexpr Steps steps(rows);
+
+// Tables as those see them who look at the format: names and what may stand under them.
+template <size_t Size> struct NamedElements {
+    NamedElement elements[Size];
+};
+template <class Record, size_t Size> constexpr size_t sizeOf(const Child<Record> (&)[Size])
+{
+    return Size;
+}
+template <const auto &...tables> constexpr auto nameElements()
+{
+    NamedElements<(sizeOf(tables) + ...)> named = {};
+    size_t count = 0;
+    const auto append = [&](const auto &rows) {
+        for (const auto &row : rows)
+            named.elements[count++] = {row.name, row.format};
+    };
+    (append(tables), ...);
+    return named;
+}
+template <const auto &...tables> inline constexpr auto kNamed = nameElements<tables...>();
+
+// What an element may hold: the children of its tables, behind its attributes when it has any; or content.
+template <const auto &...tables>
+inline constexpr Element kHolding = {{}, nullptr, 0, kNamed<tables...>.elements, std::size(kNamed<tables...>.elements)};
+template <const auto &attributes, const auto &...tables>
+inline constexpr Element kWithAttributes = {
+    {}, attributes, std::size(attributes), kNamed<tables...>.elements, std::size(kNamed<tables...>.elements)};
+inline constexpr Element holdingText(const Content &content, const Attribute *attributes = nullptr, size_t count = 0)
+{
+    return {content, attributes, count, nullptr, 0};
+}
+
+// A table, its record and its level without their types, so that the walk exists once.
+struct Walk {
+    const StepName *first;
+    size_t stride; // from one step to the next, in bytes
+    size_t count;
+    Result (*take)(const StepName &step, Node element, void *record, const Reporter &reporter);
+    void *record;
+};
+Result walk(Node parent, const Walk &walk, const Reporter &reporter);
+
+// Hands each child of `parent`, in document order, to its row in the table; passes over children without one. The first
+// failure ends it, after `reporter` has said what the row has for it.
+template <const auto &rows, class Record> Result walk(Node parent, Record &record, const Reporter &reporter)
+{
+    constexpr auto take = [](const StepName &step, Node element, void *erased, const Reporter &level) {
+        return static_cast<const Step<Record> &>(step).take(element, *static_cast<Record *>(erased), level);
+    };
+    const auto &table = steps<rows>.steps;
+    return walk(parent, {&table[0], sizeof table[0], std::size(table), take, &record}, reporter);
 }
 
 // ---- Leaves: what can be done with an element's content -------------------------------------------------------------
 
-// The number in an element's content, its low 32 bits.
-Result readContent(Node element, uint32_t &value, const Reporter &reporter);
+// The number in an element's content goes to a field, which keeps the low bits that fit it.
+Result takeNumber(Node element, uint8_t &field, const Reporter &reporter);
+Result takeNumber(Node element, int8_t &field, const Reporter &reporter);
+Result takeNumber(Node element, uint16_t &field, const Reporter &reporter);
+Result takeNumber(Node element, uint32_t &field, const Reporter &reporter);
 
-// The number goes to `value`, which keeps the low bits that fit it.
-template <class Value> Result takeNumber(Node element, Value &value, const Reporter &reporter)
-{
-    uint32_t content = 0;
-    const Result read = readContent(element, content, reporter);
-    if (read == Result::ok)
-        value = static_cast<Value>(content);
-    return read;
-}
+template <class Value> inline constexpr Element kNumber = {numberOf(sizeof(Value) * 8, std::is_signed_v<Value>)};
+template <size_t Limit> inline constexpr Element kBitList = {limited(Kind::bitList, Limit)};
+template <size_t Limit> inline constexpr Element kText = {limited(Kind::text, Limit)};
+template <Converter converter> inline constexpr Element kWord = {wordOf(wordsOf<converter>)};
+
+template <class> struct MemberOf;
+template <class Member, class Record> struct MemberOf<Member Record::*> {
+    using Type = Member;
+};
+// The type of the field that a leaf fills.
+template <auto Field> using FieldType = typename MemberOf<decltype(Field)>::Type;
 
 // The number goes to a field.
 template <auto Field> struct Number {
+    static constexpr const Element &format = kNumber<FieldType<Field>>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         return takeNumber(element, record.*Field, reporter);
@@ -91,26 +157,23 @@ template <auto Field> struct Number {
 };
 template <auto Field> constexpr Number<Field> number;
 
-using Converter = int (*)(const unsigned char *text, uint32_t *value);
-
 // The value of the keyword in an element's content; the converter has reported what is none.
 Result convert(Node element, Converter converter, uint32_t &value, const Reporter &reporter);
+// It goes to a field.
+Result takeKeyword(Node element, Converter converter, uint8_t &field, const Reporter &reporter);
 
-// The value of a keyword goes to a field.
 template <auto Field, Converter converter> struct Keyword {
+    static constexpr const Element &format = kWord<converter>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
-        uint32_t value = 0;
-        const Result converted = convert(element, converter, value, reporter);
-        if (converted == Result::ok)
-            record.*Field = static_cast<std::remove_reference_t<decltype(record.*Field)>>(value);
-        return converted;
+        return takeKeyword(element, converter, record.*Field, reporter);
     }
 };
 template <auto Field, Converter converter> constexpr Keyword<Field, converter> keyword;
 
 // The value of a keyword goes through a function, for fields that cannot be pointed at.
 template <auto Set, Converter converter> struct KeywordThrough {
+    static constexpr const Element &format = kWord<converter>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         uint32_t value = 0;
@@ -128,6 +191,8 @@ Result takeCapabilities(Node element, const char *childName, Converter converter
                         size_t offset, const Reporter &reporter);
 inline constexpr char kCap[] = "cap";
 template <auto Set, Converter converter, uint32_t First = 0, const char *childName = kCap> struct Capabilities {
+    static constexpr NamedElement child = {childName, &kWord<converter>};
+    static constexpr Element format = {{}, nullptr, 0, &child, 1};
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         uint8_t *bytes = reinterpret_cast<uint8_t *>(&record);
@@ -145,6 +210,7 @@ size_t copyBytes(char *field, const Text &text, size_t room);
 Result takeBytes(Node element, char *field, size_t room, const Reporter &reporter, size_t *length = nullptr);
 
 template <auto Field> struct Bytes {
+    static constexpr const Element &format = kText<sizeof(FieldType<Field>)>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         return takeBytes(element, record.*Field, sizeof(record.*Field), reporter);
@@ -154,12 +220,13 @@ template <auto Field> constexpr Bytes<Field> bytes;
 
 // As Bytes, and the number of bytes stored goes to a field of its own.
 template <auto Length, auto Field> struct CountedBytes {
+    static constexpr const Element &format = kText<sizeof(FieldType<Field>)>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         size_t length = 0;
         const Result taken = takeBytes(element, record.*Field, sizeof(record.*Field), reporter, &length);
         if (taken == Result::ok)
-            record.*Length = static_cast<std::remove_reference_t<decltype(record.*Length)>>(length);
+            record.*Length = static_cast<FieldType<Length>>(length);
         return taken;
     }
 };
@@ -167,7 +234,9 @@ template <auto Length, auto Field> constexpr CountedBytes<Length, Field> counted
 
 // A PHY type and the interface kind that goes with it go to two fields.
 Result takePhyType(Node element, uint16_t &phyTypeField, uint8_t &ondTypeField, const Reporter &reporter);
+inline constexpr Element kPhyType = {wordOf(&kPhyTypeWords)};
 template <auto PhyTypeField, auto OndTypeField> struct PhyType {
+    static constexpr const Element &format = kPhyType;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         return takePhyType(element, record.*PhyTypeField, record.*OndTypeField, reporter);
@@ -176,43 +245,72 @@ template <auto PhyTypeField, auto OndTypeField> struct PhyType {
 template <auto PhyTypeField, auto OndTypeField> constexpr PhyType<PhyTypeField, OndTypeField> phyType;
 
 // The list of numbers from 1 to `maximum` in an element's content; its faults are the caller's to report.
-Result readBitList(Node element, uint32_t maximum, uint8_t *bits, uint32_t size, const Reporter &reporter);
-
-// What LEDs are attached to: rows of gDcmEttAttachStrs.
-constexpr int32_t kAttachSys = 0;
-constexpr int32_t kAttachCard = 2;
-constexpr int32_t kAttachFan = 3;
-constexpr int32_t kAttachPower = 4;
+Result readBitList(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter);
 
 // ---- Attributes and containers --------------------------------------------------------------------------------------
 
-// The "num" of a container goes to its count, which is stored before it is checked to be at most `most`. What is shown
-// of a count that is not is `shown`, read after that.
-template <class Count>
-Result takeNum(Node element, Count &count, size_t most, const Reporter &reporter, const Failure &noNum,
-               const Failure &invalid, const Count &shown)
-{
-    const Text num = Text::attribute(element, "num", reporter);
-    if (!num)
-        return num.missing(reporter, noNum);
-    count = static_cast<Count>(num.number());
-    return count <= most ? Result::ok : reporter.says(invalid, shown);
-}
+// The number in an attribute; 0 where there is none.
+Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter);
 
-template <class Count>
-Result takeNum(Node element, Count &count, size_t most, const Reporter &reporter, const Failure &noNum,
-               const Failure &invalid)
+// What is said of a count.
+struct CountSays {
+    Failure noNum;
+    Failure invalid;
+};
+
+// The "num" of a container goes to its count, which is stored before it is checked. What is shown of a count beyond
+// `most` is `shown`, read after that.
+inline constexpr char kNum[] = "num";
+Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const CountSays &says,
+               const Reporter &reporter);
+Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const CountSays &says,
+               const Reporter &reporter);
+
+// A count as the attribute of a container.
+constexpr Attribute numOf(size_t most, uint8_t bits = 8)
 {
-    return takeNum(element, count, most, reporter, noNum, invalid, count);
+    return {kNum, countOf(most, bits), Need::required};
 }
+template <size_t Most, uint8_t Bits = 8> inline constexpr Attribute kNumAttributes[] = {numOf(Most, Bits)};
+
+// A container that announces how many entries it has, and the table of what it holds.
+template <auto Count, size_t Most, const auto &rows, const CountSays &says, auto Shown = Count> struct Counted {
+    static constexpr const Element &format = kWithAttributes<kNumAttributes<Most, sizeof(FieldType<Count>) * 8>, rows>;
+    template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
+    {
+        const Result counted = takeNum(element, Most, record.*Count, record.*Shown, says, reporter);
+        return counted == Result::ok ? walk<rows>(element, record, reporter) : counted;
+    }
+};
+template <auto Count, size_t Most, const auto &rows, const CountSays &says, auto Shown = Count>
+constexpr Counted<Count, Most, rows, says, Shown> counted;
+
+// A container without a count.
+template <const auto &rows> struct Holding {
+    static constexpr const Element &format = kHolding<rows>;
+    template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
+    {
+        return walk<rows>(element, record, reporter);
+    }
+};
+template <const auto &rows> constexpr Holding<rows> holding;
+
+// The id of an entry: one number from 1 to the announced count.
+inline constexpr Attribute kIdAttributes[] = {{"id", {Kind::id}, Need::required}};
+inline constexpr const Attribute &kId = kIdAttributes[0];
+
+// The ids of several entries alike.
+template <size_t Limit>
+inline constexpr Attribute kIdListAttributes[] = {{"id", limited(Kind::bitList, Limit), Need::required}};
+
+// What is said of an id.
+struct IdSays {
+    Failure noId;
+    Failure invalid;
+};
 
 // The one number in an element's "id", which must be from 1 to `count`.
-Result readId(Node element, uint32_t count, uint32_t &id, const Reporter &reporter, const Failure &noId,
-              const Failure &invalid);
-
-// The sensors of a "temperature-entity": "num" bounds what is announced, the array what is kept.
-Result takeTemperatures(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count,
-                        const Reporter &reporter, const Failure &noNum, const Failure &invalid, const Failure &failed);
+Result readId(Node element, uint32_t count, uint32_t &id, const IdSays &says, const Reporter &reporter);
 
 } // namespace dcm
 

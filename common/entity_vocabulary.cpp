@@ -2,6 +2,7 @@
 #include "common/keyword_tables.h"
 #include "common/number.h"
 #include "common/report.h"
+#include "common/vocabularies.h"
 
 #include <dcm.h>
 
@@ -12,29 +13,31 @@ namespace dcm {
 
 namespace {
 
-using Row = char[DCM_KEYWORD_SIZE];
-
+// A table and the one that follows it in memory.
 struct KeywordTable {
-    const Row *rows;
-    uint32_t count;
-    const Row *next; // the table that follows in memory
+    Vocabulary words;
+    const char (*next)[DCM_KEYWORD_SIZE];
 };
 
-constexpr KeywordTable kEttClass = {gDcmEttClass, DCM_ETT_CLASS_ROWS, gDcmEttAttachStrs};
-constexpr KeywordTable kEttAttach = {gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS, gDcmLedFreqStrs};
-constexpr KeywordTable kLedFreq = {gDcmLedFreqStrs, DCM_LED_FREQ_ROWS, gDcmLedColorStrs};
-constexpr KeywordTable kLedColor = {gDcmLedColorStrs, DCM_LED_COLOR_ROWS, gDcmLedTypeStrs};
-constexpr KeywordTable kLedType = {gDcmLedTypeStrs, DCM_LED_TYPE_ROWS, gDcmLedSysStateStrs};
-constexpr KeywordTable kLedSysState = {gDcmLedSysStateStrs, DCM_LED_SYS_STATE_ROWS, gDcmLedPowerStateStrs};
-constexpr KeywordTable kLedPowerState = {gDcmLedPowerStateStrs, DCM_LED_POWER_STATE_ROWS, gDcmLedFanStateStrs};
-constexpr KeywordTable kLedFanState = {gDcmLedFanStateStrs, DCM_LED_FAN_STATE_ROWS, gDcmLedStackStateStrs};
-constexpr KeywordTable kLedStackState = {gDcmLedStackStateStrs, DCM_LED_STACK_STATE_ROWS, gDcmLedMasterStateStrs};
-constexpr KeywordTable kLedMasterState = {gDcmLedMasterStateStrs, DCM_LED_MASTER_STATE_ROWS, gDcmLedPoeStateStrs};
-constexpr KeywordTable kLedPoeState = {gDcmLedPoeStateStrs, DCM_LED_POE_STATE_ROWS, gDcmLedAlarmStateStrs};
-constexpr KeywordTable kLedAlarmState = {gDcmLedAlarmStateStrs, DCM_LED_ALARM_STATE_ROWS, gDcmLedCardStateStrs};
-constexpr KeywordTable kLedCardState = {gDcmLedCardStateStrs, DCM_LED_CARD_STATE_ROWS, gDcmLedUsbStateStrs};
-constexpr KeywordTable kLedUsbState = {gDcmLedUsbStateStrs, DCM_LED_USB_STATE_ROWS, gDcmTemperTypeStrs};
-constexpr KeywordTable kTemperType = {gDcmTemperTypeStrs, DCM_TEMPER_TYPE_ROWS, keywordTablesEnd};
+constexpr KeywordTable kEttClass = {{nullptr, gDcmEttClass, DCM_ETT_CLASS_ROWS}, gDcmEttAttachStrs};
+constexpr KeywordTable kEttAttach = {{nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS}, gDcmLedFreqStrs};
+constexpr KeywordTable kLedFreq = {{nullptr, gDcmLedFreqStrs, DCM_LED_FREQ_ROWS}, gDcmLedColorStrs};
+constexpr KeywordTable kLedColor = {{nullptr, gDcmLedColorStrs, DCM_LED_COLOR_ROWS}, gDcmLedTypeStrs};
+constexpr KeywordTable kLedType = {{nullptr, gDcmLedTypeStrs, DCM_LED_TYPE_ROWS}, gDcmLedSysStateStrs};
+constexpr KeywordTable kLedSysState = {{nullptr, gDcmLedSysStateStrs, DCM_LED_SYS_STATE_ROWS}, gDcmLedPowerStateStrs};
+constexpr KeywordTable kLedPowerState = {{nullptr, gDcmLedPowerStateStrs, DCM_LED_POWER_STATE_ROWS},
+                                         gDcmLedFanStateStrs};
+constexpr KeywordTable kLedFanState = {{nullptr, gDcmLedFanStateStrs, DCM_LED_FAN_STATE_ROWS}, gDcmLedStackStateStrs};
+constexpr KeywordTable kLedStackState = {{nullptr, gDcmLedStackStateStrs, DCM_LED_STACK_STATE_ROWS},
+                                         gDcmLedMasterStateStrs};
+constexpr KeywordTable kLedMasterState = {{nullptr, gDcmLedMasterStateStrs, DCM_LED_MASTER_STATE_ROWS},
+                                          gDcmLedPoeStateStrs};
+constexpr KeywordTable kLedPoeState = {{nullptr, gDcmLedPoeStateStrs, DCM_LED_POE_STATE_ROWS}, gDcmLedAlarmStateStrs};
+constexpr KeywordTable kLedAlarmState = {{nullptr, gDcmLedAlarmStateStrs, DCM_LED_ALARM_STATE_ROWS},
+                                         gDcmLedCardStateStrs};
+constexpr KeywordTable kLedCardState = {{nullptr, gDcmLedCardStateStrs, DCM_LED_CARD_STATE_ROWS}, gDcmLedUsbStateStrs};
+constexpr KeywordTable kLedUsbState = {{nullptr, gDcmLedUsbStateStrs, DCM_LED_USB_STATE_ROWS}, gDcmTemperTypeStrs};
+constexpr KeywordTable kTemperType = {{nullptr, gDcmTemperTypeStrs, DCM_TEMPER_TYPE_ROWS}, keywordTablesEnd};
 
 // The state table of each LED type, by its value; nullptr: the type has none.
 constexpr const KeywordTable *kLedStates[DCM_LED_TYPE_ROWS] = {
@@ -81,7 +84,7 @@ const KeywordTable *statesOf(uint32_t ledType)
     return ledType < DCM_LED_TYPE_ROWS ? kLedStates[ledType] : nullptr;
 }
 
-bool isWord(const Row &row, const char *text)
+bool isWord(const char (&row)[DCM_KEYWORD_SIZE], const char *text)
 {
     return std::strncmp(row, text, DCM_KEYWORD_SIZE) == 0 && memchr(row, '\0', DCM_KEYWORD_SIZE) != nullptr;
 }
@@ -94,8 +97,8 @@ int readRow(const KeywordTable &table, const unsigned char *text, uint32_t *valu
             Match match = Match::first)
 {
     bool isFound = false;
-    for (uint32_t row = 0; text != nullptr && row < table.count && !(isFound && match == Match::first); row++)
-        if (isWord(table.rows[row], reinterpret_cast<const char *>(text))) {
+    for (uint32_t row = 0; text != nullptr && row < table.words.count && !(isFound && match == Match::first); row++)
+        if (isWord(table.words.rows[row], reinterpret_cast<const char *>(text))) {
             *value = row;
             isFound = true;
         }
@@ -105,12 +108,24 @@ int readRow(const KeywordTable &table, const unsigned char *text, uint32_t *valu
 // kept: a value one past the last row prints the first word of the table that follows in memory.
 const char *printRow(const KeywordTable &table, uint32_t value)
 {
-    if (value > table.count)
+    if (value > table.words.count)
         return "unknown";
-    return value == table.count ? *table.next : table.rows[value];
+    return value == table.words.count ? *table.next : table.words.rows[value];
 }
 
 } // namespace
+
+const Vocabulary kEttClassWords = kEttClass.words;
+const Vocabulary kLedFreqWords = kLedFreq.words;
+const Vocabulary kLedColorWords = kLedColor.words;
+const Vocabulary kLedTypeWords = kLedType.words;
+const Vocabulary kTemperTypeWords = kTemperType.words;
+
+const Vocabulary *ledStateWords(uint32_t ledType)
+{
+    const KeywordTable *states = statesOf(ledType);
+    return states != nullptr ? &states->words : nullptr;
+}
 
 } // namespace dcm
 

@@ -28,7 +28,7 @@
 
 namespace dcm {
 
-template <class... Arguments> Result report(const char *format, const Arguments... arguments)
+template <class... Arguments> [[gnu::noinline]] Result report(const char *format, const Arguments... arguments)
 {
     loggingLogOutput(0, 3, 0, format, arguments...);
     std::printf(format, arguments...);

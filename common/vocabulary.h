@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace dcm {
 
@@ -20,35 +19,22 @@ struct Word {
     const char *word;
     uint16_t value;
     Direction direction = Direction::both;
+    uint8_t ondType = 0; // the interface kind that a PHY type brings
 };
 
-// The row that descriptions write as `text`; nullptr when there is none or no text.
-template <class Row, size_t Size> const Row *findWord(const Row (&rows)[Size], const unsigned char *text)
-{
-    if (text == nullptr)
-        return nullptr;
-    const char *word = reinterpret_cast<const char *>(text);
-    for (const Row &row : rows)
-        if (row.direction != Direction::prints && row.word[0] == word[0] && std::strcmp(row.word, word) == 0)
-            return &row;
-    return nullptr;
-}
+// A vocabulary as a whole: rows of words, or a keyword table.
+struct Vocabulary {
+    const Word *words;
+    const char (*rows)[DCM_KEYWORD_SIZE];
+    size_t count;
+};
 
-template <class Row, size_t Size> bool readWord(const Row (&rows)[Size], const unsigned char *text, uint32_t *value)
-{
-    const Row *row = findWord(rows, text);
-    if (row != nullptr)
-        *value = row->value;
-    return row != nullptr;
-}
-
-template <class Row, size_t Size> const char *printWord(const Row (&rows)[Size], uint32_t value)
-{
-    for (const Row &row : rows)
-        if (row.direction != Direction::reads && row.value == value)
-            return row.word;
-    return "unknown";
-}
+// The row of a vocabulary of words that descriptions write as `text`; nullptr when there is none or no text.
+const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text);
+// Its value; false when there is none.
+bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value);
+// What reports print for a value: "unknown" when it has no word.
+const char *printWord(const Vocabulary &vocabulary, uint32_t value);
 
 constexpr bool areEqual(const char *one, const char *other)
 {
@@ -59,7 +45,7 @@ constexpr bool areEqual(const char *one, const char *other)
 }
 
 // Whether each direction of a vocabulary is a function: no word reads twice, no value prints twice.
-template <class Row, size_t Size> constexpr bool isUnambiguous(const Row (&rows)[Size])
+template <size_t Size> constexpr bool isUnambiguous(const Word (&rows)[Size])
 {
     for (size_t i = 0; i < Size; i++)
         for (size_t j = i + 1; j < Size; j++) {

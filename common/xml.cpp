@@ -41,6 +41,11 @@ bool ranOutOfMemory()
 
 } // namespace
 
+const char *nameOf(Node element)
+{
+    return reinterpret_cast<const char *>(element->name);
+}
+
 bool isNamed(Node element, const char *name)
 {
     return xmlStrcmp(element->name, xmlText(name)) == 0;
@@ -103,13 +108,6 @@ Result Text::missing(const Reporter &reporter, const Failure &failure) const
 {
     static_cast<void>(reporter.says(failure));
     return outOfMemory_ ? Result::outOfMemory : Result::failed;
-}
-
-Result readAttribute(Node element, const char *name, uint32_t &number, const Reporter &reporter)
-{
-    const Text text = Text::attribute(element, name, reporter);
-    number = text ? text.number() : 0;
-    return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
 Document::~Document()

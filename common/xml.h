@@ -15,6 +15,7 @@ namespace dcm {
 
 using Node = ::_xmlNode *;
 
+const char *nameOf(Node element);
 bool isNamed(Node element, const char *name);
 
 // The element children of a node, in document order: for (Node child : children(node)) ...
@@ -79,9 +80,6 @@ private:
     unsigned char *copy_ = nullptr;
     bool outOfMemory_ = false;
 };
-
-// The number in an attribute; 0 where there is none.
-Result readAttribute(Node element, const char *name, uint32_t &number, const Reporter &reporter);
 
 // A description file from its parsing to its release.
 class Document {

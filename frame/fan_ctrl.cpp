@@ -14,12 +14,13 @@ constexpr Child<DcmFanCtrlInfo> kFrameSettings[] = {
 
 Result takeSettings(Node element, DcmFanCtrlInfo &fanCtrl, const Reporter &reporter)
 {
-    const Result shared = takeFanCtrlSettings(element, fanCtrl, reporter);
-    return shared == Result::ok ? walk(kFrameSettings, element, fanCtrl, reporter) : shared;
+    const Result shared = walk<kFanCtrlSettings>(element, fanCtrl, reporter);
+    return shared == Result::ok ? walk<kFrameSettings>(element, fanCtrl, reporter) : shared;
 }
 
 // kept: a faulty list gives the numbers before its fault.
 template <auto Field, uint32_t Maximum> struct BitsBeforeFault {
+    static constexpr const Element &format = kBitList<Maximum>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         return unlessOutOfMemory(readBitList(element, Maximum, record.*Field, sizeof(record.*Field), reporter));
@@ -35,14 +36,18 @@ constexpr Child<DcmFanCtrlMapInfo> kMap[] = {
 
 } // namespace
 
+const Element kFanCtrlElement = kWithAttributes<kIdAttributes, kFanCtrlSettings, kFrameSettings>;
+const Element kFanCtrlGroupElement =
+    kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kFanCtrlSettings, kFrameSettings>;
+const Element kFanCtrlMapElement = kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kMap>;
+
 Result _dcmDecodeFanCtrlEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
+    static constexpr IdSays kSays = {DCM_SAYS("decode fanctrl-entity failed, no id prop."),
+                                     DCM_SAYS_ID("decode fanctrl-entity failed, invalid id(%u).")};
     const Reporter here{__func__};
     uint32_t id = 0;
-    if (const Result read =
-            readId(element, frame.fanCtrlNum, id, here, DCM_SAYS("decode fanctrl-entity failed, no id prop."),
-                   DCM_SAYS_ID("decode fanctrl-entity failed, invalid id(%u)."));
-        read != Result::ok)
+    if (const Result read = readId(element, frame.fanCtrlNum, id, kSays, here); read != Result::ok)
         return read;
     DcmFanCtrlInfo &fanCtrl = frame.fanCtrlInfo[id - 1];
     if (fanCtrl.id != 0)
@@ -55,7 +60,7 @@ Result _dcmDecodeFanCtrlEntity(Node element, DcmFrameInfo &frame, const Reporter
 Result _dcmDecodeFanCtrlGroupEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<DCM_FAN_CTRL_MAX>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode fanctrl-entity failed, no id prop."));
     uint8_t idBits[1] = {};
@@ -84,7 +89,7 @@ Result _dcmDecodeFanCtrlGroupEntity(Node element, DcmFrameInfo &frame, const Rep
 Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<DCM_FAN_CTRL_MAX>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode fanctrl-map failed, no id prop."));
     uint8_t idBits[1] = {};
@@ -96,7 +101,7 @@ Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporte
                           uint32_t{frame.fanCtrlNum});
 
     DcmFanCtrlMapInfo draft = {};
-    if (const Result taken = walk(kMap, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kMap>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < top; i++) {

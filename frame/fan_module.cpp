@@ -1,4 +1,6 @@
+#include "common/temperatures.h"
 #include "frame/frame.h"
+#include "led/led_entity.h"
 
 #include <iterator>
 
@@ -22,7 +24,7 @@ constexpr Child<FanDraft> kFan[] = {
 Result _dcmDecodeFanEntity(Node element, DcmFanModuleInfo &module)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<8>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode fan failed, no id prop."));
     // kept: a faulty list gives the ids before its fault, and ids above 4 are accepted and mean nothing.
@@ -30,7 +32,7 @@ Result _dcmDecodeFanEntity(Node element, DcmFanModuleInfo &module)
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
 
     FanDraft draft = {};
-    if (const Result taken = walk(kFan, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kFan>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(module.fan); i++) {
@@ -69,30 +71,32 @@ Result takeLedMap(Node element, FanModuleDraft &draft, const Reporter &)
     return resultOf(dcmLedDecodeMap(element, &draft.ledMap));
 }
 
-Result takeSensors(Node element, FanModuleDraft &draft, const Reporter &reporter)
-{
-    return takeTemperatures(element, draft.temperature, std::size(draft.temperature), draft.temperatureNum, reporter,
-                            DCM_SAYS("fan module decode temperature-entity failed, required num prop."),
-                            DCM_SAYS_NUM("fan module decode temperature-entity failed, num(=%d) invalid."),
-                            DCM_SAYS("fan module decode temperature failed."));
-}
+constexpr SensorSays kSensorSays = {
+    {DCM_SAYS("fan module decode temperature-entity failed, required num prop."),
+     DCM_SAYS_NUM("fan module decode temperature-entity failed, num(=%d) invalid.")},
+    DCM_SAYS("fan module decode temperature failed."),
+};
+
+constexpr Element kFanElement = kWithAttributes<kIdListAttributes<8>, kFan>;
 
 constexpr Child<FanModuleDraft> kFanModule[] = {
     {"fannum", number<&FanModuleDraft::fanNum>},
     {"slot", number<&FanModuleDraft::slot>},
     {"slot-offset", number<&FanModuleDraft::slotOffset>},
-    {"fan", takeFan, DCM_SAYS("fan module decode fan failed.")},
-    {"led-entity", takeLeds, DCM_SAYS("fan module decode led failed.")},
-    {"led-map", takeLedMap, DCM_SAYS("fan module decode led-map failed.")},
-    {"temperature-entity", takeSensors},
+    {"fan", takeFan, kFanElement, DCM_SAYS("fan module decode fan failed.")},
+    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("fan module decode led failed.")},
+    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("fan module decode led-map failed.")},
+    {"temperature-entity", sensors<&DcmFanModuleInfo::temperatureNum, &DcmFanModuleInfo::temperature, kSensorSays>},
 };
 
 } // namespace
 
+const Element kFanModuleElement = kWithAttributes<kIdListAttributes<8>, kFanModule>;
+
 Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<8>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode fanmodule-entity failed, no id prop."));
     // kept: a faulty list gives the ids before its fault, and ids above 3 are accepted and mean nothing.
@@ -100,7 +104,7 @@ Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Report
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
 
     FanModuleDraft draft = {};
-    if (const Result taken = walk(kFanModule, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kFanModule>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(frame.fanModuleInfo); i++) {

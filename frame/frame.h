@@ -17,6 +17,13 @@ Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporte
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
 
+// What those elements may hold.
+extern const Element kFanModuleElement;
+extern const Element kFanCtrlElement;
+extern const Element kFanCtrlGroupElement;
+extern const Element kFanCtrlMapElement;
+extern const Element kPowerElement;
+
 } // namespace dcm
 
 #endif

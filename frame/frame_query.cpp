@@ -1,6 +1,8 @@
 #include "common/list_codecs.h"
 #include "common/paths.h"
 #include "frame/frame.h"
+#include "frame/frame_format.h"
+#include "led/led_entity.h"
 
 #include <cstring>
 #include <iterator>
@@ -19,6 +21,7 @@ Result _dcmDecodeSlotmap(Node element, uint8_t *bits, uint32_t size)
 }
 
 template <auto Field> struct Slotmap {
+    static constexpr const Element &format = kBitList<DCM_SLOT_MAX>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &)
     {
         return _dcmDecodeSlotmap(element, record.*Field, sizeof(record.*Field));
@@ -38,7 +41,7 @@ constexpr Child<DcmSlotmapInfo> kSlotmap[] = {
 
 Result takeSlotmap(Node element, DcmFrameInfo &frame, const Reporter &reporter)
 {
-    return walk(kSlotmap, element, frame.slotmap, reporter);
+    return walk<kSlotmap>(element, frame.slotmap, reporter);
 }
 
 // ---- What each slot takes -------------------------------------------------------------------------------------------
@@ -55,6 +58,9 @@ struct SlotRules {
 
 // The size in bytes that the number list codec has always been given here, though a slot has room for 64 numbers.
 constexpr int32_t kCardTypesCleared = 64;
+
+constexpr Element kCardTypeList = {limited(Kind::numberList, DCM_SLOT_CARD_TYPE_MAX)};
+constexpr Attribute kSlotAttributes[] = {{"id", limited(Kind::id, DCM_SLOT_MAX), Need::required}};
 
 Result takeSupportCrossSlot(Node element, SlotRules &rules, const Reporter &reporter)
 {
@@ -94,99 +100,106 @@ Result takeStartCardId(Node element, SlotRules &rules, const Reporter &reporter)
 }
 
 constexpr Child<SlotRules> kSlotRules[] = {
-    {"supportcrossslot", takeSupportCrossSlot}, {"crossslotbit", takeCrossSlotBit},
-    {"supportcardtype", takeSupportCardType},   {"maxcardnum", takeMaxCardNum},
-    {"startcardid", takeStartCardId},
+    {"supportcrossslot", takeSupportCrossSlot, kNumber<uint32_t>},
+    {"crossslotbit", takeCrossSlotBit, kBitList<DCM_SLOT_MAX>},
+    {"supportcardtype", takeSupportCardType, kCardTypeList},
+    {"maxcardnum", takeMaxCardNum, kNumber<uint8_t>},
+    {"startcardid", takeStartCardId, kNumber<uint8_t>},
+};
+
+// A "slotinfo" that is being decoded.
+struct SlotList {
+    DcmFrameInfo &frame;
+    uint32_t count = 0;
 };
 
 // kept: slots are listed 1, 2, 3, ...; an element that is not the next one is passed over, so that a gap ends the list.
+Result takeSlot(Node element, SlotList &list, const Reporter &reporter)
+{
+    const uint32_t slot = list.count;
+    if (slot == DCM_SLOT_MAX)
+        return Result::ok;
+    uint32_t id = 0;
+    if (const Result read = readAttribute(element, kSlotAttributes[0], id, reporter); read != Result::ok)
+        return read;
+    if (id != slot + 1)
+        return Result::ok;
+    list.count++;
+    DcmFrameInfo &frame = list.frame;
+    SlotRules rules = {frame.supportCrossSlot, frame.crossSlotBit[slot], frame.supportCardType[slot],
+                       frame.maxCardNum[slot], frame.startCardId[slot],  slot};
+    return walk<kSlotRules>(element, rules, reporter);
+}
+
+constexpr Element kSlotElement = kWithAttributes<kSlotAttributes, kSlotRules>;
+
+constexpr Child<SlotList> kSlotList[] = {
+    {"slotid", takeSlot, kSlotElement},
+};
+
 Result _dcmDecodeSlotInfo(Node element, DcmFrameInfo &frame, const Reporter &reporter)
 {
-    uint32_t slot = 0;
-    for (const Node child : children(element)) {
-        if (slot == DCM_SLOT_MAX)
-            break;
-        if (!isNamed(child, "slotid"))
-            continue;
-        uint32_t id = 0;
-        if (const Result read = readAttribute(child, "id", id, reporter); read != Result::ok)
-            return read;
-        if (id != slot + 1)
-            continue;
-        SlotRules rules = {frame.supportCrossSlot, frame.crossSlotBit[slot], frame.supportCardType[slot],
-                           frame.maxCardNum[slot], frame.startCardId[slot],  slot};
-        if (const Result taken = walk(kSlotRules, child, rules, reporter); taken != Result::ok)
-            return taken;
-        slot++;
-    }
-    return Result::ok;
+    SlotList list = {frame};
+    return walk<kSlotList>(element, list, reporter);
 }
+
+// ---- Card type capabilities -----------------------------------------------------------------------------------------
+
+struct CardTypeCaps {
+    uint32_t (&words)[DCM_CARD_TYPE_CAP_MAX];
+    size_t count = 0;
+};
+
+// Words that the record has no room for are passed over.
+Result takeCardTypeCap(Node element, CardTypeCaps &caps, const Reporter &reporter)
+{
+    return caps.count < std::size(caps.words) ? takeNumber(element, caps.words[caps.count++], reporter) : Result::ok;
+}
+
+constexpr Child<CardTypeCaps> kCardTypeCaps[] = {
+    {"cap", takeCardTypeCap, kNumber<uint32_t>},
+};
 
 Result takeCardTypeCaps(Node element, DcmFrameInfo &frame, const Reporter &reporter)
 {
-    size_t count = 0;
-    for (const Node cap : children(element)) {
-        if (count == std::size(frame.cardTypeCaps))
-            break;
-        if (!isNamed(cap, "cap"))
-            continue;
-        if (const Result taken = takeNumber(cap, frame.cardTypeCaps[count++], reporter); taken != Result::ok)
-            return taken;
-    }
-    return Result::ok;
+    CardTypeCaps caps = {frame.cardTypeCaps};
+    return walk<kCardTypeCaps>(element, caps, reporter);
 }
 
 // ---- Units ----------------------------------------------------------------------------------------------------------
 
+constexpr CountSays kFanModuleSays = {
+    DCM_SAYS_FILE("xmlfile(%s) frame decode fanmodule-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanmodule-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmFrameInfo> kFanModules[] = {
     // kept: the text of the fan controllers.
-    {"fanmodule", _dcmDecodeFanModuleEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
+    {"fanmodule", _dcmDecodeFanModuleEntity, kFanModuleElement,
+     DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
 };
 
-Result takeFanModules(Node element, DcmFrameInfo &frame, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, frame.fanModuleNum, std::size(frame.fanModuleInfo), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) frame decode fanmodule-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanmodule-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kFanModules, element, frame, reporter) : counted;
-}
-
+constexpr CountSays kFanCtrlSays = {
+    DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanctrl-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmFrameInfo> kFanCtrls[] = {
-    {"fanctrl", _dcmDecodeFanCtrlEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
-    {"fanctrl-group", _dcmDecodeFanCtrlGroupEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl group failed.")},
+    {"fanctrl", _dcmDecodeFanCtrlEntity, kFanCtrlElement, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
+    {"fanctrl-group", _dcmDecodeFanCtrlGroupEntity, kFanCtrlGroupElement,
+     DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl group failed.")},
 };
 
-Result takeFanCtrls(Node element, DcmFrameInfo &frame, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, frame.fanCtrlNum, std::size(frame.fanCtrlInfo), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanctrl-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kFanCtrls, element, frame, reporter) : counted;
-}
-
+constexpr CountSays kPowerSays = {
+    DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmFrameInfo> kPowers[] = {
-    {"power", _dcmDecodePowerEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
+    {"power", _dcmDecodePowerEntity, kPowerElement, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
 };
 
-Result takePowers(Node element, DcmFrameInfo &frame, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, frame.powerNum, std::size(frame.powerInfo), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kPowers, element, frame, reporter) : counted;
-}
-
-constexpr Child<DcmFrameInfo> kFanCtrlMap[] = {
-    {"fan-ctrl", _dcmDecodeFanCtrlMapInfo, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-map failed.")},
+constexpr Child<DcmFrameInfo> kFanCtrlMaps[] = {
+    {"fan-ctrl", _dcmDecodeFanCtrlMapInfo, kFanCtrlMapElement,
+     DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-map failed.")},
 };
-
-Result takeFanCtrlMap(Node element, DcmFrameInfo &frame, const Reporter &reporter)
-{
-    return walk(kFanCtrlMap, element, frame, reporter);
-}
 
 Result takeLeds(Node element, DcmFrameInfo &frame, const Reporter &)
 {
@@ -200,24 +213,26 @@ Result takeLedMap(Node element, DcmFrameInfo &frame, const Reporter &)
 
 constexpr Child<DcmFrameInfo> kFrame[] = {
     {"maxslotnum", number<&DcmFrameInfo::maxSlotId>},
-    {"slotmap", takeSlotmap},
-    {"cardtypecaps", takeCardTypeCaps},
-    {"slotinfo", _dcmDecodeSlotInfo},
-    {"fanmodule-entity", takeFanModules},
-    {"fanctrl-entity", takeFanCtrls},
-    {"power-entity", takePowers},
-    {"led-entity", takeLeds, DCM_SAYS_FILE("xmlfile(%s) frame decode led failed.")},
-    {"led-map", takeLedMap, DCM_SAYS_FILE("xmlfile(%s) frame decode led-map failed.")},
-    {"fanctrl-map", takeFanCtrlMap},
+    {"slotmap", takeSlotmap, kHolding<kSlotmap>},
+    {"cardtypecaps", takeCardTypeCaps, kHolding<kCardTypeCaps>},
+    {"slotinfo", _dcmDecodeSlotInfo, kHolding<kSlotList>},
+    {"fanmodule-entity", counted<&DcmFrameInfo::fanModuleNum, DCM_FAN_MODULE_MAX, kFanModules, kFanModuleSays>},
+    {"fanctrl-entity", counted<&DcmFrameInfo::fanCtrlNum, DCM_FAN_CTRL_MAX, kFanCtrls, kFanCtrlSays>},
+    {"power-entity", counted<&DcmFrameInfo::powerNum, DCM_POWER_MAX, kPowers, kPowerSays>},
+    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS_FILE("xmlfile(%s) frame decode led failed.")},
+    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS_FILE("xmlfile(%s) frame decode led-map failed.")},
+    {"fanctrl-map", holding<kFanCtrlMaps>},
 };
+
+constexpr Attribute kFrameAttributes[] = {{"typeid", numberOf(32)}};
 
 Result findFrame(Node device, uint32_t typeId, Node &frame, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
-        if (!isNamed(child, "frame"))
+        if (!isNamed(child, kFrameName))
             continue;
         uint32_t childTypeId = 0;
-        if (const Result read = readAttribute(child, "typeid", childTypeId, reporter); read != Result::ok)
+        if (const Result read = readAttribute(child, kFrameAttributes[0], childTypeId, reporter); read != Result::ok)
             return read;
         if (childTypeId == typeId) {
             frame = child;
@@ -235,10 +250,12 @@ Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
     Node frame = nullptr;
     if (const Result found = findFrame(document.root(), typeId, frame, reporter); found != Result::ok)
         return found;
-    return walk(kFrame, frame, info, reporter);
+    return walk<kFrame>(frame, info, reporter);
 }
 
 } // namespace
+
+const Element kFrameElement = kWithAttributes<kFrameAttributes, kFrame>;
 
 } // namespace dcm
 

@@ -1,4 +1,6 @@
+#include "common/temperatures.h"
 #include "frame/frame.h"
+#include "led/led_entity.h"
 
 #include <iterator>
 
@@ -17,27 +19,27 @@ Result takeLedMap(Node element, DcmPowerInfo &draft, const Reporter &)
     return resultOf(dcmLedDecodeMap(element, &draft.ledMap));
 }
 
-Result takeSensors(Node element, DcmPowerInfo &draft, const Reporter &reporter)
-{
-    return takeTemperatures(element, draft.temperature, std::size(draft.temperature), draft.temperatureNum, reporter,
-                            DCM_SAYS("power decode temperature-entity failed, required num prop."),
-                            DCM_SAYS_NUM("power decode temperature-entity failed, num(=%d) invalid."),
-                            DCM_SAYS("power decode temperature failed."));
-}
+constexpr SensorSays kSensorSays = {
+    {DCM_SAYS("power decode temperature-entity failed, required num prop."),
+     DCM_SAYS_NUM("power decode temperature-entity failed, num(=%d) invalid.")},
+    DCM_SAYS("power decode temperature failed."),
+};
 
 constexpr Child<DcmPowerInfo> kPower[] = {
-    {"led-entity", takeLeds, DCM_SAYS("power decode led failed.")},
-    {"led-map", takeLedMap, DCM_SAYS("power decode led-map failed.")},
-    {"temperature-entity", takeSensors},
+    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("power decode led failed.")},
+    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("power decode led-map failed.")},
+    {"temperature-entity", sensors<&DcmPowerInfo::temperatureNum, &DcmPowerInfo::temperature, kSensorSays>},
     {"modelname", countedBytes<&DcmPowerInfo::modelNameLen, &DcmPowerInfo::modelName>},
 };
 
 } // namespace
 
+const Element kPowerElement = kWithAttributes<kIdListAttributes<8>, kPower>;
+
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<8>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode power-entity failed, no id prop."));
     // kept: a faulty list gives the ids before its fault, and ids above 2 are accepted and mean nothing.
@@ -45,7 +47,7 @@ Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
 
     DcmPowerInfo draft = {};
-    if (const Result taken = walk(kPower, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kPower>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(frame.powerInfo); i++) {

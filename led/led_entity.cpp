@@ -1,3 +1,5 @@
+#include "led/led_entity.h"
+
 #include "led/led_states.h"
 
 #include <cstring>
@@ -6,19 +8,31 @@ namespace dcm {
 
 namespace {
 
+// A "led-entity" that is being decoded.
 struct LedBlock {
     DcmLedInfo *leds;
     uint32_t room;
-    uint32_t count;
+    uint32_t num;
+    DcmLedInfo defaults;
+    uint32_t count = 0;
 };
 
-// One "led" element: every LED that its "id" lists is a copy of what it describes.
-Result takeLed(Node element, const DcmLedInfo &defaults, LedBlock &block, const Reporter &reporter)
+constexpr Attribute kLedAttributes[] = {
+    {"id", limited(Kind::bitList, 8), Need::required},
+    {"type", wordOf(&kLedTypeWords), Need::required},
+};
+
+// One "led": every LED that its "id" lists is a copy of what it describes.
+Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
 {
-    const Text ids = Text::attribute(element, "id", reporter);
+    // kept: only where an element starts; one that lists several ids may go past "num".
+    if (block.count >= block.num)
+        return DCM_REPORT(reporter.function, "decode led-entity failed, led node count(%u) is out of range(%u).",
+                          block.count, block.num);
+    const Text ids = Text::attribute(element, kLedAttributes[0].name, reporter);
     if (!ids)
         return ids.missing(reporter, DCM_SAYS("decode led failed, no id prop."));
-    const Text type = Text::attribute(element, "type", reporter);
+    const Text type = Text::attribute(element, kLedAttributes[1].name, reporter);
     if (!type)
         return type.missing(reporter, DCM_SAYS("decode led failed, no type prop."));
 
@@ -29,11 +43,12 @@ Result takeLed(Node element, const DcmLedInfo &defaults, LedBlock &block, const 
     if (dcmLedTypeStr2Val(type.word(), &ledType) != 0)
         return reporter.says(DCM_SAYS("decode led type failed."));
 
-    DcmLedInfo led = defaults;
+    DcmLedInfo led = block.defaults;
     led.ledType = static_cast<uint8_t>(ledType);
     led.srcType = led.ledType;
-    if (const Result states = takeLedStates(element, ledType, led.states); states != Result::ok)
-        return states;
+    LedStates states = {led.states, ledType};
+    if (const Result taken = walk<kLedStates>(element, states, reporter); taken != Result::ok)
+        return taken;
 
     for (uint32_t id = 1; id <= sizeof idBits * 8; id++) {
         if (_dcmBitTest(idBits, id - 1) == 0 || block.count >= block.room)
@@ -44,7 +59,15 @@ Result takeLed(Node element, const DcmLedInfo &defaults, LedBlock &block, const 
     return Result::ok;
 }
 
+constexpr Element kLedElement = kWithAttributes<kLedAttributes, kLedStates>;
+
+constexpr Child<LedBlock> kLeds[] = {
+    {"led", takeLed, kLedElement},
+};
+
 } // namespace
+
+const Element kLedEntityElement = kWithAttributes<kNumAttributes<DCM_LED_MAX, 32>, kLeds>;
 
 } // namespace dcm
 
@@ -52,29 +75,18 @@ int dcmLedDecodeEntity(struct _xmlNode *node, DcmLedInfo *leds, int32_t maxLeds,
                        uint8_t *count)
 {
     const dcm::Reporter here{__func__};
-    const dcm::Text numText = dcm::Text::attribute(node, "num", here);
-    if (!numText)
-        return status(numText.missing(here, DCM_SAYS("decode led failed, no num prop.")));
-    const uint32_t num = numText.number();
-    if (num > static_cast<uint32_t>(maxLeds))
-        return status(DCM_REPORT(__func__, "decode led-entity failed, led count(%u) is out of range(%u).", num,
-                                 static_cast<uint32_t>(maxLeds)));
+    const dcm::Text num = dcm::Text::attribute(node, dcm::kNum, here);
+    if (!num)
+        return status(num.missing(here, DCM_SAYS("decode led failed, no num prop.")));
 
-    DcmLedInfo defaults;
-    std::memset(&defaults, 0, sizeof defaults);
-    defaults.attach = static_cast<uint8_t>(attach);
-    defaults.attachSlot = static_cast<uint8_t>(attachSlot);
-    dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, 0};
-    for (const dcm::Node led : dcm::children(node)) {
-        if (!dcm::isNamed(led, "led"))
-            continue;
-        // kept: only where an element starts; one that lists several ids may go past "num".
-        if (block.count >= num)
-            return status(DCM_REPORT(__func__, "decode led-entity failed, led node count(%u) is out of range(%u).",
-                                     block.count, num));
-        if (const dcm::Result taken = dcm::takeLed(led, defaults, block, here); taken != dcm::Result::ok)
-            return status(taken);
-    }
+    dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, num.number(), {}};
+    if (block.num > static_cast<uint32_t>(maxLeds))
+        return status(DCM_REPORT(__func__, "decode led-entity failed, led count(%u) is out of range(%u).", block.num,
+                                 static_cast<uint32_t>(maxLeds)));
+    block.defaults.attach = static_cast<uint8_t>(attach);
+    block.defaults.attachSlot = static_cast<uint8_t>(attachSlot);
+    if (const dcm::Result taken = dcm::walk<dcm::kLeds>(node, block, here); taken != dcm::Result::ok)
+        return status(taken);
     *count = static_cast<uint8_t>(block.count);
     return 0;
 }

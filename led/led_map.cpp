@@ -1,4 +1,5 @@
 #include "common/decoder.h"
+#include "led/led_entity.h"
 
 #include <cstdio>
 
@@ -57,57 +58,30 @@ int _dcmLedSrc2EttIndex(const char *source, uint32_t *ettIndex)
     return hwalEttPhy2Logical(&physical, ettIndex);
 }
 
-struct MapEntry {
+// ---- State pairs ----------------------------------------------------------------------------------------------------
+
+struct StatePairs {
     DcmLedHead &led;
-    uint32_t &srcEttIndex;
+    uint32_t count = 0;
 };
 
-// kept: a faulty name, source or state pair is reported, and the entry counts all the same.
-Result takeLedName(Node element, const MapEntry &entry, const Reporter &reporter)
+constexpr Attribute kPairAttributes[] = {{"type", {Kind::ledState}, Need::required}};
+constexpr Element kPairElement = holdingText({Kind::ledState}, kPairAttributes, std::size(kPairAttributes));
+
+// One "state": what the LED shows while the source is in a state. Pairs that the LED has no room for are passed over.
+Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
 {
-    const Text source = Text::attribute(element, "src", reporter);
-    if (source)
-        static_cast<void>(_dcmLedSrc2EttIndex(source.c_str(), &entry.srcEttIndex));
-    const Text name = Text::content(element, reporter);
-    if (source.isOutOfMemory() || !name)
-        return Result::outOfMemory;
-    static_cast<void>(_dcmLedName2EttInfo(name.c_str(), entry.led));
-    entry.led.statMapNum = 0;
-    return Result::ok;
-}
-
-Result decodeStateMap(Node element, DcmLedHead &led, const Reporter &reporter);
-
-Result takeSource(Node element, const MapEntry &entry, const Reporter &reporter)
-{
-    const Text name = Text::attribute(element, "led-name", reporter);
-    if (name.isOutOfMemory())
-        return Result::outOfMemory;
-    static_cast<void>(_dcmLedName2EttInfo(name ? name.c_str() : "", entry.led));
-
-    const Text type = Text::attribute(element, "type", reporter);
-    if (type.isOutOfMemory())
-        return Result::outOfMemory;
-    if (type) {
-        uint32_t srcType = 0;
-        if (dcmLedTypeStr2Val(type.word(), &srcType) != 0)
-            return DCM_REPORT(reporter.function, "type(%s) is invalid .", type.c_str()); // kept: the blank
-        entry.led.srcType = static_cast<uint8_t>(srcType);
-    }
-    return unlessOutOfMemory(decodeStateMap(element, entry.led, Reporter{"_dcmLedDecodeStateMap"}));
-}
-
-// One "state" element: what the LED shows while the source is in a state.
-Result takeStatePair(Node element, DcmLedHead &led, uint32_t pair, const Reporter &reporter)
-{
-    const Text source = Text::attribute(element, "type", reporter);
+    if (pairs.count == DCM_LED_STATE_MAX)
+        return Result::ok;
+    DcmLedHead &led = pairs.led;
+    const Text source = Text::attribute(element, kPairAttributes[0].name, reporter);
     if (!source)
         return source.missing(reporter, DCM_SAYS("decode led-state-map failed, no type prop."));
     uint32_t state = 0;
     if (dcmLedStateStr2Val(led.srcType, source.word(), &state) != 0)
         return DCM_REPORT(reporter.function, "state(%s) is invalid for src-type(%s).", source.c_str(),
                           dcmLedTypeVal2Str(led.srcType));
-    led.srcState[pair] = static_cast<uint8_t>(state);
+    led.srcState[pairs.count] = static_cast<uint8_t>(state);
 
     const Text shown = Text::content(element, reporter);
     if (!shown)
@@ -115,55 +89,114 @@ Result takeStatePair(Node element, DcmLedHead &led, uint32_t pair, const Reporte
     if (dcmLedStateStr2Val(led.ledType, shown.word(), &state) != 0)
         return DCM_REPORT(reporter.function, "state(%s) is invalid for led-type(%s).", shown.c_str(),
                           dcmLedTypeVal2Str(led.ledType));
-    led.ledState[pair] = static_cast<uint8_t>(state);
+    led.ledState[pairs.count] = static_cast<uint8_t>(state);
+    pairs.count++;
     return Result::ok;
 }
+
+constexpr Child<StatePairs> kStatePairs[] = {
+    {"state", takeStatePair, kPairElement},
+};
 
 Result decodeStateMap(Node element, DcmLedHead &led, const Reporter &reporter)
 {
-    uint32_t pairs = 0;
-    for (const Node state : children(element)) {
-        if (!isNamed(state, "state"))
-            continue;
-        if (pairs == DCM_LED_STATE_MAX)
-            break;
-        if (const Result taken = takeStatePair(state, led, pairs, reporter); taken != Result::ok)
-            return taken;
-        pairs++;
+    StatePairs pairs = {led};
+    const Result taken = walk<kStatePairs>(element, pairs, reporter);
+    if (taken == Result::ok)
+        led.statMapNum = static_cast<uint8_t>(pairs.count);
+    return taken;
+}
+
+// ---- Map entries ----------------------------------------------------------------------------------------------------
+
+// An LED map that is being decoded.
+struct LedMap {
+    DcmLedMapInfo &map;
+    uint32_t num;
+    uint32_t count = 0;
+
+    bool isFull() const { return count >= num; }
+    Result saysFull(const Reporter &reporter) const
+    {
+        return DCM_REPORT(reporter.function, "decode led-map failed, led-name node count(%u) is out of range(%u).",
+                          count + 1, num);
     }
-    led.statMapNum = static_cast<uint8_t>(pairs);
+};
+
+constexpr Attribute kLedNameAttributes[] = {{"src", {Kind::source}}};
+constexpr Element kLedNameElement = holdingText({Kind::ledName}, kLedNameAttributes, std::size(kLedNameAttributes));
+
+// kept: a faulty name, source or state pair is reported, and the entry counts all the same.
+Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
+{
+    if (ledMap.isFull())
+        return ledMap.saysFull(reporter);
+    DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
+    const Text source = Text::attribute(element, kLedNameAttributes[0].name, reporter);
+    if (source)
+        static_cast<void>(_dcmLedSrc2EttIndex(source.c_str(), &ledMap.map.srcEttIndex[ledMap.count]));
+    const Text name = Text::content(element, reporter);
+    if (source.isOutOfMemory() || !name)
+        return Result::outOfMemory;
+    static_cast<void>(_dcmLedName2EttInfo(name.c_str(), led));
+    led.statMapNum = 0;
+    ledMap.count++;
     return Result::ok;
 }
+
+constexpr Attribute kSourceAttributes[] = {
+    {"led-name", {Kind::ledName}, Need::required},
+    {"type", wordOf(&kLedTypeWords)},
+};
+
+Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
+{
+    if (ledMap.isFull())
+        return ledMap.saysFull(reporter);
+    DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
+    const Text name = Text::attribute(element, kSourceAttributes[0].name, reporter);
+    if (name.isOutOfMemory())
+        return Result::outOfMemory;
+    static_cast<void>(_dcmLedName2EttInfo(name ? name.c_str() : "", led));
+
+    const Text type = Text::attribute(element, kSourceAttributes[1].name, reporter);
+    if (type.isOutOfMemory())
+        return Result::outOfMemory;
+    if (type) {
+        uint32_t srcType = 0;
+        if (dcmLedTypeStr2Val(type.word(), &srcType) != 0)
+            return DCM_REPORT(reporter.function, "type(%s) is invalid .", type.c_str()); // kept: the blank
+        led.srcType = static_cast<uint8_t>(srcType);
+    }
+    ledMap.count++;
+    return unlessOutOfMemory(decodeStateMap(element, led, Reporter{"_dcmLedDecodeStateMap"}));
+}
+
+constexpr Element kSourceElement = kWithAttributes<kSourceAttributes, kStatePairs>;
+
+constexpr Child<LedMap> kMap[] = {
+    {"led-name", takeLedName, kLedNameElement},
+    {"source", takeSource, kSourceElement},
+};
 
 Result decodeMap(Node element, DcmLedMapInfo &map, const Reporter &reporter)
 {
-    const Text numText = Text::attribute(element, "num", reporter);
-    if (!numText)
-        return numText.missing(reporter, DCM_SAYS("decode led-map failed, no num prop."));
-    const uint32_t num = static_cast<uint8_t>(numText.number()); // kept: only the low 8 bits count
-    if (num > DCM_LED_MAP_MAX)
-        return DCM_REPORT(reporter.function, "decode led-map failed, led map count(%u) is out of range(%u).", num,
-                          static_cast<uint32_t>(DCM_LED_MAP_MAX));
-
-    uint32_t count = 0;
-    for (const Node child : children(element)) {
-        const bool isLedName = isNamed(child, "led-name");
-        if (!isLedName && !isNamed(child, "source"))
-            continue;
-        if (count >= num)
-            return DCM_REPORT(reporter.function, "decode led-map failed, led-name node count(%u) is out of range(%u).",
-                              count + 1, num);
-        const MapEntry entry = {map.mapEntries[count], map.srcEttIndex[count]};
-        const Result taken = isLedName ? takeLedName(child, entry, reporter) : takeSource(child, entry, reporter);
-        if (taken != Result::ok)
-            return taken;
-        count++;
-    }
-    map.num = count;
-    return Result::ok;
+    const Text num = Text::attribute(element, kNum, reporter);
+    if (!num)
+        return num.missing(reporter, DCM_SAYS("decode led-map failed, no num prop."));
+    LedMap ledMap = {map, static_cast<uint8_t>(num.number())}; // kept: only the low 8 bits count
+    if (ledMap.num > DCM_LED_MAP_MAX)
+        return DCM_REPORT(reporter.function, "decode led-map failed, led map count(%u) is out of range(%u).",
+                          ledMap.num, static_cast<uint32_t>(DCM_LED_MAP_MAX));
+    const Result taken = walk<kMap>(element, ledMap, reporter);
+    if (taken == Result::ok)
+        map.num = ledMap.count;
+    return taken;
 }
 
 } // namespace
+
+const Element kLedMapElement = kWithAttributes<kNumAttributes<DCM_LED_MAP_MAX>, kMap>;
 
 } // namespace dcm
 

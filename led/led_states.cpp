@@ -4,6 +4,11 @@ namespace dcm {
 
 namespace {
 
+constexpr Attribute kAttributes[] = {
+    {"type", {Kind::ledState}, Need::required},
+    {"pri", limited(Kind::id, DCM_LED_STATE_MAX)},
+};
+
 constexpr Child<DcmLedStateInfo> kState[] = {
     {"color", keyword<&DcmLedStateInfo::color, dcmLedColorStr2Val>, DCM_SAYS("decode led color failed.")},
     {"freq", keyword<&DcmLedStateInfo::freq, dcmLedFreqStr2Val>, DCM_SAYS("decode led frequency.")},
@@ -13,7 +18,7 @@ constexpr Child<DcmLedStateInfo> kState[] = {
 Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, DcmLedStateInfo *states)
 {
     const Reporter here{__func__};
-    const Text type = Text::attribute(element, "type", here);
+    const Text type = Text::attribute(element, kAttributes[0].name, here);
     if (!type)
         return type.missing(here, DCM_SAYS("decode led failed, no type prop."));
     // An unknown state has been reported, where the LED has states at all, and is taken for "default".
@@ -24,7 +29,7 @@ Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, Dc
     if (state == 0) {
         display->pri = DCM_LED_STATE_MAX;
     } else {
-        const Text pri = Text::attribute(element, "pri", here);
+        const Text pri = Text::attribute(element, kAttributes[1].name, here);
         if (pri.isOutOfMemory())
             return Result::outOfMemory;
         const uint32_t priority = pri ? pri.number() : position + 1;
@@ -36,22 +41,16 @@ Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, Dc
         display->pri = static_cast<uint8_t>(priority);
     }
     display->state = static_cast<uint8_t>(state);
-    return walk(kState, element, *display, here);
+    return walk<kState>(element, *display, here);
 }
 
 } // namespace
 
-Result takeLedStates(Node element, uint32_t ledType, DcmLedStateInfo *states)
+const Element kLedStateElement = kWithAttributes<kAttributes, kState>;
+
+Result takeLedState(Node element, LedStates &led, const Reporter &)
 {
-    uint32_t position = 0;
-    for (const Node state : children(element)) {
-        if (!isNamed(state, "state"))
-            continue;
-        const Result decoded = _dcmLedDecodeStates(state, position++, ledType, states);
-        if (decoded == Result::outOfMemory)
-            return decoded;
-    }
-    return Result::ok;
+    return unlessOutOfMemory(_dcmLedDecodeStates(element, led.position++, led.ledType, led.states));
 }
 
 } // namespace dcm

@@ -6,8 +6,22 @@
 
 namespace dcm {
 
-// Decodes the "state" children of an LED into its 12 displays. A faulty one is reported and passed over.
-Result takeLedStates(Node element, uint32_t ledType, DcmLedStateInfo *states);
+// What one "state" of an LED may hold.
+extern const Element kLedStateElement;
+
+// The displays of an LED that is being decoded.
+struct LedStates {
+    DcmLedStateInfo *states;
+    uint32_t ledType;
+    uint32_t position = 0; // "state" elements so far
+};
+
+// One "state". A faulty one is reported and passed over.
+Result takeLedState(Node element, LedStates &led, const Reporter &reporter);
+
+inline constexpr Child<LedStates> kLedStates[] = {
+    {"state", takeLedState, kLedStateElement},
+};
 
 } // namespace dcm
 

@@ -1,22 +1,39 @@
+#include "led/led_entity.h"
 #include "led/led_states.h"
 
 namespace dcm {
 
 namespace {
 
-// One "port-led" element: a run of port LEDs.
-Result takePortLed(Node element, DcmPortLedInfo &portLed, const Reporter &reporter)
+struct PortLedBlock {
+    DcmPortLedInfo *portLeds;
+    size_t count = 0;
+};
+
+constexpr Attribute kAttributes[] = {
+    {"type", wordOf(&kLedTypeWords), Need::required},
+    {"start-id", numberOf(8), Need::required},
+    {"end-id", numberOf(8), Need::required},
+    {"name-prefix", limited(Kind::text, DCM_PORT_LED_PREFIX_SIZE), Need::required},
+};
+
+// One "port-led": a run of port LEDs. Runs that the block has no room for are passed over.
+Result takePortLed(Node element, PortLedBlock &block, const Reporter &reporter)
 {
-    const Text type = Text::attribute(element, "type", reporter);
+    if (block.count == DCM_PORT_LED_MAX)
+        return Result::ok;
+    DcmPortLedInfo &portLed = block.portLeds[block.count++];
+
+    const Text type = Text::attribute(element, kAttributes[0].name, reporter);
     if (!type)
         return type.missing(reporter, DCM_SAYS("decode led failed, no type prop."));
-    const Text startId = Text::attribute(element, "start-id", reporter);
+    const Text startId = Text::attribute(element, kAttributes[1].name, reporter);
     if (!startId)
         return startId.missing(reporter, DCM_SAYS("decode led failed, no start-id prop."));
-    const Text endId = Text::attribute(element, "end-id", reporter);
+    const Text endId = Text::attribute(element, kAttributes[2].name, reporter);
     if (!endId)
         return endId.missing(reporter, DCM_SAYS("decode led failed, no end-id prop."));
-    const Text prefix = Text::attribute(element, "name-prefix", reporter);
+    const Text prefix = Text::attribute(element, kAttributes[3].name, reporter);
     if (!prefix)
         return prefix.missing(reporter, DCM_SAYS("decode led failed, no name-prefix prop."));
 
@@ -27,24 +44,24 @@ Result takePortLed(Node element, DcmPortLedInfo &portLed, const Reporter &report
     portLed.startId = static_cast<uint8_t>(startId.number());
     portLed.endId = static_cast<uint8_t>(endId.number());
     copyBytes(portLed.namePrefix, prefix, sizeof portLed.namePrefix);
-    return takeLedStates(element, ledType, portLed.states);
+    LedStates states = {portLed.states, ledType};
+    return walk<kLedStates>(element, states, reporter);
 }
 
+constexpr Element kPortLedElement = kWithAttributes<kAttributes, kLedStates>;
+
+constexpr Child<PortLedBlock> kPortLeds[] = {
+    {"port-led", takePortLed, kPortLedElement},
+};
+
 } // namespace
+
+const Element kPortLedEntityElement = kHolding<kPortLeds>;
 
 } // namespace dcm
 
 int dcmLedDecodePortEntity(struct _xmlNode *node, DcmPortLedInfo *portLeds)
 {
-    const dcm::Reporter here{__func__};
-    size_t count = 0;
-    for (const dcm::Node portLed : dcm::children(node)) {
-        if (!dcm::isNamed(portLed, "port-led"))
-            continue;
-        if (count == DCM_PORT_LED_MAX)
-            break;
-        if (const dcm::Result taken = dcm::takePortLed(portLed, portLeds[count++], here); taken != dcm::Result::ok)
-            return status(taken);
-    }
-    return 0;
+    dcm::PortLedBlock block = {portLeds};
+    return status(dcm::walk<dcm::kPortLeds>(node, block, dcm::Reporter{__func__}));
 }

@@ -31,7 +31,7 @@ constexpr Child<DcmInnerIfInfo> kPort[] = {
     {"slotid", number<&DcmInnerIfInfo::slotId>},
     {"cardid", number<&DcmInnerIfInfo::cardId>},
     {"portid", number<&DcmInnerIfInfo::portId>},
-    {"ifname", takePortIfName},
+    {"ifname", takePortIfName, kText<kIfNameLength>},
 };
 
 // ---- Port groups ----------------------------------------------------------------------------------------------------
@@ -62,17 +62,23 @@ constexpr Child<InnerPortDraft> kPortGroup[] = {
     {"slotid", number<&DcmInnerIfInfo::slotId>},
     {"cardid", number<&DcmInnerIfInfo::cardId>},
     {"portid", number<&DcmInnerIfInfo::portId>},
-    {"ifname", takeGroupIfName},
+    {"ifname", takeGroupIfName, kText<kIfNameLength>},
     {"portid-offset", number<&InnerPortDraft::portIdOffset>},
-    {"ifname-prefix", takeIfNamePrefix},
+    {"ifname-prefix", takeIfNamePrefix, kText<kPrefixLength>},
 };
 
+constexpr Attribute kPortAttributes[] = {{"commslot", limited(Kind::id, DCM_INNER_IF_MAX), Need::required}};
+constexpr Attribute kGroupAttributes[] = {{"commslot", limited(Kind::bitList, DCM_INNER_IF_MAX), Need::required}};
+
 } // namespace
+
+const Element kInnerPortElement = kWithAttributes<kPortAttributes, kPort>;
+const Element kInnerPortGroupElement = kWithAttributes<kGroupAttributes, kPortGroup>;
 
 Result _devDecodeInnerPort(Node element, DcmSlotInfo &slot, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text text = Text::attribute(element, "commslot", here);
+    const Text text = Text::attribute(element, kPortAttributes[0].name, here);
     if (!text)
         return text.missing(here, DCM_SAYS("decode innerport failed, no commslot."));
     const uint32_t commslot = text.number();
@@ -85,14 +91,14 @@ Result _devDecodeInnerPort(Node element, DcmSlotInfo &slot, const Reporter &)
 
     port.sysId = DCM_ID_UNSPEC;
     clearIdentity(port);
-    return walk(kPort, element, port, here);
+    return walk<kPort>(element, port, here);
 }
 
 Result _devDecodeInnerPortGroup(Node element, DcmSlotInfo &slot, const Reporter &)
 {
     const Reporter here{__func__};
     // kept: the texts call the attribute "commslot-group".
-    const Text commslots = Text::attribute(element, "commslot", here);
+    const Text commslots = Text::attribute(element, kGroupAttributes[0].name, here);
     if (!commslots)
         return commslots.missing(here, DCM_SAYS("decode inner-port failed, no commslot-group prop."));
     uint8_t commslotBits[4] = {};
@@ -102,7 +108,7 @@ Result _devDecodeInnerPortGroup(Node element, DcmSlotInfo &slot, const Reporter 
     InnerPortDraft draft = {};
     draft.sysId = DCM_ID_UNSPEC;
     clearIdentity(draft);
-    if (const Result taken = walk(kPortGroup, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kPortGroup>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(slot.syncIf); i++) {

@@ -25,10 +25,12 @@ constexpr Child<SfuPortDraft> kPortGroup[] = {
 
 } // namespace
 
+const Element kSfuPortGroupElement = kWithAttributes<kIdListAttributes<DCM_INNER_IF_MAX>, kPortGroup>;
+
 Result _devDecodeSfuPortGroup(Node element, DcmSlotInfo &slot, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, "id", here);
+    const Text ids = Text::attribute(element, kIdListAttributes<DCM_INNER_IF_MAX>[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode sfu-port failed, no id prop."));
     uint8_t idBits[4] = {};
@@ -38,7 +40,7 @@ Result _devDecodeSfuPortGroup(Node element, DcmSlotInfo &slot, const Reporter &)
     SfuPortDraft draft = {};
     draft.sysId = DCM_ID_UNSPEC;
     clearIdentity(draft);
-    if (const Result taken = walk(kPortGroup, element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<kPortGroup>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(slot.sfuIf); i++) {

@@ -25,6 +25,13 @@ Result _dcmDecodeFanCtrlEntity(Node element, DcmSlotInfo &slot, const Reporter &
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmSlotInfo &slot, const Reporter &reporter);
 
+// What those elements may hold.
+extern const Element kInnerPortElement;
+extern const Element kInnerPortGroupElement;
+extern const Element kSfuPortGroupElement;
+extern const Element kSlotFanCtrlElement;
+extern const Element kSlotPowerElement;
+
 } // namespace dcm
 
 #endif

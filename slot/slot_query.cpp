@@ -1,75 +1,59 @@
 #include "common/paths.h"
 #include "slot/slot.h"
+#include "slot/slot_format.h"
 
 #include <cstring>
-#include <iterator>
 
 namespace dcm {
 
 namespace {
 
 constexpr Child<DcmSlotInfo> kInnerPorts[] = {
-    {"port", _devDecodeInnerPort, DCM_SAYS_FILE("xmlfile(%s) slot decode innerport failed.")},
-    {"port-group", _devDecodeInnerPortGroup, DCM_SAYS_FILE("xmlfile(%s) slot decode innerport-group failed.")},
+    {"port", _devDecodeInnerPort, kInnerPortElement, DCM_SAYS_FILE("xmlfile(%s) slot decode innerport failed.")},
+    {"port-group", _devDecodeInnerPortGroup, kInnerPortGroupElement,
+     DCM_SAYS_FILE("xmlfile(%s) slot decode innerport-group failed.")},
 };
-
-Result takeInnerPorts(Node element, DcmSlotInfo &slot, const Reporter &reporter)
-{
-    return walk(kInnerPorts, element, slot, reporter);
-}
 
 constexpr Child<DcmSlotInfo> kSfuPorts[] = {
-    {"port-group", _devDecodeSfuPortGroup, DCM_SAYS_FILE("xmlfile(%s) slot decode sfu port-group failed.")},
+    {"port-group", _devDecodeSfuPortGroup, kSfuPortGroupElement,
+     DCM_SAYS_FILE("xmlfile(%s) slot decode sfu port-group failed.")},
 };
 
-Result takeSfuPorts(Node element, DcmSlotInfo &slot, const Reporter &reporter)
-{
-    return walk(kSfuPorts, element, slot, reporter);
-}
-
+constexpr CountSays kFanCtrlSays = {
+    DCM_SAYS_FILE("xmlfile(%s) slot decode fanctrl-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) slot decode fanctrl-entity failed, num(=%d) invalid."),
+};
 constexpr Child<DcmSlotInfo> kFanCtrls[] = {
-    {"fanctrl", _dcmDecodeFanCtrlEntity, DCM_SAYS_FILE("xmlfile(%s) slot decode fanctrl failed.")},
+    {"fanctrl", _dcmDecodeFanCtrlEntity, kSlotFanCtrlElement, DCM_SAYS_FILE("xmlfile(%s) slot decode fanctrl failed.")},
 };
-
-Result takeFanCtrls(Node element, DcmSlotInfo &slot, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, slot.fanCtrlNum, std::size(slot.fanCtrlInfo), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) slot decode fanctrl-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) slot decode fanctrl-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kFanCtrls, element, slot, reporter) : counted;
-}
 
 // kept: the texts about power entities say "frame".
-constexpr Child<DcmSlotInfo> kPowers[] = {
-    {"power", _dcmDecodePowerEntity, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
+constexpr CountSays kPowerSays = {
+    DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
+    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."),
 };
-
-Result takePowers(Node element, DcmSlotInfo &slot, const Reporter &reporter)
-{
-    const Result counted =
-        takeNum(element, slot.powerNum, std::size(slot.powerInfo), reporter,
-                DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
-                DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."));
-    return counted == Result::ok ? walk(kPowers, element, slot, reporter) : counted;
-}
+constexpr Child<DcmSlotInfo> kPowers[] = {
+    {"power", _dcmDecodePowerEntity, kSlotPowerElement, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
+};
 
 constexpr Child<DcmSlotInfo> kSlot[] = {
     {"maxcardnum", number<&DcmSlotInfo::maxCardNum>},
     {"supportpoe", keyword<&DcmSlotInfo::supportPoe, dcmYesNoStr2Val>, DCM_SAYS("decode slot failed.")},
-    {"inner-port", takeInnerPorts},
-    {"sfu-port", takeSfuPorts},
-    {"fanctrl-entity", takeFanCtrls},
-    {"power-entity", takePowers},
+    {"inner-port", holding<kInnerPorts>},
+    {"sfu-port", holding<kSfuPorts>},
+    {"fanctrl-entity", counted<&DcmSlotInfo::fanCtrlNum, DCM_FAN_CTRL_MAX, kFanCtrls, kFanCtrlSays>},
+    {"power-entity", counted<&DcmSlotInfo::powerNum, DCM_POWER_MAX, kPowers, kPowerSays>},
 };
+
+constexpr Attribute kSlotAttributes[] = {{"typeid", {Kind::typeIds}, Need::required}};
 
 // A slot describes every type of its comma list; one without a list is never found.
 Result findSlot(Node device, uint32_t typeId, Node &slot, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
-        if (!isNamed(child, "slot"))
+        if (!isNamed(child, kSlotName))
             continue;
-        const Text typeIds = Text::attribute(child, "typeid", reporter);
+        const Text typeIds = Text::attribute(child, kSlotAttributes[0].name, reporter);
         if (typeIds.isOutOfMemory())
             return Result::outOfMemory;
         if (typeIds && dcmStrMatch(typeId, typeIds.c_str()) == 1) {
@@ -88,10 +72,12 @@ Result readSlot(uint32_t typeId, DcmSlotInfo &info, const Reporter &reporter)
     Node slot = nullptr;
     if (const Result found = findSlot(document.root(), typeId, slot, reporter); found != Result::ok)
         return found;
-    return walk(kSlot, slot, info, reporter);
+    return walk<kSlot>(slot, info, reporter);
 }
 
 } // namespace
+
+const Element kSlotElement = kWithAttributes<kSlotAttributes, kSlot>;
 
 } // namespace dcm
 

@@ -1,8 +1,9 @@
 #include "vm/vm.h"
+#include "vm/vm_format.h"
 
 #include "common/console.h"
+#include "common/decoder.h"
 #include "common/paths.h"
-#include "common/xml.h"
 
 #include <cstdio>
 #include <unistd.h>
@@ -11,31 +12,42 @@ namespace dcm {
 
 namespace {
 
+// A list that is being read.
+struct PortList {
+    DcmVmPortInfo &info;
+    uint8_t count = 0; // kept: 8 bits, so that the 257th element lands in entry 0 again
+};
+
+Result takeIfindex(Node element, PortList &list, const Reporter &reporter)
+{
+    return takeNumber(element, list.info.ifindex[list.count++], reporter);
+}
+
+constexpr Child<PortList> kPorts[] = {
+    {"ifindex", takeIfindex, kNumber<uint32_t>},
+};
+
+constexpr Attribute kAttributes[] = {{"num", numberOf(8), Need::required}};
+
 Result readPorts(DcmVmPortInfo &info, const Reporter &reporter)
 {
     Document document;
     if (const Result parsed = document.parse(reporter); parsed != Result::ok)
         return parsed;
-    if (!isNamed(document.root(), "panel-port"))
+    if (!isNamed(document.root(), kVmName))
         return reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not panel-port."));
 
     uint32_t num = 0;
-    if (const Result read = readAttribute(document.root(), "num", num, reporter); read != Result::ok)
+    if (const Result read = readAttribute(document.root(), kAttributes[0], num, reporter); read != Result::ok)
         return read;
     info.ifindexNum = static_cast<uint8_t>(num);
-    uint8_t count = 0; // kept: 8 bits, so that the 257th element lands in entry 0 again
-    for (const Node child : children(document.root())) {
-        if (!isNamed(child, "ifindex"))
-            continue;
-        const Text ifindex = Text::content(child, reporter);
-        if (!ifindex)
-            return Result::outOfMemory;
-        info.ifindex[count++] = ifindex.number();
-    }
-    return Result::ok;
+    PortList list = {info};
+    return walk<kPorts>(document.root(), list, reporter);
 }
 
 } // namespace
+
+const Element kVmElement = kWithAttributes<kAttributes, kPorts>;
 
 void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize])
 {

@@ -1,0 +1,82 @@
+// What a description may hold. The decoders' tables carry this knowledge for whoever checks, documents or generates
+// descriptions; decoding itself does not look at it, and a library that is linked without such a user has none of it.
+#ifndef DCM_COMMON_FORMAT_H
+#define DCM_COMMON_FORMAT_H
+
+#include "common/vocabulary.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace dcm {
+
+enum class Kind : uint8_t {
+    none,       // nothing but children
+    number,     // any number; `bits` of it are kept
+    count,      // the number of entries announced, at most `limit`; `bits` of it are kept
+    id,         // one number from 1 to the announced count
+    keyword,    // a word of `vocabulary`
+    ledState,   // a word of the state table of the LED type at hand
+    bitList,    // a range list of numbers from 1 to `limit`
+    numberList, // numbers with any one character between two, at most `limit` of them
+    typeIds,    // a comma list of type ids
+    text,       // any text; `limit` bytes of it are kept
+    ledName,    // an LED name, as in "led-fan-2@slot3/#"
+    source      // a source position, as in "src-3/1"
+};
+
+struct Content {
+    Kind kind = Kind::none;
+    uint8_t bits = 0;
+    bool isSigned = false;
+    size_t limit = 0;
+    const Vocabulary *vocabulary = nullptr;
+};
+
+constexpr Content numberOf(uint8_t bits, bool isSigned = false)
+{
+    return {Kind::number, bits, isSigned, 0, nullptr};
+}
+
+constexpr Content countOf(size_t limit, uint8_t bits = 8)
+{
+    return {Kind::count, bits, false, limit, nullptr};
+}
+
+constexpr Content limited(Kind kind, size_t limit)
+{
+    return {kind, 0, false, limit, nullptr};
+}
+
+constexpr Content wordOf(const Vocabulary *vocabulary)
+{
+    return {Kind::keyword, 0, false, 0, vocabulary};
+}
+
+enum class Need : uint8_t { optional, required };
+
+struct Attribute {
+    const char *name;
+    Content content;
+    Need need = Need::optional;
+};
+
+struct Element;
+
+// An element under the name that it goes by among its siblings.
+struct NamedElement {
+    const char *name;
+    const Element *element;
+};
+
+struct Element {
+    Content content = {};
+    const Attribute *attributes = nullptr;
+    size_t attributeCount = 0;
+    const NamedElement *children = nullptr;
+    size_t childCount = 0;
+};
+
+} // namespace dcm
+
+#endif

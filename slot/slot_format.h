@@ -1,0 +1,14 @@
+#ifndef DCM_SLOT_SLOT_FORMAT_H
+#define DCM_SLOT_SLOT_FORMAT_H
+
+#include "common/format.h"
+
+namespace dcm {
+
+// What a "slot" of a device description may hold.
+inline constexpr char kSlotName[] = "slot";
+extern const Element kSlotElement;
+
+} // namespace dcm
+
+#endif

@@ -1,0 +1,14 @@
+#ifndef DCM_VM_VM_FORMAT_H
+#define DCM_VM_VM_FORMAT_H
+
+#include "common/format.h"
+
+namespace dcm {
+
+// What the root of a VM's port list may hold.
+inline constexpr char kVmName[] = "panel-port";
+extern const Element kVmElement;
+
+} // namespace dcm
+
+#endif
