@@ -5,7 +5,9 @@
  *
  * **Results.** A query, decoder or text-to-value converter returns 0, or -1 after it has reported what was wrong: each
  * report goes, with the same format and arguments, to the platform's `loggingLogOutput` (0, 3, 0, ...) and to standard
- * output, innermost failure first. A value-to-text converter always returns a text.
+ * output, innermost failure first. Some faults are reported and passed over, and the result is 0 all the same: those of an
+ * LED's states, of the names, sources and state pairs in an LED map, of a component's class and of a sensor's type. A
+ * value-to-text converter always returns a text.
  *
  * **Ownership.** Records belong to the caller. The library keeps no pointer to them, allocates nothing that outlives a
  * call, and keeps no state: each query parses its file afresh.
@@ -117,7 +119,7 @@ typedef struct DcmLedHead {
     uint8_t id;         /**< LED number, from 1 */
     uint8_t attach;     /**< what the LED is attached to: row of #gDcmEttAttachStrs */
     uint8_t attachSlot; /**< slot of the attachment; 255: the holder's own */
-    uint8_t attachCard; /**< card of the attachment; 255: the holder's own */
+    uint8_t attachCard; /**< card of the attachment; 255: the holder's own; always 0 outside an LED map */
     uint8_t srcType;    /**< LED type whose state table the source states use */
     uint8_t statMapNum; /**< pairs in use in `srcState` and `ledState`, 0 to 12 */
     uint8_t srcState[DCM_LED_STATE_MAX]; /**< source states */
@@ -272,7 +274,7 @@ typedef struct DcmFrameInfo {
 
 /** An inner port or switch-fabric port of a slot. Present when `portId` is below 65535; taken when `drvType` is not 0. */
 typedef struct DcmInnerIfInfo {
-    uint8_t sysId;     /**< system id; 255: not given */
+    uint8_t sysId;     /**< system id; 255: not given; 0 in an entry that is not described at all */
     uint8_t slotId;    /**< slot id; 255: not given */
     uint8_t cardId;    /**< card id; 255: not given */
     uint16_t portId;   /**< port id; 65535: the entry is absent */
