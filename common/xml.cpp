@@ -15,6 +15,11 @@ const xmlChar *xmlText(const char *text)
     return reinterpret_cast<const xmlChar *>(text);
 }
 
+const char *nodeText(const xmlNode *node)
+{
+    return reinterpret_cast<const char *>(node->content);
+}
+
 Node elementFrom(Node node)
 {
     while (node != nullptr && node->type != XML_ELEMENT_NODE)
@@ -30,6 +35,38 @@ const xmlChar *soleText(const xmlNode *first)
     if (first->next != nullptr || (first->type != XML_TEXT_NODE && first->type != XML_CDATA_SECTION_NODE))
         return nullptr;
     return first->content != nullptr ? first->content : xmlText("");
+}
+
+// How much of a text may come from entities: a short description can spell out gigabytes with them.
+constexpr size_t kExpansionMax = size_t{1} << 20;
+
+// Takes the content of the entities that `first` and its siblings refer to from `room`; false once that is used up.
+// Each node in an entity counts for one more, so that entities without a text end, too.
+bool expandsWithin(size_t &room, const xmlNode *first, bool isInEntity)
+{
+    for (const xmlNode *node = first; node != nullptr; node = node->next) {
+        const bool isText = node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
+        if (isInEntity) {
+            const size_t length = 1 + (isText && node->content != nullptr ? std::strlen(nodeText(node)) : 0);
+            if (length > room)
+                return false;
+            room -= length;
+        }
+        if (isText)
+            continue;
+        // The child of a reference is the entity's declaration, whose children are its content.
+        const bool isReference = node->type == XML_ENTITY_REF_NODE;
+        const xmlNode *below = isReference && node->children != nullptr ? node->children->children : node->children;
+        if (!expandsWithin(room, below, isInEntity || isReference))
+            return false;
+    }
+    return true;
+}
+
+bool isExpandable(const xmlNode *first)
+{
+    size_t room = kExpansionMax;
+    return expandsWithin(room, first, false);
 }
 
 // Where libxml2 runs out of memory it may hand out what it has so far; the thread's last error tells.
@@ -70,7 +107,7 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
             return Text(text);
     }
     xmlResetLastError();
-    return owned(xmlGetProp(element, xmlText(name)), reporter);
+    return owned(isExpandable(attribute->children) ? xmlGetProp(element, xmlText(name)) : nullptr, reporter);
 }
 
 Text Text::content(Node element, const Reporter &reporter)
@@ -78,7 +115,7 @@ Text Text::content(Node element, const Reporter &reporter)
     if (const xmlChar *text = soleText(element->children))
         return Text(text);
     xmlResetLastError();
-    return owned(xmlNodeGetContent(element), reporter);
+    return owned(isExpandable(element->children) ? xmlNodeGetContent(element) : nullptr, reporter);
 }
 
 Text Text::owned(unsigned char *copy, const Reporter &reporter)
