@@ -8,10 +8,10 @@ example=$source/examples/device.xml
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-# run ARGUMENT...: leaves status, $folder/out and $folder/err.
+# run ARGUMENT...: leaves status, $folder/out and $folder/err. DCM_EMULATOR runs what was built for another machine.
 run() {
     status=0
-    "$dcm" "$@" >"$folder/out" 2>"$folder/err" </dev/null || status=$?
+    ${DCM_EMULATOR:+"$DCM_EMULATOR"} "$dcm" "$@" >"$folder/out" 2>"$folder/err" </dev/null || status=$?
 }
 
 # expect WHAT CONDITION...
