@@ -13,9 +13,7 @@ void logToStandardError(int module, int level, int flags, const char *format, va
     std::vfprintf(stderr, format, arguments);
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+int run(int argc, char **argv)
 {
     Exit exit = kSuccess;
     CLI::App app("Reads device descriptions: what the hardware of a frame, slot or card type looks like.", "dcm");
@@ -36,4 +34,17 @@ int main(int argc, char **argv)
         return app.exit(error) == 0 ? kSuccess : kWrongUsage;
     }
     return exit;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (...) {
+        // Nothing but want of memory is left to come here.
+        std::fputs("dcm: out of memory\n", stderr);
+        return kQueryFailed;
+    }
 }
