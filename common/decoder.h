@@ -59,9 +59,9 @@ template <class Record> struct Step : StepName {
     Take<Record> take;
 };
 template <class Record, size_t Size> struct Steps {
-    Step<Record> steps[Size];
+    Step<Record> steps[Size] = {};
 
-    constexpr explicit Steps(const Child<Record> (&rows)[Size]) : steps{}
+    constexpr explicit Steps(const Child<Record> (&rows)[Size])
     {
         for (size_t i = 0; i < Size; i++) {
             steps[i].hash = nameHash(rows[i].name);
