@@ -37,12 +37,15 @@ const xmlChar *soleText(const xmlNode *first)
     return first->content != nullptr ? first->content : xmlText("");
 }
 
-// How much of a text may come from entities: a short description can spell out gigabytes with them.
-constexpr size_t kExpansionMax = size_t{1} << 20;
+// How much entities may add to one text and to a whole description, and how deep texts may nest: with entities a short
+// description can spell out gigabytes, and refer to one another deeper than a stack is.
+constexpr size_t kTextExpansionMax = size_t{1} << 20;
+constexpr size_t kDocumentExpansionMax = size_t{16} << 20;
+constexpr unsigned kDepthMax = 320;
 
-// Takes the content of the entities that `first` and its siblings refer to from `room`; false once that is used up.
-// Each node in an entity counts for one more, so that entities without a text end, too.
-bool expandsWithin(size_t &room, const xmlNode *first, bool isInEntity)
+// Takes the content of the entities that `first` and its siblings refer to from `room`; false once that is used up, or
+// they nest too deep. Each node in an entity counts for one more, so that entities without a text end, too.
+bool expandsWithin(size_t &room, const xmlNode *first, bool isInEntity, unsigned depth)
 {
     for (const xmlNode *node = first; node != nullptr; node = node->next) {
         const bool isText = node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
@@ -54,19 +57,24 @@ bool expandsWithin(size_t &room, const xmlNode *first, bool isInEntity)
         }
         if (isText)
             continue;
+        if (depth == 0)
+            return false;
+        if (node->type == XML_ELEMENT_NODE)
+            for (const xmlAttr *attribute = node->properties; attribute != nullptr; attribute = attribute->next)
+                if (!expandsWithin(room, attribute->children, isInEntity, depth - 1))
+                    return false;
         // The child of a reference is the entity's declaration, whose children are its content.
         const bool isReference = node->type == XML_ENTITY_REF_NODE;
         const xmlNode *below = isReference && node->children != nullptr ? node->children->children : node->children;
-        if (!expandsWithin(room, below, isInEntity || isReference))
+        if (!expandsWithin(room, below, isInEntity || isReference, depth - 1))
             return false;
     }
     return true;
 }
 
-bool isExpandable(const xmlNode *first)
+bool isExpandable(const xmlNode *first, size_t room)
 {
-    size_t room = kExpansionMax;
-    return expandsWithin(room, first, false);
+    return expandsWithin(room, first, false, kDepthMax);
 }
 
 // Where libxml2 runs out of memory it may hand out what it has so far; the thread's last error tells.
@@ -107,7 +115,8 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
             return Text(text);
     }
     xmlResetLastError();
-    return owned(isExpandable(attribute->children) ? xmlGetProp(element, xmlText(name)) : nullptr, reporter);
+    return owned(isExpandable(attribute->children, kTextExpansionMax) ? xmlGetProp(element, xmlText(name)) : nullptr,
+                 reporter);
 }
 
 Text Text::content(Node element, const Reporter &reporter)
@@ -115,7 +124,7 @@ Text Text::content(Node element, const Reporter &reporter)
     if (const xmlChar *text = soleText(element->children))
         return Text(text);
     xmlResetLastError();
-    return owned(isExpandable(element->children) ? xmlNodeGetContent(element) : nullptr, reporter);
+    return owned(isExpandable(element->children, kTextExpansionMax) ? xmlNodeGetContent(element) : nullptr, reporter);
 }
 
 Text Text::owned(unsigned char *copy, const Reporter &reporter)
@@ -166,6 +175,9 @@ Result Document::parse(const Reporter &reporter)
     if (ranOutOfMemory())
         return reporter.runsOutOfMemory();
     root_ = xmlDocGetRootElement(document_);
+    // Only a description with a document type can have entities of its own.
+    if (document_->intSubset != nullptr && !isExpandable(root_, kDocumentExpansionMax))
+        return reporter.runsOutOfMemory();
     return root_ != nullptr ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) get root elem failed."));
 }
 

@@ -1,0 +1,29 @@
+# Adds up callgrind's counts for each case: what libxml2 needs to parse and to free, and what the library adds. Each
+# file holds the count of one section, named WHAT|BYTES|LIMIT|CASE. Fails when a query costs more than its limit.
+/^desc: Trigger: Client Request: / {
+    sub(/^desc: Trigger: Client Request: /, "")
+    split($0, section, "|")
+}
+/^summary: / && section[4] != "" {
+    name = section[4]
+    if (!(name in bytes)) {
+        names[++count] = name
+        bytes[name] = section[2]
+        limit[name] = (section[3] + 0 > 0 ? section[3] : "")
+    }
+    instructions[name, section[1]] += $2
+    section[4] = ""
+}
+END {
+    printf "%-30s %9s %11s %11s %9s %7s %5s\n", "", "bytes", "parse", "free", "own", "ratio", "limit"
+    for (i = 1; i <= count; i++) {
+        name = names[i]
+        floor = instructions[name, "parse"] + instructions[name, "free"]
+        ratio = (floor + instructions[name, "own"]) / floor
+        isOver = (limit[name] != "" && ratio > limit[name])
+        printf "%-30s %9d %11d %11d %9d %7.4f %5s%s\n", name, bytes[name], instructions[name, "parse"], \
+            instructions[name, "free"], instructions[name, "own"], ratio, limit[name], (isOver ? " exceeded" : "")
+        over += isOver
+    }
+    exit (count == 0 || over > 0)
+}

@@ -1,0 +1,451 @@
+#include "fuzz/queries.h"
+
+#include "fuzz/support.h"
+
+#include <dcm.h>
+
+#include <cstddef>
+#include <iterator>
+
+namespace dcmfuzz {
+
+namespace {
+
+// What a record holds before the first and before the second run.
+constexpr uint8_t kFirstFill = 0xA5;
+constexpr uint8_t kSecondFill = 0x5A;
+
+// ---- What holds for a record ----------------------------------------------------------------------------------------
+
+template <class Field> bool isAllZero(const Field &field)
+{
+    const uint8_t *bytes = reinterpret_cast<const uint8_t *>(&field);
+    for (size_t i = 0; i < sizeof field; i++)
+        if (bytes[i] != 0)
+            return false;
+    return true;
+}
+
+template <class Field> bool isAll(uint8_t fill, const Field &field)
+{
+    const uint8_t *bytes = reinterpret_cast<const uint8_t *>(&field);
+    for (size_t i = 0; i < sizeof field; i++)
+        if (bytes[i] != fill)
+            return false;
+    return true;
+}
+
+// Entry i is not in use or has the id i + 1.
+template <class Entry, size_t Size> void checkIds(const Entry (&entries)[Size])
+{
+    for (size_t i = 0; i < Size; i++)
+        DCM_FUZZ_CHECK(entries[i].id == 0 || entries[i].id == i + 1);
+}
+
+// A keyword is a row of its table, a priority the position of its display.
+template <class Led> void checkStates(const Led &led)
+{
+    for (size_t i = 0; i < std::size(led.states); i++) {
+        const DcmLedStateInfo &display = led.states[i];
+        DCM_FUZZ_CHECK(display.pri == 0 || display.pri == i + 1);
+        DCM_FUZZ_CHECK(display.pri != 0 || (display.state == 0 && display.color == 0 && display.freq == 0));
+        DCM_FUZZ_CHECK(display.state < DCM_LED_SYS_STATE_ROWS);
+        DCM_FUZZ_CHECK(display.color < DCM_LED_COLOR_ROWS);
+        DCM_FUZZ_CHECK(display.freq < DCM_LED_FREQ_ROWS);
+    }
+}
+
+template <class Head> void checkHead(const Head &led)
+{
+    DCM_FUZZ_CHECK(led.ledType < DCM_LED_TYPE_ROWS);
+    DCM_FUZZ_CHECK(led.srcType < DCM_LED_TYPE_ROWS);
+    DCM_FUZZ_CHECK(led.attach < DCM_ETT_ATTACH_ROWS);
+    DCM_FUZZ_CHECK(led.statMapNum <= DCM_LED_STATE_MAX);
+    for (size_t i = 0; i < DCM_LED_STATE_MAX; i++) {
+        DCM_FUZZ_CHECK(led.srcState[i] < DCM_LED_SYS_STATE_ROWS);
+        DCM_FUZZ_CHECK(led.ledState[i] < DCM_LED_SYS_STATE_ROWS);
+    }
+}
+
+// LEDs behind the last one that is counted may be left from a failure, but are LEDs all the same.
+void checkLeds(const DcmLedInfo (&leds)[DCM_LED_MAX], uint8_t count, bool isOk)
+{
+    DCM_FUZZ_CHECK(count <= DCM_LED_MAX);
+    for (size_t i = 0; i < DCM_LED_MAX; i++) {
+        checkHead(leds[i]);
+        checkStates(leds[i]);
+        DCM_FUZZ_CHECK(leds[i].id <= 8);
+        DCM_FUZZ_CHECK(leds[i].statMapNum == 0);
+        DCM_FUZZ_CHECK(!isOk || i >= count || leds[i].id != 0);
+    }
+}
+
+void checkLedMap(const DcmLedMapInfo &map)
+{
+    DCM_FUZZ_CHECK(map.num <= DCM_LED_MAP_MAX);
+    for (const DcmLedHead &entry : map.mapEntries)
+        checkHead(entry);
+}
+
+void checkSensors(const DcmTemperatureInfo *sensors, uint8_t count, size_t room, bool isOk)
+{
+    DCM_FUZZ_CHECK(!isOk || count <= room);
+    for (size_t i = 0; i < room; i++) {
+        DCM_FUZZ_CHECK(sensors[i].type < DCM_TEMPER_TYPE_ROWS);
+        DCM_FUZZ_CHECK(sensors[i].fanCtrlBitsInvalid <= 1);
+    }
+}
+
+void check(const DcmFrameInfo &frame, bool isOk)
+{
+    DCM_FUZZ_CHECK(frame.spare == 0 && isAllZero(frame.tail));
+    DCM_FUZZ_CHECK(!isOk || frame.powerNum <= DCM_POWER_MAX);
+    DCM_FUZZ_CHECK(!isOk || frame.fanCtrlNum <= DCM_FAN_CTRL_MAX);
+    DCM_FUZZ_CHECK(!isOk || frame.fanModuleNum <= DCM_FAN_MODULE_MAX);
+    checkIds(frame.fanCtrlInfo);
+    checkIds(frame.fanCtrlMap);
+    for (const DcmFanCtrlMapInfo &map : frame.fanCtrlMap) {
+        DCM_FUZZ_CHECK(map.spare == 0);
+        DCM_FUZZ_CHECK((map.fanModuleBits[0] & 0x1F) == 0 && map.fanModuleBits[1] == 0);
+        DCM_FUZZ_CHECK((map.powerBits[0] & 0x3F) == 0 && map.powerBits[1] == 0);
+    }
+
+    checkIds(frame.fanModuleInfo);
+    for (const DcmFanModuleInfo &module : frame.fanModuleInfo) {
+        checkIds(module.fan);
+        for (const DcmFanInfo &fan : module.fan)
+            DCM_FUZZ_CHECK(isAllZero(fan.spare));
+        checkLeds(module.ledInfo, module.ledNum, isOk);
+        checkLedMap(module.ledMap);
+        checkSensors(module.temperature, module.temperatureNum, std::size(module.temperature), isOk);
+        DCM_FUZZ_CHECK(!isOk || module.id != 0 || isAllZero(module));
+    }
+
+    checkIds(frame.powerInfo);
+    for (const DcmPowerInfo &power : frame.powerInfo) {
+        checkLeds(power.ledInfo, power.ledNum, isOk);
+        checkLedMap(power.ledMap);
+        checkSensors(power.temperature, power.temperatureNum, std::size(power.temperature), isOk);
+        DCM_FUZZ_CHECK(power.modelNameLen <= DCM_MODEL_NAME_SIZE);
+        DCM_FUZZ_CHECK(!isOk || power.id != 0 || isAllZero(power));
+    }
+    checkLeds(frame.ledInfo, frame.ledNum, isOk);
+    checkLedMap(frame.ledMap);
+}
+
+void checkInnerPort(const DcmInnerIfInfo &port)
+{
+    DCM_FUZZ_CHECK(port.rsv == 0);
+    DCM_FUZZ_CHECK(port.drvType <= 2 && port.portType <= 4 && port.workmode <= 1 && port.ondType <= 45);
+    DCM_FUZZ_CHECK(port.ifName[DCM_INNER_IF_NAME_SIZE - 1] == '\0');
+}
+
+void check(const DcmSlotInfo &slot, bool isOk)
+{
+    DCM_FUZZ_CHECK(slot.startCardId == 0);
+    DCM_FUZZ_CHECK(slot.supportPoe <= 1);
+    DCM_FUZZ_CHECK(!isOk || slot.fanCtrlNum <= DCM_FAN_CTRL_MAX);
+    DCM_FUZZ_CHECK(!isOk || slot.powerNum <= DCM_POWER_MAX);
+    checkInnerPort(slot.broadcastSyncIf);
+    for (const DcmInnerIfInfo &port : slot.syncIf)
+        checkInnerPort(port);
+    for (const DcmInnerIfInfo &port : slot.sfuIf) {
+        checkInnerPort(port);
+        DCM_FUZZ_CHECK(isAllZero(port.ifName));
+    }
+    checkIds(slot.fanCtrlInfo);
+    for (const DcmFanCtrlInfo &fanCtrl : slot.fanCtrlInfo) {
+        DCM_FUZZ_CHECK(fanCtrl.speedLevelForce == 0);
+        DCM_FUZZ_CHECK(!isOk || fanCtrl.id != 0 || isAllZero(fanCtrl));
+    }
+    checkIds(slot.powerInfo);
+    for (const DcmPowerInfo &power : slot.powerInfo) {
+        DCM_FUZZ_CHECK(power.ledNum == 0 && power.temperatureNum == 0 && power.modelNameLen == 0);
+        DCM_FUZZ_CHECK(isAllZero(power.ledInfo) && isAllZero(power.ledMap) && isAllZero(power.temperature) &&
+                       isAllZero(power.modelName));
+    }
+}
+
+void checkPorts(const DcmCardInfo &card)
+{
+    for (const DcmMethIfInfo &port : card.methIf) {
+        DCM_FUZZ_CHECK(port.drvType <= 2 && port.workmode <= 1);
+        DCM_FUZZ_CHECK(port.ondType == 0 || port.ondType == 44);
+        DCM_FUZZ_CHECK(port.supportLaser <= 1 && port.supportMediaChg <= 1 && port.spareBits == 0);
+        // Capabilities are 1 to 21, each in the bit below its value.
+        DCM_FUZZ_CHECK((port.transceiverCaps[2] & 0x07) == 0 && port.transceiverCaps[3] == 0);
+    }
+    for (const DcmPanelIfInfo &port : card.panelIf) {
+        DCM_FUZZ_CHECK(port.drvType <= 2 && port.workmode <= 1 && port.ondType <= 45 && port.portType <= 33);
+        DCM_FUZZ_CHECK(port.hidden <= 1 && port.connectorType <= 2 && port.bpPort <= 1 && port.gccBitOrder <= 1);
+        DCM_FUZZ_CHECK(port.supportLaser <= 1 && port.supportPoe <= 1 && port.supportMediaChg <= 1);
+        DCM_FUZZ_CHECK(port.supportPhyChg <= 1 && port.supportSplit <= 1 && port.spareBits == 0);
+        // Values of layer protocols are 0 to 26 without 24, of optical channels 0 to 16, of PoE standards 1 to 3.
+        DCM_FUZZ_CHECK((port.layerProtoCaps[3] & 0x9F) == 0);
+        DCM_FUZZ_CHECK((port.opticalChnCaps[2] & 0x7F) == 0 && port.opticalChnCaps[3] == 0);
+        DCM_FUZZ_CHECK((port.poeStandardCaps[0] & 0x8F) == 0);
+        DCM_FUZZ_CHECK((port.transceiverCaps[2] & 0x07) == 0 && port.transceiverCaps[3] == 0);
+        DCM_FUZZ_CHECK(port.modelNameLen <= DCM_MODEL_NAME_SIZE);
+    }
+    for (const DcmGccIfInfo &port : card.gccIf)
+        DCM_FUZZ_CHECK(port.ondType <= 45);
+}
+
+void check(const DcmCardInfo &card, bool isOk)
+{
+    DCM_FUZZ_CHECK(!isOk || card.methIfNum <= DCM_METH_IF_MAX);
+    DCM_FUZZ_CHECK(!isOk || card.pannelIfNum <= DCM_PANEL_IF_MAX);
+    DCM_FUZZ_CHECK(!isOk || card.gccIfNum <= DCM_GCC_IF_MAX);
+    DCM_FUZZ_CHECK(!isOk || card.ethpppIfNum <= DCM_ETHPPP_IF_MAX);
+    DCM_FUZZ_CHECK(!isOk || card.cpuNum <= DCM_CPU_MAX);
+    DCM_FUZZ_CHECK(!isOk || card.memoryNum <= DCM_MEMORY_MAX);
+    DCM_FUZZ_CHECK(!isOk || card.voltageNum <= DCM_VOLTAGE_MAX);
+    DCM_FUZZ_CHECK(!isOk || (card.switchChipNum <= 1 && card.clockChipNum <= 1));
+    DCM_FUZZ_CHECK(card.componentNum <= DCM_COMPONENT_MAX);
+    DCM_FUZZ_CHECK(card.isTmuxCtrl <= 1 && card.isMuxCtrl <= 1);
+    DCM_FUZZ_CHECK(card.nameLen < DCM_CARD_NAME_SIZE && card.abbrNameLen < DCM_CARD_ABBR_NAME_SIZE);
+    // Port type capabilities are 0 to 6, support functions 0 to 2.
+    DCM_FUZZ_CHECK((card.portTypeCaps[0] & 0x01) == 0 && (card.supportFuncs[0] & 0x1F) == 0);
+    checkPorts(card);
+    checkIds(card.cpu);
+    checkIds(card.memory);
+    checkIds(card.voltage);
+    for (const DcmCpuInfo &cpu : card.cpu)
+        DCM_FUZZ_CHECK(cpu.modelNameLen <= DCM_MODEL_NAME_SIZE);
+    for (const DcmMemoryInfo &memory : card.memory)
+        DCM_FUZZ_CHECK(memory.type <= 2 && memory.modelNameLen <= DCM_MODEL_NAME_SIZE);
+    checkSensors(card.temperature, card.temperatureNum, std::size(card.temperature), isOk);
+    checkLeds(card.led, card.ledNum, isOk);
+    for (const DcmPortLedInfo &portLed : card.portLed) {
+        DCM_FUZZ_CHECK(portLed.ledType < DCM_LED_TYPE_ROWS);
+        checkStates(portLed);
+    }
+    checkLedMap(card.ledMap);
+    DCM_FUZZ_CHECK(card.switchChip.modelNameLen <= DCM_MODEL_NAME_SIZE);
+    DCM_FUZZ_CHECK(card.clockChip.modelNameLen <= DCM_MODEL_NAME_SIZE);
+    for (const DcmComponentInfo &component : card.component)
+        DCM_FUZZ_CHECK(component.entityClass <= 29);
+}
+
+// ---- What a record may hold of a description ------------------------------------------------------------------------
+
+// A field, and the element or attribute without which nothing is filed there.
+struct Source {
+    size_t offset;
+    size_t size;
+    const char *name;
+};
+
+#define DCM_FUZZ_SOURCE(record, field, name)                                                                           \
+    {                                                                                                                  \
+        offsetof(record, field), sizeof(record::field), name                                                           \
+    }
+
+constexpr Source kFrameSources[] = {
+    DCM_FUZZ_SOURCE(DcmFrameInfo, maxSlotId, "maxslotnum"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap, "slotmap"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.mpu, "mpu"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.lpu, "lpu"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.sfu, "sfu"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.fan, "fan"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.lcd, "lcd"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.power, "power"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, crossSlotBit, "crossslotbit"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, cardTypeCaps, "cardtypecaps"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, supportCardType, "supportcardtype"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, maxCardNum, "maxcardnum"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, startCardId, "startcardid"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, supportCrossSlot, "supportcrossslot"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, fanCtrlNum, "fanctrl-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, fanCtrlInfo, "fanctrl-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, fanModuleNum, "fanmodule-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, fanModuleInfo, "fanmodule-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, powerNum, "power-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, powerInfo, "power-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, ledNum, "led-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, ledInfo, "led-entity"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, ledMap, "led-map"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, ledMap.srcEttIndex, "src"),
+    DCM_FUZZ_SOURCE(DcmFrameInfo, fanCtrlMap, "fanctrl-map"),
+};
+
+constexpr Source kSlotSources[] = {
+    DCM_FUZZ_SOURCE(DcmSlotInfo, maxCardNum, "maxcardnum"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, supportPoe, "supportpoe"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, broadcastSyncIf, "inner-port"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, syncIf, "inner-port"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, sfuIf, "sfu-port"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, fanCtrlNum, "fanctrl-entity"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, fanCtrlInfo, "fanctrl-entity"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, powerNum, "power-entity"),
+    DCM_FUZZ_SOURCE(DcmSlotInfo, powerInfo, "power-entity"),
+};
+
+constexpr Source kCardSources[] = {
+    DCM_FUZZ_SOURCE(DcmCardInfo, panneIfStartPortId, "startportid"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, panelIfMaxPortId, "maxportid"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, isTmuxCtrl, "tmuxctrl"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, isMuxCtrl, "muxctrl"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, methIfNum, "mgt-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, pannelIfNum, "panel-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, hideIfNum, "hidenum"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, pannelLineIfNum, "linenum"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, panneClientIfNum, "clientnum"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, gccIfNum, "gcc-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, ethpppIfNum, "ethppp-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, cpuNum, "cpu-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, memoryNum, "memory-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, temperatureNum, "temperature-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, voltageNum, "voltage-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, occupySlotNum, "occupyslotnum"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, ledNum, "led-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, switchChipNum, "switch-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, clockChipNum, "clock-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, componentNum, "component-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, crosslinkSlot, "crosslinkslot"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, name, "name"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, abbrName, "abbrname"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, nameLen, "name"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, abbrNameLen, "abbrname"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, methIf, "mgt-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, panelIf, "panel-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, gccIf, "gcc-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, ethpppIf, "ethppp-port"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, cpu, "cpu-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, memory, "memory-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, temperature, "temperature-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, voltage, "voltage-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, led, "led-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, portLed, "portled-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, ledMap, "led-map"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, ledMap.srcEttIndex, "src"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, portTypeCaps, "porttypecap"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, supportFuncs, "supportfunc"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, switchChip, "switch-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, clockChip, "clock-entity"),
+    DCM_FUZZ_SOURCE(DcmCardInfo, component, "component-entity"),
+};
+
+#undef DCM_FUZZ_SOURCE
+
+// What a query makes of a device that holds nothing.
+template <class Record, class Query> Record emptyRecord(const Query &query)
+{
+    static constexpr char kEmpty[] = "<device/>";
+    const std::string description = dcmfuzz::description();
+    writeDescription(kEmpty, sizeof kEmpty - 1);
+    Record record;
+    DCM_FUZZ_CHECK(query(nullptr, &record) == -1);
+    writeDescription(description.data(), description.size());
+    return record;
+}
+
+// A field without its source is as in an empty record: what goes beyond an array of the record shows in its neighbour.
+template <class Record, size_t Size>
+void checkSources(const Record &record, const Record &empty, const Source (&sources)[Size])
+{
+    const uint8_t *bytes = reinterpret_cast<const uint8_t *>(&record);
+    const uint8_t *emptyBytes = reinterpret_cast<const uint8_t *>(&empty);
+    for (const Source &source : sources)
+        DCM_FUZZ_CHECK(mayHold(source.name) ||
+                       std::memcmp(bytes + source.offset, emptyBytes + source.offset, source.size) == 0);
+}
+
+// ---- Running --------------------------------------------------------------------------------------------------------
+
+// A query returns 0, or -1 after at least one report.
+template <class Call> int resultOf(const Call &call)
+{
+    takeReportCount();
+    const int result = call();
+    const size_t reports = takeReportCount();
+    DCM_FUZZ_CHECK(result == 0 || (result == -1 && reports > 0));
+    return result;
+}
+
+// `query` takes a file name and a record, `print` a record; neither printing nor showing may report anything new.
+template <class Record, size_t Size, class Query, class Print, class Show>
+void run(const Source (&sources)[Size], const Query &query, const Print &print, const Show &show, bool again)
+{
+    static GuardedRecord<Record> records[2];
+    readDescription(From::memory);
+    static const Record empty = emptyRecord<Record>(query);
+    Record *first = records[0].atEnd(kFirstFill);
+    const int result = resultOf([&] { return query(again ? descriptionPath() : nullptr, first); });
+    check(*first, result == 0);
+    checkSources(*first, empty, sources);
+    DCM_FUZZ_CHECK(print(first) >= 0);
+    DCM_FUZZ_CHECK(takeReportCount() == 0);
+    if (!again)
+        return;
+
+    Record *second = records[1].atStart(kSecondFill);
+    DCM_FUZZ_CHECK(resultOf([&] { return query(nullptr, second); }) == result);
+    DCM_FUZZ_CHECK(std::memcmp(first, second, sizeof(Record)) == 0);
+    show();
+    DCM_FUZZ_CHECK((takeReportCount() > 0) || result == 0);
+}
+
+} // namespace
+
+void queryFrame(uint32_t typeId, bool again)
+{
+    run<DcmFrameInfo>(
+        kFrameSources,
+        [&](const char *file, DcmFrameInfo *frame) {
+            const int result = dcmFrameInfoGet(file, typeId, frame);
+            DCM_FUZZ_CHECK(frame->type == static_cast<uint16_t>(typeId));
+            return result;
+        },
+        dcmFrameInfoPrint, [&] { dcmFrameInfoShow(typeId); }, again);
+}
+
+void querySlot(uint32_t typeId, bool again)
+{
+    run<DcmSlotInfo>(
+        kSlotSources,
+        [&](const char *file, DcmSlotInfo *slot) {
+            const int result = dcmSlotInfoGet(file, typeId, slot);
+            DCM_FUZZ_CHECK(slot->type == static_cast<uint16_t>(typeId));
+            return result;
+        },
+        dcmSlotInfoPrint, [&] { dcmSlotInfoShow(typeId); }, again);
+}
+
+void queryCard(uint32_t typeId, uint32_t mode, bool again)
+{
+    run<DcmCardInfo>(
+        kCardSources,
+        [&](const char *file, DcmCardInfo *card) {
+            const int result = dcmCardInfoGet(file, typeId, mode, card);
+            DCM_FUZZ_CHECK(card->type == static_cast<uint16_t>(typeId) && card->mode == static_cast<uint16_t>(mode));
+            return result;
+        },
+        dcmCardInfoPrint, [&] { dcmCardInfoShow(typeId, mode); }, again);
+}
+
+// The record of a VM is not cleared: what is not written keeps what it held, and what is written is the same each time.
+void queryVm(uint8_t vmId, bool again)
+{
+    static GuardedRecord<DcmVmPortInfo> records[2];
+    DcmVmPortInfo *first = records[0].atEnd(kFirstFill);
+    readDescription(again ? From::file : From::memory);
+    const int result = resultOf([&] { return dcmVmPortInfoGet(vmId, first); });
+    DCM_FUZZ_CHECK(isAll(kFirstFill, *first) || result == 0);
+    DCM_FUZZ_CHECK(dcmVmPortInfoShow(descriptionPath(), first) >= 0);
+    if (!again)
+        return;
+
+    DcmVmPortInfo *second = records[1].atStart(kSecondFill);
+    readDescription(From::memory);
+    DCM_FUZZ_CHECK(resultOf([&] { return dcmVmPortInfoGet(vmId, second); }) == result);
+    bool isBehindLast = result != 0;
+    for (size_t i = 0; i < DCM_VM_IFINDEX_MAX; i++) {
+        isBehindLast = isBehindLast || first->ifindex[i] != second->ifindex[i];
+        DCM_FUZZ_CHECK(!isBehindLast ||
+                       (isAll(kFirstFill, first->ifindex[i]) && isAll(kSecondFill, second->ifindex[i])));
+    }
+    DCM_FUZZ_CHECK(result != 0 || first->ifindexNum == second->ifindexNum);
+}
+
+} // namespace dcmfuzz

@@ -1,0 +1,148 @@
+# shellcheck shell=bash
+# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size
+
+bench_folder=build/bench
+
+# bench_configure FOLDER [CMAKE-ARGUMENT...]
+bench_configure() {
+    local folder=$1 key="$root|${CC-}|${CXX-}" known=
+    shift
+    need "${build_packages[@]}"
+    # CMake keeps the folder and the compiler of its first run: another one starts anew.
+    [ ! -f "$folder/configured-for" ] || known=$(<"$folder/configured-for")
+    if [ "$known" != "$key" ]; then
+        rm -rf "$folder"
+    fi
+    quietly cmake -S . -B "$folder" -G Ninja -DDCM_BUILD_TESTS=OFF -DDCM_BUILD_TOOL=OFF "$@" ||
+        fail "cannot configure $folder"
+    printf '%s\n' "$key" >"$folder/configured-for"
+}
+
+# bench_compile FOLDER TARGET...
+bench_compile() {
+    local folder=$1
+    shift
+    say "Building ($folder)"
+    quietly cmake --build "$folder" --parallel "$jobs" --target "$@" || fail 'the build failed'
+}
+
+# bench_build TARGET...: as the library ships, optimised by -O2.
+bench_build() {
+    bench_configure "$bench_folder" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDCM_BUILD_BENCHMARKS=ON
+    bench_compile "$bench_folder" "$@"
+}
+
+# Arguments are Google Benchmark's; what is given twice holds the second time.
+bench_time() {
+    need libbenchmark-dev libpugixml-dev
+    bench_build dcm_bench
+    say 'Measuring for some minutes: nothing else should run'
+    "$bench_folder/bench/dcm_bench" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
+        --benchmark_out="$bench_folder/bench.json" --benchmark_out_format=json "$@"
+    echo "all figures: $bench_folder/bench.json"
+}
+
+# bench_callgrind [CASE]: leaves a file for each section of each case.
+bench_callgrind() {
+    need valgrind
+    bench_build dcm_bench_instructions
+    rm -rf "$bench_folder/callgrind"
+    mkdir -p "$bench_folder/callgrind"
+    say 'Counting instructions'
+    quietly valgrind --quiet --tool=callgrind --instr-atstart=no \
+        --callgrind-out-file="$bench_folder/callgrind/out" "$bench_folder/bench/dcm_bench_instructions" "$@" ||
+        fail 'the count failed'
+}
+
+# bench_add_up AWK-FILE: the files in the order in which they were written.
+bench_add_up() {
+    local files=()
+    mapfile -t files < <(printf '%s\n' "$bench_folder"/callgrind/out.* | sort -V)
+    awk -f "$1" "${files[@]}"
+}
+
+bench_instructions() {
+    bench_callgrind
+    bench_add_up bench/instructions.awk
+}
+
+# bench_functions CASE
+bench_functions() {
+    bench_callgrind "$1"
+    bench_add_up bench/functions.awk | sed -n '1,25p'
+}
+
+bench_memory() {
+    need valgrind
+    bench_build dcm_bench_memory dcm_bench_stack
+    local status=0 source frames=()
+    say 'Counting allocations'
+    "$bench_folder/bench/dcm_bench_memory" || status=1
+
+    say 'Adding up stack frames'
+    for source in {common,frame,slot,card,led,vm}/*.cpp; do
+        frames+=("$bench_folder/CMakeFiles/dcm_objects.dir/$source.ci")
+    done
+    [ -f "${frames[0]}" ] || fail 'only GCC notes the sizes of stack frames'
+    valgrind --quiet --tool=callgrind --demangle=no --separate-callers=40 \
+        --callgrind-out-file="$bench_folder/callgrind.stack" "$bench_folder/bench/dcm_bench_stack" \
+        >"$bench_folder/roots" || fail 'the run failed'
+    awk -v limit=2048 -f bench/stack.awk "$bench_folder/roots" "${frames[@]}" "$bench_folder/callgrind.stack" ||
+        status=1
+    return "$status"
+}
+
+# bench_size_of OPTION FOLDER: the sizes of the shared library's parts, without its debug information.
+bench_size_of() {
+    local option=$1 folder=$2 library=$2/libdcm.stripped.so limit=$((64 * 1024)) status=0 size
+    bench_compile "$folder" dcm_shared dcm_static
+    strip --strip-unneeded -o "$library" "$folder/libdcm.so"
+    size=$(size -A "$library" | awk '$1 == ".text" || $1 == ".rodata" { sum += $2 } END { print sum }')
+    say "Size with $option"
+    size -A "$library" |
+        awk '$1 ~ /^\.(text|rodata|data\.rel\.ro|data|bss|eh_frame)$|^dcm_keywords$/ { printf "%-14s %7d\n", $1, $2 }'
+    printf '%-14s %7d of at most %d\n' '.text+.rodata' "$size" "$limit"
+    printf '%-14s %7d\n' 'whole file' "$(stat --format=%s "$library")"
+    if [ "$size" -ge "$limit" ]; then
+        echo 'too large'
+        status=1
+    fi
+    # A shared library has one entry of the compiler's own there, so that the objects are what tells.
+    if readelf --wide --sections "$folder/libdcm.a" | grep -E '\.(init_array|ctors|preinit_array)'; then
+        echo 'runs code when it is loaded'
+        status=1
+    fi
+    if readelf --wide --dynamic "$library" | grep TEXTREL; then
+        echo 'has relocations in what is read-only'
+        status=1
+    fi
+    # The exported keyword tables have a section of their own: they are all that may be written.
+    if objdump --syms "$folder/libdcm.so" |
+        awk 'NF > 4 && $(NF - 2) == ".data" && $(NF - 1) !~ /^0+$/ { print $NF }' | c++filt | grep .; then
+        echo 'has tables that can be written'
+        status=1
+    fi
+    readelf --wide --relocs "$library" |
+        awk '$3 ~ /_RELATIVE$/ { count++ } END { printf "%-14s %7d\n", "pointers", count }'
+    return "$status"
+}
+
+bench_size() {
+    need binutils
+    local status=0
+    bench_configure "$bench_folder" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDCM_BUILD_BENCHMARKS=ON
+    bench_size_of -O2 "$bench_folder" || status=1
+    bench_configure "$bench_folder-small" -DCMAKE_BUILD_TYPE=MinSizeRel
+    bench_size_of -Os "$bench_folder-small" || status=1
+    return "$status"
+}
+
+verb_bench() {
+    case ${1-} in
+    --instructions) bench_instructions ;;
+    --functions) bench_functions "${2-one large card}" ;;
+    --memory) bench_memory ;;
+    --size) bench_size ;;
+    *) bench_time "$@" ;;
+    esac
+}
