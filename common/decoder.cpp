@@ -8,6 +8,9 @@ Result walk(Node parent, const Walk &walk, const Reporter &reporter)
 {
     for (const Node element : children(parent)) {
         const char *name = nameOf(element);
+        // Without memory libxml2 may leave an element without its name.
+        if (name == nullptr)
+            return reporter.runsOutOfMemory();
         const uint32_t hash = nameHash(name);
         const char *next = reinterpret_cast<const char *>(walk.first);
         for (size_t i = 0; i < walk.count; i++, next += walk.stride) {
