@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
@@ -29,8 +30,41 @@ struct LogCall {
 
 std::vector<LogCall> logCalls;
 
+bool beginsWith(const std::string &text, const std::string &beginning)
+{
+    return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+bool endsWith(const std::string &text, const std::string &end)
+{
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+const std::string messageStart = "[%s:%u]: ";
+const std::string messageEnd = "\r\n";
+
+// Adds where a report comes from to the file that the environment names: for the check that each message is provoked.
+void recordOrigin(const std::string &format, va_list arguments)
+{
+    static const char *const path = getenv("DCM_PROVOKED_MESSAGES");
+    if (path == nullptr || !beginsWith(format, messageStart) || !endsWith(format, messageEnd))
+        return;
+    const char *function = va_arg(arguments, const char *);
+    const unsigned line = va_arg(arguments, unsigned);
+    const std::string text =
+        format.substr(messageStart.size(), format.size() - messageStart.size() - messageEnd.size());
+    const std::string origin = std::to_string(line) + "\t" + function + "\t" + text + "\n";
+    static std::set<std::string> known;
+    if (known.insert(origin).second)
+        std::ofstream(path, std::ios::app) << origin;
+}
+
 void recordLogCall(int module, int level, int flags, const char *format, va_list arguments)
 {
+    va_list origin;
+    va_copy(origin, arguments);
+    recordOrigin(format, origin);
+    va_end(origin);
     va_list again;
     va_copy(again, arguments);
     const int length = vsnprintf(nullptr, 0, format, again);
@@ -92,16 +126,6 @@ std::string masked(const std::string &report, const std::string &file)
     return std::regex_replace(text, sourceLine, "$1#$2");
 }
 
-bool beginsWith(const std::string &text, const std::string &beginning)
-{
-    return text.compare(0, beginning.size(), beginning) == 0;
-}
-
-bool endsWith(const std::string &text, const std::string &end)
-{
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
 std::string readFile(const std::string &path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -161,8 +185,8 @@ Effects effectsOf(const std::function<void()> &call, const std::string &file, Ou
         EXPECT_EQ(log.module, 0) << log.text;
         EXPECT_EQ(log.level, 3) << log.text;
         EXPECT_EQ(log.flags, 0) << log.text;
-        EXPECT_TRUE(beginsWith(log.format, "[%s:%u]: ")) << log.format;
-        EXPECT_TRUE(endsWith(log.format, "\r\n")) << log.format;
+        EXPECT_TRUE(beginsWith(log.format, messageStart)) << log.format;
+        EXPECT_TRUE(endsWith(log.format, messageEnd)) << log.format;
         reports += log.text;
         effects.messages.push_back(masked(log.text, file));
         const size_t at = effects.output.find(log.text, found);
