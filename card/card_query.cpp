@@ -1,3 +1,4 @@
+#include "card/card_query.h"
 #include "card/card.h"
 #include "card/card_format.h"
 #include "common/paths.h"
@@ -197,7 +198,6 @@ Result takeName(Node element, CardAttribute attribute, char (&name)[Size], uint8
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
-// kept: the names of every card that is passed on the way are written.
 Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCardInfo &info, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
@@ -207,8 +207,7 @@ Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCard
         uint32_t childMode = 0;
         if (readAttribute(child, kCardAttributes[kTypeId], childTypeId, reporter) != Result::ok ||
             readAttribute(child, kCardAttributes[kMode], childMode, reporter) != Result::ok ||
-            takeName(child, kName, info.name, info.nameLen, reporter) != Result::ok ||
-            takeName(child, kAbbrName, info.abbrName, info.abbrNameLen, reporter) != Result::ok)
+            takeCardNames(child, info, reporter) != Result::ok)
             return Result::outOfMemory;
         if (childTypeId == typeId && childMode == mode) {
             card = child;
@@ -227,27 +226,43 @@ Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporte
     Node card = nullptr;
     if (const Result found = findCard(document.root(), typeId, mode, card, info, reporter); found != Result::ok)
         return found;
-    return walk<kCard>(card, info, reporter);
+    return decodeCard(card, info, reporter);
 }
 
 } // namespace
 
 const Element kCardElement = kWithAttributes<kCardAttributes, kCard>;
 
+void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info)
+{
+    std::memset(&info, 0, sizeof info);
+    info.type = static_cast<uint16_t>(typeId);
+    info.mode = static_cast<uint16_t>(mode);
+    for (DcmMethIfInfo &port : info.methIf)
+        clearIdentity(port);
+    for (DcmPanelIfInfo &port : info.panelIf) {
+        clearIdentity(port);
+        port.portType = kUnassigned;
+    }
+    for (DcmGccIfInfo &port : info.gccIf)
+        clearIdentity(port);
+}
+
+Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter)
+{
+    const Result name = takeName(card, kName, info.name, info.nameLen, reporter);
+    return name == Result::ok ? takeName(card, kAbbrName, info.abbrName, info.abbrNameLen, reporter) : name;
+}
+
+Result decodeCard(Node card, DcmCardInfo &info, const Reporter &reporter)
+{
+    return walk<kCard>(card, info, reporter);
+}
+
 } // namespace dcm
 
 int dcmCardInfoGet(const char *fileName, uint32_t typeId, uint32_t mode, DcmCardInfo *info)
 {
-    std::memset(info, 0, sizeof *info);
-    info->type = static_cast<uint16_t>(typeId);
-    info->mode = static_cast<uint16_t>(mode);
-    for (DcmMethIfInfo &port : info->methIf)
-        dcm::clearIdentity(port);
-    for (DcmPanelIfInfo &port : info->panelIf) {
-        dcm::clearIdentity(port);
-        port.portType = dcm::kUnassigned;
-    }
-    for (DcmGccIfInfo &port : info->gccIf)
-        dcm::clearIdentity(port);
+    dcm::clearCard(typeId, mode, *info);
     return status(dcm::readCard(typeId, mode, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
 }

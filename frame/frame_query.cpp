@@ -1,3 +1,4 @@
+#include "frame/frame_query.h"
 #include "common/list_codecs.h"
 #include "common/paths.h"
 #include "frame/frame.h"
@@ -250,18 +251,28 @@ Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
     Node frame = nullptr;
     if (const Result found = findFrame(document.root(), typeId, frame, reporter); found != Result::ok)
         return found;
-    return walk<kFrame>(frame, info, reporter);
+    return decodeFrame(frame, info, reporter);
 }
 
 } // namespace
 
 const Element kFrameElement = kWithAttributes<kFrameAttributes, kFrame>;
 
+void clearFrame(uint32_t typeId, DcmFrameInfo &info)
+{
+    std::memset(&info, 0, sizeof info);
+    info.type = static_cast<uint16_t>(typeId);
+}
+
+Result decodeFrame(Node frame, DcmFrameInfo &info, const Reporter &reporter)
+{
+    return walk<kFrame>(frame, info, reporter);
+}
+
 } // namespace dcm
 
 int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info)
 {
-    std::memset(info, 0, sizeof *info);
-    info->type = static_cast<uint16_t>(typeId);
+    dcm::clearFrame(typeId, *info);
     return status(dcm::readFrame(typeId, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
 }

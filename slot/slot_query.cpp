@@ -1,3 +1,4 @@
+#include "slot/slot_query.h"
 #include "common/paths.h"
 #include "slot/slot.h"
 #include "slot/slot_format.h"
@@ -72,23 +73,33 @@ Result readSlot(uint32_t typeId, DcmSlotInfo &info, const Reporter &reporter)
     Node slot = nullptr;
     if (const Result found = findSlot(document.root(), typeId, slot, reporter); found != Result::ok)
         return found;
-    return walk<kSlot>(slot, info, reporter);
+    return decodeSlot(slot, info, reporter);
 }
 
 } // namespace
 
 const Element kSlotElement = kWithAttributes<kSlotAttributes, kSlot>;
 
+void clearSlot(uint32_t typeId, DcmSlotInfo &info)
+{
+    std::memset(&info, 0, sizeof info);
+    info.type = static_cast<uint16_t>(typeId);
+    clearIdentity(info.broadcastSyncIf);
+    for (DcmInnerIfInfo &port : info.syncIf)
+        clearIdentity(port);
+    for (DcmInnerIfInfo &port : info.sfuIf)
+        clearIdentity(port);
+}
+
+Result decodeSlot(Node slot, DcmSlotInfo &info, const Reporter &reporter)
+{
+    return walk<kSlot>(slot, info, reporter);
+}
+
 } // namespace dcm
 
 int dcmSlotInfoGet(const char *fileName, uint32_t typeId, DcmSlotInfo *info)
 {
-    std::memset(info, 0, sizeof *info);
-    info->type = static_cast<uint16_t>(typeId);
-    dcm::clearIdentity(info->broadcastSyncIf);
-    for (DcmInnerIfInfo &port : info->syncIf)
-        dcm::clearIdentity(port);
-    for (DcmInnerIfInfo &port : info->sfuIf)
-        dcm::clearIdentity(port);
+    dcm::clearSlot(typeId, *info);
     return status(dcm::readSlot(typeId, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
 }

@@ -36,13 +36,7 @@ Result readPorts(DcmVmPortInfo &info, const Reporter &reporter)
         return parsed;
     if (!isNamed(document.root(), kVmName))
         return reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not panel-port."));
-
-    uint32_t num = 0;
-    if (const Result read = readAttribute(document.root(), kAttributes[0], num, reporter); read != Result::ok)
-        return read;
-    info.ifindexNum = static_cast<uint8_t>(num);
-    PortList list = {info};
-    return walk<kPorts>(document.root(), list, reporter);
+    return decodeVmPorts(document.root(), info, reporter);
 }
 
 } // namespace
@@ -52,6 +46,16 @@ const Element kVmElement = kWithAttributes<kAttributes, kPorts>;
 void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize])
 {
     std::snprintf(path, sizeof path, "%s/device/vm-%d.xml", baseFolder, vmId);
+}
+
+Result decodeVmPorts(Node root, DcmVmPortInfo &info, const Reporter &reporter)
+{
+    uint32_t num = 0;
+    if (const Result read = readAttribute(root, kAttributes[0], num, reporter); read != Result::ok)
+        return read;
+    info.ifindexNum = static_cast<uint8_t>(num);
+    PortList list = {info};
+    return walk<kPorts>(root, list, reporter);
 }
 
 int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info)
