@@ -156,6 +156,15 @@ Result Text::missing(const Reporter &reporter, const Failure &failure) const
     return outOfMemory_ ? Result::outOfMemory : Result::failed;
 }
 
+Result rootOf(::_xmlDoc *document, Node &root, const Reporter &reporter)
+{
+    root = xmlDocGetRootElement(document);
+    // Only a description with a document type can have entities of its own.
+    if (document->intSubset != nullptr && !isExpandable(root, kDocumentExpansionMax))
+        return reporter.runsOutOfMemory();
+    return root != nullptr ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) get root elem failed."));
+}
+
 Document::~Document()
 {
     if (document_ != nullptr)
@@ -174,18 +183,15 @@ Result Document::parse(const Reporter &reporter)
     // Without memory libxml2 may leave content out and still call the document well-formed.
     if (ranOutOfMemory())
         return reporter.runsOutOfMemory();
-    root_ = xmlDocGetRootElement(document_);
-    // Only a description with a document type can have entities of its own.
-    if (document_->intSubset != nullptr && !isExpandable(root_, kDocumentExpansionMax))
-        return reporter.runsOutOfMemory();
-    return root_ != nullptr ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) get root elem failed."));
+    return rootOf(document_, root_, reporter);
 }
 
 Result Document::parseDevice(const Reporter &reporter)
 {
     if (const Result parsed = parse(reporter); parsed != Result::ok)
         return parsed;
-    return isNamed(root_, "device") ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not device."));
+    return isNamed(root_, kDeviceName) ? Result::ok
+                                       : reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not device."));
 }
 
 } // namespace dcm

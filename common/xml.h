@@ -81,6 +81,12 @@ private:
     bool outOfMemory_ = false;
 };
 
+// The root of every device description.
+inline constexpr char kDeviceName[] = "device";
+
+// The root of a parsed document, of which entities must not make too much.
+Result rootOf(::_xmlDoc *document, Node &root, const Reporter &reporter);
+
 // A description file from its parsing to its release.
 class Document {
 public:

@@ -1,17 +1,10 @@
 // dcm: reads device descriptions on an engineer's machine as the network element reads them.
-#include "host/host.h"
 #include "tools/dcm/command.h"
+#include "tools/dcm/library_log.h"
 
-#include <cstdarg>
 #include <cstdio>
 
 namespace {
-
-void logToStandardError(int module, int level, int flags, const char *format, va_list arguments)
-{
-    std::fprintf(stderr, "log(%d, %d, %d) ", module, level, flags);
-    std::vfprintf(stderr, format, arguments);
-}
 
 int run(int argc, char **argv)
 {
@@ -19,8 +12,7 @@ int run(int argc, char **argv)
     CLI::App app("Reads device descriptions: what the hardware of a frame, slot or card type looks like.", "dcm");
     app.set_version_flag("--version", "dcm " DCM_VERSION);
     app.add_flag_function(
-        "--log", [](int64_t) { hostSetLogHandler(logToStandardError); },
-        "Show what the library logs on standard error");
+        "--log", [](int64_t) { dcmtool::showLog(); }, "Show what the library logs on standard error");
     app.require_subcommand(1);
     app.fallthrough();
     addFrameCommand(app, exit);

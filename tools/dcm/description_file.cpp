@@ -1,0 +1,509 @@
+#include "tools/dcm/description_file.h"
+
+#include "card/card_format.h"
+#include "card/card_query.h"
+#include "frame/frame_format.h"
+#include "frame/frame_query.h"
+#include "slot/slot_format.h"
+#include "slot/slot_query.h"
+#include "vm/vm.h"
+#include "vm/vm_format.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/encoding.h>
+#include <libxml/parser.h>
+#include <libxml/parserInternals.h>
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+namespace dcmtool {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+// ---- Reading --------------------------------------------------------------------------------------------------------
+
+struct CloseFile {
+    void operator()(std::FILE *file) const
+    {
+        if (file != stdin)
+            static_cast<void>(std::fclose(file));
+    }
+};
+
+// Reads a whole file; the error number when that fails.
+int readFile(const std::string &name, std::string &text)
+{
+    const std::unique_ptr<std::FILE, CloseFile> file(name == "-" ? stdin : std::fopen(name.c_str(), "rb"));
+    if (file == nullptr)
+        return errno;
+    std::vector<char> block(size_t{1} << 20);
+    size_t length = 0;
+    while ((length = std::fread(block.data(), 1, block.size(), file.get())) > 0)
+        text.append(block.data(), length);
+    return std::ferror(file.get()) != 0 ? errno : 0;
+}
+
+// ---- Encodings ------------------------------------------------------------------------------------------------------
+
+// The encoding that an XML declaration in ASCII names; empty when it names none.
+std::string declaredEncoding(const std::string &text)
+{
+    const std::string_view head = std::string_view(text).substr(0, std::min(text.size(), text.find("?>")));
+    if (head.substr(0, 5) != "<?xml")
+        return "";
+    const size_t name = head.find("encoding");
+    if (name == std::string_view::npos)
+        return "";
+    const size_t open = head.find_first_of("\"'", name);
+    if (open == std::string_view::npos)
+        return "";
+    const size_t close = head.find(head[open], open + 1);
+    return close == std::string_view::npos ? "" : std::string(head.substr(open + 1, close - open - 1));
+}
+
+// The encoding of a text that is not UTF-8; nullptr for UTF-8, and where the parser is to say what it thinks of it.
+xmlCharEncodingHandler *foreignEncoding(const std::string &text)
+{
+    const auto *bytes = reinterpret_cast<const unsigned char *>(text.data());
+    const xmlCharEncoding detected = xmlDetectCharEncoding(bytes, static_cast<int>(std::min<size_t>(text.size(), 4)));
+    if (detected != XML_CHAR_ENCODING_NONE && detected != XML_CHAR_ENCODING_UTF8)
+        return xmlGetCharEncodingHandler(detected);
+    const std::string declared = declaredEncoding(text);
+    if (declared.empty() || xmlParseCharEncoding(declared.c_str()) == XML_CHAR_ENCODING_UTF8 ||
+        xmlStrncasecmp(BAD_CAST declared.c_str(), BAD_CAST "UTF-16", 6) == 0 ||
+        xmlStrncasecmp(BAD_CAST declared.c_str(), BAD_CAST "UTF16", 5) == 0)
+        return nullptr;
+    return xmlFindCharEncodingHandler(declared.c_str());
+}
+
+// ---- Places of elements ---------------------------------------------------------------------------------------------
+
+// An element keeps where its start tag, or the reference to its entity, begins; 0 is none.
+void setOffset(xmlNode *node, size_t offset)
+{
+    node->_private = reinterpret_cast<void *>(offset + 1); // NOLINT(performance-no-int-to-ptr)
+}
+
+bool hasOffset(const xmlNode *node)
+{
+    return node->_private != nullptr;
+}
+
+size_t offsetOf(const xmlNode *node)
+{
+    return reinterpret_cast<size_t>(node->_private) - 1;
+}
+
+} // namespace
+
+// What the parser tells on its way.
+struct ParserEvents {
+    static DescriptionFile &fileOf(const xmlParserCtxt *context)
+    {
+        return *static_cast<DescriptionFile *>(context->_private);
+    }
+
+    // Where the parser stands in the file, also while it is inside an entity.
+    static size_t offset(const DescriptionFile &file)
+    {
+        const xmlParserInput *input = file.parser_->inputNr > 0 ? file.parser_->inputTab[0] : nullptr;
+        if (input == nullptr)
+            return 0;
+        return std::min(static_cast<size_t>(input->consumed) + static_cast<size_t>(input->cur - input->base),
+                        file.text_.size());
+    }
+
+    // The last `character` before the place of the parser: '<' cannot stand inside a tag, nor '&' inside a reference.
+    static size_t offsetOfLast(const DescriptionFile &file, char character)
+    {
+        size_t at = offset(file);
+        while (at > 0 && file.text_[at] != character)
+            at--;
+        return at;
+    }
+
+    static void startElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
+                             int namespaceCount, const xmlChar **namespaces, int attributeCount, int defaultedCount,
+                             const xmlChar **attributes)
+    {
+        xmlSAX2StartElementNs(parser, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
+                              attributes);
+        const auto *context = static_cast<xmlParserCtxt *>(parser);
+        const DescriptionFile &file = fileOf(context);
+        if (context->node != nullptr && !hasOffset(context->node))
+            setOffset(context->node, offsetOfLast(file, context == file.parser_ ? '<' : '&'));
+    }
+
+    static void comment(void *parser, const xmlChar *text)
+    {
+        xmlSAX2Comment(parser, text);
+        const auto *context = static_cast<xmlParserCtxt *>(parser);
+        DescriptionFile &file = fileOf(context);
+        xmlNode *node = context->node != nullptr ? context->node->last : context->myDoc->last;
+        // One in an entity or a document type speaks of nothing.
+        if (context != file.parser_ || node == nullptr || node->type != XML_COMMENT_NODE ||
+            std::strstr(reinterpret_cast<const char *>(text), "dcm-check") == nullptr)
+            return;
+        const size_t end = offset(file);
+        file.comments_.push_back({node, {file.text_.rfind("<!--", end), end}});
+    }
+
+    static void error(void *, xmlError *error)
+    {
+        const auto *context = static_cast<xmlParserCtxt *>(error->ctxt);
+        if (context == nullptr || error->level != XML_ERR_FATAL)
+            return;
+        DescriptionFile &file = fileOf(context);
+        // What follows the first fault follows from it.
+        if (!file.fault_.empty())
+            return;
+        std::string text = error->message != nullptr ? error->message : "not well-formed";
+        text.resize(text.find_last_not_of(kBlanks) + 1);
+        const size_t at = offset(file);
+        file.fail(DescriptionFile::State::notXml, text, {at, at});
+    }
+};
+
+std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name)
+{
+    std::string text;
+    const int error = readFile(name, text);
+    if (error == 0)
+        return parse(name == "-" ? "<stdin>" : name, std::move(text));
+    std::unique_ptr<DescriptionFile> file(new DescriptionFile);
+    file->name_ = name;
+    file->fail(State::unreadable, std::strerror(error)); // NOLINT(concurrency-mt-unsafe)
+    return file;
+}
+
+std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::string text)
+{
+    std::unique_ptr<DescriptionFile> file(new DescriptionFile);
+    file->name_ = std::move(name);
+    file->text_ = std::move(text);
+    file->parseText();
+    return file;
+}
+
+DescriptionFile::~DescriptionFile()
+{
+    if (document_ != nullptr)
+        xmlFreeDoc(document_);
+}
+
+void DescriptionFile::fail(State state, std::string fault, Span span)
+{
+    state_ = state;
+    fault_ = std::move(fault);
+    faultSpan_ = span;
+}
+
+// The parser's offsets are those of the text only when it has nothing to convert.
+void DescriptionFile::convertToUtf8()
+{
+    xmlCharEncodingHandler *encoding = foreignEncoding(text_);
+    if (encoding == nullptr)
+        return;
+    const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> in(xmlBufferCreateStatic(text_.data(), text_.size()),
+                                                               xmlBufferFree);
+    const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> out(xmlBufferCreate(), xmlBufferFree);
+    const int status = xmlCharEncInFunc(encoding, out.get(), in.get());
+    xmlCharEncCloseFunc(encoding);
+    if (status < 0)
+        return;
+    text_.assign(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
+                 static_cast<size_t>(xmlBufferLength(out.get())));
+    isConverted_ = true;
+}
+
+// As the library's own call parses: nothing external is read, and entities stay references.
+void DescriptionFile::parseText()
+{
+    xmlInitParser();
+    if (text_.empty())
+        return fail(State::notXml, "Document is empty");
+    if (text_.size() > INT_MAX)
+        return fail(State::unreadable, "larger than 2 GB");
+    convertToUtf8();
+    const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt *)> context(
+        xmlCreateMemoryParserCtxt(text_.data(), static_cast<int>(text_.size())), xmlFreeParserCtxt);
+    if (context == nullptr)
+        return fail(State::notXml, "out of memory");
+    parser_ = context.get();
+    context->_private = this;
+    context->linenumbers = 0;
+    if (isConverted_)
+        context->options |= XML_PARSE_IGNORE_ENC;
+    context->sax->startElementNs = ParserEvents::startElement;
+    context->sax->comment = ParserEvents::comment;
+    context->sax->serror = ParserEvents::error;
+    xmlParseDocument(context.get());
+    parser_ = nullptr;
+    document_ = context->myDoc;
+    context->myDoc = nullptr;
+    if (context->wellFormed == 0 || document_ == nullptr) {
+        if (fault_.empty())
+            fail(State::notXml, "not well-formed");
+        return;
+    }
+    std::vector<Message> messages;
+    const MessageCapture capture(messages);
+    if (dcm::rootOf(document_, root_, dcm::Reporter{"dcm", name_.c_str()}) != dcm::Result::ok)
+        return fail(State::notXml, messages.empty() ? "out of memory." : messages.front().text);
+    state_ = State::parsed;
+}
+
+// ---- What it describes ----------------------------------------------------------------------------------------------
+
+bool DescriptionFile::isDevice() const
+{
+    return root_ != nullptr && dcm::isNamed(root_, dcm::kDeviceName);
+}
+
+bool DescriptionFile::isVm() const
+{
+    return root_ != nullptr && dcm::isNamed(root_, dcm::kVmName);
+}
+
+namespace {
+
+constexpr char kTypeId[] = "typeid";
+constexpr char kMode[] = "mode";
+
+uint32_t numberOf(Node element, const char *attribute)
+{
+    const dcm::Text text = dcm::Text::attribute(element, attribute, {"dcm"});
+    return text ? text.number() : 0;
+}
+
+// The ids of a slot, as the library looks for one among them.
+std::vector<uint32_t> typeIdsOf(Node slot)
+{
+    std::vector<uint32_t> ids;
+    const dcm::Text text = dcm::Text::attribute(slot, kTypeId, {"dcm"});
+    for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
+        if (!ids.empty())
+            list++;
+        ids.push_back(dcm::readNumber(list));
+    }
+    return ids;
+}
+
+} // namespace
+
+std::vector<DescribedType> DescriptionFile::types() const
+{
+    std::vector<DescribedType> types;
+    if (isVm())
+        types.push_back({RecordKind::vm, root_, {}, 0});
+    if (!isDevice())
+        return types;
+    for (const Node child : dcm::children(root_)) {
+        if (dcm::isNamed(child, dcm::kFrameName))
+            types.push_back({RecordKind::frame, child, {numberOf(child, kTypeId)}, 0});
+        else if (dcm::isNamed(child, dcm::kSlotName))
+            types.push_back({RecordKind::slot, child, typeIdsOf(child), 0});
+        else if (dcm::isNamed(child, dcm::kCardName))
+            types.push_back({RecordKind::card, child, {numberOf(child, kTypeId)}, numberOf(child, kMode)});
+    }
+    return types;
+}
+
+template <class Record, class Clear, class Decode>
+Outcome DescriptionFile::decodeWith(const char *query, Record &info, const Clear &clear, const Decode &decode) const
+{
+    Outcome outcome;
+    const MessageCapture capture(outcome.messages);
+    clear(info);
+    outcome.isDecoded = decode(info, dcm::Reporter{query, name_.c_str()}) == dcm::Result::ok;
+    return outcome;
+}
+
+Outcome DescriptionFile::decode(const DescribedType &type, DcmFrameInfo &info) const
+{
+    return decodeWith(
+        "dcmFrameInfoGet", info, [&](DcmFrameInfo &frame) { dcm::clearFrame(type.typeIds.front(), frame); },
+        [&](DcmFrameInfo &frame, const dcm::Reporter &reporter) {
+            return dcm::decodeFrame(type.element, frame, reporter);
+        });
+}
+
+Outcome DescriptionFile::decode(const DescribedType &type, DcmSlotInfo &info) const
+{
+    return decodeWith(
+        "dcmSlotInfoGet", info,
+        [&](DcmSlotInfo &slot) { dcm::clearSlot(type.typeIds.empty() ? 0 : type.typeIds.front(), slot); },
+        [&](DcmSlotInfo &slot, const dcm::Reporter &reporter) {
+            return dcm::decodeSlot(type.element, slot, reporter);
+        });
+}
+
+Outcome DescriptionFile::decode(const DescribedType &type, DcmCardInfo &info) const
+{
+    return decodeWith(
+        "dcmCardInfoGet", info, [&](DcmCardInfo &card) { dcm::clearCard(type.typeIds.front(), type.mode, card); },
+        [&](DcmCardInfo &card, const dcm::Reporter &reporter) {
+            const dcm::Result named = dcm::takeCardNames(type.element, card, reporter);
+            return named == dcm::Result::ok ? dcm::decodeCard(type.element, card, reporter) : named;
+        });
+}
+
+Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info) const
+{
+    return decodeWith(
+        "dcmVmPortInfoGet", info, [](DcmVmPortInfo &vm) { vm = {}; },
+        [&](DcmVmPortInfo &vm, const dcm::Reporter &reporter) {
+            return dcm::decodeVmPorts(type.element, vm, reporter);
+        });
+}
+
+// ---- Places ---------------------------------------------------------------------------------------------------------
+
+namespace {
+
+bool isBlank(char character)
+{
+    return kBlanks.find(character) != std::string_view::npos;
+}
+
+size_t skipBlanks(std::string_view text, size_t at)
+{
+    while (at < text.size() && isBlank(text[at]))
+        at++;
+    return at;
+}
+
+// The end of the name that begins at `at`.
+size_t nameEnd(std::string_view text, size_t at)
+{
+    while (at < text.size() && !isBlank(text[at]) && std::strchr("=/>", text[at]) == nullptr)
+        at++;
+    return at;
+}
+
+struct WrittenAttribute {
+    Span name;
+    Span value;
+};
+
+// The attribute that is written at `at` or behind blanks; false at the end of the tag.
+bool nextAttribute(std::string_view text, size_t &at, WrittenAttribute &attribute)
+{
+    at = skipBlanks(text, at);
+    if (at >= text.size() || text[at] == '>' || text[at] == '/')
+        return false;
+    attribute.name = {at, nameEnd(text, at)};
+    const size_t quote = text.find_first_of("\"'", attribute.name.end);
+    if (quote == std::string_view::npos)
+        return false;
+    const size_t close = text.find(text[quote], quote + 1);
+    if (close == std::string_view::npos)
+        return false;
+    attribute.value = {quote + 1, close};
+    at = close + 1;
+    return true;
+}
+
+} // namespace
+
+Span DescriptionFile::tagSpan(Node element) const
+{
+    if (!hasOffset(element))
+        return {};
+    const size_t begin = offsetOf(element);
+    if (text_[begin] == '&')
+        return {begin, std::min(text_.size(), text_.find(';', begin) + 1)};
+    size_t at = nameEnd(text_, begin + 1);
+    WrittenAttribute attribute;
+    while (nextAttribute(text_, at, attribute)) {}
+    return {begin, std::min(text_.size(), text_.find('>', at) + 1)};
+}
+
+Span DescriptionFile::nameSpan(Node element) const
+{
+    const Span tag = tagSpan(element);
+    return tag.end == 0 || text_[tag.begin] == '&' ? tag : Span{tag.begin + 1, nameEnd(text_, tag.begin + 1)};
+}
+
+Span DescriptionFile::attributePart(Node element, const char *attribute, bool isValue) const
+{
+    const Span name = nameSpan(element);
+    if (name.end == 0 || text_[name.begin] == '&')
+        return name;
+    size_t at = name.end;
+    WrittenAttribute written;
+    const std::string_view wanted = attribute;
+    while (nextAttribute(text_, at, written)) {
+        std::string_view found =
+            std::string_view(text_).substr(written.name.begin, written.name.end - written.name.begin);
+        // The tree knows an attribute by its local name.
+        if (found != wanted && found.find(':') != std::string_view::npos)
+            found.remove_prefix(found.find(':') + 1);
+        if (found == wanted)
+            return isValue ? written.value : written.name;
+    }
+    return name;
+}
+
+Span DescriptionFile::attributeSpan(Node element, const char *attribute) const
+{
+    return attributePart(element, attribute, false);
+}
+
+Span DescriptionFile::valueSpan(Node element, const char *attribute) const
+{
+    const Span value = attributePart(element, attribute, true);
+    return value.begin < value.end ? value : attributePart(element, attribute, false);
+}
+
+Span DescriptionFile::contentSpan(Node element) const
+{
+    const Span tag = tagSpan(element);
+    if (tag.end < 2 || text_[tag.begin] == '&' || text_[tag.end - 2] == '/')
+        return nameSpan(element);
+    const size_t begin = skipBlanks(text_, tag.end);
+    size_t end = std::min(text_.size(), text_.find('<', begin));
+    while (end > begin && isBlank(text_[end - 1]))
+        end--;
+    if (end == begin && text_.compare(begin, 9, "<![CDATA[") == 0)
+        end = std::min(text_.size(), text_.find("]]>", begin) + 3);
+    return begin < end ? Span{begin, end} : nameSpan(element);
+}
+
+Place DescriptionFile::place(size_t offset) const
+{
+    static_cast<void>(line(1));
+    offset = std::min(offset, text_.size());
+    const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
+    const size_t start = *(next - 1);
+    const auto isCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+    const auto column = std::count_if(text_.begin() + static_cast<std::ptrdiff_t>(start),
+                                      text_.begin() + static_cast<std::ptrdiff_t>(offset), isCharacter);
+    return {static_cast<size_t>(next - lineStarts_.begin()), static_cast<size_t>(column) + 1};
+}
+
+std::string_view DescriptionFile::line(size_t number) const
+{
+    if (lineStarts_.empty()) {
+        // A byte order mark is no column.
+        lineStarts_.push_back(text_.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0);
+        for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
+            lineStarts_.push_back(end + 1);
+    }
+    if (number < 1 || number > lineStarts_.size())
+        return {};
+    const size_t start = lineStarts_[number - 1];
+    std::string_view line = std::string_view(text_).substr(start, text_.find('\n', start) - start);
+    if (!line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
+    return line;
+}
+
+} // namespace dcmtool

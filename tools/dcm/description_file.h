@@ -1,0 +1,124 @@
+// A description as the tool reads it: parsed once, with the place of everything that is written in it.
+#ifndef DCM_TOOLS_DESCRIPTION_FILE_H
+#define DCM_TOOLS_DESCRIPTION_FILE_H
+
+#include "common/xml.h"
+#include "tools/dcm/library_log.h"
+
+#include <dcm.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct _xmlParserCtxt;
+
+namespace dcmtool {
+
+using dcm::Node;
+
+// A stretch of a file's text, in bytes. What lies in a file of another encoding is meant as if it were UTF-8.
+struct Span {
+    size_t begin = 0;
+    size_t end = 0;
+};
+
+// Where a byte stands for people. Both count from 1; a column is a character (a code point, a tab is one).
+struct Place {
+    size_t line = 1;
+    size_t column = 1;
+};
+
+enum class RecordKind : uint8_t { frame, slot, card, vm };
+
+// A frame, slot or card of a description, or a VM's port list.
+struct DescribedType {
+    RecordKind kind = RecordKind::frame;
+    Node element = nullptr;
+    std::vector<uint32_t> typeIds; // several only of a slot; none of a slot without "typeid" and of a port list
+    uint32_t mode = 0;             // of a card
+};
+
+// What came of decoding one.
+struct Outcome {
+    bool isDecoded = false;
+    std::vector<Message> messages; // innermost first; there may be some of a success, too
+};
+
+class DescriptionFile {
+public:
+    enum class State : uint8_t { unreadable, notXml, parsed };
+
+    // Reads a file; "-" is standard input. What is wrong with it stands in state() and fault().
+    static std::unique_ptr<DescriptionFile> open(const std::string &name);
+    // The same of a text in memory.
+    static std::unique_ptr<DescriptionFile> parse(std::string name, std::string text);
+    ~DescriptionFile();
+    DescriptionFile(const DescriptionFile &) = delete;
+    DescriptionFile &operator=(const DescriptionFile &) = delete;
+
+    const std::string &name() const { return name_; }
+    State state() const { return state_; }
+    const std::string &fault() const { return fault_; } // why it is not parsed
+    Span faultSpan() const { return faultSpan_; }
+
+    Node root() const { return root_; } // nullptr unless parsed
+    bool isDevice() const;
+    bool isVm() const;
+    // Every frame, slot and card in document order, or the port list.
+    std::vector<DescribedType> types() const;
+
+    // Decodes one as its query does, into a record that is cleared first. The names of a card are its own.
+    Outcome decode(const DescribedType &type, DcmFrameInfo &info) const;
+    Outcome decode(const DescribedType &type, DcmSlotInfo &info) const;
+    Outcome decode(const DescribedType &type, DcmCardInfo &info) const;
+    Outcome decode(const DescribedType &type, DcmVmPortInfo &info) const;
+
+    // Places of what is written. What an entity brings has the place of the reference to it; what is not written, such
+    // as an attribute by default, that of its element.
+    Span tagSpan(Node element) const;                              // the start tag
+    Span nameSpan(Node element) const;                             // the name in it
+    Span attributeSpan(Node element, const char *attribute) const; // the name of an attribute
+    Span valueSpan(Node element, const char *attribute) const;     // its value between the quotes
+    Span contentSpan(Node element) const;                          // the text, without blanks around it
+    Place place(size_t offset) const;
+    // A line without its end; empty when there is none of this number.
+    std::string_view line(size_t number) const;
+    const std::string &text() const { return text_; }
+
+    // The comments that speak to the tool.
+    struct Comment {
+        Node node;
+        Span span;
+    };
+    const std::vector<Comment> &comments() const { return comments_; }
+
+private:
+    DescriptionFile() = default;
+    void fail(State state, std::string fault, Span span = {});
+    void parseText();
+    void convertToUtf8();
+    Span attributePart(Node element, const char *attribute, bool isValue) const;
+    template <class Record, class Clear, class Decode>
+    Outcome decodeWith(const char *query, Record &info, const Clear &clear, const Decode &decode) const;
+    friend struct ParserEvents;
+
+    std::string name_;
+    std::string text_;
+    State state_ = State::unreadable;
+    std::string fault_;
+    Span faultSpan_;
+    ::_xmlDoc *document_ = nullptr;
+    ::_xmlParserCtxt *parser_ = nullptr; // while it runs
+    Node root_ = nullptr;
+    bool isConverted_ = false;
+    std::vector<Comment> comments_;
+    mutable std::vector<size_t> lineStarts_; // made when first asked for
+};
+
+} // namespace dcmtool
+
+#endif
