@@ -231,7 +231,7 @@ Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporte
 
 } // namespace
 
-const Element kCardElement = kWithAttributes<kCardAttributes, kCard>;
+const Element kCardElement = repeated(kWithAttributes<kCardAttributes, kCard>);
 
 void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info)
 {

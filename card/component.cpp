@@ -57,8 +57,9 @@ constexpr Attribute kComponentAttributes[] = {
     {"subtype", numberOf(8), Need::required},
     {"num", numberOf(8), Need::required},
 };
-constexpr Element kComponentElement =
-    holdingText(limited(Kind::text, DCM_MODEL_NAME_SIZE), kComponentAttributes, std::size(kComponentAttributes));
+constexpr Element kComponentElement = repeated(
+    holdingText(limited(Kind::text, DCM_MODEL_NAME_SIZE), kComponentAttributes, std::size(kComponentAttributes)),
+    DCM_COMPONENT_MAX);
 
 // One "component"; those beyond "num" are passed over. What it does not give counts as 0.
 Result takeComponent(Node element, ComponentList &list, const Reporter &reporter)
@@ -93,7 +94,7 @@ constexpr Child<ComponentList> kComponents[] = {
 } // namespace
 
 const Element kChipElement = kWithAttributes<kNumAttributes<kChipMax>, kChip>;
-const Element kComponentsElement = kWithAttributes<kNumAttributes<DCM_COMPONENT_MAX, 32>, kComponents>;
+const Element kComponentsElement = kWithAttributes<kNumAttributes<DCM_COMPONENT_MAX, 32, 1>, kComponents>;
 
 Result takeSwitchChip(Node element, DcmCardInfo &card, const Reporter &reporter)
 {

@@ -39,9 +39,9 @@ constexpr Child<DcmVoltageInfo> kVoltage[] = {
 
 } // namespace
 
-const Element kCpuElement = kWithAttributes<kIdAttributes, kCpu>;
-const Element kMemoryElement = kWithAttributes<kIdAttributes, kMemory>;
-const Element kVoltageElement = kWithAttributes<kIdAttributes, kVoltage>;
+const Element kCpuElement = repeated(kWithAttributes<kIdAttributes, kCpu>);
+const Element kMemoryElement = repeated(kWithAttributes<kIdAttributes, kMemory>);
+const Element kVoltageElement = repeated(kWithAttributes<kIdAttributes, kVoltage>);
 
 Result _dcmDecodeCpuEntity(Node element, DcmCardInfo &card, const Reporter &)
 {

@@ -17,8 +17,8 @@ constexpr Child<DcmEthpppIfInfo> kEthpppPort[] = {
 
 } // namespace
 
-const Element kGccPortElement = kWithAttributes<kIdAttributes, kGccPort>;
-const Element kEthpppPortElement = kWithAttributes<kIdAttributes, kEthpppPort>;
+const Element kGccPortElement = repeated(kWithAttributes<kIdAttributes, kGccPort>);
+const Element kEthpppPortElement = repeated(kWithAttributes<kIdAttributes, kEthpppPort>);
 
 Result _dcmDecodeGccPort(Node element, DcmCardInfo &card, const Reporter &)
 {

@@ -44,7 +44,7 @@ constexpr Child<DcmMethIfInfo> kPort[] = {
 
 } // namespace
 
-const Element kMgtPortElement = kWithAttributes<kIdAttributes, kPort>;
+const Element kMgtPortElement = repeated(kWithAttributes<kIdAttributes, kPort>);
 
 Result _dcmDecodeMgtPort(Node element, DcmCardInfo &card, const Reporter &)
 {

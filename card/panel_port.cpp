@@ -113,8 +113,8 @@ constexpr Child<DcmPanelIfInfo> kPortGroup[] = {
 
 } // namespace
 
-const Element kPanelPortElement = kWithAttributes<kIdAttributes, kPort>;
-const Element kPanelPortGroupElement = kWithAttributes<kIdListAttributes<DCM_PANEL_IF_MAX>, kPortGroup>;
+const Element kPanelPortElement = repeated(kWithAttributes<kIdAttributes, kPort>);
+const Element kPanelPortGroupElement = repeated(kWithAttributes<kIdListAttributes<DCM_PANEL_IF_MAX>, kPortGroup>);
 
 Result _dcmDecodePanelPort(Node element, DcmCardInfo &card, const Reporter &)
 {

@@ -44,17 +44,23 @@ Result takeFanCtrlBits(Node element, DcmTemperatureInfo &sensor, const Reporter 
     return unlessOutOfMemory(list);
 }
 
+// A threshold may be negative: its field keeps the low bits, which are its two's complement.
+template <auto Field> struct Degrees : Number<Field> {
+    static constexpr const Element &format = kNumber<std::make_signed_t<FieldType<Field>>>;
+};
+template <auto Field> constexpr Degrees<Field> degrees;
+
 constexpr Child<DcmTemperatureInfo> kTemperature[] = {
-    {"highthreshold", number<&DcmTemperatureInfo::highThreshold>},
-    {"lowthreshold", number<&DcmTemperatureInfo::lowThreshold>},
-    {"actionhighthreshold", number<&DcmTemperatureInfo::actionHighThreshold>},
-    {"actionhighthresholdmax", number<&DcmTemperatureInfo::actionHighThresholdMax>},
-    {"actionhighthresholdmin", number<&DcmTemperatureInfo::actionHighThresholdMin>},
-    {"actionlowthreshold", number<&DcmTemperatureInfo::actionLowThreshold>},
-    {"actionlowthresholdmax", number<&DcmTemperatureInfo::actionLowThresholdMax>},
-    {"actionlowthresholdmin", number<&DcmTemperatureInfo::actionLowThresholdMin>},
-    {"workthreshold", number<&DcmTemperatureInfo::workThreshold>},
-    {"workreserved", number<&DcmTemperatureInfo::workReserved>},
+    {"highthreshold", degrees<&DcmTemperatureInfo::highThreshold>},
+    {"lowthreshold", degrees<&DcmTemperatureInfo::lowThreshold>},
+    {"actionhighthreshold", degrees<&DcmTemperatureInfo::actionHighThreshold>},
+    {"actionhighthresholdmax", degrees<&DcmTemperatureInfo::actionHighThresholdMax>},
+    {"actionhighthresholdmin", degrees<&DcmTemperatureInfo::actionHighThresholdMin>},
+    {"actionlowthreshold", degrees<&DcmTemperatureInfo::actionLowThreshold>},
+    {"actionlowthresholdmax", degrees<&DcmTemperatureInfo::actionLowThresholdMax>},
+    {"actionlowthresholdmin", degrees<&DcmTemperatureInfo::actionLowThresholdMin>},
+    {"workthreshold", degrees<&DcmTemperatureInfo::workThreshold>},
+    {"workreserved", degrees<&DcmTemperatureInfo::workReserved>},
     {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
     {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
     {"description", takeDescription, kText<DCM_DESCRIPTION_SIZE>},
@@ -67,7 +73,7 @@ constexpr Attribute kAttributes[] = {{"id", numberOf(8), Need::required}};
 
 } // namespace
 
-const Element kTemperatureElement = kWithAttributes<kAttributes, kTemperature>;
+const Element kTemperatureElement = repeated(kWithAttributes<kAttributes, kTemperature>);
 
 // Sensors that the owner has no room for are passed over: the decoder appends without a bound of its own.
 Result takeSensor(Node element, SensorBlock &block, const Reporter &)

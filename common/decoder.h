@@ -136,7 +136,7 @@ Result takeNumber(Node element, uint16_t &field, const Reporter &reporter);
 Result takeNumber(Node element, uint32_t &field, const Reporter &reporter);
 
 template <class Value> inline constexpr Element kNumber = {numberOf(sizeof(Value) * 8, std::is_signed_v<Value>)};
-template <size_t Limit> inline constexpr Element kBitList = {limited(Kind::bitList, Limit)};
+template <size_t Limit> inline constexpr Element kBitList = {bitListOf(Limit)};
 template <size_t Limit> inline constexpr Element kText = {limited(Kind::text, Limit)};
 template <Converter converter> inline constexpr Element kWord = {wordOf(wordsOf<converter>)};
 
@@ -191,7 +191,8 @@ Result takeCapabilities(Node element, const char *childName, Converter converter
                         size_t offset, const Reporter &reporter);
 inline constexpr char kCap[] = "cap";
 template <auto Set, Converter converter, uint32_t First = 0, const char *childName = kCap> struct Capabilities {
-    static constexpr NamedElement child = {childName, &kWord<converter>};
+    static constexpr Element word = repeated(kWord<converter>);
+    static constexpr NamedElement child = {childName, &word};
     static constexpr Element format = {{}, nullptr, 0, &child, 1};
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
@@ -267,11 +268,12 @@ Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown
                const Reporter &reporter);
 
 // A count as the attribute of a container.
-constexpr Attribute numOf(size_t most, uint8_t bits = 8)
+constexpr Attribute numOf(size_t most, uint8_t bits = 8, uint8_t least = 0)
 {
-    return {kNum, countOf(most, bits), Need::required};
+    return {kNum, countOf(most, bits, least), Need::required};
 }
-template <size_t Most, uint8_t Bits = 8> inline constexpr Attribute kNumAttributes[] = {numOf(Most, Bits)};
+template <size_t Most, uint8_t Bits = 8, uint8_t Least = 0>
+inline constexpr Attribute kNumAttributes[] = {numOf(Most, Bits, Least)};
 
 // A container that announces how many entries it has, and the table of what it holds.
 template <auto Count, size_t Most, const auto &rows, const CountSays &says, auto Shown = Count> struct Counted {
@@ -296,12 +298,12 @@ template <const auto &rows> struct Holding {
 template <const auto &rows> constexpr Holding<rows> holding;
 
 // The id of an entry: one number from 1 to the announced count.
-inline constexpr Attribute kIdAttributes[] = {{"id", {Kind::id}, Need::required}};
+inline constexpr Attribute kIdAttributes[] = {{"id", idOf(), Need::required}};
 inline constexpr const Attribute &kId = kIdAttributes[0];
 
-// The ids of several entries alike.
-template <size_t Limit>
-inline constexpr Attribute kIdListAttributes[] = {{"id", limited(Kind::bitList, Limit), Need::required}};
+// The ids of several entries alike; those above `Kept` are accepted and mean nothing.
+template <size_t Limit, size_t Kept = Limit>
+inline constexpr Attribute kIdListAttributes[] = {{"id", bitListOf(Limit, Kept), Need::required}};
 
 // What is said of an id.
 struct IdSays {

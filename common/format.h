@@ -13,11 +13,11 @@ namespace dcm {
 enum class Kind : uint8_t {
     none,       // nothing but children
     number,     // any number; `bits` of it are kept
-    count,      // the number of entries announced, at most `limit`; `bits` of it are kept
-    id,         // one number from 1 to the announced count
+    count,      // the number of entries announced, from `least` to `limit`; `bits` of it are kept
+    id,         // one number from `least` to `limit`, or to the announced count where `limit` is 0
     keyword,    // a word of `vocabulary`
     ledState,   // a word of the state table of the LED type at hand
-    bitList,    // a range list of numbers from 1 to `limit`
+    bitList,    // a range list of numbers from 1 to `limit`, of which those up to `kept` mean something
     numberList, // numbers with any one character between two, at most `limit` of them
     typeIds,    // a comma list of type ids
     text,       // any text; `limit` bytes of it are kept
@@ -29,28 +29,46 @@ struct Content {
     Kind kind = Kind::none;
     uint8_t bits = 0;
     bool isSigned = false;
+    uint8_t least = 0;
+    uint16_t kept = 0;
     size_t limit = 0;
     const Vocabulary *vocabulary = nullptr;
 };
 
 constexpr Content numberOf(uint8_t bits, bool isSigned = false)
 {
-    return {Kind::number, bits, isSigned, 0, nullptr};
+    return {Kind::number, bits, isSigned};
 }
 
-constexpr Content countOf(size_t limit, uint8_t bits = 8)
+constexpr Content countOf(size_t limit, uint8_t bits = 8, uint8_t least = 0)
 {
-    return {Kind::count, bits, false, limit, nullptr};
+    return {Kind::count, bits, false, least, 0, limit};
+}
+
+constexpr Content idOf(size_t limit = 0, uint8_t least = 1)
+{
+    return {Kind::id, 0, false, least, 0, limit};
+}
+
+// Numbers above `kept` are accepted and mean nothing.
+constexpr Content bitListOf(size_t limit, size_t kept)
+{
+    return {Kind::bitList, 0, false, 1, static_cast<uint16_t>(kept), limit};
+}
+
+constexpr Content bitListOf(size_t limit)
+{
+    return bitListOf(limit, limit);
 }
 
 constexpr Content limited(Kind kind, size_t limit)
 {
-    return {kind, 0, false, limit, nullptr};
+    return {kind, 0, false, 0, 0, limit};
 }
 
 constexpr Content wordOf(const Vocabulary *vocabulary)
 {
-    return {Kind::keyword, 0, false, 0, vocabulary};
+    return {Kind::keyword, 0, false, 0, 0, 0, vocabulary};
 }
 
 enum class Need : uint8_t { optional, required };
@@ -69,13 +87,22 @@ struct NamedElement {
     const Element *element;
 };
 
+constexpr size_t kAnyNumber = SIZE_MAX;
+
 struct Element {
     Content content = {};
     const Attribute *attributes = nullptr;
     size_t attributeCount = 0;
     const NamedElement *children = nullptr;
     size_t childCount = 0;
+    size_t most = 1; // how many of the kind mean something side by side; of one that stands alone the last one holds
 };
+
+// An element that may stand side by side with others of its kind.
+constexpr Element repeated(const Element &element, size_t most = kAnyNumber)
+{
+    return {element.content, element.attributes, element.attributeCount, element.children, element.childCount, most};
+}
 
 } // namespace dcm
 

@@ -36,10 +36,10 @@ constexpr Child<DcmFanCtrlMapInfo> kMap[] = {
 
 } // namespace
 
-const Element kFanCtrlElement = kWithAttributes<kIdAttributes, kFanCtrlSettings, kFrameSettings>;
+const Element kFanCtrlElement = repeated(kWithAttributes<kIdAttributes, kFanCtrlSettings, kFrameSettings>);
 const Element kFanCtrlGroupElement =
-    kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kFanCtrlSettings, kFrameSettings>;
-const Element kFanCtrlMapElement = kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kMap>;
+    repeated(kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kFanCtrlSettings, kFrameSettings>);
+const Element kFanCtrlMapElement = repeated(kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kMap>);
 
 Result _dcmDecodeFanCtrlEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {

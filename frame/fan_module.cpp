@@ -20,14 +20,18 @@ constexpr Child<FanDraft> kFan[] = {
     {"fanctrl-offset", number<&FanDraft::fanCtrlOffset>},
 };
 
+// kept: ids up to 8 are accepted, and mean nothing where there is no entry for them.
+constexpr const auto &kFanIds = kIdListAttributes<8, DCM_FAN_MAX>;
+constexpr const auto &kModuleIds = kIdListAttributes<8, DCM_FAN_MODULE_MAX>;
+
 // One "fan"; needs the module's fanNum.
 Result _dcmDecodeFanEntity(Node element, DcmFanModuleInfo &module)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kIdListAttributes<8>[0].name, here);
+    const Text ids = Text::attribute(element, kFanIds[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode fan failed, no id prop."));
-    // kept: a faulty list gives the ids before its fault, and ids above 4 are accepted and mean nothing.
+    // kept: a faulty list gives the ids before its fault.
     uint8_t idBits[1] = {};
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
 
@@ -77,7 +81,7 @@ constexpr SensorSays kSensorSays = {
     DCM_SAYS("fan module decode temperature failed."),
 };
 
-constexpr Element kFanElement = kWithAttributes<kIdListAttributes<8>, kFan>;
+constexpr Element kFanElement = repeated(kWithAttributes<kFanIds, kFan>);
 
 constexpr Child<FanModuleDraft> kFanModule[] = {
     {"fannum", number<&FanModuleDraft::fanNum>},
@@ -91,15 +95,15 @@ constexpr Child<FanModuleDraft> kFanModule[] = {
 
 } // namespace
 
-const Element kFanModuleElement = kWithAttributes<kIdListAttributes<8>, kFanModule>;
+const Element kFanModuleElement = repeated(kWithAttributes<kModuleIds, kFanModule>);
 
 Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kIdListAttributes<8>[0].name, here);
+    const Text ids = Text::attribute(element, kModuleIds[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode fanmodule-entity failed, no id prop."));
-    // kept: a faulty list gives the ids before its fault, and ids above 3 are accepted and mean nothing.
+    // kept: a faulty list gives the ids before its fault.
     uint8_t idBits[1] = {};
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
 

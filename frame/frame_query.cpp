@@ -61,7 +61,7 @@ struct SlotRules {
 constexpr int32_t kCardTypesCleared = 64;
 
 constexpr Element kCardTypeList = {limited(Kind::numberList, DCM_SLOT_CARD_TYPE_MAX)};
-constexpr Attribute kSlotAttributes[] = {{"id", limited(Kind::id, DCM_SLOT_MAX), Need::required}};
+constexpr Attribute kSlotAttributes[] = {{"id", idOf(DCM_SLOT_MAX), Need::required}};
 
 Result takeSupportCrossSlot(Node element, SlotRules &rules, const Reporter &reporter)
 {
@@ -132,7 +132,7 @@ Result takeSlot(Node element, SlotList &list, const Reporter &reporter)
     return walk<kSlotRules>(element, rules, reporter);
 }
 
-constexpr Element kSlotElement = kWithAttributes<kSlotAttributes, kSlotRules>;
+constexpr Element kSlotElement = repeated(kWithAttributes<kSlotAttributes, kSlotRules>, DCM_SLOT_MAX);
 
 constexpr Child<SlotList> kSlotList[] = {
     {"slotid", takeSlot, kSlotElement},
@@ -157,8 +157,10 @@ Result takeCardTypeCap(Node element, CardTypeCaps &caps, const Reporter &reporte
     return caps.count < std::size(caps.words) ? takeNumber(element, caps.words[caps.count++], reporter) : Result::ok;
 }
 
+constexpr Element kCardTypeCap = repeated(kNumber<uint32_t>, DCM_CARD_TYPE_CAP_MAX);
+
 constexpr Child<CardTypeCaps> kCardTypeCaps[] = {
-    {"cap", takeCardTypeCap, kNumber<uint32_t>},
+    {"cap", takeCardTypeCap, kCardTypeCap},
 };
 
 Result takeCardTypeCaps(Node element, DcmFrameInfo &frame, const Reporter &reporter)
@@ -256,7 +258,7 @@ Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
 
 } // namespace
 
-const Element kFrameElement = kWithAttributes<kFrameAttributes, kFrame>;
+const Element kFrameElement = repeated(kWithAttributes<kFrameAttributes, kFrame>);
 
 void clearFrame(uint32_t typeId, DcmFrameInfo &info)
 {

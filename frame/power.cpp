@@ -25,6 +25,9 @@ constexpr SensorSays kSensorSays = {
     DCM_SAYS("power decode temperature failed."),
 };
 
+// kept: ids up to 8 are accepted, and mean nothing where there is no entry for them.
+constexpr const auto &kPowerIds = kIdListAttributes<8, DCM_POWER_MAX>;
+
 constexpr Child<DcmPowerInfo> kPower[] = {
     {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("power decode led failed.")},
     {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("power decode led-map failed.")},
@@ -34,15 +37,15 @@ constexpr Child<DcmPowerInfo> kPower[] = {
 
 } // namespace
 
-const Element kPowerElement = kWithAttributes<kIdListAttributes<8>, kPower>;
+const Element kPowerElement = repeated(kWithAttributes<kPowerIds, kPower>);
 
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kIdListAttributes<8>[0].name, here);
+    const Text ids = Text::attribute(element, kPowerIds[0].name, here);
     if (!ids)
         return ids.missing(here, DCM_SAYS("decode power-entity failed, no id prop."));
-    // kept: a faulty list gives the ids before its fault, and ids above 2 are accepted and mean nothing.
+    // kept: a faulty list gives the ids before its fault.
     uint8_t idBits[1] = {};
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
 

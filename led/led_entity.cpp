@@ -18,7 +18,7 @@ struct LedBlock {
 };
 
 constexpr Attribute kLedAttributes[] = {
-    {"id", limited(Kind::bitList, 8), Need::required},
+    {"id", bitListOf(8), Need::required},
     {"type", wordOf(&kLedTypeWords), Need::required},
 };
 
@@ -59,7 +59,7 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
     return Result::ok;
 }
 
-constexpr Element kLedElement = kWithAttributes<kLedAttributes, kLedStates>;
+constexpr Element kLedElement = repeated(kWithAttributes<kLedAttributes, kLedStates>);
 
 constexpr Child<LedBlock> kLeds[] = {
     {"led", takeLed, kLedElement},

@@ -66,7 +66,8 @@ struct StatePairs {
 };
 
 constexpr Attribute kPairAttributes[] = {{"type", {Kind::ledState}, Need::required}};
-constexpr Element kPairElement = holdingText({Kind::ledState}, kPairAttributes, std::size(kPairAttributes));
+constexpr Element kPairElement =
+    repeated(holdingText({Kind::ledState}, kPairAttributes, std::size(kPairAttributes)), DCM_LED_STATE_MAX);
 
 // One "state": what the LED shows while the source is in a state. Pairs that the LED has no room for are passed over.
 Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
@@ -124,7 +125,8 @@ struct LedMap {
 };
 
 constexpr Attribute kLedNameAttributes[] = {{"src", {Kind::source}}};
-constexpr Element kLedNameElement = holdingText({Kind::ledName}, kLedNameAttributes, std::size(kLedNameAttributes));
+constexpr Element kLedNameElement =
+    repeated(holdingText({Kind::ledName}, kLedNameAttributes, std::size(kLedNameAttributes)));
 
 // kept: a faulty name, source or state pair is reported, and the entry counts all the same.
 Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
@@ -172,7 +174,7 @@ Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
     return unlessOutOfMemory(decodeStateMap(element, led, Reporter{"_dcmLedDecodeStateMap"}));
 }
 
-constexpr Element kSourceElement = kWithAttributes<kSourceAttributes, kStatePairs>;
+constexpr Element kSourceElement = repeated(kWithAttributes<kSourceAttributes, kStatePairs>);
 
 constexpr Child<LedMap> kMap[] = {
     {"led-name", takeLedName, kLedNameElement},

@@ -6,7 +6,7 @@ namespace {
 
 constexpr Attribute kAttributes[] = {
     {"type", {Kind::ledState}, Need::required},
-    {"pri", limited(Kind::id, DCM_LED_STATE_MAX)},
+    {"pri", idOf(DCM_LED_STATE_MAX)},
 };
 
 constexpr Child<DcmLedStateInfo> kState[] = {
@@ -46,7 +46,7 @@ Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, Dc
 
 } // namespace
 
-const Element kLedStateElement = kWithAttributes<kAttributes, kState>;
+const Element kLedStateElement = repeated(kWithAttributes<kAttributes, kState>);
 
 Result takeLedState(Node element, LedStates &led, const Reporter &)
 {

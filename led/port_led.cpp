@@ -48,7 +48,7 @@ Result takePortLed(Node element, PortLedBlock &block, const Reporter &reporter)
     return walk<kLedStates>(element, states, reporter);
 }
 
-constexpr Element kPortLedElement = kWithAttributes<kAttributes, kLedStates>;
+constexpr Element kPortLedElement = repeated(kWithAttributes<kAttributes, kLedStates>, DCM_PORT_LED_MAX);
 
 constexpr Child<PortLedBlock> kPortLeds[] = {
     {"port-led", takePortLed, kPortLedElement},

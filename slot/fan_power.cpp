@@ -5,8 +5,8 @@
 
 namespace dcm {
 
-const Element kSlotFanCtrlElement = kWithAttributes<kIdAttributes, kFanCtrlSettings>;
-const Element kSlotPowerElement = holdingText({}, kIdAttributes, std::size(kIdAttributes));
+const Element kSlotFanCtrlElement = repeated(kWithAttributes<kIdAttributes, kFanCtrlSettings>);
+const Element kSlotPowerElement = repeated(holdingText({}, kIdAttributes, std::size(kIdAttributes)));
 
 Result _dcmDecodeFanCtrlEntity(Node element, DcmSlotInfo &slot, const Reporter &)
 {

@@ -67,13 +67,13 @@ constexpr Child<InnerPortDraft> kPortGroup[] = {
     {"ifname-prefix", takeIfNamePrefix, kText<kPrefixLength>},
 };
 
-constexpr Attribute kPortAttributes[] = {{"commslot", limited(Kind::id, DCM_INNER_IF_MAX), Need::required}};
-constexpr Attribute kGroupAttributes[] = {{"commslot", limited(Kind::bitList, DCM_INNER_IF_MAX), Need::required}};
+constexpr Attribute kPortAttributes[] = {{"commslot", idOf(DCM_INNER_IF_MAX, 0), Need::required}};
+constexpr Attribute kGroupAttributes[] = {{"commslot", bitListOf(DCM_INNER_IF_MAX), Need::required}};
 
 } // namespace
 
-const Element kInnerPortElement = kWithAttributes<kPortAttributes, kPort>;
-const Element kInnerPortGroupElement = kWithAttributes<kGroupAttributes, kPortGroup>;
+const Element kInnerPortElement = repeated(kWithAttributes<kPortAttributes, kPort>);
+const Element kInnerPortGroupElement = repeated(kWithAttributes<kGroupAttributes, kPortGroup>);
 
 Result _devDecodeInnerPort(Node element, DcmSlotInfo &slot, const Reporter &)
 {

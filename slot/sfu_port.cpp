@@ -25,7 +25,7 @@ constexpr Child<SfuPortDraft> kPortGroup[] = {
 
 } // namespace
 
-const Element kSfuPortGroupElement = kWithAttributes<kIdListAttributes<DCM_INNER_IF_MAX>, kPortGroup>;
+const Element kSfuPortGroupElement = repeated(kWithAttributes<kIdListAttributes<DCM_INNER_IF_MAX>, kPortGroup>);
 
 Result _devDecodeSfuPortGroup(Node element, DcmSlotInfo &slot, const Reporter &)
 {

@@ -78,7 +78,7 @@ Result readSlot(uint32_t typeId, DcmSlotInfo &info, const Reporter &reporter)
 
 } // namespace
 
-const Element kSlotElement = kWithAttributes<kSlotAttributes, kSlot>;
+const Element kSlotElement = repeated(kWithAttributes<kSlotAttributes, kSlot>);
 
 void clearSlot(uint32_t typeId, DcmSlotInfo &info)
 {

@@ -23,8 +23,10 @@ Result takeIfindex(Node element, PortList &list, const Reporter &reporter)
     return takeNumber(element, list.info.ifindex[list.count++], reporter);
 }
 
+constexpr Element kIfindex = repeated(kNumber<uint32_t>, DCM_VM_IFINDEX_MAX);
+
 constexpr Child<PortList> kPorts[] = {
-    {"ifindex", takeIfindex, kNumber<uint32_t>},
+    {"ifindex", takeIfindex, kIfindex},
 };
 
 constexpr Attribute kAttributes[] = {{"num", numberOf(8), Need::required}};
