@@ -1,0 +1,171 @@
+// A check is one function and one registration: its name is its option, its tag in the output, its place in the
+// documentation and the name of its test. To add one, write the function in a file of tools/dcm/check/ and its row in
+// that file's list of checks; the list stands in registry.cpp.
+//
+// A check looks at the file as a whole, at an element that the format knows, at a value that the format describes, or
+// at what the format does not know. The frame, slot, card or port list in which it stands has been decoded by then.
+#ifndef DCM_TOOLS_CHECK_CHECK_H
+#define DCM_TOOLS_CHECK_CHECK_H
+
+#include "common/format.h"
+#include "common/xml.h"
+#include "tools/dcm/check/finding.h"
+#include "tools/dcm/description_file.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace dcmtool {
+
+// A frame, slot, card or port list that is being checked. Of the records only that of its kind is there. Where the
+// query fails, its record is that of a copy without what makes it fail; none when there is no such copy.
+struct CheckedType {
+    const DescriptionFile &file;
+    const std::vector<DescribedType> &types; // all of the file
+    const DescribedType &described;
+    const DcmFrameInfo *frame = nullptr;
+    const DcmSlotInfo *slot = nullptr;
+    const DcmCardInfo *card = nullptr;
+    const DcmVmPortInfo *vm = nullptr;
+};
+
+// A child element that the format knows: `row` is its place in the children of its parent's format.
+struct KnownChild {
+    Node node;
+    size_t row;
+};
+
+// An element that the format knows, and its way up to the frame, slot, card or port list.
+struct Spot {
+    const CheckedType &type;
+    const Spot *parent; // nullptr for the frame, slot, card or port list itself
+    Node node;
+    const char *name;
+    const dcm::Element *format;
+    std::vector<KnownChild> known = {}; // the children that the format knows, in document order
+
+    const dcm::NamedElement &rowOf(const KnownChild &child) const { return format->children[child.row]; }
+    // Its attribute as the format describes it; nullptr when the format knows none of this name.
+    const dcm::Attribute *attribute(const char *attributeName) const;
+    dcm::Text text(const char *attributeName) const { return dcm::Text::attribute(node, attributeName, {"dcm"}); }
+    dcm::Text content() const { return dcm::Text::content(node, {"dcm"}); }
+};
+
+// A value that the format describes: that of an attribute, or the content of the element.
+struct Value {
+    const Spot &spot;
+    const dcm::Attribute *attribute; // nullptr: the content
+    const dcm::Content &content;
+    const char *text;
+
+    // What people call it: the name of the attribute or of the element.
+    std::string name() const { return attribute != nullptr ? attribute->name : spot.name; }
+};
+
+// An element or attribute that the format does not know where it stands.
+struct Stranger {
+    const Spot &parent; // of the element, or the owner of the attribute
+    Node node;          // the element; the owner of the attribute
+    const char *name;   // of the element or attribute
+    bool isAttribute;
+};
+
+class Findings;
+
+using FileCheck = void (*)(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings);
+using SpotCheck = void (*)(const Spot &spot, Findings &findings);
+using ValueCheck = void (*)(const Value &value, Findings &findings);
+using StrangerCheck = void (*)(const Stranger &stranger, Findings &findings);
+
+// The kinds of content that a check of values looks at.
+using Kinds = uint32_t;
+template <class... Some> constexpr Kinds kindsOf(Some... kinds)
+{
+    return ((Kinds{1} << static_cast<unsigned>(kinds)) | ...);
+}
+
+// What a check looks at, and the function that does.
+struct Look {
+    FileCheck file = nullptr;
+    SpotCheck spot = nullptr;
+    ValueCheck value = nullptr;
+    StrangerCheck stranger = nullptr;
+    Kinds kinds = 0;
+};
+constexpr Look fileBy(FileCheck function)
+{
+    return {function, nullptr, nullptr, nullptr, 0};
+}
+constexpr Look spotsBy(SpotCheck function)
+{
+    return {nullptr, function, nullptr, nullptr, 0};
+}
+constexpr Look valuesBy(ValueCheck function, Kinds kinds)
+{
+    return {nullptr, nullptr, function, nullptr, kinds};
+}
+constexpr Look strangersBy(StrangerCheck function)
+{
+    return {nullptr, nullptr, nullptr, function, 0};
+}
+
+struct Check {
+    const char *name;
+    Severity severity;
+    const char *summary;     // one line
+    const char *explanation; // why it matters on the network element; paragraphs of Markdown
+    const char *bad;         // a whole file that triggers this check and no other
+    const char *good;        // its correct twin
+    Look look;
+};
+
+// Takes what checks find. The path of the element is added, and the check that is running.
+class Findings {
+public:
+    explicit Findings(const DescriptionFile &file) : file_(file) {}
+
+    Finding &at(const Value &value, std::string text);                               // under the value
+    Finding &atName(const Spot &spot, std::string text);                             // under the element's name
+    Finding &atAttribute(const Spot &spot, const char *attribute, std::string text); // under an attribute's name
+    Finding &atValue(const Spot &spot, const char *attribute, std::string text);     // under an attribute's value
+    Finding &atContent(const Spot &spot, std::string text);                          // under the content
+    Finding &at(Node element, Span span, std::string text);                          // anywhere
+
+    // For those who run checks.
+    void run(const Check &check) { running_ = &check; }
+    std::vector<Finding> &all() { return all_; }
+    const DescriptionFile &file() const { return file_; }
+
+private:
+    const DescriptionFile &file_;
+    const Check *running_ = nullptr;
+    std::vector<Finding> all_;
+};
+
+// Where an element stands in the device's terms: "card 0x21/panel-port/port-group 1-4".
+std::string pathOf(Node element);
+
+// The nearest of some words to what was written; empty when none is near.
+std::string nearest(const std::string &written, const std::vector<std::string> &words);
+// The words of a vocabulary that descriptions may write, and their list as texts show it: "'yes', 'no'".
+std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary);
+std::string listed(const std::vector<std::string> &words);
+
+// A list of checks, as each file of checks has one.
+struct Checks {
+    const Check *first;
+    size_t count;
+    const Check *begin() const { return first; }
+    const Check *end() const { return first + count; }
+};
+
+// Every check, by its list.
+const std::vector<Checks> &allChecks();
+// By its name; nullptr when there is none.
+const Check *findCheck(const std::string &name);
+
+} // namespace dcmtool
+
+#endif
