@@ -11,11 +11,11 @@ Result walk(Node parent, const Walk &walk, const Reporter &reporter)
         // Without memory libxml2 may leave an element without its name.
         if (name == nullptr)
             return reporter.runsOutOfMemory();
-        const uint32_t hash = nameHash(name);
+        const uint32_t key = wordKey(name);
         const char *next = reinterpret_cast<const char *>(walk.first);
         for (size_t i = 0; i < walk.count; i++, next += walk.stride) {
             const StepName &step = *reinterpret_cast<const StepName *>(next);
-            if (step.hash != hash || std::strcmp(step.name, name) != 0)
+            if (step.key != key || std::strcmp(step.name, name) != 0)
                 continue;
             if (const Result taken = walk.take(step, element, walk.record, reporter); taken != Result::ok) {
                 static_cast<void>(reporter.says(step.failure));

@@ -7,6 +7,7 @@
 #include "common/format.h"
 #include "common/report.h"
 #include "common/vocabularies.h"
+#include "common/word_key.h"
 #include "common/xml.h"
 
 #include <cstddef>
@@ -40,18 +41,10 @@ template <class Record> struct Child {
     }
 };
 
-constexpr uint32_t nameHash(const char *name)
-{
-    uint32_t hash = 2166136261U;
-    for (; *name != '\0'; name++)
-        hash = (hash ^ static_cast<unsigned char>(*name)) * 16777619U;
-    return hash;
-}
-
-// A row as the library keeps it: without its format, and with a hash of its name, so that the name of an element is
+// A row as the library keeps it: without its format, and with a key of its name, so that the name of an element is
 // read once and not once per row.
 struct StepName {
-    uint32_t hash;
+    uint32_t key;
     const char *name;
     Failure failure;
 };
@@ -64,7 +57,7 @@ template <class Record, size_t Size> struct Steps {
     constexpr explicit Steps(const Child<Record> (&rows)[Size])
     {
         for (size_t i = 0; i < Size; i++) {
-            steps[i].hash = nameHash(rows[i].name);
+            steps[i].key = wordKey(rows[i].name);
             steps[i].name = rows[i].name;
             steps[i].failure = rows[i].failure;
             steps[i].take = rows[i].take;
@@ -72,7 +65,8 @@ template <class Record, size_t Size> struct Steps {
     }
 };
 template <class Record, size_t Size> Steps(const Child<Record> (&rows)[Size]) -> Steps<Record, Size>;
-template <const auto &rows> inline constexpr Steps steps(rows);
+// Written as a call: of a declaration with a deduced type GCC 12 makes a table that can be written.
+template <const auto &rows> inline constexpr auto steps = Steps(rows);
 
 // Tables as those see them who look at the format: names and what may stand under them.
 template <size_t Size> struct NamedElements {

@@ -86,7 +86,9 @@ const KeywordTable *statesOf(uint32_t ledType)
 
 bool isWord(const char (&row)[DCM_KEYWORD_SIZE], const char *text)
 {
-    return std::strncmp(row, text, DCM_KEYWORD_SIZE) == 0 && memchr(row, '\0', DCM_KEYWORD_SIZE) != nullptr;
+    // A row that a process has filled to its end holds no word.
+    return row[0] == text[0] && std::strncmp(row, text, DCM_KEYWORD_SIZE) == 0 &&
+           (row[DCM_KEYWORD_SIZE - 1] == '\0' || std::memchr(row, '\0', DCM_KEYWORD_SIZE) != nullptr);
 }
 
 // Which row counts when a process has given two the same word.
@@ -97,11 +99,14 @@ int readRow(const KeywordTable &table, const unsigned char *text, uint32_t *valu
             Match match = Match::first)
 {
     bool isFound = false;
-    for (uint32_t row = 0; text != nullptr && row < table.words.count && !(isFound && match == Match::first); row++)
-        if (isWord(table.words.rows[row], reinterpret_cast<const char *>(text))) {
-            *value = row;
-            isFound = true;
-        }
+    for (uint32_t row = 0; text != nullptr && row < table.words.count; row++) {
+        if (!isWord(table.words.rows[row], reinterpret_cast<const char *>(text)))
+            continue;
+        *value = row;
+        isFound = true;
+        if (match == Match::first)
+            break;
+    }
     return isFound ? 0 : status(DCM_REPORT(function, "invalid dcm str(%s).", printable(text)));
 }
 

@@ -9,8 +9,9 @@ const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text)
     if (text == nullptr)
         return nullptr;
     const char *word = reinterpret_cast<const char *>(text);
+    const uint32_t key = wordKey(word);
     for (const Word *row = vocabulary.words; row != vocabulary.words + vocabulary.count; row++)
-        if (row->direction != Direction::prints && row->word[0] == word[0] && std::strcmp(row->word, word) == 0)
+        if (row->key == key && row->direction != Direction::prints && std::strcmp(row->word, word) == 0)
             return row;
     return nullptr;
 }

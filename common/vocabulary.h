@@ -3,6 +3,7 @@
 #define DCM_COMMON_VOCABULARY_H
 
 #include "common/report.h"
+#include "common/word_key.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,6 +21,7 @@ struct Word {
     uint16_t value;
     Direction direction = Direction::both;
     uint8_t ondType = 0; // the interface kind that a PHY type brings
+    uint32_t key = wordKey(word);
 };
 
 // A vocabulary as a whole: rows of words, or a keyword table.

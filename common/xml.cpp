@@ -20,21 +20,13 @@ const char *nodeText(const xmlNode *node)
     return reinterpret_cast<const char *>(node->content);
 }
 
-Node elementFrom(Node node)
+const xmlAttr *attributeNamed(Node element, const char *name)
 {
-    while (node != nullptr && node->type != XML_ELEMENT_NODE)
-        node = node->next;
-    return node;
-}
-
-// The text of a node whose children are `first` and its siblings, when one of them is all there is; else nullptr.
-const xmlChar *soleText(const xmlNode *first)
-{
-    if (first == nullptr)
-        return xmlText("");
-    if (first->next != nullptr || (first->type != XML_TEXT_NODE && first->type != XML_CDATA_SECTION_NODE))
-        return nullptr;
-    return first->content != nullptr ? first->content : xmlText("");
+    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next)
+        if (attribute->name != nullptr && std::strcmp(reinterpret_cast<const char *>(attribute->name), name) == 0)
+            return attribute;
+    // Only a document type gives an element what it does not have.
+    return element->doc->intSubset != nullptr ? xmlHasProp(element, xmlText(name)) : nullptr;
 }
 
 // How much entities may add to one text and to a whole description, and how deep texts may nest: with entities a short
@@ -86,27 +78,9 @@ bool ranOutOfMemory()
 
 } // namespace
 
-const char *nameOf(Node element)
-{
-    return reinterpret_cast<const char *>(element->name);
-}
-
-bool isNamed(Node element, const char *name)
-{
-    return xmlStrcmp(element->name, xmlText(name)) == 0;
-}
-
-Children::Children(Node parent) : first_(elementFrom(parent->children)) {}
-
-Children::Iterator &Children::Iterator::operator++()
-{
-    node_ = elementFrom(node_->next);
-    return *this;
-}
-
 Text Text::attribute(Node element, const char *name, const Reporter &reporter)
 {
-    const xmlAttr *attribute = xmlHasProp(element, xmlText(name));
+    const xmlAttr *attribute = attributeNamed(element, name);
     if (attribute == nullptr)
         return Text(nullptr);
     // A default from the document type is a declaration, not an attribute.
@@ -119,10 +93,8 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
                  reporter);
 }
 
-Text Text::content(Node element, const Reporter &reporter)
+Text Text::copyContent(Node element, const Reporter &reporter)
 {
-    if (const xmlChar *text = soleText(element->children))
-        return Text(text);
     xmlResetLastError();
     return owned(isExpandable(element->children, kTextExpansionMax) ? xmlNodeGetContent(element) : nullptr, reporter);
 }
@@ -142,12 +114,6 @@ Text Text::owned(unsigned char *copy, const Reporter &reporter)
 Text::Text(Text &&other) noexcept : text_(other.text_), copy_(other.copy_), outOfMemory_(other.outOfMemory_)
 {
     other.copy_ = nullptr;
-}
-
-Text::~Text()
-{
-    if (copy_ != nullptr)
-        xmlFree(copy_);
 }
 
 Result Text::missing(const Reporter &reporter, const Failure &failure) const

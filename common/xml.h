@@ -5,30 +5,40 @@
 #include "common/number.h"
 #include "common/report.h"
 
+#include <libxml/tree.h>
+
 #include <cstddef>
 #include <cstring>
 
-struct _xmlDoc;
-struct _xmlNode;
-
 namespace dcm {
 
-using Node = ::_xmlNode *;
+using Node = ::xmlNodePtr;
 
-const char *nameOf(Node element);
-bool isNamed(Node element, const char *name);
+inline const char *nameOf(Node element)
+{
+    return reinterpret_cast<const char *>(element->name);
+}
+
+inline bool isNamed(Node element, const char *name)
+{
+    return element->name != nullptr && std::strcmp(nameOf(element), name) == 0;
+}
 
 // The element children of a node, in document order: for (Node child : children(node)) ...
 // Texts, comments and processing instructions are none, whatever their names.
 class Children {
 public:
-    explicit Children(Node parent);
+    explicit Children(Node parent) : first_(elementFrom(parent->children)) {}
 
     class Iterator {
     public:
         explicit Iterator(Node node) : node_(node) {}
         Node operator*() const { return node_; }
-        Iterator &operator++();
+        Iterator &operator++()
+        {
+            node_ = elementFrom(node_->next);
+            return *this;
+        }
         bool operator!=(const Iterator &other) const { return node_ != other.node_; }
 
     private:
@@ -38,6 +48,13 @@ public:
     static Iterator end() { return Iterator(nullptr); }
 
 private:
+    static Node elementFrom(Node node)
+    {
+        while (node != nullptr && node->type != XML_ELEMENT_NODE)
+            node = node->next;
+        return node;
+    }
+
     Node first_;
 };
 
@@ -53,10 +70,18 @@ public:
     // The attribute `name`; absent when the element has none.
     static Text attribute(Node element, const char *name, const Reporter &reporter);
     // The content of an element; never absent.
-    static Text content(Node element, const Reporter &reporter);
+    static Text content(Node element, const Reporter &reporter)
+    {
+        const unsigned char *text = soleText(element->children);
+        return text != nullptr ? Text(text) : copyContent(element, reporter);
+    }
 
     Text(Text &&other) noexcept;
-    ~Text();
+    ~Text()
+    {
+        if (copy_ != nullptr)
+            xmlFree(copy_);
+    }
     Text(const Text &) = delete;
     Text &operator=(const Text &) = delete;
     Text &operator=(Text &&) = delete;
@@ -74,6 +99,17 @@ public:
 
 private:
     explicit Text(const unsigned char *borrowed) : text_(borrowed) {}
+    // The text of a node whose children are `first` and its siblings, when one of them is all there is; else nullptr.
+    static const unsigned char *soleText(const xmlNode *first)
+    {
+        static constexpr unsigned char kEmpty[] = "";
+        if (first == nullptr)
+            return kEmpty;
+        if (first->next != nullptr || (first->type != XML_TEXT_NODE && first->type != XML_CDATA_SECTION_NODE))
+            return nullptr;
+        return first->content != nullptr ? first->content : kEmpty;
+    }
+    static Text copyContent(Node element, const Reporter &reporter);
     static Text owned(unsigned char *copy, const Reporter &reporter);
 
     const unsigned char *text_;
@@ -102,7 +138,7 @@ public:
     Node root() const { return root_; }
 
 private:
-    ::_xmlDoc *document_ = nullptr;
+    ::xmlDocPtr document_ = nullptr;
     Node root_ = nullptr;
 };
 
