@@ -4,7 +4,7 @@
 
 namespace dcm {
 
-Result walk(Node parent, const Walk &walk, const Reporter &reporter)
+Result walk(Node parent, const StepTable &table, void *record, const Reporter &reporter)
 {
     for (const Node element : children(parent)) {
         const char *name = nameOf(element);
@@ -12,12 +12,12 @@ Result walk(Node parent, const Walk &walk, const Reporter &reporter)
         if (name == nullptr)
             return reporter.runsOutOfMemory();
         const uint32_t key = wordKey(name);
-        const char *next = reinterpret_cast<const char *>(walk.first);
-        for (size_t i = 0; i < walk.count; i++, next += walk.stride) {
+        const char *next = reinterpret_cast<const char *>(table.first);
+        for (size_t i = 0; i < table.count; i++, next += table.stride) {
             const StepName &step = *reinterpret_cast<const StepName *>(next);
             if (step.key != key || std::strcmp(step.name, name) != 0)
                 continue;
-            if (const Result taken = walk.take(step, element, walk.record, reporter); taken != Result::ok) {
+            if (const Result taken = table.take(step, element, record, reporter); taken != Result::ok) {
                 static_cast<void>(reporter.says(step.failure));
                 return taken;
             }

@@ -100,25 +100,28 @@ inline constexpr Element holdingText(const Content &content, const Attribute *at
     return {content, attributes, count, nullptr, 0};
 }
 
-// A table, its record and its level without their types, so that the walk exists once.
-struct Walk {
+// A table without its types, so that the walk exists once.
+struct StepTable {
     const StepName *first;
     size_t stride; // from one step to the next, in bytes
     size_t count;
     Result (*take)(const StepName &step, Node element, void *record, const Reporter &reporter);
-    void *record;
 };
-Result walk(Node parent, const Walk &walk, const Reporter &reporter);
+Result walk(Node parent, const StepTable &table, void *record, const Reporter &reporter);
+
+template <class Record> Result takeStep(const StepName &step, Node element, void *record, const Reporter &reporter)
+{
+    return static_cast<const Step<Record> &>(step).take(element, *static_cast<Record *>(record), reporter);
+}
+template <const auto &rows, class Record>
+inline constexpr StepTable kStepTable = {&steps<rows>.steps[0], sizeof steps<rows>.steps[0],
+                                         std::size(steps<rows>.steps), takeStep<Record>};
 
 // Hands each child of `parent`, in document order, to its row in the table; passes over children without one. The first
 // failure ends it, after `reporter` has said what the row has for it.
 template <const auto &rows, class Record> Result walk(Node parent, Record &record, const Reporter &reporter)
 {
-    constexpr auto take = [](const StepName &step, Node element, void *erased, const Reporter &level) {
-        return static_cast<const Step<Record> &>(step).take(element, *static_cast<Record *>(erased), level);
-    };
-    const auto &table = steps<rows>.steps;
-    return walk(parent, {&table[0], sizeof table[0], std::size(table), take, &record}, reporter);
+    return walk(parent, kStepTable<rows, Record>, &record, reporter);
 }
 
 // ---- Leaves: what can be done with an element's content -------------------------------------------------------------
