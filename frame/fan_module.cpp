@@ -1,6 +1,5 @@
-#include "common/temperatures.h"
 #include "frame/frame.h"
-#include "led/led_entity.h"
+#include "frame/unit.h"
 
 #include <iterator>
 
@@ -24,23 +23,28 @@ constexpr Child<FanDraft> kFan[] = {
 constexpr const auto &kFanIds = kIdListAttributes<8, DCM_FAN_MAX>;
 constexpr const auto &kModuleIds = kIdListAttributes<8, DCM_FAN_MODULE_MAX>;
 
+struct FanModuleDraft : UnitDraft {
+    uint8_t fanNum;
+    uint8_t slot;
+    uint32_t slotOffset;
+    DcmFanInfo fan[DCM_FAN_MAX];
+};
+
 // One "fan"; needs the module's fanNum.
-Result _dcmDecodeFanEntity(Node element, DcmFanModuleInfo &module)
+Result _dcmDecodeFanEntity(Node element, FanModuleDraft &module)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kFanIds[0].name, here);
-    if (!ids)
-        return ids.missing(here, DCM_SAYS("decode fan failed, no id prop."));
-    // kept: a faulty list gives the ids before its fault.
-    uint8_t idBits[1] = {};
-    static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
+    uint8_t idBits = 0;
+    if (const Result read = readUnitIds(element, kFanIds[0], idBits, DCM_SAYS("decode fan failed, no id prop."), here);
+        read != Result::ok)
+        return read;
 
     FanDraft draft = {};
     if (const Result taken = walk<kFan>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(module.fan); i++) {
-        if (_dcmBitTest(idBits, i) == 0)
+        if (_dcmBitTest(&idBits, i) == 0)
             continue;
         if (i + 1 > module.fanNum)
             return DCM_REPORT(__func__, "decode fan failed, fan id(%u) is out of range(%u).", i + 1,
@@ -56,10 +60,6 @@ Result _dcmDecodeFanEntity(Node element, DcmFanModuleInfo &module)
 
 // ---- Fan modules ----------------------------------------------------------------------------------------------------
 
-struct FanModuleDraft : DcmFanModuleInfo {
-    uint32_t slotOffset;
-};
-
 Result takeFan(Node element, FanModuleDraft &draft, const Reporter &)
 {
     return _dcmDecodeFanEntity(element, draft);
@@ -67,12 +67,12 @@ Result takeFan(Node element, FanModuleDraft &draft, const Reporter &)
 
 Result takeLeds(Node element, FanModuleDraft &draft, const Reporter &)
 {
-    return resultOf(dcmLedDecodeEntity(element, draft.ledInfo, DCM_LED_MAX, kAttachFan, DCM_ID_UNSPEC, &draft.ledNum));
+    return takeUnitLeds(element, draft, kAttachFan);
 }
 
 Result takeLedMap(Node element, FanModuleDraft &draft, const Reporter &)
 {
-    return resultOf(dcmLedDecodeMap(element, &draft.ledMap));
+    return takeUnitLedMap(element, draft);
 }
 
 constexpr SensorSays kSensorSays = {
@@ -90,7 +90,7 @@ constexpr Child<FanModuleDraft> kFanModule[] = {
     {"fan", takeFan, kFanElement, DCM_SAYS("fan module decode fan failed.")},
     {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("fan module decode led failed.")},
     {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("fan module decode led-map failed.")},
-    {"temperature-entity", sensors<&DcmFanModuleInfo::temperatureNum, &DcmFanModuleInfo::temperature, kSensorSays>},
+    {"temperature-entity", sensors<&UnitDraft::temperatureNum, &UnitDraft::temperature, kSensorSays>},
 };
 
 } // namespace
@@ -100,19 +100,20 @@ const Element kFanModuleElement = repeated(kWithAttributes<kModuleIds, kFanModul
 Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kModuleIds[0].name, here);
-    if (!ids)
-        return ids.missing(here, DCM_SAYS("decode fanmodule-entity failed, no id prop."));
-    // kept: a faulty list gives the ids before its fault.
-    uint8_t idBits[1] = {};
-    static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
+    uint8_t idBits = 0;
+    if (const Result read =
+            readUnitIds(element, kModuleIds[0], idBits, DCM_SAYS("decode fanmodule-entity failed, no id prop."), here);
+        read != Result::ok)
+        return read;
 
+    DcmFanModuleInfo *first = firstEntry(frame.fanModuleInfo, idBits, frame.fanModuleNum);
     FanModuleDraft draft = {};
+    giveEntry(first, draft);
     if (const Result taken = walk<kFanModule>(element, draft, here); taken != Result::ok)
-        return taken;
+        return takeBack(first, taken);
 
     for (uint32_t i = 0; i < std::size(frame.fanModuleInfo); i++) {
-        if (_dcmBitTest(idBits, i) == 0)
+        if (_dcmBitTest(&idBits, i) == 0)
             continue;
         if (i + 1 > frame.fanModuleNum)
             return DCM_REPORT(__func__, "decode fanmodule-entity failed, fanmodule id(%u) is out of range(%u).", i + 1,
@@ -120,10 +121,10 @@ Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Report
         DcmFanModuleInfo &module = frame.fanModuleInfo[i];
         if (module.id != 0)
             return DCM_REPORT(__func__, "decode fanmodule-entity failed, duplicate id(%u).", i + 1);
-        module = draft;
-        module.id = static_cast<uint8_t>(i + 1);
-        if (module.slot == 0)
-            module.slot = static_cast<uint8_t>(i + 1 + draft.slotOffset);
+        file(draft, i + 1, module);
+        module.fanNum = draft.fanNum;
+        std::memcpy(module.fan, draft.fan, sizeof module.fan);
+        module.slot = draft.slot != 0 ? draft.slot : static_cast<uint8_t>(i + 1 + draft.slotOffset);
     }
     return Result::ok;
 }

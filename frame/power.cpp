@@ -1,6 +1,5 @@
-#include "common/temperatures.h"
 #include "frame/frame.h"
-#include "led/led_entity.h"
+#include "frame/unit.h"
 
 #include <iterator>
 
@@ -8,15 +7,19 @@ namespace dcm {
 
 namespace {
 
-Result takeLeds(Node element, DcmPowerInfo &draft, const Reporter &)
+struct PowerDraft : UnitDraft {
+    uint8_t modelNameLen;
+    char modelName[DCM_MODEL_NAME_SIZE];
+};
+
+Result takeLeds(Node element, PowerDraft &draft, const Reporter &)
 {
-    return resultOf(
-        dcmLedDecodeEntity(element, draft.ledInfo, DCM_LED_MAX, kAttachPower, DCM_ID_UNSPEC, &draft.ledNum));
+    return takeUnitLeds(element, draft, kAttachPower);
 }
 
-Result takeLedMap(Node element, DcmPowerInfo &draft, const Reporter &)
+Result takeLedMap(Node element, PowerDraft &draft, const Reporter &)
 {
-    return resultOf(dcmLedDecodeMap(element, &draft.ledMap));
+    return takeUnitLedMap(element, draft);
 }
 
 constexpr SensorSays kSensorSays = {
@@ -28,11 +31,11 @@ constexpr SensorSays kSensorSays = {
 // kept: ids up to 8 are accepted, and mean nothing where there is no entry for them.
 constexpr const auto &kPowerIds = kIdListAttributes<8, DCM_POWER_MAX>;
 
-constexpr Child<DcmPowerInfo> kPower[] = {
+constexpr Child<PowerDraft> kPower[] = {
     {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("power decode led failed.")},
     {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("power decode led-map failed.")},
-    {"temperature-entity", sensors<&DcmPowerInfo::temperatureNum, &DcmPowerInfo::temperature, kSensorSays>},
-    {"modelname", countedBytes<&DcmPowerInfo::modelNameLen, &DcmPowerInfo::modelName>},
+    {"temperature-entity", sensors<&UnitDraft::temperatureNum, &UnitDraft::temperature, kSensorSays>},
+    {"modelname", countedBytes<&PowerDraft::modelNameLen, &PowerDraft::modelName>},
 };
 
 } // namespace
@@ -42,28 +45,32 @@ const Element kPowerElement = repeated(kWithAttributes<kPowerIds, kPower>);
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kPowerIds[0].name, here);
-    if (!ids)
-        return ids.missing(here, DCM_SAYS("decode power-entity failed, no id prop."));
-    // kept: a faulty list gives the ids before its fault.
-    uint8_t idBits[1] = {};
-    static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
+    uint8_t idBits = 0;
+    if (const Result read =
+            readUnitIds(element, kPowerIds[0], idBits, DCM_SAYS("decode power-entity failed, no id prop."), here);
+        read != Result::ok)
+        return read;
 
-    DcmPowerInfo draft = {};
+    // kept: the index is compared, not the id, so that the id one above the announced number passes.
+    const size_t most = size_t{frame.powerNum} + 1;
+    DcmPowerInfo *first = firstEntry(frame.powerInfo, idBits, most);
+    PowerDraft draft = {};
+    giveEntry(first, draft);
     if (const Result taken = walk<kPower>(element, draft, here); taken != Result::ok)
-        return taken;
+        return takeBack(first, taken);
 
     for (uint32_t i = 0; i < std::size(frame.powerInfo); i++) {
-        if (_dcmBitTest(idBits, i) == 0)
+        if (_dcmBitTest(&idBits, i) == 0)
             continue;
-        // kept: the index is compared, not the id, so that the id one above the announced number passes.
-        if (i > frame.powerNum)
+        if (i >= most)
             return DCM_REPORT(__func__, "decode power-entity failed, id(%u) is out of range(%u).", i + 1,
                               uint32_t{frame.powerNum});
-        if (frame.powerInfo[i].id != 0)
+        DcmPowerInfo &power = frame.powerInfo[i];
+        if (power.id != 0)
             return DCM_REPORT(__func__, "decode power-entity failed, duplicate id(%u).", i + 1);
-        frame.powerInfo[i] = draft;
-        frame.powerInfo[i].id = static_cast<uint8_t>(i + 1);
+        file(draft, i + 1, power);
+        power.modelNameLen = draft.modelNameLen;
+        std::memcpy(power.modelName, draft.modelName, sizeof power.modelName);
     }
     return Result::ok;
 }

@@ -10,10 +10,11 @@ namespace {
 
 // A "led-entity" that is being decoded.
 struct LedBlock {
-    DcmLedInfo *leds;
+    DcmLedInfo *leds; // nullptr: LEDs are counted and not kept
     uint32_t room;
     uint32_t num;
-    DcmLedInfo defaults;
+    uint8_t attach;
+    uint8_t attachSlot;
     uint32_t count = 0;
 };
 
@@ -43,7 +44,9 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
     if (dcmLedTypeStr2Val(type.word(), &ledType) != 0)
         return reporter.says(DCM_SAYS("decode led type failed."));
 
-    DcmLedInfo led = block.defaults;
+    DcmLedInfo led = {};
+    led.attach = block.attach;
+    led.attachSlot = block.attachSlot;
     led.ledType = static_cast<uint8_t>(ledType);
     led.srcType = led.ledType;
     LedStates states = {led.states, ledType};
@@ -54,7 +57,9 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
         if (_dcmBitTest(idBits, id - 1) == 0 || block.count >= block.room)
             continue;
         led.id = static_cast<uint8_t>(id);
-        block.leds[block.count++] = led;
+        if (block.leds != nullptr)
+            block.leds[block.count] = led;
+        block.count++;
     }
     return Result::ok;
 }
@@ -79,12 +84,11 @@ int dcmLedDecodeEntity(struct _xmlNode *node, DcmLedInfo *leds, int32_t maxLeds,
     if (!num)
         return status(num.missing(here, DCM_SAYS("decode led failed, no num prop.")));
 
-    dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, num.number(), {}};
+    dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, num.number(),
+                           static_cast<uint8_t>(attach), static_cast<uint8_t>(attachSlot)};
     if (block.num > static_cast<uint32_t>(maxLeds))
         return status(DCM_REPORT(__func__, "decode led-entity failed, led count(%u) is out of range(%u).", block.num,
                                  static_cast<uint32_t>(maxLeds)));
-    block.defaults.attach = static_cast<uint8_t>(attach);
-    block.defaults.attachSlot = static_cast<uint8_t>(attachSlot);
     if (const dcm::Result taken = dcm::walk<dcm::kLeds>(node, block, here); taken != dcm::Result::ok)
         return status(taken);
     *count = static_cast<uint8_t>(block.count);

@@ -151,25 +151,31 @@ constexpr Attribute kSourceAttributes[] = {
     {"type", wordOf(&kLedTypeWords)},
 };
 
-Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
+// A function of its own, so that its texts are off the stack when the state pairs are read.
+[[gnu::noinline]] Result takeSourceAttributes(Node element, DcmLedHead &led, const Reporter &reporter)
 {
-    if (ledMap.isFull())
-        return ledMap.saysFull(reporter);
-    DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
     const Text name = Text::attribute(element, kSourceAttributes[0].name, reporter);
     if (name.isOutOfMemory())
         return Result::outOfMemory;
     static_cast<void>(_dcmLedName2EttInfo(name ? name.c_str() : "", led));
 
     const Text type = Text::attribute(element, kSourceAttributes[1].name, reporter);
-    if (type.isOutOfMemory())
-        return Result::outOfMemory;
-    if (type) {
-        uint32_t srcType = 0;
-        if (dcmLedTypeStr2Val(type.word(), &srcType) != 0)
-            return DCM_REPORT(reporter.function, "type(%s) is invalid .", type.c_str()); // kept: the blank
-        led.srcType = static_cast<uint8_t>(srcType);
-    }
+    if (!type)
+        return type.isOutOfMemory() ? Result::outOfMemory : Result::ok;
+    uint32_t srcType = 0;
+    if (dcmLedTypeStr2Val(type.word(), &srcType) != 0)
+        return DCM_REPORT(reporter.function, "type(%s) is invalid .", type.c_str()); // kept: the blank
+    led.srcType = static_cast<uint8_t>(srcType);
+    return Result::ok;
+}
+
+Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
+{
+    if (ledMap.isFull())
+        return ledMap.saysFull(reporter);
+    DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
+    if (const Result taken = takeSourceAttributes(element, led, reporter); taken != Result::ok)
+        return taken;
     ledMap.count++;
     return unlessOutOfMemory(decodeStateMap(element, led, Reporter{"_dcmLedDecodeStateMap"}));
 }

@@ -210,6 +210,49 @@ TEST(FanModule, DecodesItsChildrenWhateverItsId)
     }
 }
 
+namespace {
+
+const char *const twoLedsAndAMap = R"(
+    <led-entity num='2'><led id='1' type='fan'/><led id='2' type='fan'/></led-entity>
+    <led-map num='1'><led-name>led-fan-2@fan#/#</led-name></led-map>)";
+
+} // namespace
+
+TEST(FanModule, ChecksTheLedsAndLedMapThatNoEntryTakes)
+{
+    const auto unkept = modules(3, std::string("<fanmodule id='4'>") + twoLedsAndAMap + "</fanmodule>");
+    EXPECT_EQ(unkept.result, 0);
+    EXPECT_TRUE(isAllZero(unkept.info->fanModuleInfo));
+
+    const auto tooMany = modules(3, "<fanmodule id='4'><led-entity num='1'><led id='1' type='fan'/>"
+                                    "<led id='2' type='fan'/></led-entity></fanmodule>");
+    EXPECT_EQ(tooMany.result, -1);
+    EXPECT_EQ(tooMany.messages.at(0),
+              "[dcmLedDecodeEntity:#]: decode led-entity failed, led node count(1) is out of range(1).");
+
+    const auto unknownSource =
+        modules(3, "<fanmodule id='4'><led-map num='1'><source type='no'/></led-map></fanmodule>");
+    EXPECT_EQ(unknownSource.result, -1);
+    EXPECT_EQ(unknownSource.messages.at(3), "[dcmLedDecodeMap:#]: type(no) is invalid .");
+}
+
+TEST(FanModule, LeavesATakenEntryAsItWas)
+{
+    const std::string first = std::string("<fanmodule id='1'>") + twoLedsAndAMap + "</fanmodule>";
+    const auto alone = modules(1, first);
+    const auto twice =
+        modules(1, first + "<fanmodule id='1'><led-entity num='1'><led id='7' type='alarm'/></led-entity></fanmodule>");
+    EXPECT_EQ(twice.result, -1);
+    EXPECT_EQ(bytesOf(twice.info->fanModuleInfo), bytesOf(alone.info->fanModuleInfo));
+}
+
+TEST(FanModule, LeavesNoLedsInTheEntryWhenWhatFollowsFails)
+{
+    const auto frame = moduleWith(std::string(twoLedsAndAMap) + "<fan/>");
+    EXPECT_EQ(frame.result, -1);
+    EXPECT_TRUE(isAllZero(frame.info->fanModuleInfo));
+}
+
 TEST(FanModule, ReportsAnIdAboveTheAnnouncedCountAndKeepsTheCopiesBefore)
 {
     const auto frame = modules(2, "<fanmodule id='1-3'><fannum>4</fannum></fanmodule><fanmodule/>");
