@@ -1,0 +1,157 @@
+#!/usr/bin/env bash
+# What users of an installed copy meet. Usage: check_install.sh BUILD_FOLDER SOURCE_FOLDER CASE
+# CC, CXX, CMAKE_GENERATOR and CMAKE_TOOLCHAIN_FILE are those of the build.
+set -euo pipefail
+
+build=$1
+source=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+# An installed copy that is not where it was installed.
+copy=$folder/moved/dcm
+
+fail() {
+    printf 'not so: %s\n' "$*"
+    exit 1
+}
+
+# Shows what a command says only when it fails.
+quietly() {
+    "$@" >"$folder/log" 2>&1 || {
+        cat "$folder/log"
+        fail "$* succeeds"
+    }
+}
+
+configure() {
+    quietly cmake ${CMAKE_TOOLCHAIN_FILE:+"-DCMAKE_TOOLCHAIN_FILE=$CMAKE_TOOLCHAIN_FILE"} "$@"
+}
+
+install_and_move() {
+    quietly cmake --install "$build" --prefix "$folder/installed" "$@"
+    mkdir -p "${copy%/*}"
+    mv "$folder/installed" "$copy"
+}
+
+# The folder of the copy that holds a file or folder of that name.
+folder_of() {
+    local found
+    found=$(find "$copy" -name "$1")
+    [ -n "$found" ] || fail "$1 is installed"
+    dirname "$found"
+}
+
+# Leaves in flags what pkg-config says of the copy, and in libraries where its libraries lie.
+pkg_config_of_the_copy() {
+    PKG_CONFIG_PATH=$(folder_of dcm.pc)
+    export PKG_CONFIG_PATH
+    libraries=$(folder_of dcm.pc)/..
+    read -ra flags <<<"$(pkg-config "$@" dcm)"
+}
+
+# The libraries that a program loads when it starts.
+needs() {
+    readelf --wide --dynamic "$1" | sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p'
+}
+
+# client c|cxx: configures, builds and runs the clients in that language with the copy.
+client() {
+    # A toolchain file may keep CMake from looking outside its sysroot: name the folder itself.
+    configure -S "$source/tests/install/$1" -B "$folder/$1" "-Ddcm_DIR=$(folder_of dcm-config.cmake)" \
+        "-DDCM_EXAMPLE=$source/examples/device.xml"
+    quietly cmake --build "$folder/$1"
+    (cd "$folder/$1" && quietly ctest --output-on-failure)
+}
+
+find_package_serves_programs_in_c() {
+    install_and_move
+    client c
+    ! needs "$folder/c/client_dcm_static" | grep -E 'dcm|stdc\+\+' || fail 'the static library needs neither of these'
+    needs "$folder/c/client_dcm" | grep -qx 'libdcm\.so\.[0-9]*' || fail 'dcm::dcm is the shared library'
+}
+
+find_package_serves_programs_in_cxx() {
+    install_and_move
+    client cxx
+    needs "$folder/cxx/client_dcm_shared" | grep -qx 'libdcm\.so\.[0-9]*' || fail 'the program needs libdcm.so'
+}
+
+find_package_tells_what_is_missing() {
+    install_and_move
+    find "$copy" -name 'dcm-static-targets*' -delete
+    ! cmake ${CMAKE_TOOLCHAIN_FILE:+"-DCMAKE_TOOLCHAIN_FILE=$CMAKE_TOOLCHAIN_FILE"} -S "$source/tests/install/c" \
+        -B "$folder/c" "-Ddcm_DIR=$(folder_of dcm-config.cmake)" >"$folder/log" 2>&1 ||
+        fail 'a program that wants the static library cannot be configured without it'
+    grep -q 'There is no static library of dcm' "$folder/log" || fail 'the static library is named as missing'
+}
+
+pkg_config_serves_programs_in_c_and_cxx() {
+    local flags libraries
+    install_and_move
+    pkg_config_of_the_copy --cflags --libs
+    quietly "$CC" -std=c11 "$source/tests/client/frame_client.c" "${flags[@]}" "-Wl,-rpath,$libraries" -o "$folder/in-c"
+    quietly "$folder/in-c"
+    quietly "$CXX" -std=c++17 "$source/tests/install/cxx/card_client.cpp" "${flags[@]}" "-Wl,-rpath,$libraries" \
+        -o "$folder/in-cxx"
+    quietly "$folder/in-cxx" "$source/examples/device.xml"
+    [[ " ${flags[*]} " != *' -lxml2 '* ]] || fail 'a program that links the shared library names no libxml2'
+}
+
+pkg_config_links_the_static_library() {
+    local flags libraries
+    install_and_move
+    find "$copy" -name 'libdcm.so*' -delete
+    pkg_config_of_the_copy --static --cflags --libs
+    quietly "$CC" -std=c11 "$source/tests/client/frame_client.c" "${flags[@]}" -o "$folder/in-c"
+    quietly "$folder/in-c"
+}
+
+# Whoever packs an image installs below its root, and the prefix is the one of the build.
+destdir_puts_all_below_the_root() {
+    local prefix file
+    prefix=$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
+    DESTDIR=$folder/image quietly cmake --install "$build"
+    copy=$folder/image
+    for file in dcm.h libdcm.a libdcm.so "libdcm.so.*" dcm.pc dcm-config.cmake device.xml; do
+        [ -n "$(find "$folder/image$prefix" -name "$file")" ] || fail "DESTDIR takes $file"
+    done
+    ! grep -rlI -F "$folder" "$folder/image" || fail 'no installed text names the image folder'
+}
+
+# Debug information names the folder of the sources: that is its purpose. Nothing else does.
+nothing_installed_names_the_build() {
+    install_and_move --strip
+    ! grep -rl -F -e "$source" -e "$build" "$copy" --exclude=libdcm.a || fail 'no installed file names the folder of the sources'
+}
+
+# builds_alone CMAKE-ARGUMENT...: a build without the tool, where nothing else than libxml2 can be found; not optimised.
+builds_alone() {
+    configure -S "$source" -B "$folder/build" -DCMAKE_BUILD_TYPE=Debug -DDCM_BUILD_TOOL=OFF -DDCM_BUILD_TESTS=OFF \
+        -DCMAKE_DISABLE_FIND_PACKAGE_{CLI11,GTest,benchmark,nlohmann_json,Doxygen}=ON "$@"
+    quietly cmake --build "$folder/build" --parallel 2
+    build=$folder/build
+    install_and_move
+    [ -z "$(find "$copy" -path '*/bin/*' -o -path '*/man1/*' -o -path '*/bash-completion/*')" ] ||
+        fail 'nothing of the tool is installed'
+}
+
+a_build_of_the_static_library_alone_serves_programs() {
+    builds_alone -DDCM_BUILD_SHARED=OFF
+    [ -z "$(find "$copy" -name 'libdcm.so*')" ] || fail 'no shared library is installed'
+    client c
+    ! needs "$folder/c/client_dcm" | grep libdcm || fail 'dcm::dcm is the static library'
+    if [ -z "${CMAKE_TOOLCHAIN_FILE-}" ]; then
+        local flags libraries
+        pkg_config_of_the_copy --cflags --libs
+        quietly "$CC" -std=c11 "$source/tests/client/frame_client.c" "${flags[@]}" -o "$folder/in-c"
+        quietly "$folder/in-c"
+    fi
+}
+
+a_build_of_the_shared_library_alone_serves_programs() {
+    builds_alone -DDCM_BUILD_STATIC=OFF
+    [ -z "$(find "$copy" -name 'libdcm.a')" ] || fail 'no static library is installed'
+    client cxx
+}
+
+"$3"
