@@ -1,21 +1,23 @@
 # What "cmake --install" puts where. Everything finds its neighbours from where it lies, so that an installed tree may be
-# moved, or built into an image with DESTDIR or --prefix.
+# moved, or built into an image with DESTDIR or --prefix. "--component" installs a part: "runtime" is what programs that
+# link the shared library run with, "development" what they are built with, "tool" the tool and what its users read.
 include(CMakePackageConfigHelpers)
 
 set(DCM_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/dcm)
 
 # --- The library -----------------------------------------------------------------------------------------------------
 
-install(FILES include/dcm.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES include/dcm.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 # An export for each library: a program that links the shared one needs nothing of libxml2's to build.
 foreach(library IN ITEMS shared static)
     string(TOUPPER ${library} kind)
     if(DCM_BUILD_${kind})
         install(TARGETS dcm_${library} EXPORT dcm-${library}
-            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-        install(EXPORT dcm-${library} NAMESPACE dcm:: FILE dcm-${library}-targets.cmake DESTINATION ${DCM_CMAKE_DIR})
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+        install(EXPORT dcm-${library} NAMESPACE dcm:: FILE dcm-${library}-targets.cmake
+            DESTINATION ${DCM_CMAKE_DIR} COMPONENT development)
     endif()
 endforeach()
 
@@ -23,7 +25,7 @@ configure_package_config_file(cmake/dcm-config.cmake.in ${PROJECT_BINARY_DIR}/dc
     INSTALL_DESTINATION ${DCM_CMAKE_DIR} NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/dcm-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/dcm-config.cmake ${PROJECT_BINARY_DIR}/dcm-config-version.cmake
-    DESTINATION ${DCM_CMAKE_DIR})
+    DESTINATION ${DCM_CMAKE_DIR} COMPONENT development)
 
 # --- pkg-config: folders below the prefix are named by the way to them from the file ----------------------------------
 
@@ -43,25 +45,25 @@ else()
     set(DCM_PC_REQUIRES Requires)
 endif()
 configure_file(cmake/dcm.pc.in ${PROJECT_BINARY_DIR}/dcm.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/dcm.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/dcm.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 # --- The tool and what is read ---------------------------------------------------------------------------------------
 
-# install_all PATTERN DESTINATION: every file of the sources whose name matches.
-function(install_all pattern destination)
+# install_all COMPONENT PATTERN DESTINATION: every file of the sources whose name matches.
+function(install_all component pattern destination)
     file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${pattern})
     if(files)
-        install(FILES ${files} DESTINATION ${destination})
+        install(FILES ${files} DESTINATION ${destination} COMPONENT ${component})
     endif()
 endfunction()
 
+install_all(development man/*.3 ${CMAKE_INSTALL_MANDIR}/man3)
 if(DCM_BUILD_TOOL)
-    install(TARGETS dcm_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    install_all(man/*.1 ${CMAKE_INSTALL_MANDIR}/man1)
-    install_all(completions/dcm ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(TARGETS dcm_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+    install_all(tool man/*.1 ${CMAKE_INSTALL_MANDIR}/man1)
+    install_all(tool completions/dcm ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 endif()
-install_all(man/*.3 ${CMAKE_INSTALL_MANDIR}/man3)
-install_all(man/*.5 ${CMAKE_INSTALL_MANDIR}/man5)
-install_all(schema/*.rnc ${CMAKE_INSTALL_DATADIR}/dcm/schema)
-install_all(schema/*.rng ${CMAKE_INSTALL_DATADIR}/dcm/schema)
-install_all(examples/*.xml ${CMAKE_INSTALL_DOCDIR}/examples)
+install_all(tool man/*.5 ${CMAKE_INSTALL_MANDIR}/man5)
+install_all(tool schema/*.rnc ${CMAKE_INSTALL_DATADIR}/dcm/schema)
+install_all(tool schema/*.rng ${CMAKE_INSTALL_DATADIR}/dcm/schema)
+install_all(tool examples/*.xml ${CMAKE_INSTALL_DOCDIR}/examples)

@@ -118,6 +118,18 @@ destdir_puts_all_below_the_root() {
     ! grep -rlI -F "$folder" "$folder/image" || fail 'no installed text names the image folder'
 }
 
+# Packages are made of the components: together they are the whole.
+components_make_up_the_whole() {
+    local component
+    quietly cmake --install "$build" --prefix "$folder/whole"
+    for component in runtime development tool; do
+        quietly cmake --install "$build" --prefix "$folder/parts" --component "$component"
+        [ "$component" != runtime ] || [ -z "$(find "$folder/parts" ! -type d ! -name 'libdcm.so.*')" ] ||
+            fail 'the library is all that is there at run time'
+    done
+    diff -r "$folder/whole" "$folder/parts" || fail 'each file that is installed belongs to a component'
+}
+
 # Debug information names the folder of the sources: that is its purpose. Nothing else does.
 nothing_installed_names_the_build() {
     install_and_move --strip

@@ -1,0 +1,9 @@
+# shellcheck shell=bash
+# Works on copies of the tree.
+
+# copy_tree FOLDER: the sources as they stand, without what is built.
+copy_tree() {
+    rm -rf "$1"
+    mkdir -p "$1"
+    tar --create --exclude=./.git --exclude=./build . | tar --extract --directory "$1"
+}
