@@ -31,6 +31,7 @@
 
 #include <stdint.h>
 
+/** Marks what the library exports. */
 #if defined(__GNUC__)
 #define DCM_API __attribute__((visibility("default")))
 #else
@@ -302,6 +303,7 @@ typedef struct DcmSlotInfo {
     DcmPowerInfo powerInfo[DCM_POWER_MAX];         /**< entry i: power entity i + 1 */
 } DcmSlotInfo;
 
+/** 1 where the compiler lays out bit-fields from the most significant bit. */
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
 #define DCM_BIG_ENDIAN_BIT_FIELDS 1
 #else
@@ -704,21 +706,21 @@ DCM_API const char *dcmPortPoeInrushCapVal2Str(uint32_t value);    /**< reverse 
  */
 /** @{ */
 enum {
-    DCM_ETT_CLASS_ROWS = 13,
-    DCM_ETT_ATTACH_ROWS = 6,
-    DCM_LED_FREQ_ROWS = 5,
-    DCM_LED_COLOR_ROWS = 4,
-    DCM_LED_TYPE_ROWS = 19,
-    DCM_LED_SYS_STATE_ROWS = 9,
-    DCM_LED_POWER_STATE_ROWS = 4,
-    DCM_LED_FAN_STATE_ROWS = 4,
-    DCM_LED_STACK_STATE_ROWS = 2,
-    DCM_LED_MASTER_STATE_ROWS = 4,
-    DCM_LED_POE_STATE_ROWS = 2,
-    DCM_LED_ALARM_STATE_ROWS = 5,
-    DCM_LED_CARD_STATE_ROWS = 3,
-    DCM_LED_USB_STATE_ROWS = 2,
-    DCM_TEMPER_TYPE_ROWS = 8
+    DCM_ETT_CLASS_ROWS = 13,       /**< rows of #gDcmEttClass */
+    DCM_ETT_ATTACH_ROWS = 6,       /**< rows of #gDcmEttAttachStrs */
+    DCM_LED_FREQ_ROWS = 5,         /**< rows of #gDcmLedFreqStrs */
+    DCM_LED_COLOR_ROWS = 4,        /**< rows of #gDcmLedColorStrs */
+    DCM_LED_TYPE_ROWS = 19,        /**< rows of #gDcmLedTypeStrs */
+    DCM_LED_SYS_STATE_ROWS = 9,    /**< rows of #gDcmLedSysStateStrs */
+    DCM_LED_POWER_STATE_ROWS = 4,  /**< rows of #gDcmLedPowerStateStrs */
+    DCM_LED_FAN_STATE_ROWS = 4,    /**< rows of #gDcmLedFanStateStrs */
+    DCM_LED_STACK_STATE_ROWS = 2,  /**< rows of #gDcmLedStackStateStrs */
+    DCM_LED_MASTER_STATE_ROWS = 4, /**< rows of #gDcmLedMasterStateStrs */
+    DCM_LED_POE_STATE_ROWS = 2,    /**< rows of #gDcmLedPoeStateStrs */
+    DCM_LED_ALARM_STATE_ROWS = 5,  /**< rows of #gDcmLedAlarmStateStrs */
+    DCM_LED_CARD_STATE_ROWS = 3,   /**< rows of #gDcmLedCardStateStrs */
+    DCM_LED_USB_STATE_ROWS = 2,    /**< rows of #gDcmLedUsbStateStrs */
+    DCM_TEMPER_TYPE_ROWS = 8       /**< rows of #gDcmTemperTypeStrs */
 };
 extern DCM_API char gDcmEttClass[DCM_ETT_CLASS_ROWS][DCM_KEYWORD_SIZE];                /**< entity classes */
 extern DCM_API char gDcmEttAttachStrs[DCM_ETT_ATTACH_ROWS][DCM_KEYWORD_SIZE];          /**< attachments */
