@@ -67,3 +67,8 @@ install_all(tool man/*.5 ${CMAKE_INSTALL_MANDIR}/man5)
 install_all(tool schema/*.rnc ${CMAKE_INSTALL_DATADIR}/dcm/schema)
 install_all(tool schema/*.rng ${CMAKE_INSTALL_DATADIR}/dcm/schema)
 install_all(tool examples/*.xml ${CMAKE_INSTALL_DOCDIR}/examples)
+
+# --- What it is made of ----------------------------------------------------------------------------------------------
+
+include(cmake/bom.cmake)
+install(FILES ${PROJECT_BINARY_DIR}/bom.cdx.json DESTINATION ${CMAKE_INSTALL_DATADIR}/dcm COMPONENT development)
