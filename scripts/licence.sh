@@ -28,12 +28,16 @@ verb_licence() {
     sed -i -e "s/^SPDX-FileCopyrightText = .*/SPDX-FileCopyrightText = \"$holder\"/" \
         -e "s/^SPDX-License-Identifier = .*/SPDX-License-Identifier = \"$id\"/" REUSE.toml
     sed -i -e "s/^Copyright: .*/Copyright: $holder/" -e "s/^License: .*/License: $id/" debian/copyright
-    while read -r file; do
+    # The lists are complete before the first file changes: a search that still runs would find new ones.
+    local in_cxx in_scripts
+    mapfile -t in_cxx < <(sources '*.h' '*.c' '*.cpp')
+    mapfile -t in_scripts < <(sources CMakeLists.txt '*.cmake'; scripts)
+    for file in "${in_cxx[@]}"; do
         licence_stamp "$file" // "$id" "$holder"
-    done < <(sources '*.h' '*.c' '*.cpp')
-    while read -r file; do
+    done
+    for file in "${in_scripts[@]}"; do
         licence_stamp "$file" '#' "$id" "$holder"
-    done < <(sources CMakeLists.txt '*.cmake'; scripts)
+    done
     [ -f "LICENSES/$id.txt" ] ||
         say "Put the text of the licence into LICENSES/$id.txt, and its own words into debian/copyright"
 }
