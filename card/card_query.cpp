@@ -184,8 +184,8 @@ enum CardAttribute { kTypeId, kMode, kName, kAbbrName };
 constexpr Attribute kCardAttributes[] = {
     {"typeid", numberOf(32)},
     {"mode", numberOf(32)},
-    {"name", limited(Kind::text, DCM_CARD_NAME_SIZE - 1)},
-    {"abbrname", limited(Kind::text, DCM_CARD_ABBR_NAME_SIZE - 1)},
+    {"name", textOf(DCM_CARD_NAME_SIZE - 1)},
+    {"abbrname", textOf(DCM_CARD_ABBR_NAME_SIZE - 1)},
 };
 
 // A name keeps room for a terminator, but what counts is its length.

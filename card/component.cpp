@@ -58,8 +58,7 @@ constexpr Attribute kComponentAttributes[] = {
     {"num", numberOf(8), Need::required},
 };
 constexpr Element kComponentElement = repeated(
-    holdingText(limited(Kind::text, DCM_MODEL_NAME_SIZE), kComponentAttributes, std::size(kComponentAttributes)),
-    DCM_COMPONENT_MAX);
+    holdingText(textOf(DCM_MODEL_NAME_SIZE), kComponentAttributes, std::size(kComponentAttributes)), DCM_COMPONENT_MAX);
 
 // One "component"; those beyond "num" are passed over. What it does not give counts as 0.
 Result takeComponent(Node element, ComponentList &list, const Reporter &reporter)

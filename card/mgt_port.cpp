@@ -34,8 +34,8 @@ constexpr Child<DcmMethIfInfo> kPort[] = {
     {"workmode", keyword<&DcmMethIfInfo::workmode, dcmWorkmodeStr2Val>, DCM_SAYS("decode mgt-port failed.")},
     {"driver", keyword<&DcmMethIfInfo::drvType, dcmDriverTypeStr2Val>, DCM_SAYS("decode mgt-port failed.")},
     {"ifname", bytes<&DcmMethIfInfo::ifName>},
-    {"supportlaser", keywordThrough<setSupportLaser, dcmYesNoStr2Val>, DCM_SAYS("decode mgt-port failed.")},
-    {"supportmediachg", keywordThrough<setSupportMediaChg, dcmYesNoStr2Val>,
+    {kSupportLaserName, keywordThrough<setSupportLaser, dcmYesNoStr2Val>, DCM_SAYS("decode mgt-port failed.")},
+    {kSupportMediaChgName, keywordThrough<setSupportMediaChg, dcmYesNoStr2Val>,
      DCM_SAYS("decode mgt-port supportmediachg failed.")},
     // kept: a management port's transceivers go by the text of a panel port.
     {"transceiver-caps", capabilities<&DcmMethIfInfo::transceiverCaps, dcmPortTransceiverCapStr2Val, 1>,

@@ -44,29 +44,25 @@ Result takeFanCtrlBits(Node element, DcmTemperatureInfo &sensor, const Reporter 
     return unlessOutOfMemory(list);
 }
 
-// A threshold may be negative: its field keeps the low bits, which are its two's complement.
-template <auto Field> struct Degrees : Number<Field> {
-    static constexpr const Element &format = kNumber<std::make_signed_t<FieldType<Field>>>;
-};
-template <auto Field> constexpr Degrees<Field> degrees;
+constexpr Element kDescription = {textOf(DCM_DESCRIPTION_SIZE, DCM_DESCRIPTION_SIZE - 1)};
 
 constexpr Child<DcmTemperatureInfo> kTemperature[] = {
-    {"highthreshold", degrees<&DcmTemperatureInfo::highThreshold>},
-    {"lowthreshold", degrees<&DcmTemperatureInfo::lowThreshold>},
-    {"actionhighthreshold", degrees<&DcmTemperatureInfo::actionHighThreshold>},
-    {"actionhighthresholdmax", degrees<&DcmTemperatureInfo::actionHighThresholdMax>},
-    {"actionhighthresholdmin", degrees<&DcmTemperatureInfo::actionHighThresholdMin>},
-    {"actionlowthreshold", degrees<&DcmTemperatureInfo::actionLowThreshold>},
-    {"actionlowthresholdmax", degrees<&DcmTemperatureInfo::actionLowThresholdMax>},
-    {"actionlowthresholdmin", degrees<&DcmTemperatureInfo::actionLowThresholdMin>},
-    {"workthreshold", degrees<&DcmTemperatureInfo::workThreshold>},
-    {"workreserved", degrees<&DcmTemperatureInfo::workReserved>},
+    {"highthreshold", signedNumber<&DcmTemperatureInfo::highThreshold>},
+    {"lowthreshold", signedNumber<&DcmTemperatureInfo::lowThreshold>},
+    {"actionhighthreshold", signedNumber<&DcmTemperatureInfo::actionHighThreshold>},
+    {"actionhighthresholdmax", signedNumber<&DcmTemperatureInfo::actionHighThresholdMax>},
+    {"actionhighthresholdmin", signedNumber<&DcmTemperatureInfo::actionHighThresholdMin>},
+    {"actionlowthreshold", signedNumber<&DcmTemperatureInfo::actionLowThreshold>},
+    {"actionlowthresholdmax", signedNumber<&DcmTemperatureInfo::actionLowThresholdMax>},
+    {"actionlowthresholdmin", signedNumber<&DcmTemperatureInfo::actionLowThresholdMin>},
+    {"workthreshold", signedNumber<&DcmTemperatureInfo::workThreshold>},
+    {"workreserved", signedNumber<&DcmTemperatureInfo::workReserved>},
     {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
     {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
-    {"description", takeDescription, kText<DCM_DESCRIPTION_SIZE>},
+    {"description", takeDescription, kDescription},
     {"type", takeType, kWord<dcmTemperTypeStr2Val>},
     {"actioncapability", takeActionCapability, kBitList<8>, DCM_SAYS("decode temperature action capability failed.")},
-    {"fanctrlbits", takeFanCtrlBits, kBitList<16>},
+    {kFanCtrlBitsName, takeFanCtrlBits, kBitList<16>},
 };
 
 constexpr Attribute kAttributes[] = {{"id", numberOf(8), Need::required}};

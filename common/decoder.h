@@ -134,7 +134,7 @@ Result takeNumber(Node element, uint32_t &field, const Reporter &reporter);
 
 template <class Value> inline constexpr Element kNumber = {numberOf(sizeof(Value) * 8, std::is_signed_v<Value>)};
 template <size_t Limit> inline constexpr Element kBitList = {bitListOf(Limit)};
-template <size_t Limit> inline constexpr Element kText = {limited(Kind::text, Limit)};
+template <size_t Limit> inline constexpr Element kText = {textOf(Limit)};
 template <Converter converter> inline constexpr Element kWord = {wordOf(wordsOf<converter>)};
 
 template <class> struct MemberOf;
@@ -153,6 +153,12 @@ template <auto Field> struct Number {
     }
 };
 template <auto Field> constexpr Number<Field> number;
+
+// The same where a description may write a negative number, of which the field keeps the two's complement.
+template <auto Field> struct SignedNumber : Number<Field> {
+    static constexpr const Element &format = kNumber<std::make_signed_t<FieldType<Field>>>;
+};
+template <auto Field> constexpr SignedNumber<Field> signedNumber;
 
 // The value of the keyword in an element's content; the converter has reported what is none.
 Result convert(Node element, Converter converter, uint32_t &value, const Reporter &reporter);
@@ -188,7 +194,8 @@ Result takeCapabilities(Node element, const char *childName, Converter converter
                         size_t offset, const Reporter &reporter);
 inline constexpr char kCap[] = "cap";
 template <auto Set, Converter converter, uint32_t First = 0, const char *childName = kCap> struct Capabilities {
-    static constexpr Element word = repeated(kWord<converter>);
+    static constexpr Element word =
+        repeated({setWordOf(wordsOf<converter>, First, sizeof(FieldType<Set>) * 8), nullptr, 0, nullptr, 0});
     static constexpr NamedElement child = {childName, &word};
     static constexpr Element format = {{}, nullptr, 0, &child, 1};
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)

@@ -15,12 +15,12 @@ enum class Kind : uint8_t {
     number,     // any number; `bits` of it are kept
     count,      // the number of entries announced, from `least` to `limit`; `bits` of it are kept
     id,         // one number from `least` to `limit`, or to the announced count where `limit` is 0
-    keyword,    // a word of `vocabulary`
+    keyword,    // a word of `vocabulary`; in a set, whose `limit` bits begin with the value `least`
     ledState,   // a word of the state table of the LED type at hand
     bitList,    // a range list of numbers from 1 to `limit`, of which those up to `kept` mean something
     numberList, // numbers with any one character between two, at most `limit` of them
     typeIds,    // a comma list of type ids
-    text,       // any text; `limit` bytes of it are kept
+    text,       // any text of at most `limit` bytes; `kept` bytes are kept of a longer one
     ledName,    // an LED name, as in "led-fan-2@slot3/#"
     source      // a source position, as in "src-3/1"
 };
@@ -69,6 +69,21 @@ constexpr Content limited(Kind kind, size_t limit)
 constexpr Content wordOf(const Vocabulary *vocabulary)
 {
     return {Kind::keyword, 0, false, 0, 0, 0, vocabulary};
+}
+
+constexpr Content setWordOf(const Vocabulary *vocabulary, uint8_t first, size_t bits)
+{
+    return {Kind::keyword, 0, false, first, 0, bits, vocabulary};
+}
+
+constexpr Content textOf(size_t limit, size_t kept)
+{
+    return {Kind::text, 0, false, 0, static_cast<uint16_t>(kept), limit};
+}
+
+constexpr Content textOf(size_t limit)
+{
+    return textOf(limit, limit);
 }
 
 enum class Need : uint8_t { optional, required };

@@ -18,6 +18,7 @@ Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporte
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
 
 // What those elements may hold.
+extern const Element kSlotInfoElement; // a "slotinfo", whose slots come in order
 extern const Element kFanModuleElement;
 extern const Element kFanCtrlElement;
 extern const Element kFanCtrlGroupElement;

@@ -218,7 +218,7 @@ constexpr Child<DcmFrameInfo> kFrame[] = {
     {"maxslotnum", number<&DcmFrameInfo::maxSlotId>},
     {"slotmap", takeSlotmap, kHolding<kSlotmap>},
     {"cardtypecaps", takeCardTypeCaps, kHolding<kCardTypeCaps>},
-    {"slotinfo", _dcmDecodeSlotInfo, kHolding<kSlotList>},
+    {"slotinfo", _dcmDecodeSlotInfo, kSlotInfoElement},
     {"fanmodule-entity", counted<&DcmFrameInfo::fanModuleNum, DCM_FAN_MODULE_MAX, kFanModules, kFanModuleSays>},
     {"fanctrl-entity", counted<&DcmFrameInfo::fanCtrlNum, DCM_FAN_CTRL_MAX, kFanCtrls, kFanCtrlSays>},
     {"power-entity", counted<&DcmFrameInfo::powerNum, DCM_POWER_MAX, kPowers, kPowerSays>},
@@ -258,6 +258,7 @@ Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
 
 } // namespace
 
+const Element kSlotInfoElement = kHolding<kSlotList>;
 const Element kFrameElement = repeated(kWithAttributes<kFrameAttributes, kFrame>);
 
 void clearFrame(uint32_t typeId, DcmFrameInfo &info)

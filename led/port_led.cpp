@@ -14,7 +14,7 @@ constexpr Attribute kAttributes[] = {
     {"type", wordOf(&kLedTypeWords), Need::required},
     {"start-id", numberOf(8), Need::required},
     {"end-id", numberOf(8), Need::required},
-    {"name-prefix", limited(Kind::text, DCM_PORT_LED_PREFIX_SIZE), Need::required},
+    {"name-prefix", textOf(DCM_PORT_LED_PREFIX_SIZE), Need::required},
 };
 
 // One "port-led": a run of port LEDs. Runs that the block has no room for are passed over.

@@ -63,7 +63,7 @@ constexpr Child<InnerPortDraft> kPortGroup[] = {
     {"cardid", number<&DcmInnerIfInfo::cardId>},
     {"portid", number<&DcmInnerIfInfo::portId>},
     {"ifname", takeGroupIfName, kText<kIfNameLength>},
-    {"portid-offset", number<&InnerPortDraft::portIdOffset>},
+    {"portid-offset", signedNumber<&InnerPortDraft::portIdOffset>},
     {"ifname-prefix", takeIfNamePrefix, kText<kPrefixLength>},
 };
 

@@ -20,7 +20,7 @@ constexpr Child<SfuPortDraft> kPortGroup[] = {
     {"slotid", number<&DcmInnerIfInfo::slotId>},
     {"cardid", number<&DcmInnerIfInfo::cardId>},
     {"portid", number<&DcmInnerIfInfo::portId>},
-    {"portid-offset", number<&SfuPortDraft::portIdOffset>},
+    {"portid-offset", signedNumber<&SfuPortDraft::portIdOffset>},
 };
 
 } // namespace
