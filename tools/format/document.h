@@ -1,0 +1,42 @@
+// A text in blocks, which is written as Markdown or as a man page. Within a block, `this` is a word of a description,
+// and [this](#there) leads to a heading.
+#ifndef DCM_TOOLS_FORMAT_DOCUMENT_H
+#define DCM_TOOLS_FORMAT_DOCUMENT_H
+
+#include <string>
+#include <vector>
+
+namespace dcmformat {
+
+// What is told of an attribute or element in the table of its parent.
+struct Row {
+    std::string name;
+    std::string value;
+    std::string leftOut;
+    std::string meaning;
+    std::string wrong;
+    std::string example;
+};
+
+struct Block {
+    enum class Kind { heading, paragraph, item, code, table };
+    Kind kind;
+    std::string text; // of a table: "Attribute" or "Element"
+    int level = 0;    // of a heading, from 2
+    std::vector<Row> rows = {};
+};
+using Document = std::vector<Block>;
+
+// Reads blocks that are written as in Markdown: "## heading", "- item", code behind 4 blanks, paragraphs.
+Document readBlocks(const std::string &text);
+
+// Where a heading is found in Markdown.
+std::string anchorOf(const std::string &heading);
+
+std::string toMarkdown(const Document &document);
+// The body of a man page in mdoc.
+std::string toMdoc(const Document &document);
+
+} // namespace dcmformat
+
+#endif

@@ -1,0 +1,205 @@
+#include "tools/format/reference.h"
+
+#include "tools/format/document.h"
+#include "tools/format/values.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace dcmformat {
+
+namespace {
+
+std::string coded(const std::string &text)
+{
+    return "`" + text + "`";
+}
+
+std::string linked(const Place &section)
+{
+    return "[" + section.path + "](#" + anchorOf(section.path) + ")";
+}
+
+std::string tag(const std::string &name, const std::string &content)
+{
+    return "<" + name + ">" + content + "</" + name + ">";
+}
+
+std::string howMany(const Place &place)
+{
+    const size_t most = place.element->most;
+    if (most == dcm::kAnyNumber)
+        return "any number";
+    return most == 1 ? "one" : "at most " + std::to_string(most);
+}
+
+std::string howOften(const Place &place)
+{
+    const size_t most = place.element->most;
+    if (most == dcm::kAnyNumber)
+        return "any number of times";
+    return most == 1 ? "once" : "at most " + std::to_string(most) + " times";
+}
+
+// The value of an element in the table of its parent.
+std::string valueOf(const Place &place)
+{
+    if (place.isSection())
+        return howMany(place) + "; see " + linked(*place.described);
+    if (!place.isList())
+        return describe(place, place.element->content) + (place.element->most == 1 ? "" : "; " + howMany(place));
+    const Place &item = *place.children.front();
+    return coded("<" + item.name + ">") + ", " + howMany(item) + ", each a " + describe(item, item.element->content);
+}
+
+Row rowOf(const Place &place, const Prose &prose)
+{
+    const std::string name = coded("<" + place.name + ">");
+    if (place.isSection()) {
+        // Its own section says the rest.
+        const std::string &meaning = prose.of(place.described->path).meaning;
+        const size_t end = meaning.find(". ");
+        std::string first = meaning.substr(0, end == std::string::npos ? end : end + 1);
+        std::replace(first.begin(), first.end(), '\n', ' ');
+        return {name, valueOf(place), "", first.substr(0, first.find(". ")), "", ""};
+    }
+    const Entry &entry = prose.of(place.path);
+    return {name, valueOf(place), entry.leftOut, entry.meaning, entry.wrong, coded(exampleOf(place, entry))};
+}
+
+Block attributeTable(const Place &section, const Prose &prose)
+{
+    Block table = {Block::Kind::table, "Attribute"};
+    for (size_t i = 0; i < section.element->attributeCount; i++) {
+        const dcm::Attribute &attribute = section.element->attributes[i];
+        const Entry &entry = prose.of(attributeKey(section, attribute));
+        table.rows.push_back({coded(attribute.name), describe(section, attribute.content),
+                              attribute.need == dcm::Need::required ? "required" : entry.leftOut, entry.meaning,
+                              entry.wrong, coded(std::string(attribute.name) + "=\"" + entry.example + "\"")});
+    }
+    return table;
+}
+
+Block elementTable(const Place &section, const Prose &prose)
+{
+    Block table = {Block::Kind::table, "Element"};
+    for (const auto &child : section.children)
+        table.rows.push_back(rowOf(*child, prose));
+    return table;
+}
+
+std::string whereItStands(const Tree &tree, const Place &section)
+{
+    std::string parents;
+    for (const Place *place : tree.placesOf(section))
+        if (place->parent != nullptr)
+            parents +=
+                (parents.empty() ? "" : ", ") + (place->parent->path == "device" ? "`device`" : linked(*place->parent));
+    if (parents.empty())
+        return "The root of a file.";
+    return "Stands in " + parents + ", " + howOften(section) + ".";
+}
+
+void addParagraphs(Document &document, const std::string &text)
+{
+    for (Block &block : readBlocks(text))
+        document.push_back(std::move(block));
+}
+
+void addSection(Document &document, const Tree &tree, const Place &section, const Prose &prose)
+{
+    const Entry &entry = prose.of(section.path);
+    document.push_back({Block::Kind::heading, section.path, 3});
+    addParagraphs(document, entry.meaning);
+    std::string where = whereItStands(tree, section);
+    if (section.element->content.kind != dcm::Kind::none)
+        where += " Its text: " + describe(section, section.element->content) + ".";
+    if (!entry.wrong.empty())
+        where += " Wrong: " + entry.wrong;
+    document.push_back({Block::Kind::paragraph, where});
+    if (section.element->attributeCount > 0)
+        document.push_back(attributeTable(section, prose));
+    if (!section.children.empty())
+        document.push_back(elementTable(section, prose));
+    document.push_back({Block::Kind::paragraph, "Example:"});
+    document.push_back({Block::Kind::code, entry.example});
+}
+
+std::string listOf(const std::vector<std::string> &words)
+{
+    std::string text;
+    for (const std::string &word : words)
+        text += (text.empty() ? "" : ", ") + coded(word);
+    return text + ".";
+}
+
+Document makeReference(const Tree &tree, const Prose &prose, const std::string &introduction)
+{
+    Document document = readBlocks(introduction);
+    document.push_back({Block::Kind::heading, "Elements", 2});
+    document.push_back({Block::Kind::paragraph,
+                        "An element goes by its path below `device`. What stands in several places is described once, "
+                        "at the shortest of its paths."});
+    for (const Place *section : tree.sections())
+        addSection(document, tree, *section, prose);
+
+    document.push_back({Block::Kind::heading, "Words", 2});
+    for (const NamedVocabulary &vocabulary : vocabularies()) {
+        document.push_back({Block::Kind::heading, vocabulary.title, 3});
+        addParagraphs(document, prose.of("words " + vocabulary.name).meaning);
+        document.push_back({Block::Kind::paragraph, listOf(wordsOf(*vocabulary.words))});
+    }
+    document.push_back({Block::Kind::heading, "LED states", 3});
+    document.push_back({Block::Kind::paragraph, "The type of an LED says which states it knows."});
+    for (const LedStates &states : ledStates())
+        document.push_back({Block::Kind::item, listOf(states.types).substr(0, listOf(states.types).size() - 1) + ": " +
+                                                   (states.words.empty() ? "none." : listOf(states.words))});
+    return document;
+}
+
+} // namespace
+
+std::string exampleOf(const Place &place, const Entry &entry)
+{
+    if (place.isSection())
+        return entry.example;
+    if (!place.isList())
+        return tag(place.name, entry.example);
+    std::istringstream values(entry.example);
+    std::string items;
+    for (std::string value; values >> value;)
+        items += tag(place.children.front()->name, value);
+    return tag(place.name, items);
+}
+
+std::string markdownReference(const Tree &tree, const Prose &prose, const std::string &introduction)
+{
+    return "<!-- Written by \"./dev reference\" from the library's tables and docs/format/: change those. -->\n\n"
+           "# The format of descriptions\n\n" +
+           toMarkdown(makeReference(tree, prose, introduction));
+}
+
+std::string manPage(const Tree &tree, const Prose &prose, const std::string &introduction)
+{
+    return ".\\\" Written by \"./dev reference\" from the library's tables and docs/format/: change those.\n"
+           ".Dd November 21, 2026\n"
+           ".Dt DCM-DESCRIPTION 5\n"
+           ".Os\n"
+           ".Sh NAME\n"
+           ".Nm dcm-description\n"
+           ".Nd format of the files that describe a network element's hardware\n"
+           ".Sh DESCRIPTION\n" +
+           toMdoc(makeReference(tree, prose, introduction)) +
+           ".Sh FILES\n"
+           ".Bl -tag -width Ds\n"
+           ".It Pa /etc/zorconf/device/device.xml\n"
+           "The device description that queries read unless they are given another.\n"
+           ".It Pa /etc/zorconf/device/vm\\-ID.xml\n"
+           "The panel ports of a virtual machine.\n"
+           ".El\n"
+           ".Sh SEE ALSO\n"
+           ".Xr dcm 1 ,\n"
+           ".Xr dcm 3\n";
+}
+
+} // namespace dcmformat
