@@ -63,6 +63,11 @@ readme_commands() {
     printf '%s\n' "$commands"
 }
 
+# Each command makes a program, which is run; a folder is where it finds a shared library that is not installed.
+fresh_runs() {
+    sed "s,\$,\n${1:+LD_LIBRARY_PATH=$1 }./program examples/device.xml,"
+}
+
 verb_fresh() {
     [ "$(id -u)" -eq 0 ] || fail 'fresh needs root: it makes a system in a folder and works in there'
     command -v apt-get >/dev/null || fail 'this takes a system with apt'
@@ -76,10 +81,9 @@ verb_fresh() {
     on_fresh './dev demo' './dev demo'
     on_fresh './dev test' './dev test'
     on_fresh 'linking from the tree' "$programs
-        $(readme_commands 'Asking from a program' | sed 's,$,\nLD_LIBRARY_PATH=build/release ./program examples/device.xml,')"
+        $(readme_commands 'Asking from a program' | fresh_runs build/release)"
     on_fresh 'installing' "$(readme_commands Installing | grep -v '^cc ')"
-    on_fresh 'linking what is installed' "$(readme_commands Installing | grep '^cc ')
-        ./program examples/device.xml
+    on_fresh 'linking what is installed' "$(readme_commands Installing | grep '^cc ' | fresh_runs)
         dcm frame 1 --file /usr/local/share/doc/dcm/examples/device.xml
         cmake -S tests/install/cxx -B /tmp/client -DDCM_EXAMPLE=/root/dcm/examples/device.xml
         cmake --build /tmp/client
