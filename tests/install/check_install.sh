@@ -54,18 +54,19 @@ needs() {
     readelf --wide --dynamic "$1" | sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p'
 }
 
-# client c|cxx: configures, builds and runs the clients in that language with the copy.
+# client c|cxx [CMAKE-ARGUMENT...]: configures, builds and runs the clients in that language with the copy.
 client() {
     # A toolchain file may keep CMake from looking outside its sysroot: name the folder itself.
     configure -S "$source/tests/install/$1" -B "$folder/$1" "-Ddcm_DIR=$(folder_of dcm-config.cmake)" \
-        "-DDCM_EXAMPLE=$source/examples/device.xml"
+        "-DDCM_EXAMPLE=$source/examples/device.xml" "${@:2}"
     quietly cmake --build "$folder/$1"
     (cd "$folder/$1" && quietly ctest --output-on-failure)
 }
 
 find_package_serves_programs_in_c() {
     install_and_move
-    client c
+    # What counts as C++ is linked by the C++ compiler where there is one, with its runtime. Here it cannot link.
+    client c -DDCM_FURTHER_LANGUAGES=CXX -DCMAKE_CXX_LINK_EXECUTABLE=not-this-way
     ! needs "$folder/c/client_dcm_static" | grep -E 'dcm|stdc\+\+' || fail 'the static library needs neither of these'
     needs "$folder/c/client_dcm" | grep -qx 'libdcm\.so\.[0-9]*' || fail 'dcm::dcm is the shared library'
 }
