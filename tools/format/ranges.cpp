@@ -18,9 +18,9 @@ std::string digits(uint64_t first, uint64_t last)
 {
     if (first == last)
         return digit(first);
-    const auto span = [](char from, uint64_t one, uint64_t other) {
-        const char begin = static_cast<char>(from + one);
-        const char end = static_cast<char>(from + other);
+    const auto span = [](char zero, uint64_t one, uint64_t other) {
+        const char begin = static_cast<char>(zero + static_cast<char>(one));
+        const char end = static_cast<char>(zero + static_cast<char>(other));
         return begin == end ? std::string(1, begin) : std::string(1, begin) + "-" + end;
     };
     std::string characters;
