@@ -41,6 +41,12 @@ std::string howOften(const Place &place)
     return most == 1 ? "once" : "at most " + std::to_string(most) + " times";
 }
 
+// "one of the words", "a number".
+std::string article(const std::string &value)
+{
+    return value.compare(0, 7, "number ") == 0 ? "a " + value : value;
+}
+
 // The value of an element in the table of its parent.
 std::string valueOf(const Place &place)
 {
@@ -49,7 +55,8 @@ std::string valueOf(const Place &place)
     if (!place.isList())
         return describe(place, place.element->content) + (place.element->most == 1 ? "" : "; " + howMany(place));
     const Place &item = *place.children.front();
-    return coded("<" + item.name + ">") + ", " + howMany(item) + ", each a " + describe(item, item.element->content);
+    return coded("<" + item.name + ">") + ", " + howMany(item) + ", each " +
+           article(describe(item, item.element->content));
 }
 
 Row rowOf(const Place &place, const Prose &prose)

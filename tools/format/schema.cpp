@@ -104,7 +104,7 @@ private:
         }
         case dcm::Kind::keyword: {
             const NamedVocabulary &vocabulary = nameOf(content.vocabulary);
-            return words("words." + vocabulary.name, wordsOf(*vocabulary.words));
+            return words("words." + vocabulary.name, wordsOf(content));
         }
         case dcm::Kind::ledState:
             return anyLedState();

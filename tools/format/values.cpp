@@ -29,11 +29,12 @@ std::string fromTo(const Range &range)
     return "from " + std::to_string(range.first) + " to " + std::to_string(range.last);
 }
 
-std::string oneOf(const dcm::Vocabulary *vocabulary)
+std::string oneOf(const dcm::Content &content)
 {
-    const std::vector<std::string> words = wordsOf(*vocabulary);
+    const std::vector<std::string> words = wordsOf(content);
+    const NamedVocabulary &vocabulary = nameOf(content.vocabulary);
     if (words.size() > kFewWords)
-        return "one of the [" + nameOf(vocabulary).title + "](#" + anchorOf(nameOf(vocabulary).title) + ")";
+        return "one of the [" + vocabulary.title + "](#" + anchorOf(vocabulary.title) + ")";
     std::string text;
     for (size_t i = 0; i < words.size(); i++)
         text += (i == 0 ? "`" : i + 1 == words.size() ? " or `" : ", `") + words[i] + "`";
@@ -83,6 +84,21 @@ std::vector<std::string> wordsOf(const dcm::Vocabulary &words)
     return dcmfuzz::wordsOf(words);
 }
 
+std::vector<std::string> wordsOf(const dcm::Content &content)
+{
+    const dcm::Vocabulary &vocabulary = *content.vocabulary;
+    std::vector<std::string> words = wordsOf(vocabulary);
+    if (content.limit == 0)
+        return words;
+    const auto hasNoRoom = [&](const std::string &word) {
+        uint32_t value = 0;
+        return !dcm::readWord(vocabulary, reinterpret_cast<const unsigned char *>(word.c_str()), &value) ||
+               value < content.least || value - content.least >= content.limit;
+    };
+    words.erase(std::remove_if(words.begin(), words.end(), hasNoRoom), words.end());
+    return words;
+}
+
 std::vector<LedStates> ledStates()
 {
     std::vector<LedStates> all;
@@ -126,7 +142,7 @@ std::string describe(const Place &place, const dcm::Content &content)
         return content.limit != 0 ? "number " + fromTo(rangeOf(place, content))
                                   : "number from " + std::to_string(content.least) + " to the parent's `num`";
     case dcm::Kind::keyword:
-        return oneOf(content.vocabulary);
+        return oneOf(content);
     case dcm::Kind::ledState:
         return "one of the [LED states](#led-states)";
     case dcm::Kind::bitList:

@@ -19,8 +19,9 @@ struct NamedVocabulary {
 const std::vector<NamedVocabulary> &vocabularies();
 const NamedVocabulary &nameOf(const dcm::Vocabulary *words);
 
-// The words that descriptions may write.
+// The words that descriptions may write; of a set only those that it has room for.
 std::vector<std::string> wordsOf(const dcm::Vocabulary &words);
+std::vector<std::string> wordsOf(const dcm::Content &content);
 
 // LED types that know the same states.
 struct LedStates {
