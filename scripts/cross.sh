@@ -9,13 +9,13 @@ cross_sysroot() {
     [ ! -f "$sysroot/complete" ] || return 0
     say "Downloading libraries for $architecture"
     private_apt_update "$architecture" "$architecture" deb
-    # libxml2 with all that it needs at run time, what its headers include, and the tool's header-only library.
+    # libxml2 with all that it needs at run time, what its headers include, and the tool's header-only libraries.
     packages=$(private_apt "$architecture" --simulate --no-install-recommends install libxml2 |
         sed -n 's/^Inst \([^ ]*\) .*/\1/p') || fail "apt finds no libxml2 for $architecture"
     debs=$root/build/apt/$architecture/debs
     mkdir -p "$debs"
     # shellcheck disable=SC2086  # a list of names
-    (cd "$debs" && quietly private_apt "$architecture" download $packages libxml2-dev libicu-dev libcli11-dev) ||
+    (cd "$debs" && quietly private_apt "$architecture" download $packages libxml2-dev libicu-dev libcli11-dev nlohmann-json3-dev) ||
         fail "cannot download the libraries for $architecture"
     rm -rf "$sysroot"
     mkdir -p "$sysroot"

@@ -7,11 +7,15 @@ source=$2
 example=$source/examples/device.xml
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
+[ ! -t 0 ] || exec </dev/null
 
-# run ARGUMENT...: leaves status, $folder/out and $folder/err. DCM_EMULATOR runs what was built for another machine.
+# DCM_EMULATOR runs what was built for another machine.
+tool() { ${DCM_EMULATOR:+"$DCM_EMULATOR"} "$dcm" "$@"; }
+
+# run ARGUMENT...: leaves status, $folder/out and $folder/err.
 run() {
     status=0
-    ${DCM_EMULATOR:+"$DCM_EMULATOR"} "$dcm" "$@" >"$folder/out" 2>"$folder/err" </dev/null || status=$?
+    tool "$@" >"$folder/out" 2>"$folder/err" || status=$?
 }
 
 # expect WHAT CONDITION...
@@ -31,6 +35,24 @@ silent() { [ ! -s "$folder/$1" ]; }
 exits() { [ "$status" -eq "$1" ]; }
 # The report below its "file:" line is the golden one.
 prints_golden() { tail -n +3 "$folder/out" | cmp -s - "$source/tests/golden/$1"; }
+
+# Standard output follows a schema of docs/schema.
+follows() { python3 "$source/tests/tool/validate.py" "$source/docs/schema/$1.schema.json" "$folder/out"; }
+# lists LINE: a line of the list, whatever the blanks in it.
+lists() { tr -s ' ' <"$folder/out" | grep -qxF -- "$1"; }
+
+# A description of which one card fails, one passes over a fault, and a slot has no type.
+write_faulty() {
+    cat >"$folder/faulty.xml" <<'XML'
+<device>
+  <frame typeid="1"><maxslotnum>3</maxslotnum></frame>
+  <slot typeid="2,0x12"/><slot/>
+  <card typeid="7" name="seven"><mgt-port num="5"/></card>
+  <card typeid="8" mode="1"><temperature-entity num="1"><temperature id="1"><fanctrlbits>x</fanctrlbits></temperature>
+  </temperature-entity></card>
+</device>
+XML
+}
 
 prints_each_report() {
     run frame 1 --file "$example"
@@ -78,7 +100,8 @@ fails_with_1_when_the_query_fails() {
 
 fails_with_64_on_wrong_usage() {
     for command in '' 'unknown' 'frame' 'frame x' 'frame 1x' 'frame -1' 'frame 4294967296' 'frame 1 2' 'card 1 2 3' \
-        'slot 1 --fil' 'vm 256' 'vm' 'frame 1 --unknown'; do
+        'slot 1 --fil' 'vm 256' 'vm' 'frame 1 --unknown' 'list 1' 'list --jso' 'export vm' 'export frame 1 2' 'export card x' \
+        'export card 1 2 3'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
         expect "'dcm $command' is wrong usage" exits 64
@@ -90,11 +113,11 @@ fails_with_64_on_wrong_usage() {
 helps() {
     run --help
     expect 'help succeeds' exits 0
-    for command in frame slot card vm; do
+    for command in frame slot card vm list export; do
         expect "help names $command" says out "$command"
     done
-    expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage.'
-    for command in frame slot card vm; do
+    expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read.'
+    for command in frame slot card vm list export; do
         run "$command" --help
         expect "$command --help succeeds" exits 0
         expect "$command --help shows its usage" says out "dcm $command"
@@ -109,6 +132,121 @@ logs_on_standard_error_when_asked() {
     expect 'what is logged stands on standard error' says err 'can not find frame with typeid=99.'
     run frame 99 --file "$example"
     expect 'nothing is logged unasked' silent err
+}
+
+exports_what_the_queries_give() {
+    run export --file "$example"
+    expect 'the export succeeds' exits 0
+    expect 'it follows its schema' follows export
+    expect 'nothing is said on standard error' silent err
+    expect 'it names its file' says out "\"file\": \"$example\""
+    for kind in frame slot card; do
+        run export "$kind" -f "$example"
+        expect "the export of each $kind follows the schema" follows export
+        expect "it has each $kind" says out "\"${kind}s\": ["
+        expect "it has nothing else" [ "$(grep -cE '^  "(frames|slots|cards|vms)"' "$folder/out")" -eq 1 ]
+    done
+    run export slot 0x12 --file "$example"
+    expect 'a slot is found by its second id' exits 0
+    expect 'the record holds the id that was asked for' says out '"type": 18,'
+    run export card 0x402 1 --file "$example"
+    expect 'a card in a mode is exported' says out '"name": "Transponder, 100G"'
+    expect 'and no other' [ "$(grep -c '"record"' "$folder/out")" -eq 1 ]
+    run export card 0x402 --file "$example"
+    expect 'a card without mode is in mode 0' says out '"name": "Multiplexing transponder, 10 x 10G to 100G"'
+    run export --file "$source/examples/vm-3.xml"
+    expect 'a port list is exported, too' exits 0
+    expect 'it follows the schema' follows export
+}
+
+exports_the_rest_when_a_query_fails() {
+    write_faulty
+    run export --file "$folder/faulty.xml"
+    expect 'a failing query fails the export' exits 1
+    expect 'the rest follows the schema' follows export
+    expect 'what fails has no record' says out '"record":null'
+    expect 'standard error says where and why' says err "$folder/faulty.xml:4:4: xmlfile($folder/faulty.xml) card decode mgt-port failed, num(=5) invalid."
+    run export card 8 1 --file "$folder/faulty.xml"
+    expect 'a fault that is passed over fails nothing' exits 0
+    expect 'a card without a name has that of the card before it, as its query does' says out '"name": "seven"'
+    run export card 7 --file "$folder/faulty.xml"
+    expect 'a failing card fails' exits 1
+    expect 'it is there without record' says out '"record":null'
+    run export card 9 --file "$folder/faulty.xml"
+    expect 'a type that is not described fails' exits 1
+    expect 'nothing is exported' silent out
+    expect 'standard error says that it is not there' says err 'no card has type id 9 and mode 0.'
+    run export slot 9 --file "$folder/faulty.xml"
+    expect 'so it is with a slot' says err 'no slot has type id 9.'
+}
+
+lists_what_is_described() {
+    run list --file "$example"
+    expect 'the list succeeds' exits 0
+    expect 'nothing is said on standard error' silent err
+    expect 'its columns have titles' lists 'KIND TYPE MODE NAME SLOTS PORTS FANS SUPPLIES LEDS PLACE QUERY'
+    expect 'a frame is listed' lists 'frame 0x1 - - 22 - 12 2 18 22:4 ok'
+    expect 'a slot is listed with all its ids' lists 'slot 0x2,0x12 - - - 26 0 0 - 595:4 ok'
+    expect 'a card is listed with its mode' lists 'card 0x402 1 Transponder, 100G 1 3 - - 0 1466:4 ok'
+    expect 'its columns are aligned' [ "$(sed 's/[^ ]*$//' "$folder/out" | awk '{ print length }' | uniq | wc -l)" -eq 1 ]
+    run list --json --file "$example"
+    expect 'the list for programs succeeds' exits 0
+    expect 'it follows its schema' follows list
+    run list --file "$source/examples/vm-3.xml"
+    expect 'a port list is listed, too' lists 'vm - - - - 5 - - - 7:2 ok'
+    write_faulty
+    run list --file "$folder/faulty.xml"
+    expect 'a failing query fails the list' exits 1
+    expect 'it says which' lists 'card 0x7 0 - - - - - - 4:4 fails'
+    expect 'a slot without id is listed' lists 'slot - - - - 0 0 0 - 3:27 ok'
+    expect 'standard error says why' says err "$folder/faulty.xml:4:4: xmlfile($folder/faulty.xml) card decode mgt-port failed, num(=5) invalid."
+    run list --json --file "$folder/faulty.xml"
+    expect 'so it is for programs' exits 1
+    expect 'the rest follows the schema' follows list
+}
+
+list_and_export_read_standard_input() {
+    for command in list 'list --json' export; do
+        # shellcheck disable=SC2086 # words of a command
+        run $command --file - <"$example"
+        expect "$command reads standard input" exits 0
+        expect "$command lists a card of it" grep -qE '0x402|1026' "$folder/out"
+    done
+}
+
+list_and_export_fail_with_66_without_a_description() {
+    printf '<device>\n<card>\n</device>' >"$folder/torn.xml"
+    echo '<chassis/>' >"$folder/foreign.xml"
+    for command in list export; do
+        run "$command" --file "$folder/none.xml"
+        expect "$command fails with 66 without a file" exits 66
+        expect 'standard error says why' says err "dcm: $folder/none.xml: No such file or directory"
+        expect 'standard output is silent' silent out
+        run "$command" --file "$folder/torn.xml"
+        expect "$command fails with 66 when the file is no XML" exits 66
+        expect 'standard error says where' says err "$folder/torn.xml:3:"
+        run "$command" --file "$folder/foreign.xml"
+        expect "$command fails with 66 when the file describes no device" exits 66
+        expect 'standard error says so' says err "$folder/foreign.xml:1:1: no description of a device"
+        expect 'standard output is silent' silent out
+    done
+}
+
+list_and_export_end_quietly_when_nobody_reads() {
+    for command in list export; do
+        # Whoever ignores the signal gets an error from write.
+        tool "$command" --file "$example" 2>"$folder/err" | true
+        expect "$command is quiet when nobody reads" silent err
+        (
+            trap '' PIPE
+            tool "$command" --file "$example" 2>"$folder/err" | true
+        )
+        expect "$command is quiet when writing fails because nobody reads" silent err
+        status=0
+        tool "$command" --file "$example" 2>"$folder/err" >/dev/full || status=$?
+        expect "$command fails when it cannot write" exits 1
+        expect 'and says so' says err 'dcm: standard output: No space left on device'
+    done
 }
 
 "$3"

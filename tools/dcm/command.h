@@ -5,12 +5,17 @@
 #include <CLI/CLI.hpp>
 
 // What the tool exits with.
-enum Exit { kSuccess = 0, kQueryFailed = 1, kWrongUsage = 64 };
+enum Exit { kSuccess = 0, kQueryFailed = 1, kWrongUsage = 64, kUnreadable = 66 };
 
 void addFrameCommand(CLI::App &app, Exit &exit);
 void addSlotCommand(CLI::App &app, Exit &exit);
 void addCardCommand(CLI::App &app, Exit &exit);
 void addVmCommand(CLI::App &app, Exit &exit);
+void addListCommand(CLI::App &app, Exit &exit);
+void addExportCommand(CLI::App &app, Exit &exit);
+
+// The description that a command reads.
+void addFileOption(CLI::App &command, std::string &file, const std::string &more = "");
 
 // The options that the commands on a device description share.
 struct DeviceOptions {

@@ -19,7 +19,9 @@ int run(int argc, char **argv)
     addSlotCommand(app, exit);
     addCardCommand(app, exit);
     addVmCommand(app, exit);
-    app.footer("Exit status: 0 success, 1 the query failed, 64 wrong usage.");
+    addListCommand(app, exit);
+    addExportCommand(app, exit);
+    app.footer("Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read.");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -1,0 +1,160 @@
+#include "tools/dcm/command.h"
+#include "tools/dcm/described.h"
+#include "tools/dcm/json_text.h"
+#include "tools/dcm/own_output.h"
+#include "tools/dcm/record_json.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <memory>
+#include <optional>
+
+using namespace dcmtool;
+
+namespace {
+
+constexpr int kVersion = 1; // of what is exported: docs/schema/export.schema.json
+
+struct Options {
+    std::string file;
+    std::optional<RecordKind> kind; // none: the whole file
+    std::optional<uint32_t> type;   // none: all of the kind
+    uint32_t mode = 0;
+};
+
+const char *arrayName(RecordKind kind)
+{
+    switch (kind) {
+    case RecordKind::frame:
+        return "frames";
+    case RecordKind::slot:
+        return "slots";
+    case RecordKind::card:
+        return "cards";
+    case RecordKind::vm:
+        break;
+    }
+    return "vms";
+}
+
+bool isWanted(const Options &options, const DescribedType &type)
+{
+    if (options.kind && *options.kind != type.kind)
+        return false;
+    if (!options.type)
+        return true;
+    const auto &ids = type.typeIds;
+    return std::find(ids.begin(), ids.end(), *options.type) != ids.end() && options.mode == type.mode;
+}
+
+// An entry whose query fails has no record.
+template <class Record> Json recordOf(Queries &queries, const DescribedType &type)
+{
+    Record info;
+    return queries.run(type, info) ? toJson(info) : Json();
+}
+
+Json recordOf(Queries &queries, const DescribedType &type)
+{
+    switch (type.kind) {
+    case RecordKind::frame:
+        return recordOf<DcmFrameInfo>(queries, type);
+    case RecordKind::slot:
+        return recordOf<DcmSlotInfo>(queries, type);
+    case RecordKind::card:
+        return recordOf<DcmCardInfo>(queries, type);
+    case RecordKind::vm:
+        break;
+    }
+    return recordOf<DcmVmPortInfo>(queries, type);
+}
+
+Json entryOf(const DescriptionFile &file, Queries &queries, const Options &options, const DescribedType &type)
+{
+    Json entry = Json::object();
+    if (type.kind != RecordKind::vm)
+        entry["typeIds"] = type.typeIds;
+    if (type.kind == RecordKind::card)
+        entry["mode"] = type.mode;
+    const Place place = placeOf(file, type);
+    entry["line"] = place.line;
+    entry["column"] = place.column;
+    // Of several ids a record holds the one that was asked for.
+    DescribedType asked = type;
+    if (options.type)
+        asked.typeIds = {*options.type};
+    entry["record"] = recordOf(queries, asked);
+    return entry;
+}
+
+void sayNotFound(const DescriptionFile &file, const Options &options)
+{
+    std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, file.name().c_str(), kindName(*options.kind),
+                 *options.type);
+    if (*options.kind == RecordKind::card)
+        std::fprintf(stderr, " and mode %" PRIu32, options.mode);
+    std::fputs(".\n", stderr);
+}
+
+Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
+{
+    Json json = {{"format", "dcm-export"}, {"version", kVersion}, {"file", file.name()}};
+    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
+        if (options.kind ? *options.kind == kind : file.isVm() == (kind == RecordKind::vm))
+            json[arrayName(kind)] = Json::array();
+
+    Queries queries(file);
+    Exit exit = kSuccess;
+    bool isFound = false;
+    for (const DescribedType &type : file.types()) {
+        // A query takes the first that it finds.
+        if (isFound && options.type)
+            break;
+        if (!isWanted(options, type)) {
+            queries.pass(type);
+            continue;
+        }
+        isFound = true;
+        Json &entries = json[arrayName(type.kind)];
+        entries.push_back(entryOf(file, queries, options, type));
+        if (entries.back()["record"].is_null())
+            exit = kQueryFailed;
+    }
+    if (options.type && !isFound) {
+        sayNotFound(file, options);
+        return kQueryFailed;
+    }
+    return output.print(jsonText(json)) ? exit : kQueryFailed;
+}
+
+Exit runExport(const Options &options)
+{
+    const OwnOutput output;
+    const auto file = openDescription(options.file);
+    return file != nullptr ? exportFrom(*file, options, output) : kUnreadable;
+}
+
+void addKind(CLI::App &command, RecordKind kind, const std::shared_ptr<Options> &options)
+{
+    const std::string name = kindName(kind);
+    CLI::App *ofKind = command.add_subcommand(name, "Every " + name + ", or the one of a type");
+    ofKind->add_option("TYPE", options->type, "Type id of the " + name + " [all]")->type_name("");
+    if (kind == RecordKind::card)
+        ofKind->add_option("MODE", options->mode, "Mode of the card [0]")->type_name("");
+    ofKind->callback([options, kind] { options->kind = kind; });
+}
+
+} // namespace
+
+void addExportCommand(CLI::App &app, Exit &exit)
+{
+    CLI::App *command = app.add_subcommand("export", "Print what a description describes as JSON");
+    const auto options = std::make_shared<Options>();
+    addFileOption(*command, options->file, ", - for standard input");
+    command->require_subcommand(0, 1);
+    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card})
+        addKind(*command, kind, options);
+    // A command's callback runs after those of its own commands.
+    command->callback([options, &exit] { exit = runExport(*options); });
+}

@@ -1,0 +1,61 @@
+#include "tools/dcm/own_output.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace dcmtool {
+
+namespace {
+
+// Standard output goes to what `descriptor` is.
+void redirect(int descriptor)
+{
+    static_cast<void>(std::fflush(stdout));
+    static_cast<void>(dup2(descriptor, STDOUT_FILENO));
+}
+
+} // namespace
+
+OwnOutput::OwnOutput() : descriptor_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3))
+{
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0)
+        return;
+    redirect(nowhere);
+    if (nowhere != STDOUT_FILENO)
+        close(nowhere);
+}
+
+OwnOutput::~OwnOutput()
+{
+    if (descriptor_ < 0)
+        return;
+    redirect(descriptor_);
+    close(descriptor_);
+}
+
+bool OwnOutput::print(const std::string &text) const
+{
+    for (size_t done = 0; done < text.size();) {
+        const ssize_t written = write(descriptor_, text.data() + done, text.size() - done);
+        if (written >= 0) {
+            done += static_cast<size_t>(written);
+        } else if (errno != EINTR) {
+            if (errno != EPIPE)
+                std::fprintf(stderr, "dcm: standard output: %s\n",
+                             std::strerror(errno)); // NOLINT(concurrency-mt-unsafe)
+            return false;
+        }
+    }
+    return true;
+}
+
+bool OwnOutput::isTerminal() const
+{
+    return isatty(descriptor_) == 1;
+}
+
+} // namespace dcmtool
