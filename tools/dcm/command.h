@@ -5,12 +5,13 @@
 #include <CLI/CLI.hpp>
 
 // What the tool exits with.
-enum Exit { kSuccess = 0, kQueryFailed = 1, kWrongUsage = 64, kUnreadable = 66 };
+enum Exit { kSuccess = 0, kQueryFailed = 1, kWarnings = 1, kErrors = 2, kWrongUsage = 64, kUnreadable = 66 };
 
 void addFrameCommand(CLI::App &app, Exit &exit);
 void addSlotCommand(CLI::App &app, Exit &exit);
 void addCardCommand(CLI::App &app, Exit &exit);
 void addVmCommand(CLI::App &app, Exit &exit);
+void addCheckCommand(CLI::App &app, Exit &exit);
 void addListCommand(CLI::App &app, Exit &exit);
 void addExportCommand(CLI::App &app, Exit &exit);
 

@@ -19,6 +19,7 @@ int run(int argc, char **argv)
     addSlotCommand(app, exit);
     addCardCommand(app, exit);
     addVmCommand(app, exit);
+    addCheckCommand(app, exit);
     addListCommand(app, exit);
     addExportCommand(app, exit);
     app.footer("Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read.");

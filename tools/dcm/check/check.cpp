@@ -1,0 +1,247 @@
+#include "tools/dcm/check/check.h"
+
+#include "card/card_format.h"
+#include "frame/frame_format.h"
+#include "slot/slot_format.h"
+#include "tools/dcm/check/format_lookup.h"
+#include "vm/vm_format.h"
+
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace dcmtool {
+
+// ---- The format -----------------------------------------------------------------------------------------------------
+
+const std::vector<dcm::NamedElement> &deviceChildren()
+{
+    static const std::vector<dcm::NamedElement> children = {
+        {dcm::kFrameName, &dcm::kFrameElement},
+        {dcm::kSlotName, &dcm::kSlotElement},
+        {dcm::kCardName, &dcm::kCardElement},
+    };
+    return children;
+}
+
+const dcm::NamedElement &rowOf(RecordKind kind)
+{
+    static const dcm::NamedElement vm = {dcm::kVmName, &dcm::kVmElement};
+    return kind == RecordKind::vm ? vm : deviceChildren()[static_cast<size_t>(kind)];
+}
+
+size_t findRow(const dcm::Element &format, const char *name, size_t from)
+{
+    for (size_t i = 0; i < format.childCount; i++) {
+        const size_t row = from + i < format.childCount ? from + i : from + i - format.childCount;
+        if (std::strcmp(format.children[row].name, name) == 0)
+            return row;
+    }
+    return format.childCount;
+}
+
+const dcm::Attribute *findAttribute(const dcm::Element &format, const char *name)
+{
+    for (size_t i = 0; i < format.attributeCount; i++)
+        if (std::strcmp(format.attributes[i].name, name) == 0)
+            return &format.attributes[i];
+    return nullptr;
+}
+
+const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind)
+{
+    for (size_t i = 0; i < format.attributeCount; i++)
+        if (format.attributes[i].content.kind == kind)
+            return &format.attributes[i];
+    return nullptr;
+}
+
+const dcm::Element *formatOf(Node element)
+{
+    const Node parent = element->parent;
+    if (parent == nullptr || parent->type != XML_ELEMENT_NODE)
+        return dcm::isNamed(element, dcm::kVmName) ? &dcm::kVmElement : nullptr;
+    if (parent->parent == nullptr || parent->parent->type != XML_ELEMENT_NODE) {
+        if (!dcm::isNamed(parent, dcm::kVmName)) {
+            for (const dcm::NamedElement &child : deviceChildren())
+                if (dcm::isNamed(element, child.name))
+                    return child.element;
+            return nullptr;
+        }
+    }
+    const dcm::Element *format = formatOf(parent);
+    if (format == nullptr)
+        return nullptr;
+    const size_t row = findRow(*format, dcm::nameOf(element));
+    return row < format->childCount ? format->children[row].element : nullptr;
+}
+
+const dcm::Attribute *Spot::attribute(const char *attributeName) const
+{
+    return findAttribute(*format, attributeName);
+}
+
+// ---- Paths ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// An element among others of its kind goes by its first attribute.
+std::string stepOf(Node element)
+{
+    std::string step = dcm::nameOf(element);
+    const dcm::Element *format = formatOf(element);
+    if (format == nullptr || format->most == 1 || format->attributeCount == 0)
+        return step;
+    const dcm::Text id = dcm::Text::attribute(element, format->attributes[0].name, {"dcm"});
+    if (id && *id.c_str() != '\0')
+        step.append(" ").append(id.c_str());
+    // A card has a second one.
+    if (format == &dcm::kCardElement) {
+        const dcm::Text mode = dcm::Text::attribute(element, format->attributes[1].name, {"dcm"});
+        if (mode && mode.number() != 0)
+            step.append(" ").append(format->attributes[1].name).append(" ").append(mode.c_str());
+    }
+    return step;
+}
+
+} // namespace
+
+std::string pathOf(Node element)
+{
+    const Node parent = element->parent;
+    const bool isBelowRoot = parent != nullptr && parent->type == XML_ELEMENT_NODE;
+    if (!isBelowRoot || (dcm::isNamed(parent, dcm::kDeviceName) && parent->parent->type != XML_ELEMENT_NODE))
+        return stepOf(element);
+    return pathOf(parent) + "/" + stepOf(element);
+}
+
+// ---- Findings -------------------------------------------------------------------------------------------------------
+
+Finding &Findings::at(Node element, Span span, std::string text)
+{
+    Finding finding;
+    finding.check = running_;
+    finding.severity = running_->severity;
+    finding.element = element;
+    finding.span = span;
+    finding.path = element != nullptr ? pathOf(element) : "";
+    finding.text = std::move(text);
+    all_.push_back(std::move(finding));
+    return all_.back();
+}
+
+Finding &Findings::at(const Value &value, std::string text)
+{
+    return value.attribute != nullptr ? atValue(value.spot, value.attribute->name, std::move(text))
+                                      : atContent(value.spot, std::move(text));
+}
+
+Finding &Findings::atName(const Spot &spot, std::string text)
+{
+    return at(spot.node, file_.nameSpan(spot.node), std::move(text));
+}
+
+Finding &Findings::atAttribute(const Spot &spot, const char *attribute, std::string text)
+{
+    return at(spot.node, file_.attributeSpan(spot.node, attribute), std::move(text));
+}
+
+Finding &Findings::atValue(const Spot &spot, const char *attribute, std::string text)
+{
+    return at(spot.node, file_.valueSpan(spot.node, attribute), std::move(text));
+}
+
+Finding &Findings::atContent(const Spot &spot, std::string text)
+{
+    return at(spot.node, file_.contentSpan(spot.node), std::move(text));
+}
+
+// ---- Words ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// How many letters have to be changed, left out, put in or swapped with their neighbour.
+size_t distance(const std::string &one, const std::string &other)
+{
+    std::vector<std::vector<size_t>> cost(one.size() + 1, std::vector<size_t>(other.size() + 1));
+    for (size_t i = 0; i <= one.size(); i++)
+        cost[i][0] = i;
+    for (size_t j = 0; j <= other.size(); j++)
+        cost[0][j] = j;
+    for (size_t i = 1; i <= one.size(); i++)
+        for (size_t j = 1; j <= other.size(); j++) {
+            const size_t change = cost[i - 1][j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1);
+            cost[i][j] = std::min({change, cost[i - 1][j] + 1, cost[i][j - 1] + 1});
+            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
+                cost[i][j] = std::min(cost[i][j], cost[i - 2][j - 2] + 1);
+        }
+    return cost[one.size()][other.size()];
+}
+
+// Without what people get wrong most: blanks, capitals, and which mark stands between the parts.
+std::string plain(const std::string &text)
+{
+    std::string letters;
+    for (const char character : text)
+        if (std::strchr(" \t\r\n-_.", character) == nullptr)
+            letters += static_cast<char>(character >= 'A' && character <= 'Z' ? character - 'A' + 'a' : character);
+    return letters;
+}
+
+constexpr size_t kLongestWord = 64;
+
+} // namespace
+
+std::string nearest(const std::string &written, const std::vector<std::string> &words)
+{
+    if (written.empty() || written.size() > kLongestWord)
+        return "";
+    const std::string letters = plain(written);
+    size_t least = letters.size() / 3 + 1;
+    std::string found;
+    for (const std::string &word : words) {
+        const size_t away = word == written ? SIZE_MAX : distance(letters, plain(word));
+        if (away < least || (away == least && found.empty() && away < letters.size())) {
+            least = away;
+            found = word;
+        }
+    }
+    return found;
+}
+
+std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
+{
+    std::vector<std::string> words;
+    for (size_t i = 0; i < vocabulary.count; i++) {
+        if (vocabulary.rows != nullptr)
+            words.emplace_back(vocabulary.rows[i], strnlen(vocabulary.rows[i], DCM_KEYWORD_SIZE));
+        else if (vocabulary.words[i].direction != dcm::Direction::prints)
+            words.emplace_back(vocabulary.words[i].word);
+    }
+    return words;
+}
+
+std::string listed(const std::vector<std::string> &words)
+{
+    constexpr size_t kShown = 14;
+    std::string list;
+    for (size_t i = 0; i < words.size() && i < kShown; i++)
+        list += (i == 0 ? "'" : ", '") + words[i] + "'";
+    if (words.size() > kShown)
+        list += " and " + std::to_string(words.size() - kShown) + " more";
+    return list;
+}
+
+// ---- The lists ------------------------------------------------------------------------------------------------------
+
+const Check *findCheck(const std::string &name)
+{
+    for (const Checks &checks : allChecks())
+        for (const Check &check : checks)
+            if (name == check.name)
+                return &check;
+    return nullptr;
+}
+
+} // namespace dcmtool

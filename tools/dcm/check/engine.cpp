@@ -1,0 +1,218 @@
+#include "tools/dcm/check/engine.h"
+
+#include "tools/dcm/check/allowances.h"
+#include "tools/dcm/check/format_lookup.h"
+#include "tools/dcm/check/query_failures.h"
+
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <set>
+
+namespace dcmtool {
+
+namespace {
+
+// The checks by what they look at, so that each place of a file meets only those that may say something.
+struct Lineup {
+    static constexpr size_t kKinds = static_cast<size_t>(dcm::Kind::source) + 1;
+    std::vector<const Check *> files;
+    std::vector<const Check *> spots;
+    std::vector<const Check *> strangers;
+    std::array<std::vector<const Check *>, kKinds> values;
+
+    Lineup()
+    {
+        for (const Checks &checks : allChecks())
+            for (const Check &check : checks)
+                add(check);
+    }
+
+private:
+    void add(const Check &check)
+    {
+        if (check.look.file != nullptr)
+            files.push_back(&check);
+        if (check.look.spot != nullptr)
+            spots.push_back(&check);
+        if (check.look.stranger != nullptr)
+            strangers.push_back(&check);
+        for (size_t kind = 0; kind < kKinds; kind++)
+            if (check.look.value != nullptr && (check.look.kinds >> kind & 1U) != 0)
+                values[kind].push_back(&check);
+    }
+};
+
+const Lineup &lineup()
+{
+    static const Lineup all;
+    return all;
+}
+
+// Visits an element that the format knows, and those in it.
+class Walk {
+public:
+    Walk(const CheckedType &type, Findings &findings) : type_(type), findings_(findings) {}
+
+    void visit(const Spot *parent, Node node, const dcm::NamedElement &row)
+    {
+        Spot spot = {type_, parent, node, row.name, row.element, {}};
+        look(spot);
+        for (const KnownChild &child : spot.known)
+            visit(&spot, child.node, spot.rowOf(child));
+    }
+
+    // Without what stands in it.
+    void visitAlone(Node node, const dcm::NamedElement &row)
+    {
+        Spot spot = {type_, nullptr, node, row.name, row.element, {}};
+        look(spot);
+    }
+
+private:
+    void look(Spot &spot)
+    {
+        attributes(spot);
+        children(spot);
+        const dcm::Content &content = spot.format->content;
+        if (content.kind != dcm::Kind::none)
+            if (const dcm::Text text = spot.content())
+                value({spot, nullptr, content, text.c_str()});
+        for (const Check *check : lineup().spots) {
+            findings_.run(*check);
+            check->look.spot(spot, findings_);
+        }
+    }
+
+    void attributes(const Spot &spot)
+    {
+        for (const xmlAttr *written = spot.node->properties; written != nullptr; written = written->next) {
+            const char *name = reinterpret_cast<const char *>(written->name);
+            const dcm::Attribute *attribute = spot.attribute(name);
+            if (attribute == nullptr)
+                stranger({spot, spot.node, name, true});
+            else if (const dcm::Text text = spot.text(name))
+                value({spot, attribute, attribute->content, text.c_str()});
+        }
+    }
+
+    // Descriptions tend to name things in the order of the tables.
+    void children(Spot &spot)
+    {
+        size_t from = 0;
+        for (const Node child : dcm::children(spot.node)) {
+            const char *name = dcm::nameOf(child);
+            const size_t row = findRow(*spot.format, name, from);
+            if (row == spot.format->childCount) {
+                stranger({spot, child, name, false});
+                continue;
+            }
+            spot.known.push_back({child, row});
+            from = spot.format->children[row].element->most == 1 ? row + 1 : row;
+        }
+    }
+
+    void value(const Value &value)
+    {
+        for (const Check *check : lineup().values[static_cast<size_t>(value.content.kind)]) {
+            findings_.run(*check);
+            check->look.value(value, findings_);
+        }
+    }
+
+    void stranger(const Stranger &stranger)
+    {
+        for (const Check *check : lineup().strangers) {
+            findings_.run(*check);
+            check->look.stranger(stranger, findings_);
+        }
+    }
+
+    const CheckedType &type_;
+    Findings &findings_;
+};
+
+template <class Record>
+void checkType(CheckedType &type, Record &record, const Record *CheckedType::*place, Findings &findings)
+{
+    const Outcome outcome = type.file.decode(type.described, record);
+    if (outcome.isDecoded || explainFailures(type.file, type.described, record, findings))
+        type.*place = &record;
+    Walk(type, findings).visit(nullptr, type.described.element, rowOf(type.described.kind));
+}
+
+struct Records {
+    DcmFrameInfo frame;
+    DcmSlotInfo slot;
+    DcmCardInfo card;
+    DcmVmPortInfo vm;
+};
+
+// The root holds frames, slots and cards, and nothing else.
+void checkRoot(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
+{
+    const std::vector<dcm::NamedElement> &children = deviceChildren();
+    const dcm::Element device = {{}, nullptr, 0, children.data(), children.size()};
+    const DescribedType described = {RecordKind::frame, file.root(), {}, 0};
+    Walk({file, types, described}, findings).visitAlone(file.root(), {dcm::kDeviceName, &device});
+}
+
+void checkTypes(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
+{
+    const auto records = std::make_unique<Records>();
+    if (file.isDevice())
+        checkRoot(file, types, findings);
+    for (const DescribedType &described : types) {
+        CheckedType type = {file, types, described};
+        switch (described.kind) {
+        case RecordKind::frame:
+            checkType(type, records->frame, &CheckedType::frame, findings);
+            break;
+        case RecordKind::slot:
+            checkType(type, records->slot, &CheckedType::slot, findings);
+            break;
+        case RecordKind::card:
+            checkType(type, records->card, &CheckedType::card, findings);
+            break;
+        case RecordKind::vm:
+            checkType(type, records->vm, &CheckedType::vm, findings);
+            break;
+        }
+    }
+}
+
+// A fault for which a query fails is not told a second time as one that it passes over.
+void dropToldFaults(std::vector<Finding> &findings)
+{
+    std::set<std::pair<Node, size_t>> told;
+    for (const Finding &finding : findings)
+        if (finding.check == &kQueryFails)
+            told.emplace(finding.element, finding.span.begin);
+    const auto isTold = [&](const Finding &finding) {
+        return finding.check->look.isOfIgnoredFaults && told.count({finding.element, finding.span.begin}) != 0;
+    };
+    findings.erase(std::remove_if(findings.begin(), findings.end(), isTold), findings.end());
+}
+
+} // namespace
+
+std::vector<Finding> checkFile(const DescriptionFile &file)
+{
+    Findings findings(file);
+    const std::vector<DescribedType> types = file.types();
+    for (const Check *check : lineup().files) {
+        findings.run(*check);
+        check->look.file(file, types, findings);
+    }
+    checkTypes(file, types, findings);
+    std::vector<Finding> &all = findings.all();
+    dropToldFaults(all);
+    applyAllowances(findings);
+    std::stable_sort(all.begin(), all.end(),
+                     [](const Finding &one, const Finding &other) { return one.span.begin < other.span.begin; });
+    return std::move(all);
+}
+
+} // namespace dcmtool

@@ -1,0 +1,165 @@
+#include "tools/dcm/check/file_checks.h"
+#include "tools/dcm/check/output.h"
+#include "tools/dcm/json_text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+
+namespace dcmtool {
+
+namespace {
+
+const char *nameOf(Severity severity)
+{
+    return severity == Severity::error ? "error" : "warning";
+}
+
+bool isPlaced(const Finding &finding)
+{
+    return finding.check != &kUnreadable;
+}
+
+// The end is the column behind the last character.
+Json regionOf(const DescriptionFile &file, Span span, const char *line, const char *column, const char *endLine,
+              const char *endColumn)
+{
+    const Place begin = file.place(span.begin);
+    const Place end = file.place(span.end);
+    return {{line, begin.line}, {column, begin.column}, {endLine, end.line}, {endColumn, end.column}};
+}
+
+// ---- JSON -----------------------------------------------------------------------------------------------------------
+
+constexpr unsigned kVersion = 1;
+
+Json placeOf(const DescriptionFile &file, Span span)
+{
+    return regionOf(file, span, "line", "column", "endLine", "endColumn");
+}
+
+Json findingOf(const DescriptionFile &file, const Finding &finding)
+{
+    Json json = {{"check", finding.check->name}, {"severity", nameOf(finding.severity)}};
+    if (isPlaced(finding))
+        json["place"] = placeOf(file, finding.span);
+    if (!finding.path.empty())
+        json["path"] = finding.path;
+    json["text"] = finding.text;
+    if (!finding.meant.empty())
+        json["meant"] = finding.meant;
+    for (const Note &note : finding.notes)
+        json["notes"].push_back({{"place", placeOf(file, note.span)}, {"text", note.text}});
+    return json;
+}
+
+const char *statusOf(const DescriptionFile &file)
+{
+    switch (file.state()) {
+    case DescriptionFile::State::unreadable:
+        return "unreadable";
+    case DescriptionFile::State::notXml:
+        return "not-xml";
+    case DescriptionFile::State::parsed:
+        break;
+    }
+    return "checked";
+}
+
+// ---- SARIF ----------------------------------------------------------------------------------------------------------
+
+// A file name as a relative or absolute reference.
+std::string uriOf(const std::string &name)
+{
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    std::string uri = !name.empty() && name[0] == '/' ? "file://" : "";
+    for (const char character : name) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (std::isalnum(byte) != 0 || std::strchr("/._-~", character) != nullptr)
+            uri += character;
+        else
+            uri.append("%").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
+    }
+    return uri;
+}
+
+Json locationOf(const DescriptionFile &file, Span span, bool isPlaced)
+{
+    Json physical = {{"artifactLocation", {{"uri", uriOf(file.name())}}}};
+    if (isPlaced)
+        physical["region"] = regionOf(file, span, "startLine", "startColumn", "endLine", "endColumn");
+    return {{"physicalLocation", physical}};
+}
+
+Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
+{
+    std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
+    if (!finding.meant.empty())
+        text += "; did you mean '" + finding.meant + "'?";
+    Json location = locationOf(file, finding.span, isPlaced(finding));
+    if (!finding.path.empty())
+        location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
+    Json result = {{"ruleId", finding.check->name},
+                   {"ruleIndex", rule},
+                   {"level", nameOf(finding.severity)},
+                   {"message", {{"text", text}}},
+                   {"locations", Json::array({location})}};
+    for (const Note &note : finding.notes) {
+        Json related = locationOf(file, note.span, true);
+        related["message"] = {{"text", note.text}};
+        result["relatedLocations"].push_back(related);
+    }
+    return result;
+}
+
+Json ruleOf(const Check &check)
+{
+    return {{"id", check.name},
+            {"shortDescription", {{"text", check.summary}}},
+            {"fullDescription", {{"text", check.explanation}}},
+            {"defaultConfiguration", {{"level", nameOf(check.severity)}}}};
+}
+
+} // namespace
+
+std::string asJson(const std::vector<FileReport> &reports)
+{
+    Json files = Json::array();
+    Totals totals;
+    for (const FileReport &report : reports) {
+        Json findings = Json::array();
+        for (const Finding &finding : report.findings)
+            findings.push_back(findingOf(*report.file, finding));
+        files.push_back({{"file", report.file->name()}, {"status", statusOf(*report.file)}, {"findings", findings}});
+        totals.add(report);
+    }
+    return jsonText({{"format", "dcm-check"},
+                     {"version", kVersion},
+                     {"files", files},
+                     {"errors", totals.errors},
+                     {"warnings", totals.warnings}});
+}
+
+std::string asSarif(const std::vector<FileReport> &reports)
+{
+    Json rules = Json::array();
+    std::vector<const Check *> order;
+    for (const Checks &checks : allChecks())
+        for (const Check &check : checks) {
+            rules.push_back(ruleOf(check));
+            order.push_back(&check);
+        }
+    Json results = Json::array();
+    for (const FileReport &report : reports)
+        for (const Finding &finding : report.findings) {
+            const auto rule = std::find(order.begin(), order.end(), finding.check) - order.begin();
+            results.push_back(resultOf(*report.file, finding, static_cast<size_t>(rule)));
+        }
+    const Json driver = {{"name", "dcm check"}, {"semanticVersion", DCM_VERSION}, {"rules", rules}};
+    const Json run = {{"tool", {{"driver", driver}}}, {"columnKind", "unicodeCodePoints"}, {"results", results}};
+    return jsonText({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                     {"version", "2.1.0"},
+                     {"runs", Json::array({run})}});
+}
+
+} // namespace dcmtool

@@ -1,0 +1,44 @@
+// How findings are shown: as a compiler does, as JSON, or as SARIF.
+#ifndef DCM_TOOLS_CHECK_OUTPUT_H
+#define DCM_TOOLS_CHECK_OUTPUT_H
+
+#include "tools/dcm/check/check.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace dcmtool {
+
+// A file and what was found in it.
+struct FileReport {
+    std::unique_ptr<DescriptionFile> file;
+    std::vector<Finding> findings;
+};
+
+struct Totals {
+    size_t files = 0;
+    size_t unread = 0; // of these
+    size_t errors = 0;
+    size_t warnings = 0;
+
+    void add(const FileReport &report);
+};
+
+// The findings of one file, each with its source line and a caret.
+std::string asText(const FileReport &report, bool isColoured);
+// The line at the end.
+std::string summaryOf(const Totals &totals);
+
+std::string asJson(const std::vector<FileReport> &reports);
+std::string asSarif(const std::vector<FileReport> &reports);
+
+// The checks themselves: a line for each, all about one, and all about all of them for the documentation.
+std::string listOfChecks();
+std::string explanationOf(const Check &check);
+std::string documentationOfChecks();
+
+} // namespace dcmtool
+
+#endif

@@ -1,0 +1,13 @@
+#include "tools/dcm/check/checks.h"
+
+namespace dcmtool {
+
+const std::vector<Checks> &allChecks()
+{
+    static const std::vector<Checks> all = {
+        fileChecks(), queryChecks(), structureChecks(), valueChecks(), ledChecks(), allowanceChecks(),
+    };
+    return all;
+}
+
+} // namespace dcmtool

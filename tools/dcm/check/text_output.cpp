@@ -1,0 +1,121 @@
+#include "tools/dcm/check/file_checks.h"
+#include "tools/dcm/check/output.h"
+
+#include <algorithm>
+
+namespace dcmtool {
+
+namespace {
+
+constexpr size_t kWidest = 160; // of a source line that is shown
+constexpr size_t kBefore = 60;  // what is shown in front of the caret where the line is wider
+
+struct Colours {
+    const char *bold;
+    const char *error;
+    const char *warning;
+    const char *note;
+    const char *caret;
+    const char *none;
+};
+constexpr Colours kPlain = {"", "", "", "", "", ""};
+constexpr Colours kBright = {"\x1b[1m", "\x1b[1;31m", "\x1b[1;35m", "\x1b[1;36m", "\x1b[1;32m", "\x1b[0m"};
+
+bool isContinuation(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+size_t charactersIn(std::string_view text)
+{
+    return static_cast<size_t>(
+        std::count_if(text.begin(), text.end(), [](char byte) { return !isContinuation(byte); }));
+}
+
+// Blanks as wide as a text, where tabs stay tabs.
+std::string blanksFor(std::string_view text)
+{
+    std::string blanks;
+    for (const char byte : text)
+        if (!isContinuation(byte))
+            blanks += byte == '\t' ? '\t' : ' ';
+    return blanks;
+}
+
+// The source line of a span, cut to what fits, and a line with a caret under the span.
+std::string excerpt(const DescriptionFile &file, Span span, const Colours &colours)
+{
+    const Place place = file.place(span.begin);
+    const std::string_view line = file.line(place.line);
+    const char *text = file.text().data();
+    const size_t start = line.empty() ? span.begin : static_cast<size_t>(line.data() - text);
+    const size_t caret = std::min(span.begin > start ? span.begin - start : 0, line.size());
+    size_t from = line.size() > kWidest && caret > kBefore ? caret - kBefore : 0;
+    while (from > 0 && isContinuation(line[from]))
+        from--;
+    size_t to = std::min(line.size(), from + kWidest);
+    while (to < line.size() && isContinuation(line[to]))
+        to++;
+    const size_t end = std::max(caret, std::min(span.end - start, to));
+    const std::string_view guilty = line.substr(caret, end - caret);
+    const std::string tildes(std::max<size_t>(charactersIn(guilty), 1) - 1, '~');
+    return "    " + std::string(line.substr(from, to - from)) + "\n    " + blanksFor(line.substr(from, caret - from)) +
+           colours.caret + "^" + tildes + colours.none + "\n";
+}
+
+std::string placeOf(const DescriptionFile &file, Span span)
+{
+    const Place place = file.place(span.begin);
+    return file.name() + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+}
+
+std::string textOf(const DescriptionFile &file, const Finding &finding, const Colours &colours)
+{
+    const bool isPlaced = finding.check != &kUnreadable;
+    const bool isError = finding.severity == Severity::error;
+    std::string text = colours.bold + (isPlaced ? placeOf(file, finding.span) : file.name()) + ": ";
+    text += std::string(isError ? colours.error : colours.warning) + (isError ? "error: " : "warning: ") + colours.none;
+    text += (finding.path.empty() ? "" : finding.path + ": ") + finding.text;
+    if (!finding.meant.empty())
+        text += "; did you mean '" + finding.meant + "'?";
+    text += std::string(" [") + finding.check->name + "]\n";
+    if (isPlaced)
+        text += excerpt(file, finding.span, colours);
+    for (const Note &note : finding.notes)
+        text += colours.bold + placeOf(file, note.span) + ": " + colours.note + "note: " + colours.none + note.text +
+                "\n" + excerpt(file, note.span, colours);
+    return text;
+}
+
+std::string counted(size_t count, const std::string &what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+} // namespace
+
+void Totals::add(const FileReport &report)
+{
+    files++;
+    unread += report.file->state() == DescriptionFile::State::parsed ? 0 : 1;
+    for (const Finding &finding : report.findings)
+        (finding.severity == Severity::error ? errors : warnings)++;
+}
+
+std::string asText(const FileReport &report, bool isColoured)
+{
+    std::string text;
+    for (const Finding &finding : report.findings)
+        text += textOf(*report.file, finding, isColoured ? kBright : kPlain);
+    return text;
+}
+
+std::string summaryOf(const Totals &totals)
+{
+    const std::string files = counted(totals.files, "file");
+    if (totals.errors + totals.warnings == 0)
+        return files + ", nothing found\n";
+    return files + ", " + counted(totals.errors, "error") + ", " + counted(totals.warnings, "warning") + "\n";
+}
+
+} // namespace dcmtool

@@ -1,0 +1,268 @@
+#include "tools/dcm/check/engine.h"
+#include "tools/dcm/check/output.h"
+#include "tools/dcm/command.h"
+#include "tools/dcm/own_output.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <thread>
+
+using namespace dcmtool;
+
+namespace {
+
+enum class Format { text, json, sarif, markdown };
+enum class Colour { automatic, always, never };
+
+struct Options {
+    std::vector<std::string> files;
+    std::vector<std::string> warnings;
+    Format format = Format::text;
+    Colour colour = Colour::automatic;
+    unsigned jobs = 1;
+    bool areListed = false;
+    std::string explained;
+};
+
+// ---- -W -------------------------------------------------------------------------------------------------------------
+
+// What is made of each check's findings.
+struct Warnings {
+    std::set<const Check *> off;
+    std::set<const Check *> errors;
+    bool areErrors = false;
+
+    explicit Warnings(const std::vector<std::string> &options)
+    {
+        for (const std::string &option : options)
+            take(option);
+    }
+
+    void apply(std::vector<Finding> &findings) const
+    {
+        findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                      [&](const Finding &finding) { return off.count(finding.check) != 0; }),
+                       findings.end());
+        for (Finding &finding : findings)
+            if (areErrors || errors.count(finding.check) != 0)
+                finding.severity = Severity::error;
+    }
+
+private:
+    static const Check *named(const std::string &name)
+    {
+        if (const Check *check = findCheck(name))
+            return check;
+        std::vector<std::string> names;
+        for (const Checks &checks : allChecks())
+            for (const Check &check : checks)
+                names.emplace_back(check.name);
+        const std::string meant = nearest(name, names);
+        throw CLI::ValidationError("no such check: " + name +
+                                   (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
+    }
+
+    void take(const std::string &option)
+    {
+        if (option == "error")
+            areErrors = true;
+        else if (option.compare(0, 6, "error=") == 0)
+            errors.insert(named(option.substr(6)));
+        else if (option.compare(0, 3, "no-") == 0)
+            off.insert(named(option.substr(3)));
+        else
+            throw CLI::ValidationError("-W takes no-NAME, error or error=NAME, not " + option);
+    }
+};
+
+// ---- Progress -------------------------------------------------------------------------------------------------------
+
+// A line on a terminal for those who wait.
+class Progress {
+public:
+    Progress(size_t files, bool isShown) : files_(files), isShown_(isShown) {}
+
+    void show(size_t done, const std::string &name)
+    {
+        if (!isShown_)
+            return;
+        std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", name.c_str(), done + 1, files_);
+        isThere_ = true;
+    }
+    void clear()
+    {
+        if (isThere_)
+            std::fputs("\r\x1b[K", stderr);
+        isThere_ = false;
+    }
+
+private:
+    size_t files_;
+    bool isShown_;
+    bool isThere_ = false;
+};
+
+// ---- Checking -------------------------------------------------------------------------------------------------------
+
+// Checks files, several at once, and hands out the reports in the order of the files.
+class Workers {
+public:
+    Workers(const std::vector<std::string> &files, unsigned jobs, const Warnings &warnings)
+        : files_(files), warnings_(warnings), reports_(files.size()), isDone_(files.size())
+    {
+        for (size_t i = 0; i < std::min<size_t>(jobs, files.size()); i++)
+            threads_.emplace_back([this] { work(); });
+    }
+    ~Workers()
+    {
+        next_ = files_.size();
+        for (std::thread &thread : threads_)
+            thread.join();
+    }
+    Workers(const Workers &) = delete;
+    Workers &operator=(const Workers &) = delete;
+
+    FileReport take(size_t index, Progress &progress)
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        while (!hasBeenDone_.wait_for(lock, std::chrono::milliseconds(400), [&] { return isDone_[index]; }))
+            progress.show(index, files_[index]);
+        return std::move(reports_[index]);
+    }
+
+private:
+    void work()
+    {
+        for (size_t index = next_++; index < files_.size(); index = next_++) {
+            FileReport report;
+            report.file = DescriptionFile::open(files_[index]);
+            report.findings = checkFile(*report.file);
+            warnings_.apply(report.findings);
+            const std::lock_guard<std::mutex> lock(mutex_);
+            reports_[index] = std::move(report);
+            isDone_[index] = true;
+            hasBeenDone_.notify_one();
+        }
+    }
+
+    const std::vector<std::string> &files_;
+    const Warnings &warnings_;
+    std::atomic<size_t> next_{0};
+    std::mutex mutex_;
+    std::condition_variable hasBeenDone_;
+    std::vector<FileReport> reports_;
+    std::vector<bool> isDone_;
+    std::vector<std::thread> threads_;
+};
+
+Exit exitOf(const Totals &totals)
+{
+    if (totals.unread > 0)
+        return kUnreadable;
+    if (totals.errors > 0)
+        return kErrors;
+    return totals.warnings > 0 ? kWarnings : kSuccess;
+}
+
+bool isColoured(const Options &options, const OwnOutput &output)
+{
+    return options.colour == Colour::automatic ? output.isTerminal() && std::getenv("NO_COLOR") == nullptr
+                                               : options.colour == Colour::always;
+}
+
+Exit runCheck(const Options &options)
+{
+    const Warnings warnings(options.warnings);
+    OwnOutput output;
+    const bool areColoured = isColoured(options, output);
+    Progress progress(options.files.size(), isatty(STDERR_FILENO) == 1);
+    Totals totals;
+    std::vector<FileReport> reports;
+    Workers workers(options.files, options.jobs, warnings);
+    for (size_t i = 0; i < options.files.size(); i++) {
+        FileReport report = workers.take(i, progress);
+        totals.add(report);
+        progress.clear();
+        if (options.format != Format::text)
+            reports.push_back(std::move(report));
+        else if (!output.print(asText(report, areColoured)))
+            return kErrors;
+    }
+    const std::string end = options.format == Format::text   ? summaryOf(totals)
+                            : options.format == Format::json ? asJson(reports)
+                                                             : asSarif(reports);
+    return output.print(end) ? exitOf(totals) : kErrors;
+}
+
+// ---- What there is to check -----------------------------------------------------------------------------------------
+
+std::string explained(const Options &options)
+{
+    if (options.explained == "all" && options.format == Format::markdown)
+        return documentationOfChecks();
+    std::string text;
+    for (const Checks &checks : allChecks())
+        for (const Check &check : checks)
+            if (options.explained == check.name || options.explained == "all")
+                text += (text.empty() ? "" : "\n") + explanationOf(check);
+    if (text.empty())
+        throw CLI::ValidationError("no such check: " + options.explained + " (see --list-checks)");
+    return text;
+}
+
+Exit run(const Options &options)
+{
+    if (options.areListed || !options.explained.empty()) {
+        const std::string text = options.areListed ? listOfChecks() : explained(options);
+        return OwnOutput().print(text) ? kSuccess : kErrors;
+    }
+    if (options.files.empty())
+        throw CLI::RequiredError("FILE");
+    if (options.format == Format::markdown)
+        throw CLI::ValidationError("markdown is a format of --explain all");
+    return runCheck(options);
+}
+
+} // namespace
+
+void addCheckCommand(CLI::App &app, Exit &exit)
+{
+    CLI::App *command = app.add_subcommand("check", "Find what is wrong in descriptions");
+    const auto options = std::make_shared<Options>();
+    const std::map<std::string, Format> formats = {
+        {"text", Format::text}, {"json", Format::json}, {"sarif", Format::sarif}, {"markdown", Format::markdown}};
+    const std::map<std::string, Colour> colours = {
+        {"auto", Colour::automatic}, {"always", Colour::always}, {"never", Colour::never}};
+    command->add_option("FILE", options->files, "Descriptions to check, - for standard input")->type_name("");
+    command
+        ->add_option("-W", options->warnings,
+                     "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all")
+        ->type_name("WHAT")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    command->add_option("--format", options->format, "text, json or sarif [text]")
+        ->type_name("FORMAT")
+        ->transform(CLI::Transformer(formats).description(""));
+    command->add_option("--color", options->colour, "auto, always or never [auto]")
+        ->type_name("WHEN")
+        ->transform(CLI::Transformer(colours).description(""));
+    command->add_option("-j,--jobs", options->jobs, "How many files to check at once [1]")
+        ->type_name("N")
+        ->check(CLI::Range(1U, 256U, "1 to 256"));
+    command->add_flag("--list-checks", options->areListed, "List the checks");
+    command->add_option("--explain", options->explained, "Explain a check: why it matters, and examples; or all")
+        ->type_name("NAME");
+    command->footer("Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
+                    "66 a file cannot be read or is no XML.");
+    command->callback([options, &exit] { exit = run(*options); });
+}
