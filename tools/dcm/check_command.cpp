@@ -87,17 +87,45 @@ private:
 
 // ---- Progress -------------------------------------------------------------------------------------------------------
 
-// A line on a terminal for those who wait.
+// A line on a terminal for those who wait, shown from a thread of its own.
 class Progress {
 public:
-    Progress(size_t files, bool isShown) : files_(files), isShown_(isShown) {}
-
-    void show(size_t done, const std::string &name)
+    Progress(const std::vector<std::string> &files, bool isShown) : files_(files)
     {
-        if (!isShown_)
+        if (isShown)
+            thread_ = std::thread([this] { show(); });
+    }
+    ~Progress()
+    {
+        if (!thread_.joinable())
             return;
-        std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", name.c_str(), done + 1, files_);
-        isThere_ = true;
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            done_ = files_.size();
+        }
+        isOver_.notify_one();
+        thread_.join();
+    }
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+
+    // So many files are done: the line goes, for what was found takes its place.
+    void advance(size_t done)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        done_ = done;
+        clear();
+    }
+
+private:
+    void show()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        while (!isOver_.wait_for(lock, std::chrono::milliseconds(400), [this] { return done_ == files_.size(); })) {
+            std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", files_[done_].c_str(), done_ + 1, files_.size());
+            isThere_ = true;
+        }
+        clear();
     }
     void clear()
     {
@@ -106,13 +134,24 @@ public:
         isThere_ = false;
     }
 
-private:
-    size_t files_;
-    bool isShown_;
+    const std::vector<std::string> &files_;
+    std::mutex mutex_;
+    std::condition_variable isOver_;
+    size_t done_ = 0;
     bool isThere_ = false;
+    std::thread thread_;
 };
 
 // ---- Checking -------------------------------------------------------------------------------------------------------
+
+FileReport reportOn(const std::string &name, const Warnings &warnings)
+{
+    FileReport report;
+    report.file = DescriptionFile::open(name);
+    report.findings = checkFile(*report.file);
+    warnings.apply(report.findings);
+    return report;
+}
 
 // Checks files, several at once, and hands out the reports in the order of the files.
 class Workers {
@@ -120,7 +159,7 @@ public:
     Workers(const std::vector<std::string> &files, unsigned jobs, const Warnings &warnings)
         : files_(files), warnings_(warnings), reports_(files.size()), isDone_(files.size())
     {
-        for (size_t i = 0; i < std::min<size_t>(jobs, files.size()); i++)
+        for (size_t i = 0; jobs > 1 && i < std::min<size_t>(jobs, files.size()); i++)
             threads_.emplace_back([this] { work(); });
     }
     ~Workers()
@@ -132,11 +171,12 @@ public:
     Workers(const Workers &) = delete;
     Workers &operator=(const Workers &) = delete;
 
-    FileReport take(size_t index, Progress &progress)
+    FileReport take(size_t index)
     {
+        if (threads_.empty())
+            return reportOn(files_[index], warnings_);
         std::unique_lock<std::mutex> lock(mutex_);
-        while (!hasBeenDone_.wait_for(lock, std::chrono::milliseconds(400), [&] { return isDone_[index]; }))
-            progress.show(index, files_[index]);
+        hasBeenDone_.wait(lock, [&] { return isDone_[index]; });
         return std::move(reports_[index]);
     }
 
@@ -144,10 +184,7 @@ private:
     void work()
     {
         for (size_t index = next_++; index < files_.size(); index = next_++) {
-            FileReport report;
-            report.file = DescriptionFile::open(files_[index]);
-            report.findings = checkFile(*report.file);
-            warnings_.apply(report.findings);
+            FileReport report = reportOn(files_[index], warnings_);
             const std::lock_guard<std::mutex> lock(mutex_);
             reports_[index] = std::move(report);
             isDone_[index] = true;
@@ -185,14 +222,14 @@ Exit runCheck(const Options &options)
     const Warnings warnings(options.warnings);
     OwnOutput output;
     const bool areColoured = isColoured(options, output);
-    Progress progress(options.files.size(), isatty(STDERR_FILENO) == 1);
+    Progress progress(options.files, isatty(STDERR_FILENO) == 1);
     Totals totals;
     std::vector<FileReport> reports;
     Workers workers(options.files, options.jobs, warnings);
     for (size_t i = 0; i < options.files.size(); i++) {
-        FileReport report = workers.take(i, progress);
+        FileReport report = workers.take(i);
         totals.add(report);
-        progress.clear();
+        progress.advance(i + 1);
         if (options.format != Format::text)
             reports.push_back(std::move(report));
         else if (!output.print(asText(report, areColoured)))

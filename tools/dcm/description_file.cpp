@@ -239,6 +239,8 @@ void DescriptionFile::parseText()
     parser_ = context.get();
     context->_private = this;
     context->linenumbers = 0;
+    // A short text lies in its node.
+    context->options |= XML_PARSE_COMPACT;
     if (isConverted_)
         context->options |= XML_PARSE_IGNORE_ENC;
     context->sax->startElementNs = ParserEvents::startElement;

@@ -222,6 +222,18 @@ std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
     return words;
 }
 
+size_t rowOf(const dcm::Vocabulary &vocabulary, const char *word)
+{
+    if (vocabulary.rows == nullptr) {
+        const dcm::Word *row = dcm::findWord(vocabulary, reinterpret_cast<const unsigned char *>(word));
+        return row != nullptr ? static_cast<size_t>(row - vocabulary.words) : vocabulary.count;
+    }
+    size_t row = 0;
+    while (row < vocabulary.count && std::strncmp(vocabulary.rows[row], word, DCM_KEYWORD_SIZE) != 0)
+        row++;
+    return row;
+}
+
 std::string listed(const std::vector<std::string> &words)
 {
     constexpr size_t kShown = 14;

@@ -2,8 +2,9 @@
 // documentation and the name of its test. To add one, write the function in a file of tools/dcm/check/ and its row in
 // that file's list of checks; the list stands in registry.cpp.
 //
-// A check looks at the file as a whole, at an element that the format knows, at a value that the format describes, or
-// at what the format does not know. The frame, slot, card or port list in which it stands has been decoded by then.
+// A check looks at the file as a whole, at an element that the format knows and that has attributes or holds elements,
+// at a value that the format describes, or at what the format does not know. The frame, slot, card or port list in
+// which it stands has been decoded by then.
 #ifndef DCM_TOOLS_CHECK_CHECK_H
 #define DCM_TOOLS_CHECK_CHECK_H
 
@@ -44,7 +45,7 @@ struct Spot {
     Node node;
     const char *name;
     const dcm::Element *format;
-    std::vector<KnownChild> known = {}; // the children that the format knows, in document order
+    const std::vector<KnownChild> &known; // the children that the format knows, in document order
 
     const dcm::NamedElement &rowOf(const KnownChild &child) const { return format->children[child.row]; }
     // Its attribute as the format describes it; nullptr when the format knows none of this name.
@@ -162,6 +163,12 @@ std::string nearest(const std::string &written, const std::vector<std::string> &
 // The words of a vocabulary that descriptions may write, and their list as texts show it: "'yes', 'no'".
 std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary);
 std::string listed(const std::vector<std::string> &words);
+// The row of a word that descriptions may write; `count` of the vocabulary when there is none.
+size_t rowOf(const dcm::Vocabulary &vocabulary, const char *word);
+inline bool isWord(const char *word, const dcm::Vocabulary &vocabulary)
+{
+    return rowOf(vocabulary, word) != vocabulary.count;
+}
 
 // A list of checks, as each file of checks has one.
 struct Checks {

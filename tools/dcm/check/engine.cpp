@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <memory>
 #include <set>
 
@@ -58,28 +59,33 @@ public:
 
     void visit(const Spot *parent, Node node, const dcm::NamedElement &row)
     {
-        Spot spot = {type_, parent, node, row.name, row.element, {}};
+        const size_t depth = parent == nullptr ? 0 : depth_ + 1;
+        const std::vector<KnownChild> &known = children(depth, node, *row.element);
+        const Spot spot = {type_, parent, node, row.name, row.element, known};
         look(spot);
-        for (const KnownChild &child : spot.known)
+        for (const KnownChild &child : known) {
+            depth_ = depth;
             visit(&spot, child.node, spot.rowOf(child));
+        }
     }
 
     // Without what stands in it.
     void visitAlone(Node node, const dcm::NamedElement &row)
     {
-        Spot spot = {type_, nullptr, node, row.name, row.element, {}};
-        look(spot);
+        look({type_, nullptr, node, row.name, row.element, children(0, node, *row.element)});
     }
 
 private:
-    void look(Spot &spot)
+    void look(const Spot &spot)
     {
         attributes(spot);
-        children(spot);
+        strangers(spot);
         const dcm::Content &content = spot.format->content;
         if (content.kind != dcm::Kind::none)
             if (const dcm::Text text = spot.content())
                 value({spot, nullptr, content, text.c_str()});
+        if (spot.format->childCount + spot.format->attributeCount == 0)
+            return;
         for (const Check *check : lineup().spots) {
             findings_.run(*check);
             check->look.spot(spot, findings_);
@@ -98,19 +104,39 @@ private:
         }
     }
 
-    // Descriptions tend to name things in the order of the tables.
-    void children(Spot &spot)
+    // The children that the format knows; those of each depth have a place of their own. Descriptions tend to name
+    // things in the order of the tables.
+    const std::vector<KnownChild> &children(size_t depth, Node node, const dcm::Element &format)
     {
+        while (known_.size() <= depth)
+            known_.emplace_back();
+        std::vector<KnownChild> &known = known_[depth];
+        known.clear();
+        areStrangers_ = false;
         size_t from = 0;
-        for (const Node child : dcm::children(spot.node)) {
-            const char *name = dcm::nameOf(child);
-            const size_t row = findRow(*spot.format, name, from);
-            if (row == spot.format->childCount) {
-                stranger({spot, child, name, false});
+        for (const Node child : dcm::children(node)) {
+            const size_t row = findRow(format, dcm::nameOf(child), from);
+            if (row == format.childCount) {
+                areStrangers_ = true;
                 continue;
             }
-            spot.known.push_back({child, row});
-            from = spot.format->children[row].element->most == 1 ? row + 1 : row;
+            known.push_back({child, row});
+            from = format.children[row].element->most == 1 ? row + 1 : row;
+        }
+        return known;
+    }
+
+    // The children that it does not know.
+    void strangers(const Spot &spot)
+    {
+        if (!areStrangers_)
+            return;
+        auto next = spot.known.begin();
+        for (const Node child : dcm::children(spot.node)) {
+            if (next != spot.known.end() && next->node == child)
+                ++next;
+            else
+                stranger({spot, child, dcm::nameOf(child), false});
         }
     }
 
@@ -132,6 +158,9 @@ private:
 
     const CheckedType &type_;
     Findings &findings_;
+    std::deque<std::vector<KnownChild>> known_;
+    size_t depth_ = 0;          // of the element around
+    bool areStrangers_ = false; // among the children looked at last
 };
 
 template <class Record>

@@ -61,12 +61,6 @@ LedName splitName(std::string text)
     return name;
 }
 
-bool isWord(const std::string &text, const dcm::Vocabulary &vocabulary)
-{
-    const std::vector<std::string> words = wordsOf(vocabulary);
-    return std::find(words.begin(), words.end(), text) != words.end();
-}
-
 bool isSmallNumber(const std::string &text)
 {
     return !text.empty() && text.size() <= 3 && text.find_first_not_of("0123456789") == std::string::npos &&
@@ -85,12 +79,12 @@ void ledName(const Value &value, Findings &findings)
     const std::string end = "; it is reported and the entry counts all the same, partly filled";
     if (!name.isComplete)
         findings.at(value, start + "expected one like 'led-fan-2@sys0/0'" + end);
-    else if (!isWord(name.type, dcm::kLedTypeWords))
+    else if (!isWord(name.type.c_str(), dcm::kLedTypeWords))
         findings.at(value, start + quoted(name.type) + " is no type of LED" + end)
             .meaning(nearest(name.type, wordsOf(dcm::kLedTypeWords)));
     else if (!isSmallNumber(name.id))
         findings.at(value, start + quoted(name.id) + " is no number up to 255" + end);
-    else if (!isWord(name.attach, kAttachWords))
+    else if (!isWord(name.attach.c_str(), kAttachWords))
         findings
             .at(value, start + quoted(name.attach) + " is nothing to be attached to; expected " +
                            listed(wordsOf(kAttachWords)) + end)
@@ -134,22 +128,15 @@ std::string ledTypeOf(const Value &value)
     return "";
 }
 
-// The row of a word in a table of keywords; its count when there is none.
-uint32_t rowIn(const dcm::Vocabulary &table, const std::string &word)
-{
-    const std::vector<std::string> words = wordsOf(table);
-    return static_cast<uint32_t>(std::find(words.begin(), words.end(), word) - words.begin());
-}
-
 void ledState(const Value &value, Findings &findings)
 {
     const std::string type = ledTypeOf(value);
-    const uint32_t row = rowIn(dcm::kLedTypeWords, type);
+    const size_t row = rowOf(dcm::kLedTypeWords, type.c_str());
     if (row == dcm::kLedTypeWords.count)
         return;
     const bool isDisplay = value.spot.format == &dcm::kLedStateElement;
     const std::string end = isDisplay ? ": it counts as the default" : ": the pairs of this source are lost";
-    const dcm::Vocabulary *states = dcm::ledStateWords(row);
+    const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(row));
     if (states == nullptr) {
         // What every LED shows by default needs no table.
         if (!isDisplay || std::strcmp(value.text, "default") != 0)
@@ -175,7 +162,7 @@ Display displayOf(Node node, const dcm::Element &format, uint32_t ledType, uint3
     const dcm::Text type = dcm::Text::attribute(node, format.attributes[0].name, {"dcm"});
     const dcm::Attribute *pri = findAttribute(format, Kind::id);
     const dcm::Vocabulary *states = dcm::ledStateWords(ledType);
-    const uint32_t state = type && states != nullptr ? rowIn(*states, type.c_str()) : 0;
+    const size_t state = type && states != nullptr ? rowOf(*states, type.c_str()) : 0;
     if (state == 0 || state == states->count)
         return {node, DCM_LED_STATE_MAX, true};
     const dcm::Text text = dcm::Text::attribute(node, pri->name, {"dcm"});
@@ -191,7 +178,7 @@ void ledPriority(const Spot &spot, Findings &findings)
     const dcm::Text typeText = spot.text(type->name);
     if (!typeText)
         return;
-    const uint32_t ledType = rowIn(dcm::kLedTypeWords, typeText.c_str());
+    const auto ledType = static_cast<uint32_t>(rowOf(dcm::kLedTypeWords, typeText.c_str()));
     Node taken[DCM_LED_STATE_MAX + 1] = {};
     uint32_t position = 0;
     for (const KnownChild &child : spot.known) {
@@ -200,14 +187,14 @@ void ledPriority(const Spot &spot, Findings &findings)
             continue;
         const Display display = displayOf(child.node, *row.element, ledType, ++position);
         const DescriptionFile &file = findings.file();
-        const Span span = file.valueSpan(child.node, findAttribute(*row.element, Kind::id)->name);
+        const auto span = [&] { return file.valueSpan(child.node, findAttribute(*row.element, Kind::id)->name); };
         if (display.priority == 0) {
-            findings.at(child.node, span,
+            findings.at(child.node, span(),
                         "an LED has displays of priority 1 to " + std::to_string(DCM_LED_STATE_MAX) +
                             " only: this one is passed over");
         } else if (taken[display.priority] != nullptr) {
             findings
-                .at(child.node, span,
+                .at(child.node, span(),
                     "priority " + std::to_string(display.priority) + " is given twice: " +
                         (display.isDefault ? "the default takes the place of the first display"
                                            : "this display is reported and passed over"))

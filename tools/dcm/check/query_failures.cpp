@@ -221,19 +221,13 @@ std::string quoted(const std::string &text)
     return "'" + text + "'";
 }
 
-bool isWordOf(const std::string &text, const dcm::Vocabulary &vocabulary)
-{
-    const std::vector<std::string> words = wordsOf(vocabulary);
-    return std::find(words.begin(), words.end(), text) != words.end();
-}
-
 // Whether a value is wrong whatever stands around it; `fault` then says why.
 bool isWrong(Node element, const std::string &name, const char *text, const dcm::Content &content, Fault &fault)
 {
     uint32_t count = 0;
     switch (content.kind) {
     case dcm::Kind::keyword:
-        if (isWordOf(text, *content.vocabulary))
+        if (isWord(text, *content.vocabulary))
             return false;
         fault.text =
             quoted(text) + " is no word for \"" + name + "\"; expected " + listed(wordsOf(*content.vocabulary));

@@ -159,15 +159,15 @@ void strayText(const Spot &spot, Findings &findings)
         }
         if ((child->type != XML_TEXT_NODE && child->type != XML_CDATA_SECTION_NODE) || child->content == nullptr)
             continue;
-        std::string text = reinterpret_cast<const char *>(child->content);
-        const size_t first = text.find_first_not_of(" \t\r\n");
-        if (first == std::string::npos)
+        const char *start = reinterpret_cast<const char *>(child->content);
+        start += std::strspn(start, " \t\r\n");
+        if (*start == '\0')
             continue;
-        text = text.substr(first, text.find_last_not_of(" \t\r\n") + 1 - first);
+        const std::string text = start;
         // Its place is known only where it comes first.
         const auto add = child == spot.node->children ? &Findings::atContent : &Findings::atName;
-        (findings.*add)(spot, "the text '" + text.substr(0, 32) + "' in " + quoted(spot.name) +
-                                  " is passed over: only elements count there");
+        (findings.*add)(spot, "the text '" + text.substr(0, text.find_last_not_of(" \t\r\n") + 1).substr(0, 32) +
+                                  "' in " + quoted(spot.name) + " is passed over: only elements count there");
         return;
     }
 }

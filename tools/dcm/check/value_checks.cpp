@@ -232,16 +232,6 @@ void numberListEnd(const Value &value, Findings &findings)
 
 // ---- Words ----------------------------------------------------------------------------------------------------------
 
-bool isWord(const char *text, const dcm::Vocabulary &vocabulary)
-{
-    if (vocabulary.words != nullptr)
-        return dcm::findWord(vocabulary, reinterpret_cast<const unsigned char *>(text)) != nullptr;
-    for (size_t row = 0; row < vocabulary.count; row++)
-        if (std::strncmp(vocabulary.rows[row], text, DCM_KEYWORD_SIZE) == 0)
-            return std::strlen(text) < DCM_KEYWORD_SIZE;
-    return false;
-}
-
 void unknownWord(const Value &value, Findings &findings)
 {
     if (isWord(value.text, *value.content.vocabulary))
