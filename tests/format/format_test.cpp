@@ -172,16 +172,28 @@ template <class Record> std::string bytesOf(const Record &record)
     return {reinterpret_cast<const char *>(&record), sizeof record};
 }
 
-// The records of everything that a composed document describes, which is decoded without a word.
-std::string recordsOf(const Composed &composed)
+// What the library makes of everything that a composed document describes.
+struct Decoded {
+    int result = 0; // that of the first query that fails
+    Messages messages;
+    std::string records;
+
+    void add(int queryResult, const Messages &queryMessages, const std::string &record)
+    {
+        result = result != 0 ? result : queryResult;
+        messages.insert(messages.end(), queryMessages.begin(), queryMessages.end());
+        records += record;
+    }
+    template <class Record> void add(const dcmtest::Answer<Record> &answer)
+    {
+        add(answer.result, answer.messages, bytesOf(*answer.info));
+    }
+};
+
+Decoded decode(const Composed &composed)
 {
     const std::string xml = textOf(composed.document);
-    std::string records;
-    const auto keep = [&](int result, const Messages &messages, const std::string &bytes) {
-        EXPECT_EQ(messages, Messages()) << xml;
-        EXPECT_EQ(result, 0) << xml;
-        records += bytes;
-    };
+    Decoded decoded;
     xmlNodePtr root = xmlDocGetRootElement(composed.document.get());
     if (std::string(reinterpret_cast<const char *>(root->name)) == "panel-port") {
         const dcmtest::Zorconf zorconf;
@@ -189,23 +201,29 @@ std::string recordsOf(const Composed &composed)
         DcmVmPortInfo info = {};
         int result = -1;
         const dcmtest::Effects effects = dcmtest::effectsOf([&] { result = dcmVmPortInfoGet(3, &info); });
-        keep(result, effects.messages, bytesOf(info));
-        return records;
+        decoded.add(result, effects.messages, bytesOf(info));
+        return decoded;
     }
     for (xmlNodePtr child = root->children; child != nullptr; child = child->next) {
         const std::string name = reinterpret_cast<const char *>(child->name);
         const uint32_t typeId = numberIn(child, "typeid");
-        const auto keepAnswer = [&](const auto &answer) {
-            keep(answer.result, answer.messages, bytesOf(*answer.info));
-        };
         if (name == "frame")
-            keepAnswer(dcmtest::queryFrame(typeId, xml));
+            decoded.add(dcmtest::queryFrame(typeId, xml));
         else if (name == "slot")
-            keepAnswer(dcmtest::querySlot(typeId, xml));
+            decoded.add(dcmtest::querySlot(typeId, xml));
         else
-            keepAnswer(dcmtest::queryCard(typeId, numberIn(child, "mode"), xml));
+            decoded.add(dcmtest::queryCard(typeId, numberIn(child, "mode"), xml));
     }
-    return records;
+    return decoded;
+}
+
+// The records of what is decoded without a word.
+std::string recordsOf(const Composed &composed)
+{
+    const Decoded decoded = decode(composed);
+    EXPECT_EQ(decoded.messages, Messages()) << textOf(composed.document);
+    EXPECT_EQ(decoded.result, 0) << textOf(composed.document);
+    return decoded.records;
 }
 
 void expectCorrect(const Composed &composed)
@@ -213,6 +231,17 @@ void expectCorrect(const Composed &composed)
     const std::string xml = textOf(composed.document);
     EXPECT_EQ(theValidator().faultsOf(parse(xml)), "") << xml;
     recordsOf(composed);
+}
+
+void setAttribute(const Composed &composed, const dcm::Attribute &attribute, const std::string &value)
+{
+    xmlSetProp(composed.element, reinterpret_cast<const xmlChar *>(attribute.name),
+               reinterpret_cast<const xmlChar *>(value.c_str()));
+}
+
+void removeAttribute(const Composed &composed, const dcm::Attribute &attribute)
+{
+    xmlUnsetProp(composed.element, reinterpret_cast<const xmlChar *>(attribute.name));
 }
 
 TEST(FormatReference, HasAnExampleThatTheLibraryDecodesForEachElement)
@@ -238,8 +267,7 @@ TEST(FormatReference, HasAnExampleThatTheLibraryDecodesForEachAttribute)
             SCOPED_TRACE(attributeKey(*section, attribute));
             const std::string &example = theProse().of(attributeKey(*section, attribute)).example;
             Composed composed = compose(*section);
-            xmlSetProp(composed.element, reinterpret_cast<const xmlChar *>(attribute.name),
-                       reinterpret_cast<const xmlChar *>(example.c_str()));
+            setAttribute(composed, attribute, example);
             expectCorrect(composed);
         }
 }
@@ -302,15 +330,80 @@ TEST(FormatReference, SaysWhatHoldsWhereAnAttributeIsLeftOut)
                               value))
                 continue;
             SCOPED_TRACE(attributeKey(*section, attribute));
-            const auto *name = reinterpret_cast<const xmlChar *>(attribute.name);
             Composed given = compose(*section);
             Composed leftOut = compose(*section);
-            xmlSetProp(given.element, name, reinterpret_cast<const xmlChar *>(value.c_str()));
-            xmlUnsetProp(leftOut.element, name);
+            setAttribute(given, attribute, value);
+            removeAttribute(leftOut, attribute);
             EXPECT_TRUE(recordsOf(given) == recordsOf(leftOut)) << value;
             compared++;
         }
     EXPECT_GE(compared, 6U);
+}
+
+// ---- What happens where something is wrong --------------------------------------------------------------------------
+
+struct Fault {
+    std::string value;
+    bool makesTheQueryFail; // by the rule for its kind
+};
+
+Fault faultOf(const Place &place, const dcm::Content &content)
+{
+    switch (content.kind) {
+    case dcm::Kind::count:
+        return {std::to_string(content.limit + 1), true};
+    case dcm::Kind::id:
+        return {content.least > 0 ? "0" : std::to_string(rangeOf(place, content).last + 1), true};
+    case dcm::Kind::keyword:
+    case dcm::Kind::ledState:
+        return {"no-word", true};
+    case dcm::Kind::bitList:
+        return {"0", true};
+    case dcm::Kind::text:
+        return {std::string(content.limit + 1, 'x'), false};
+    default:
+        return {"x", false};
+    }
+}
+
+TEST(FormatReference, SaysOfEachElementWhereAFaultIsNotWhatItsKindMakesOfIt)
+{
+    size_t tried = 0;
+    for (const Place *section : theTree().sections())
+        for (const auto &child : section->children) {
+            if (child->isSection() || !theProse().of(child->path).wrong.empty())
+                continue;
+            SCOPED_TRACE(child->path);
+            const Place &holder = child->isList() ? *child->children.front() : *child;
+            const Fault fault = faultOf(holder, holder.element->content);
+            Entry entry;
+            entry.example = fault.value;
+            Composed composed = compose(*section);
+            insert(composed.element, child->name, exampleOf(*child, entry));
+            EXPECT_EQ(decode(composed).result != 0, fault.makesTheQueryFail) << fault.value;
+            tried++;
+        }
+    EXPECT_GT(tried, 150U);
+}
+
+TEST(FormatReference, SaysOfEachAttributeWhereAFaultIsNotWhatItsKindMakesOfIt)
+{
+    size_t tried = 0;
+    for (const Place *section : theTree().sections())
+        for (size_t i = 0; i < section->element->attributeCount; i++) {
+            const dcm::Attribute &attribute = section->element->attributes[i];
+            if (!theProse().of(attributeKey(*section, attribute)).wrong.empty())
+                continue;
+            SCOPED_TRACE(attributeKey(*section, attribute));
+            const Fault fault = faultOf(*section, attribute.content);
+            Composed composed = compose(*section);
+            setAttribute(composed, attribute, fault.value);
+            EXPECT_EQ(decode(composed).result != 0, fault.makesTheQueryFail) << fault.value;
+            removeAttribute(composed, attribute);
+            EXPECT_EQ(decode(composed).result != 0, attribute.need == dcm::Need::required) << "left out";
+            tried++;
+        }
+    EXPECT_GT(tried, 40U);
 }
 
 // ---- What is written down -------------------------------------------------------------------------------------------
