@@ -112,4 +112,20 @@ completes_virtual_machines_and_files() {
     offers 'files' "$folder/device" -- frame 1 --file "$folder/dev"
 }
 
+completes_checks() {
+    offers 'forms of output' json -- check --format j
+    offers 'when to use colours' auto always never -- check --color ''
+    offers 'what is explained' octal-number -- check --explain oct
+    offers 'checks to leave out' no-octal-number -- check -W no-oct
+    offers 'checks whose findings are errors' octal-number -- check -W error = oct
+    offers 'files to check' "$source/examples/device.xml" -- check -W error "$source/examples/dev"
+}
+
+completes_exports() {
+    local example=$source/examples/device.xml
+    offers 'what can be exported' frame slot card -- export ''
+    offers 'types to export' 1 2 -- export --file "$example" frame ''
+    offers 'modes to export' 0 1 -- export --file "$example" card 0x0402 ''
+}
+
 "$3"
