@@ -4,6 +4,7 @@
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
+#include <cerrno>
 #include <cstring>
 
 namespace dcm {
@@ -69,12 +70,33 @@ bool isExpandable(const xmlNode *first, size_t room)
     return expandsWithin(room, first, false, kDepthMax);
 }
 
-// Where libxml2 runs out of memory it may hand out what it has so far; the thread's last error tells.
-bool ranOutOfMemory()
-{
-    const auto *error = xmlGetLastError();
-    return error != nullptr && error->code == XML_ERR_NO_MEMORY;
-}
+// Watches a call of libxml2, which hands out what it has when memory runs out. It raises an error then, but a later one
+// may take the error's place (a prefix without a namespace has one, and is accepted): errno still tells in that case.
+// errno alone proves nothing, since malloc may fail in one way and succeed in another.
+class MemoryWatch {
+public:
+    MemoryWatch()
+    {
+        errno = 0;
+        xmlResetLastError();
+    }
+    ~MemoryWatch()
+    {
+        if (errno == 0)
+            errno = before_;
+    }
+    MemoryWatch(const MemoryWatch &) = delete;
+    MemoryWatch &operator=(const MemoryWatch &) = delete;
+
+    bool sawMemoryRunOut() const // NOLINT(readability-convert-member-functions-to-static)
+    {
+        const auto *error = xmlGetLastError();
+        return error != nullptr && (error->code == XML_ERR_NO_MEMORY || errno == ENOMEM);
+    }
+
+private:
+    int before_ = errno;
+};
 
 } // namespace
 
@@ -88,22 +110,24 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
         if (const xmlChar *text = soleText(attribute->children))
             return Text(text);
     }
-    xmlResetLastError();
-    return owned(isExpandable(attribute->children, kTextExpansionMax) ? xmlGetProp(element, xmlText(name)) : nullptr,
-                 reporter);
+    const MemoryWatch watch;
+    unsigned char *copy =
+        isExpandable(attribute->children, kTextExpansionMax) ? xmlGetProp(element, xmlText(name)) : nullptr;
+    return owned(copy, watch.sawMemoryRunOut(), reporter);
 }
 
 Text Text::copyContent(Node element, const Reporter &reporter)
 {
-    xmlResetLastError();
-    return owned(isExpandable(element->children, kTextExpansionMax) ? xmlNodeGetContent(element) : nullptr, reporter);
+    const MemoryWatch watch;
+    unsigned char *copy = isExpandable(element->children, kTextExpansionMax) ? xmlNodeGetContent(element) : nullptr;
+    return owned(copy, watch.sawMemoryRunOut(), reporter);
 }
 
-Text Text::owned(unsigned char *copy, const Reporter &reporter)
+Text Text::owned(unsigned char *copy, bool isCut, const Reporter &reporter)
 {
     Text text(copy);
     text.copy_ = copy;
-    if (copy == nullptr || ranOutOfMemory()) {
+    if (copy == nullptr || isCut) {
         text.text_ = nullptr;
         text.outOfMemory_ = true;
         static_cast<void>(reporter.runsOutOfMemory());
@@ -139,15 +163,18 @@ Document::~Document()
 
 Result Document::parse(const Reporter &reporter)
 {
-    xmlResetLastError();
-    document_ = xmlParseFile(reporter.file);
+    bool isCut = false;
+    {
+        const MemoryWatch watch;
+        document_ = xmlParseFile(reporter.file);
+        isCut = watch.sawMemoryRunOut();
+    }
     if (document_ == nullptr) {
         const int error = errnoGet();
         return DCM_REPORT(reporter.function, "xmlfile(%s) parse failed(err#%d, %s)", reporter.file, error,
                           std::strerror(error));
     }
-    // Without memory libxml2 may leave content out and still call the document well-formed.
-    if (ranOutOfMemory())
+    if (isCut)
         return reporter.runsOutOfMemory();
     return rootOf(document_, root_, reporter);
 }

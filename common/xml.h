@@ -110,7 +110,8 @@ private:
         return first->content != nullptr ? first->content : kEmpty;
     }
     static Text copyContent(Node element, const Reporter &reporter);
-    static Text owned(unsigned char *copy, const Reporter &reporter);
+    // `isCut`: memory ran out while the copy was made.
+    static Text owned(unsigned char *copy, bool isCut, const Reporter &reporter);
 
     const unsigned char *text_;
     unsigned char *copy_ = nullptr;

@@ -126,24 +126,6 @@ std::string masked(const std::string &report, const std::string &file)
     return std::regex_replace(text, sourceLine, "$1#$2");
 }
 
-std::string readFile(const std::string &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw std::runtime_error("cannot read " + path);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
-void writeFile(const std::string &path, const std::string &content)
-{
-    std::ofstream file(path, std::ios::binary);
-    file << content;
-    if (!file.flush())
-        throw std::runtime_error("cannot write " + path);
-}
-
 std::string temporaryFolder()
 {
     const char *folder = getenv("TMPDIR");
@@ -234,7 +216,7 @@ Zorconf::~Zorconf()
 
 void Zorconf::write(const std::string &name, const std::string &content) const
 {
-    writeFile(root_ + "/device/" + name, content);
+    writeFile(path(name), content);
 }
 
 Answer<DcmFrameInfo> queryFrame(uint32_t typeId, const std::string &xml)
@@ -284,6 +266,24 @@ Element::~Element()
 xmlNodePtr Element::node() const
 {
     return xmlDocGetRootElement(document_);
+}
+
+std::string readFile(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw std::runtime_error("cannot read " + path);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+void writeFile(const std::string &path, const std::string &content)
+{
+    std::ofstream file(path, std::ios::binary);
+    file << content;
+    if (!file.flush())
+        throw std::runtime_error("cannot write " + path);
 }
 
 std::string golden(const std::string &name)

@@ -62,6 +62,9 @@ public:
     Zorconf &operator=(const Zorconf &) = delete;
     // Writes the file that the library sees as "/etc/zorconf/device/<name>".
     void write(const std::string &name, const std::string &content) const;
+    // Where that file lies, and the folder in the place of "/etc/zorconf".
+    std::string path(const std::string &name) const { return root_ + "/device/" + name; }
+    const std::string &root() const { return root_; }
 
 private:
     std::string root_;
@@ -157,6 +160,11 @@ template <std::size_t Size> std::string textOf(const char (&field)[Size])
 {
     return std::string(field, strnlen(field, Size));
 }
+
+// A file, whole.
+std::string readFile(const std::string &path);
+// Writes a file anew.
+void writeFile(const std::string &path, const std::string &content);
 
 // A file of the project's tests folder, whole, as in golden("frame-example.txt") below tests/golden.
 std::string golden(const std::string &name);

@@ -1,0 +1,451 @@
+// Files that are no description, and descriptions made to harm: what a query makes of them, and what it costs.
+#include "tests/reliability/allocator.h"
+#include "tests/reliability/queries.h"
+
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+
+using namespace dcmtest;
+
+namespace {
+
+constexpr size_t kMebibyte = size_t{1} << 20;
+
+Answer<DcmFrameInfo> queryFile(const std::string &path)
+{
+    Answer<DcmFrameInfo> answer;
+    const Effects effects =
+        effectsOf([&] { answer.result = dcmFrameInfoGet(path.c_str(), 1, answer.info.get()); }, path);
+    answer.messages = effects.messages;
+    return answer;
+}
+
+// The file is no document, and that is what the only message says. `error` is why it cannot be read, when it cannot.
+void expectParseFailed(const Answer<DcmFrameInfo> &answer, int error = 0)
+{
+    EXPECT_EQ(answer.result, -1);
+    ASSERT_EQ(answer.messages.size(), 1U);
+    const std::string begin = "[dcmFrameInfoGet:#]: xmlfile(FILE) parse failed(err#";
+    const std::string reason = error != 0 ? std::to_string(error) + ", " + std::strerror(error) + ")" : "";
+    EXPECT_EQ(answer.messages[0].substr(0, begin.size() + reason.size()), begin + reason);
+    EXPECT_EQ(answer.info->type, 1) << "cleared but for its type";
+    EXPECT_EQ(answer.info->maxSlotId, 0) << "cleared but for its type";
+}
+
+void expectSlots(const Answer<DcmFrameInfo> &answer, unsigned maxSlotId)
+{
+    EXPECT_EQ(answer.result, 0);
+    EXPECT_EQ(answer.messages, Messages());
+    EXPECT_EQ(answer.info->maxSlotId, maxSlotId);
+}
+
+const std::string kFrame = "<frame typeid='1'><maxslotnum>7</maxslotnum></frame>";
+
+std::string repeated(const std::string &text, size_t count)
+{
+    std::string all;
+    all.reserve(text.size() * count);
+    for (size_t i = 0; i < count; i++)
+        all += text;
+    return all;
+}
+
+} // namespace
+
+// ---- Paths ----------------------------------------------------------------------------------------------------------
+
+TEST(HostileFile, MayBeMissing)
+{
+    expectParseFailed(queryFile(Zorconf().path("none.xml")), ENOENT);
+}
+
+TEST(HostileFile, MayLieBelowAFile)
+{
+    const TemporaryFile file("<device/>");
+    expectParseFailed(queryFile(file.path() + "/device.xml"), ENOTDIR);
+}
+
+TEST(HostileFile, MayBeALinkToItself)
+{
+    const Zorconf zorconf;
+    const std::string path = zorconf.path("device.xml");
+    ASSERT_EQ(symlink(path.c_str(), path.c_str()), 0);
+    expectParseFailed(queryFile(path), ELOOP);
+}
+
+TEST(HostileFile, MayHaveANameThatIsTooLong)
+{
+    expectParseFailed(queryFile("/" + std::string(5000, 'x')), ENAMETOOLONG);
+}
+
+TEST(HostileFile, MayHaveAnEmptyName)
+{
+    const Answer<DcmFrameInfo> answer = queryFile("");
+    EXPECT_EQ(answer.result, -1);
+    EXPECT_EQ(answer.messages.size(), 1U);
+}
+
+TEST(HostileFile, MayBeAFolder)
+{
+    expectParseFailed(queryFile(Zorconf().root()));
+}
+
+TEST(HostileFile, MayBeUnreadable)
+{
+    const Zorconf zorconf;
+    zorconf.write("device.xml", "<device>" + kFrame + "</device>");
+    const std::string path = zorconf.path("device.xml");
+    ASSERT_EQ(chmod(path.c_str(), 0), 0);
+    if (access(path.c_str(), R_OK) == 0)
+        GTEST_SKIP() << "this user may read everything";
+    expectParseFailed(queryFile(path), EACCES);
+}
+
+TEST(HostileFile, MayBeADeviceWithoutEnd)
+{
+    expectParseFailed(queryFile("/dev/zero"));
+}
+
+// ---- Contents -------------------------------------------------------------------------------------------------------
+
+namespace {
+
+struct Content {
+    const char *name; // of the test
+    std::string bytes;
+};
+
+std::string wide(const std::string &ascii, bool isBigEndian)
+{
+    std::string units = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char character : ascii)
+        units += isBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
+    return units;
+}
+
+const std::string kDevice = "<device>" + kFrame + "</device>";
+const std::string kTag = "<frame typeid='1'><maxslotnum>7"; // up to the middle of the number
+const std::string kRest = "</maxslotnum></frame></device>";
+
+const Content accepted[] = {
+    {"Utf16LittleEndian", wide("<?xml version='1.0' encoding='UTF-16'?>" + kDevice, false)},
+    {"Utf16BigEndian", wide("<?xml version='1.0' encoding='UTF-16'?>" + kDevice, true)},
+    {"Utf16WithoutDeclaration", wide(kDevice, false)},
+    {"Utf8WithByteOrderMark", "\xEF\xBB\xBF" + kDevice},
+    {"Latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><device><!-- L\xFC"
+               "fter --><L\xFC"
+               "fter/>" +
+                   kFrame + "</device>"},
+    {"Ascii", "<?xml version='1.0' encoding='US-ASCII'?>" + kDevice},
+};
+
+const Content refused[] = {
+    {"Nothing", ""},
+    {"OneByte", "<"},
+    {"OnlyBlanks", " \n\t\r\n"},
+    {"OnlyAByteOrderMark", "\xEF\xBB\xBF"},
+    {"OnlyADeclaration", "<?xml version='1.0'?>"},
+    {"NoMarkup", "not a description"},
+    {"TwoRoots", kDevice + kDevice},
+    {"NulByteInText", "<device>" + kTag + std::string(1, '\0') + kRest},
+    {"NulByteInName", "<device><fr" + std::string(1, '\0') + "ame/>" + kFrame + "</device>"},
+    {"NulByteInFront", std::string(1, '\0') + kDevice},
+    {"NulBytesOnly", std::string(5000, '\0')},
+    {"NulByteCharacterReference", "<device>" + kTag + "&#0;" + kRest},
+    {"Latin1Undeclared", "<device>" + kTag + "\xE4" + kRest},
+    {"Utf8CutWithinACharacter", "<device>" + kTag + "\xE2\x82" + kRest},
+    {"Utf8Overlong", "<device>" + kTag + "\xC0\xB1" + kRest},
+    {"Utf8Surrogate", "<device>" + kTag + "\xED\xA0\x80" + kRest},
+    {"Utf8BeyondUnicode", "<device>" + kTag + "\xF5\x80\x80\x80" + kRest},
+    {"Utf16OfOddLength", wide(kDevice, false).substr(0, 2 * kDevice.size() - 5)},
+    {"Utf16DeclaredOnly", "<?xml version='1.0' encoding='UTF-16'?>" + wide(kDevice, true).substr(2)},
+    {"EncodingUnknown", "<?xml version='1.0' encoding='none-such'?><device>" + kTag + "\xE4" + kRest},
+};
+
+class AcceptedContent : public testing::TestWithParam<Content> {};
+class RefusedContent : public testing::TestWithParam<Content> {};
+
+std::string nameOf(const testing::TestParamInfo<Content> &info)
+{
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(, AcceptedContent, testing::ValuesIn(accepted), nameOf);
+INSTANTIATE_TEST_SUITE_P(, RefusedContent, testing::ValuesIn(refused), nameOf);
+
+} // namespace
+
+TEST_P(AcceptedContent, GivesItsRecord)
+{
+    expectSlots(queryFrame(1, GetParam().bytes), 7);
+}
+
+TEST_P(RefusedContent, IsNoDocument)
+{
+    expectParseFailed(queryFrame(1, GetParam().bytes));
+}
+
+TEST(HostileFile, GivesTextsAsUtf8WhateverItsEncoding)
+{
+    const std::string latin1 = "<?xml version='1.0' encoding='ISO-8859-1'?><device><card typeid='1' name='L\xFC"
+                               "fter'/></device>";
+    const Answer<DcmCardInfo> answer = queryCard(1, 0, latin1);
+    EXPECT_EQ(answer.result, 0);
+    EXPECT_EQ(std::string(answer.info->name, answer.info->nameLen), "L\xC3\xBC"
+                                                                    "fter");
+}
+
+// ---- Sizes ----------------------------------------------------------------------------------------------------------
+
+TEST(HostileFile, MayHave64MebibytesOfTexts)
+{
+    const std::string text = "<text>" + std::string(kMebibyte, 'x') + "</text>";
+    const TemporaryFile file("<device>" + repeated(text, 64) + kFrame + "</device>");
+    const PeakMemory peak;
+    expectSlots(queryFile(file.path()), 7);
+    EXPECT_LT(peak.bytes(), 256 * kMebibyte) << "little more than the texts themselves";
+}
+
+TEST(HostileFile, MayHave64MebibytesInOneText)
+{
+    const TemporaryFile file("<device><text>" + std::string(64 * kMebibyte, 'x') + "</text>" + kFrame + "</device>");
+    const PeakMemory peak;
+    expectParseFailed(queryFile(file.path()));
+    EXPECT_LT(peak.bytes(), 256 * kMebibyte);
+}
+
+TEST(HostileFile, MayHave64MebibytesOfNothing)
+{
+    const TemporaryFile file("");
+    ASSERT_EQ(truncate(file.c_str(), 64 * static_cast<off_t>(kMebibyte)), 0);
+    const PeakMemory peak;
+    expectParseFailed(queryFile(file.path()));
+    EXPECT_LT(peak.bytes(), kMebibyte) << "refused at its first byte";
+}
+
+TEST(HostileFile, MayNest10000Deep)
+{
+    const std::string deep = repeated("<a>", 10000) + repeated("</a>", 10000);
+    expectParseFailed(queryFrame(1, "<device>" + deep + kFrame + "</device>"));
+}
+
+TEST(HostileFile, MayNestAsDeepAsTheParserGoes)
+{
+    const std::string deep = repeated("<a>", 250) + "7" + repeated("</a>", 250);
+    expectSlots(frameWith("<maxslotnum>" + deep + "</maxslotnum>"), 7);
+}
+
+TEST(HostileFile, MayHaveAMillionAttributes)
+{
+    std::string element = "<x";
+    for (unsigned attribute = 0; attribute < 100; attribute++)
+        element += " a" + std::to_string(attribute) + "=''";
+    const TemporaryFile file("<device>" + repeated(element + "/>", 10000) + kFrame + "</device>");
+    const PeakMemory peak;
+    expectSlots(queryFile(file.path()), 7);
+    EXPECT_LT(peak.bytes(), 512 * kMebibyte) << "as many bytes as the nodes of that many attributes have";
+}
+
+TEST(HostileFile, MayHaveAnElementWith10000Attributes)
+{
+    std::string element = "<frame typeid='1'";
+    for (unsigned attribute = 0; attribute < 10000; attribute++)
+        element += " a" + std::to_string(attribute) + "='2'";
+    expectSlots(queryFrame(1, "<device>" + element + "><maxslotnum>7</maxslotnum></frame></device>"), 7);
+}
+
+TEST(HostileFile, MayHaveANameOf1Mebibyte)
+{
+    const std::string name(kMebibyte, 'n');
+    const Answer<DcmFrameInfo> answer = queryFrame(1, "<device><" + name + "/>" + kFrame + "</device>");
+    EXPECT_TRUE(answer.result == 0 || answer.result == -1);
+    EXPECT_EQ(answer.messages.empty(), answer.result == 0);
+}
+
+// ---- Entities that spell out more than memory holds -----------------------------------------------------------------
+
+namespace {
+
+// Ten entities, each of which refers ten times to the one before.
+std::string bombDeclarations(const std::string &first)
+{
+    std::string declarations = "<!ENTITY e0 '" + first + "'>";
+    for (unsigned entity = 1; entity < 10; entity++)
+        declarations +=
+            "<!ENTITY e" + std::to_string(entity) + " '" + repeated("&e" + std::to_string(entity - 1) + ";", 10) + "'>";
+    return declarations;
+}
+
+// A query on it ends, in failure or with a record in which the bomb stands nowhere, and takes little memory.
+void expectDefused(const std::string &xml)
+{
+    const TemporaryFile file(xml);
+    const PeakMemory peak;
+    const Answer<DcmFrameInfo> answer = queryFile(file.path());
+    EXPECT_TRUE(answer.result == 0 || answer.result == -1);
+    EXPECT_EQ(answer.messages.empty(), answer.result == 0);
+    EXPECT_LT(peak.bytes(), 64 * kMebibyte);
+}
+
+std::string withType(const std::string &declarations, const std::string &content)
+{
+    return "<!DOCTYPE device [" + declarations + "]><device>" + content + "</device>";
+}
+
+} // namespace
+
+TEST(EntityBomb, InAContentCostsLittle)
+{
+    expectDefused(withType(bombDeclarations("lol"), "<frame typeid='1'><maxslotnum>&e9;</maxslotnum></frame>"));
+}
+
+TEST(EntityBomb, InAnAttributeCostsLittle)
+{
+    expectDefused(withType(bombDeclarations("lol"), "<frame typeid='&e9;'/>"));
+}
+
+TEST(EntityBomb, OfElementsCostsLittle)
+{
+    expectDefused(withType(bombDeclarations("<maxslotnum>1</maxslotnum>"), "<frame typeid='1'>&e9;</frame>"));
+}
+
+TEST(EntityBomb, InADefaultOfAnAttributeCostsLittle)
+{
+    expectDefused(withType(bombDeclarations("lol") + "<!ATTLIST frame name CDATA '&e9;'>", repeated(kFrame, 100)));
+}
+
+// libxml2 itself bounds these by size only, and some versions never come back from ten times as many.
+TEST(EntityBomb, OfAThousandParameterEntitiesCostsLittle)
+{
+    std::string declarations = "<!ENTITY % p0 '<!ELEMENT a ANY>'>";
+    for (unsigned entity = 1; entity < 4; entity++)
+        declarations += "<!ENTITY % p" + std::to_string(entity) + " '" +
+                        repeated("&#37;p" + std::to_string(entity - 1) + ";", 10) + "'>";
+    expectDefused(withType(declarations + "%p3;", kFrame));
+}
+
+TEST(EntityBomb, ThatRefersToItselfCostsLittle)
+{
+    expectDefused(
+        withType("<!ENTITY a '&b;'><!ENTITY b '&a;'>", "<frame typeid='1'><maxslotnum>&a;</maxslotnum></frame>"));
+}
+
+// ---- Other files ----------------------------------------------------------------------------------------------------
+
+namespace {
+
+// A file that tells whether it was opened.
+class Canary {
+public:
+    explicit Canary(const std::string &content) : file_(content), watch_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        EXPECT_GE(inotify_add_watch(watch_, file_.c_str(), IN_OPEN | IN_ACCESS), 0);
+    }
+    ~Canary() { close(watch_); }
+    Canary(const Canary &) = delete;
+    Canary &operator=(const Canary &) = delete;
+
+    const std::string &path() const { return file_.path(); }
+    bool wasOpened() const
+    {
+        alignas(inotify_event) char events[1024];
+        return read(watch_, events, sizeof events) > 0;
+    }
+
+private:
+    TemporaryFile file_;
+    int watch_;
+};
+
+// CANARY in `xml` stands for the path of a file with `content`: a query does not open it, and gives what the
+// description itself says, or nothing.
+void expectNotRead(std::string xml, const std::string &content)
+{
+    const Canary canary(content);
+    const std::string name = "CANARY";
+    for (size_t at = 0; (at = xml.find(name, at)) != std::string::npos;)
+        xml.replace(at, name.size(), canary.path());
+    const Answer<DcmFrameInfo> answer = queryFrame(1, xml);
+    EXPECT_FALSE(canary.wasOpened());
+    EXPECT_TRUE(answer.result == 0 || answer.result == -1);
+    EXPECT_NE(answer.info->maxSlotId, 66);
+}
+
+constexpr char kElement[] = "<maxslotnum>66</maxslotnum>";
+
+} // namespace
+
+TEST(OtherFile, IsSeenToBeRead)
+{
+    const Canary canary("66");
+    EXPECT_FALSE(canary.wasOpened());
+    EXPECT_EQ(readFile(canary.path()), "66");
+    EXPECT_TRUE(canary.wasOpened());
+}
+
+TEST(OtherFile, IsNotReadForAnEntityInAContent)
+{
+    const std::string type = "<!DOCTYPE device [<!ENTITY other SYSTEM 'CANARY'>]>";
+    expectNotRead(type + "<device><frame typeid='1'><maxslotnum>&other;</maxslotnum></frame></device>", "66");
+    expectNotRead(type + "<device><frame typeid='1'>&other;</frame></device>", kElement);
+}
+
+TEST(OtherFile, IsNotReadForAnEntityWithAUrl)
+{
+    expectNotRead("<!DOCTYPE device [<!ENTITY other SYSTEM 'file://CANARY'>]>"
+                  "<device><frame typeid='1'><maxslotnum>&other;</maxslotnum></frame></device>",
+                  "66");
+}
+
+TEST(OtherFile, IsNotReadForAnEntityInAnAttribute)
+{
+    expectNotRead("<!DOCTYPE device [<!ENTITY other SYSTEM 'CANARY'>]><device><frame typeid='&other;'>" +
+                      std::string(kElement) + "</frame></device>",
+                  "1");
+}
+
+TEST(OtherFile, IsNotReadForAnEntityInAnEntity)
+{
+    expectNotRead("<!DOCTYPE device [<!ENTITY other SYSTEM 'CANARY'><!ENTITY inner '&other;'>]>"
+                  "<device><frame typeid='1'><maxslotnum>&inner;</maxslotnum></frame></device>",
+                  "66");
+}
+
+TEST(OtherFile, IsNotReadAsDocumentType)
+{
+    const std::string declarations = "<!ATTLIST frame typeid CDATA '1'><!ENTITY slots '66'>";
+    const std::string device = "<device><frame><maxslotnum>&slots;</maxslotnum></frame></device>";
+    expectNotRead("<!DOCTYPE device SYSTEM 'CANARY'>" + device, declarations);
+    expectNotRead("<!DOCTYPE device PUBLIC '-//A//B//EN' 'CANARY'>" + device, declarations);
+    expectNotRead("<?xml version='1.0' standalone='no'?><!DOCTYPE device SYSTEM 'CANARY' [<!ENTITY x 'y'>]>" + device,
+                  declarations);
+}
+
+TEST(OtherFile, IsNotReadForAParameterEntity)
+{
+    const std::string device = "<device><frame typeid='1'><maxslotnum>&slots;</maxslotnum></frame></device>";
+    expectNotRead("<!DOCTYPE device [<!ENTITY % other SYSTEM 'CANARY'> %other;]>" + device, "<!ENTITY slots '66'>");
+    expectNotRead("<!DOCTYPE device [<!ENTITY % all '<!ENTITY &#37; other SYSTEM \"CANARY\">'> %all; %other;]>" +
+                      device,
+                  "<!ENTITY slots '66'>");
+}
+
+TEST(OtherFile, IsNotIncluded)
+{
+    const std::string include = "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' href='CANARY' parse='";
+    expectNotRead("<device><frame typeid='1'>" + include + "xml'/></frame></device>", kElement);
+    expectNotRead("<device><frame typeid='1'><maxslotnum>" + include + "text'/></maxslotnum></frame></device>", "66");
+}
+
+TEST(OtherFile, IsNotReadForAnInstructionOrAHint)
+{
+    expectNotRead("<?oasis-xml-catalog catalog='CANARY'?><?xml-stylesheet href='CANARY' type='text/xsl'?>"
+                  "<!DOCTYPE device [<!ENTITY other PUBLIC 'other' 'other.xml'>]>"
+                  "<device xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' "
+                  "xsi:noNamespaceSchemaLocation='CANARY'><frame typeid='1'><maxslotnum>&other;</maxslotnum></frame>"
+                  "</device>",
+                  "66");
+}
