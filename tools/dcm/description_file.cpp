@@ -141,6 +141,11 @@ struct ParserEvents {
             setOffset(context->node, offsetOfLast(file, context == file.parser_ ? '<' : '&'));
     }
 
+    static bool speaksToTheTool(const char *comment)
+    {
+        return std::strncmp(comment + std::strspn(comment, " \t\r\n"), "dcm-check", 9) == 0;
+    }
+
     static void comment(void *parser, const xmlChar *text)
     {
         xmlSAX2Comment(parser, text);
@@ -149,7 +154,7 @@ struct ParserEvents {
         xmlNode *node = context->node != nullptr ? context->node->last : context->myDoc->last;
         // One in an entity or a document type speaks of nothing.
         if (context != file.parser_ || node == nullptr || node->type != XML_COMMENT_NODE ||
-            std::strstr(reinterpret_cast<const char *>(text), "dcm-check") == nullptr)
+            !speaksToTheTool(reinterpret_cast<const char *>(text)))
             return;
         const size_t end = offset(file);
         file.comments_.push_back({node, {file.text_.rfind("<!--", end), end}});

@@ -348,6 +348,12 @@ Fault faultOf(const Guilty &guilty, const dcm::Element *format)
     fault = faultOfAttributes(guilty, *format);
     if (fault.attribute != nullptr)
         return fault;
+    uint32_t count = 0;
+    if (guilty.message.find("out of range") != std::string::npos && announced(guilty.element, count)) {
+        fault.text = "is more than the " + std::to_string(count) + " announced";
+        fault.mayBeOrder = true;
+        return fault;
+    }
     const dcm::Text text = dcm::Text::content(guilty.element, {"dcm"});
     fault.isContent = format->content.kind != dcm::Kind::none;
     if (!fault.isContent || !text ||

@@ -172,6 +172,21 @@ void strayText(const Spot &spot, Findings &findings)
     }
 }
 
+std::string effectOfMissing(const Spot &spot, const dcm::Attribute &attribute)
+{
+    if (spot.format == &dcm::kSlotElement)
+        return "the slot is never found";
+    switch (attribute.content.kind) {
+    case dcm::Kind::number:
+    case dcm::Kind::keyword:
+        return "it counts as 0";
+    case dcm::Kind::ledName:
+        return "it counts as an empty name";
+    default:
+        return "the element is passed over";
+    }
+}
+
 void missingAttribute(const Spot &spot, Findings &findings)
 {
     for (size_t i = 0; i < spot.format->attributeCount; i++) {
@@ -180,10 +195,7 @@ void missingAttribute(const Spot &spot, Findings &findings)
         const bool isIdentity = spot.parent == nullptr && i == 0;
         if ((attribute.need != dcm::Need::required && !isIdentity) || spot.text(attribute.name))
             continue;
-        findings.atName(spot, quoted(attribute.name) + " is missing: " +
-                                  (spot.format == &dcm::kSlotElement ? "the slot is never found"
-                                   : isIdentity                      ? "it counts as type 0"
-                                                : "what it stands for counts as 0, or the element is passed over"));
+        findings.atName(spot, quoted(attribute.name) + " is missing: " + effectOfMissing(spot, attribute));
     }
 }
 
@@ -237,29 +249,31 @@ const dcm::Attribute *countOf(const Spot &spot)
     return findAttribute(*spot.format, dcm::Kind::count);
 }
 
-// Tells entries apart: by their id, and by their type where each type counts for itself. Empty: by nothing.
-std::vector<std::string> keysOf(Node node, const dcm::Element &format)
+// Tells entries apart: by their id, and by their type where each type counts for itself. False when they have no ids.
+bool keysOf(Node node, const dcm::Element &format, std::vector<std::string> &keys)
 {
+    keys.clear();
     const dcm::Attribute *id = findAttribute(format, dcm::Kind::id);
     if (id == nullptr)
         id = findAttribute(format, dcm::Kind::bitList);
     if (id == nullptr)
-        return {};
+        return false;
     const dcm::Attribute *type = findAttribute(format, dcm::Kind::keyword);
     const dcm::Text typeText = dcm::Text::attribute(node, type != nullptr ? type->name : "", {"dcm"});
     const std::string prefix = typeText ? typeText.c_str() : "";
     const dcm::Text text = dcm::Text::attribute(node, id->name, {"dcm"});
     if (!text)
-        return {};
-    if (id->content.kind == dcm::Kind::id)
-        return {prefix + "/" + std::to_string(text.number())};
-    std::vector<std::string> keys;
+        return false;
+    if (id->content.kind == dcm::Kind::id) {
+        keys.push_back(prefix + "/" + std::to_string(text.number()));
+        return true;
+    }
     uint8_t bits[DCM_PANEL_IF_MAX / 8] = {};
     static_cast<void>(dcmStr2BitList(text.c_str(), 1, static_cast<uint32_t>(id->content.limit), bits, sizeof bits));
     for (uint32_t bit = 0; bit < id->content.kept; bit++)
         if (dcm::_dcmBitTest(bits, bit) != 0)
             keys.push_back(prefix + "/" + std::to_string(bit + 1));
-    return keys;
+    return true;
 }
 
 void countDiffers(const Spot &spot, Findings &findings)
@@ -269,11 +283,11 @@ void countDiffers(const Spot &spot, Findings &findings)
     if (!text)
         return;
     std::set<std::string> keyed;
+    std::vector<std::string> keys;
     size_t count = 0;
     for (const KnownChild &child : spot.known) {
-        const std::vector<std::string> keys = keysOf(child.node, *spot.rowOf(child).element);
+        count += keysOf(child.node, *spot.rowOf(child).element, keys) ? 0 : 1;
         keyed.insert(keys.begin(), keys.end());
-        count += keys.empty() ? 1 : 0;
     }
     count += keyed.size();
     const uint32_t announced = text.number();
