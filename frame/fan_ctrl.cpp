@@ -30,8 +30,8 @@ template <auto Field, uint32_t Maximum> constexpr BitsBeforeFault<Field, Maximum
 
 constexpr Child<DcmFanCtrlMapInfo> kMap[] = {
     {"card", bitsBeforeFault<&DcmFanCtrlMapInfo::cardBits, DCM_SLOT_MAX>},
-    {"power", bitsBeforeFault<&DcmFanCtrlMapInfo::powerBits, DCM_POWER_MAX>},
-    {"fan-moudule", bitsBeforeFault<&DcmFanCtrlMapInfo::fanModuleBits, DCM_FAN_MODULE_MAX>}, // kept: the spelling
+    {kCooledPowerName, bitsBeforeFault<&DcmFanCtrlMapInfo::powerBits, DCM_POWER_MAX>},
+    {kCooledFanModuleName, bitsBeforeFault<&DcmFanCtrlMapInfo::fanModuleBits, DCM_FAN_MODULE_MAX>},
 };
 
 } // namespace

@@ -15,7 +15,7 @@ struct FanDraft {
 };
 
 constexpr Child<FanDraft> kFan[] = {
-    {"fanctrl", number<&FanDraft::fanCtrl>},
+    {kFanCtrlName, number<&FanDraft::fanCtrl>},
     {"fanctrl-offset", signedNumber<&FanDraft::fanCtrlOffset>},
 };
 
@@ -85,7 +85,7 @@ constexpr Element kFanElement = repeated(kWithAttributes<kFanIds, kFan>);
 
 constexpr Child<FanModuleDraft> kFanModule[] = {
     {"fannum", number<&FanModuleDraft::fanNum>},
-    {"slot", number<&FanModuleDraft::slot>},
+    {kModuleSlotName, number<&FanModuleDraft::slot>},
     {"slot-offset", signedNumber<&FanModuleDraft::slotOffset>},
     {"fan", takeFan, kFanElement, DCM_SAYS("fan module decode fan failed.")},
     {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("fan module decode led failed.")},

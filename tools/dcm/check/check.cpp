@@ -1,6 +1,7 @@
 #include "tools/dcm/check/check.h"
 
 #include "card/card_format.h"
+#include "common/bits.h"
 #include "frame/frame_format.h"
 #include "slot/slot_format.h"
 #include "tools/dcm/check/format_lookup.h"
@@ -55,6 +56,33 @@ const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind)
         if (format.attributes[i].content.kind == kind)
             return &format.attributes[i];
     return nullptr;
+}
+
+const dcm::Attribute *idAttribute(const dcm::Element &format)
+{
+    const dcm::Attribute *id = findAttribute(format, dcm::Kind::id);
+    return id != nullptr ? id : findAttribute(format, dcm::Kind::bitList);
+}
+
+std::vector<uint32_t> idsOf(Node element, const dcm::Element &format)
+{
+    const dcm::Attribute *id = idAttribute(format);
+    const dcm::Text text = dcm::Text::attribute(element, id != nullptr ? id->name : "", {"dcm"});
+    if (!text)
+        return {};
+    return id->content.kind == dcm::Kind::id ? std::vector<uint32_t>{text.number()}
+                                             : numbersOf(text.c_str(), id->content);
+}
+
+std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content)
+{
+    uint8_t bits[DCM_PANEL_IF_MAX / 8] = {};
+    static_cast<void>(dcmStr2BitList(list, 1, static_cast<uint32_t>(content.limit), bits, sizeof bits));
+    std::vector<uint32_t> numbers;
+    for (uint32_t bit = 0; bit < content.kept; bit++)
+        if (dcm::_dcmBitTest(bits, bit) != 0)
+            numbers.push_back(bit + 1);
+    return numbers;
 }
 
 const dcm::Element *formatOf(Node element)

@@ -11,6 +11,8 @@ Checks queryChecks();
 Checks structureChecks();
 Checks valueChecks();
 Checks ledChecks();
+Checks relationChecks();
+Checks limitChecks();
 Checks allowanceChecks();
 
 } // namespace dcmtool

@@ -21,6 +21,13 @@ size_t findRow(const dcm::Element &format, const char *name, size_t from = 0);
 const dcm::Attribute *findAttribute(const dcm::Element &format, const char *name);
 const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
 
+// The attribute that tells an element from others of its kind, an id or a list of ids; nullptr when there is none.
+const dcm::Attribute *idAttribute(const dcm::Element &format);
+// What it says: the ids that mean something.
+std::vector<uint32_t> idsOf(Node element, const dcm::Element &format);
+// The numbers of a bit list that mean something.
+std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
+
 // The format of an element of a description; nullptr where it knows none.
 const dcm::Element *formatOf(Node element);
 

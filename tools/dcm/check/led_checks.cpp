@@ -1,5 +1,7 @@
 // LEDs: their names, their states and the priorities of those.
 #include "common/vocabularies.h"
+#include "frame/frame_format.h"
+#include "led/led_entity.h"
 #include "led/led_states.h"
 #include "tools/dcm/check/checks.h"
 #include "tools/dcm/check/format_lookup.h"
@@ -12,6 +14,10 @@ namespace dcmtool {
 namespace {
 
 using dcm::Kind;
+
+// Rows of gDcmEttAttachStrs.
+constexpr size_t kSystemRow = 0;
+constexpr size_t kCardRow = 2;
 
 const dcm::Vocabulary kAttachWords = {nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS};
 
@@ -105,6 +111,67 @@ void ledSource(const Value &value, Findings &findings)
         !isNumber(text.substr(slash + 1)))
         findings.at(value, quoted(text) + " is no source: the numbers that cannot be read count as 0; expected one "
                                           "like 'src-3/1'");
+}
+
+// Whether a unit's own "led-entity" declares an LED of this type and number.
+bool declares(Node holder, const dcm::Element &format, const LedName &name)
+{
+    for (const Node block : dcm::children(holder)) {
+        const size_t row = findRow(format, dcm::nameOf(block));
+        if (row == format.childCount || format.children[row].element != &dcm::kLedEntityElement)
+            continue;
+        for (const Node led : dcm::children(block)) {
+            const dcm::NamedElement &ledRow = dcm::kLedEntityElement.children[0];
+            if (!dcm::isNamed(led, ledRow.name))
+                continue;
+            const dcm::Attribute *type = findAttribute(*ledRow.element, Kind::keyword);
+            const dcm::Text typeText = dcm::Text::attribute(led, type->name, {"dcm"});
+            const std::vector<uint32_t> ids = idsOf(led, *ledRow.element);
+            const auto id = static_cast<uint32_t>(std::stoi(name.id));
+            if (typeText && name.type == typeText.c_str() && std::find(ids.begin(), ids.end(), id) != ids.end())
+                return true;
+        }
+    }
+    return false;
+}
+
+// Whether a frame or card of the file may have the LED, whichever of the two it is attached to.
+bool declaresAnywhere(const std::vector<DescribedType> &types, RecordKind kind, const LedName &name)
+{
+    bool isAny = false;
+    for (const DescribedType &type : types) {
+        if (type.kind != kind)
+            continue;
+        isAny = true;
+        if (declares(type.element, *rowOf(kind).element, name))
+            return true;
+    }
+    return !isAny;
+}
+
+void ledNotDeclared(const Value &value, Findings &findings)
+{
+    const LedName name = splitName(value.text);
+    const Spot *map = &value.spot;
+    while (map != nullptr && map->format != &dcm::kLedMapElement)
+        map = map->parent;
+    if (map == nullptr || map->parent == nullptr || !name.isComplete || !isSmallNumber(name.id) ||
+        !isWord(name.type.c_str(), dcm::kLedTypeWords) || declares(map->parent->node, *map->parent->format, name))
+        return;
+    const bool isOfSystem = name.attach == gDcmEttAttachStrs[kSystemRow];
+    const bool isOfCard = name.attach == gDcmEttAttachStrs[kCardRow];
+    const bool isOwn = !isSmallNumber(name.slot) || (isOfSystem && map->parent->format == &dcm::kFrameElement);
+    // What is attached to something else is declared there.
+    if (!isOwn) {
+        const RecordKind kind = isOfSystem ? RecordKind::frame : RecordKind::card;
+        if ((!isOfSystem && !isOfCard) || declaresAnywhere(value.spot.type.types, kind, name))
+            return;
+    }
+    findings.at(value, "no LED of type " + quoted(name.type) + " and number " + name.id + " is declared " +
+                           (isOwn        ? "beside this map"
+                            : isOfSystem ? "in any frame"
+                                         : "in any card") +
+                           ": the state is shown on no LED");
 }
 
 // ---- States ---------------------------------------------------------------------------------------------------------
@@ -231,6 +298,34 @@ constexpr Check kChecks[] = {
 </device>
 )",
      valuesBy(ledName, kindsOf(Kind::ledName))},
+    {"led-not-declared", Severity::warning, "An LED map names an LED that is not declared",
+     "The entries of an LED map say which LED shows a state. An LED that is not declared has no colours and no states: "
+     "what it should show is shown nowhere. An LED of the holder's own is declared beside the map, one of the system "
+     "in "
+     "a frame, one of a card in a card.",
+     R"(<device>
+  <card typeid="1">
+    <led-entity num="1">
+      <led id="1" type="alarm"/>
+    </led-entity>
+    <led-map num="1">
+      <led-name>led-alarm-2@card#/#</led-name>
+    </led-map>
+  </card>
+</device>
+)",
+     R"(<device>
+  <card typeid="1">
+    <led-entity num="2">
+      <led id="1-2" type="alarm"/>
+    </led-entity>
+    <led-map num="1">
+      <led-name>led-alarm-2@card#/#</led-name>
+    </led-map>
+  </card>
+</device>
+)",
+     valuesBy(ledNotDeclared, kindsOf(Kind::ledName))},
     {"led-source", Severity::warning, "The source of an entry in an LED map cannot be read",
      "A source is a place in the device, as in 'src-3/1'. Numbers that cannot be read count as 0, and the LED shows "
      "the "

@@ -5,7 +5,8 @@ namespace dcmtool {
 const std::vector<Checks> &allChecks()
 {
     static const std::vector<Checks> all = {
-        fileChecks(), queryChecks(), structureChecks(), valueChecks(), ledChecks(), allowanceChecks(),
+        fileChecks(), queryChecks(),    structureChecks(), valueChecks(),
+        ledChecks(),  relationChecks(), limitChecks(),     allowanceChecks(),
     };
     return all;
 }

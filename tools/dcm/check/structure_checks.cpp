@@ -253,26 +253,14 @@ const dcm::Attribute *countOf(const Spot &spot)
 bool keysOf(Node node, const dcm::Element &format, std::vector<std::string> &keys)
 {
     keys.clear();
-    const dcm::Attribute *id = findAttribute(format, dcm::Kind::id);
-    if (id == nullptr)
-        id = findAttribute(format, dcm::Kind::bitList);
-    if (id == nullptr)
+    const dcm::Attribute *id = idAttribute(format);
+    if (id == nullptr || !dcm::Text::attribute(node, id->name, {"dcm"}))
         return false;
     const dcm::Attribute *type = findAttribute(format, dcm::Kind::keyword);
     const dcm::Text typeText = dcm::Text::attribute(node, type != nullptr ? type->name : "", {"dcm"});
     const std::string prefix = typeText ? typeText.c_str() : "";
-    const dcm::Text text = dcm::Text::attribute(node, id->name, {"dcm"});
-    if (!text)
-        return false;
-    if (id->content.kind == dcm::Kind::id) {
-        keys.push_back(prefix + "/" + std::to_string(text.number()));
-        return true;
-    }
-    uint8_t bits[DCM_PANEL_IF_MAX / 8] = {};
-    static_cast<void>(dcmStr2BitList(text.c_str(), 1, static_cast<uint32_t>(id->content.limit), bits, sizeof bits));
-    for (uint32_t bit = 0; bit < id->content.kept; bit++)
-        if (dcm::_dcmBitTest(bits, bit) != 0)
-            keys.push_back(prefix + "/" + std::to_string(bit + 1));
+    for (const uint32_t number : idsOf(node, format))
+        keys.push_back(prefix + "/" + std::to_string(number));
     return true;
 }
 
