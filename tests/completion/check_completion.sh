@@ -37,7 +37,7 @@ complete_line() {
 
 # has WORD: bash offers the word among others, after complete_line.
 has() {
-    printf '%s\n' "${COMPREPLY[@]}" | grep -qxF -e "$1" || {
+    grep -qxF -e "$1" <(printf '%s\n' "${COMPREPLY[@]}") || {
         echo "not offered: $1"
         exit 1
     }

@@ -61,8 +61,9 @@ foreach(reference IN LISTS references)
     expect("something needs ${reference}" reference IN_LIST needed)
 endforeach()
 
-# Whatever the build cannot do without is in it.
+# Whatever the build cannot do without is in it; threads come with the system.
 file(STRINGS ${SOURCE}/CMakeLists.txt packages REGEX "find_package\\(.*REQUIRED")
+list(FILTER packages EXCLUDE REGEX "\\(Threads ")
 foreach(package IN LISTS packages)
     string(REGEX REPLACE ".*find_package\\(([A-Za-z0-9_]+).*" "\\1" package "${package}")
     string(TOLOWER ${package} reference)
