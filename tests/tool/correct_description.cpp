@@ -1,0 +1,369 @@
+#include "tests/tool/correct_description.h"
+
+#include "common/vocabularies.h"
+#include "led/led_entity.h"
+#include "tools/dcm/check/check.h"
+#include "tools/dcm/check/format_lookup.h"
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <vector>
+
+namespace dcmtest {
+
+namespace {
+
+using dcm::Kind;
+using dcmtool::RecordKind;
+
+constexpr uint32_t kSlots = 32;
+constexpr uint32_t kCardTypes = 3;
+
+bool endsIn(const std::string &text, const std::string &end)
+{
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+bool has(const std::string &text, const char *part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+class Maker {
+public:
+    explicit Maker(uint32_t seed) : random_(seed) {}
+
+    std::string make()
+    {
+        if (random_() % 8 == 0) {
+            element(dcmtool::rowOf(RecordKind::vm), {});
+            return text_;
+        }
+        text_ = "<device>\n";
+        for (uint32_t i = 1 + below(2); i > 0; i--)
+            element(dcmtool::rowOf(RecordKind::frame), {});
+        for (uint32_t i = below(3); i > 0; i--)
+            element(dcmtool::rowOf(RecordKind::slot), {});
+        // The cards that the slots of the frames take.
+        for (uint32_t i = 0; i < kCardTypes; i++)
+            element(dcmtool::rowOf(RecordKind::card), {});
+        return text_ + "</device>\n";
+    }
+
+private:
+    struct Led {
+        std::string name;
+        uint32_t type;
+    };
+
+    // What the elements around have settled.
+    struct Scope {
+        std::string owner;     // the name of the element
+        std::string ids;       // of the element among its siblings
+        uint32_t count = 0;    // entries to describe
+        uint32_t ledType = 0;  // of the LED
+        uint32_t source = 0;   // LED type of the source
+        std::vector<Led> leds; // declared so far
+        const char *attach = "card";
+    };
+
+    uint32_t below(uint32_t bound) { return static_cast<uint32_t>(random_() % bound); }
+    bool oneIn(uint32_t n) { return below(n) == 0; }
+
+    void element(const dcm::NamedElement &row, const Scope &around)
+    {
+        Scope scope = around;
+        scope.owner = row.name;
+        scope.count = 0;
+        const dcm::Element &format = *row.element;
+        text_ += std::string("<") + row.name;
+        if (row.element == &dcm::kLedEntityElement)
+            leds_.clear();
+        for (size_t i = 0; i < format.attributeCount; i++)
+            attribute(format, format.attributes[i], scope, around);
+        text_ += ">" + value(row.name, format.content, scope);
+        children(format, scope);
+        text_ += std::string("</") + row.name + ">" + (oneIn(3) ? "\n" : "");
+    }
+
+    void attribute(const dcm::Element &format, const dcm::Attribute &attribute, Scope &scope, const Scope &around)
+    {
+        const std::string name = attribute.name;
+        std::string text;
+        if (attribute.content.kind == Kind::count || name == "num") {
+            scope.count = countFor(format, attribute, scope);
+            text = std::to_string(scope.count);
+        } else if (attribute.content.kind == Kind::id || attribute.content.kind == Kind::bitList) {
+            // Priorities follow from the position.
+            if (attribute.need != dcm::Need::required)
+                return;
+            text = scope.ids;
+        } else if (name == "typeid" || name == "mode") {
+            text = name == "mode" ? std::to_string(below(4)) : typeIdOf(scope.owner);
+        } else if (name == "linenum" || name == "startportid") {
+            text = std::to_string(name == "linenum" ? scope.count : 1);
+        } else if (name == "maxportid") {
+            text = std::to_string(scope.count);
+        } else if (name == "clientnum") {
+            text = "0";
+        } else if (name == "start-id" || name == "end-id") {
+            text = name == "start-id" ? "1" : "4";
+        } else if (attribute.content.vocabulary == &dcm::kLedTypeWords) {
+            scope.ledType = scope.source = ledTypeFor(scope);
+            text = dcmtool::wordsOf(dcm::kLedTypeWords)[scope.ledType];
+            if (scope.owner == "led")
+                leds_.push_back({"led-" + text + "-" + scope.ids + "@" + scope.attach + "#/#", scope.ledType});
+        } else {
+            if (attribute.need != dcm::Need::required && oneIn(3))
+                return;
+            text = value(name, attribute.content, scope);
+        }
+        static_cast<void>(around);
+        const char quote = oneIn(2) ? '\'' : '"';
+        text_ += (oneIn(8) ? "\n  " : " ") + name + "=" + quote + text + quote;
+    }
+
+    // A number of LEDs is shared by all LED types, but maps name only those that are declared.
+    uint32_t ledTypeFor(const Scope &scope)
+    {
+        if (scope.owner != "source")
+            return below(static_cast<uint32_t>(dcm::kLedTypeWords.count));
+        uint32_t type = 0;
+        do
+            type = below(static_cast<uint32_t>(dcm::kLedTypeWords.count));
+        while (dcm::ledStateWords(type) == nullptr);
+        return type;
+    }
+
+    uint32_t countFor(const dcm::Element &format, const dcm::Attribute &attribute, const Scope &scope)
+    {
+        const auto limit = static_cast<uint32_t>(attribute.content.limit);
+        if (scope.owner == "component")
+            return below(8);
+        // What else in a frame refers to.
+        if (has(scope.owner, "fanmodule") || has(scope.owner, "fanctrl") || has(scope.owner, "power"))
+            return limit;
+        if (limit == 0)
+            return 1 + below(20);
+        const uint32_t least = std::max<uint32_t>(attribute.content.least, format.childCount > 0 ? 1 : 0);
+        return least + below(std::min<uint32_t>(limit, 8) - least + 1);
+    }
+
+    std::string typeIdOf(const std::string &owner)
+    {
+        if (owner == "slot") {
+            slotTypes_ += 2;
+            return std::to_string(slotTypes_ - 1) + "," + hexadecimal(slotTypes_);
+        }
+        if (owner == "card")
+            return std::to_string(++cardTypes_);
+        return std::to_string(++frameTypes_);
+    }
+
+    static std::string hexadecimal(uint32_t number)
+    {
+        char text[16];
+        std::snprintf(text, sizeof text, "0x%x", number);
+        return text;
+    }
+
+    void children(const dcm::Element &format, Scope &scope)
+    {
+        if (scope.owner == "power" || scope.owner == "fanmodule")
+            scope.attach = scope.owner == "power" ? "power" : "fan";
+        if (scope.owner == "frame")
+            scope.attach = "sys";
+        if (isListOfEntries(format)) {
+            entries(format, scope);
+            return;
+        }
+        for (size_t i = 0; i < format.childCount; i++) {
+            const dcm::NamedElement &row = format.children[i];
+            if (dcmtool::findAttribute(format, Kind::count) != nullptr)
+                repeatTimes(row, scope, scope.count);
+            else if (row.element->most == 1 && isWanted(row, scope))
+                element(row, scope);
+            else if (row.element->most != 1)
+                repeat(row, scope);
+        }
+    }
+
+    bool isWanted(const dcm::NamedElement &row, const Scope &scope)
+    {
+        const std::string name = row.name;
+        const bool isGroup = endsIn(scope.owner, "-group");
+        // What a frame's other units refer to.
+        if (name == "maxslotnum" || name == "fanctrl-entity" || name == "power-entity" || name == "fanmodule-entity")
+            return scope.owner == "frame" || oneIn(2);
+        if (name == "fannum" && scope.owner == "fanmodule")
+            return true;
+        // All ports of a group would have one.
+        if (name == "portid" || name == "ifname")
+            return !isGroup;
+        if (name == "portid-offset" || name == "slot-offset" || name == "fanctrl-offset")
+            return false;
+        if (row.element == &dcm::kLedMapElement)
+            return !leds_.empty() && lastLeds_ == scope.attach;
+        return !oneIn(3);
+    }
+
+    static bool isListOfEntries(const dcm::Element &format)
+    {
+        for (size_t i = 0; i < format.childCount; i++)
+            if (format.children[i].element->most == 1)
+                return false;
+        return format.childCount > 0;
+    }
+
+    // Elements with ids, from 1 on; one may have several.
+    void entries(const dcm::Element &format, Scope &scope)
+    {
+        const bool isLed = format.children[0].element->attributeCount > 1 && scope.owner == "led-entity";
+        uint32_t count = scope.count;
+        if (dcmtool::findAttribute(format, Kind::count) == nullptr && count == 0)
+            count = 1 + below(static_cast<uint32_t>(std::min<size_t>(format.children[0].element->most, 4)));
+        // Each state of an LED stands once.
+        if (scope.owner == "led" || scope.owner == "port-led") {
+            const dcm::Vocabulary *states = dcm::ledStateWords(scope.ledType);
+            count = std::min(count, states != nullptr ? static_cast<uint32_t>(states->count) : 1);
+        }
+        if (scope.owner == "source" && dcm::ledStateWords(scope.leds.front().type) == nullptr)
+            return;
+        if (isLed || scope.owner == "led-map")
+            count = scope.count = std::min<uint32_t>(count, 8);
+        for (uint32_t id = 1; id <= count;) {
+            const dcm::NamedElement &row = format.children[below(static_cast<uint32_t>(format.childCount))];
+            const dcm::Attribute *list = dcmtool::findAttribute(*row.element, Kind::bitList);
+            const uint32_t last = list != nullptr && !isLed ? id + below(count - id + 1) : id;
+            scope.ids = last == id ? std::to_string(id) : std::to_string(id) + "-" + std::to_string(last);
+            scope.count = last;
+            if (scope.owner == "led-map")
+                mapEntry(row, scope, id);
+            else
+                element(row, scope);
+            id = last + 1;
+        }
+        if (isLed)
+            lastLeds_ = scope.attach;
+    }
+
+    void mapEntry(const dcm::NamedElement &row, Scope &scope, uint32_t id)
+    {
+        const Led &led = leds_[id % leds_.size()];
+        scope.leds = {led};
+        element(row, scope);
+    }
+
+    // Elements of one kind beside others: displays of an LED, pairs of a map, fans of a module, capabilities.
+    void repeat(const dcm::NamedElement &row, Scope &scope)
+    {
+        if (std::strcmp(row.name, "fan") == 0) {
+            for (uint32_t id = 1; id <= fans_; id++) {
+                scope.ids = std::to_string(id);
+                element(row, scope);
+            }
+            return;
+        }
+        repeatTimes(row, scope, below(3));
+    }
+
+    void repeatTimes(const dcm::NamedElement &row, const Scope &scope, uint32_t times)
+    {
+        for (; times > 0; times--)
+            element(row, scope);
+    }
+
+    std::string value(const std::string &name, const dcm::Content &content, Scope &scope)
+    {
+        switch (content.kind) {
+        case Kind::none:
+            return "";
+        case Kind::keyword: {
+            std::vector<std::string> words = dcmtool::wordsOf(*content.vocabulary);
+            // Those that the set has no room for stand at the end.
+            return words[below(
+                static_cast<uint32_t>(content.limit != 0 ? std::min(words.size(), content.limit) : words.size()))];
+        }
+        case Kind::ledState:
+            return state(name == "type" ? scope.source : shownType(scope));
+        case Kind::bitList:
+            return list(name, content);
+        case Kind::numberList: {
+            std::string types;
+            for (uint32_t type = 1; type <= kCardTypes; type++)
+                types += (type == 1 ? "" : oneIn(2) ? "," : " ") + std::to_string(type);
+            return types;
+        }
+        case Kind::text:
+            return std::string(below(static_cast<uint32_t>(content.limit) + 1), static_cast<char>('a' + below(26)));
+        case Kind::ledName:
+            scope.ledType = scope.leds.front().type;
+            scope.source = scope.ledType;
+            return scope.leds.front().name;
+        case Kind::source:
+            return "src-" + std::to_string(below(9)) + "/" + std::to_string(below(9));
+        default:
+            return number(name, scope);
+        }
+    }
+
+    static uint32_t shownType(const Scope &scope) { return scope.leds.empty() ? scope.ledType : scope.leds[0].type; }
+
+    std::string state(uint32_t type)
+    {
+        const dcm::Vocabulary *states = dcm::ledStateWords(type);
+        // A state may stand once for each LED.
+        return states != nullptr ? dcmtool::wordsOf(*states)[state_++ % states->count] : "default";
+    }
+
+    std::string list(const std::string &name, const dcm::Content &content)
+    {
+        // Units of which each frame has its fill.
+        uint32_t most = static_cast<uint32_t>(content.limit);
+        if (name == "fanctrlbits")
+            most = DCM_FAN_CTRL_MAX;
+        const uint32_t first = 1 + below(most);
+        const uint32_t last = first + below(most - first + 1);
+        return std::to_string(first) + (last != first ? "-" + std::to_string(last) : "");
+    }
+
+    // A number that agrees with its neighbours: the low ones are low, each lies between its least and its most.
+    std::string number(const std::string &name, const Scope &scope)
+    {
+        if (name == "maxslotnum")
+            return std::to_string(kSlots);
+        if (name == "fannum")
+            return std::to_string(fans_ = 1 + below(DCM_FAN_MAX));
+        if (name == "fanctrl")
+            return std::to_string(1 + below(DCM_FAN_CTRL_MAX));
+        if (name == "portid")
+            return scope.ids;
+        if (name == "id")
+            return scope.ids;
+        uint32_t middle = has(name, "low") ? 20 : has(name, "high") ? 80 : 50;
+        middle += endsIn(name, "max") ? 10 : 0;
+        middle -= endsIn(name, "min") ? 10 : 0;
+        const uint32_t number = middle + below(5);
+        return oneIn(4) ? hexadecimal(number) : std::to_string(number);
+    }
+
+    std::mt19937 random_;
+    std::string text_;
+    std::vector<Led> leds_; // declared last
+    std::string lastLeds_;  // by this kind of owner
+    uint32_t fans_ = 0;     // of the fan module
+    uint32_t state_ = 0;
+    uint32_t frameTypes_ = 0;
+    uint32_t slotTypes_ = 0;
+    uint32_t cardTypes_ = 0;
+};
+
+} // namespace
+
+std::string correctDescription(uint32_t seed)
+{
+    return Maker(seed).make();
+}
+
+} // namespace dcmtest
