@@ -78,13 +78,17 @@ private:
         scope.count = 0;
         const dcm::Element &format = *row.element;
         text_ += std::string("<") + row.name;
-        if (row.element == &dcm::kLedEntityElement)
+        // Maps name the LEDs that stand beside them.
+        const bool isOwner = dcmtool::findRow(format, "led-entity") != format.childCount;
+        if (isOwner)
             leds_.clear();
         for (size_t i = 0; i < format.attributeCount; i++)
             attribute(format, format.attributes[i], scope, around);
         text_ += ">" + value(row.name, format.content, scope);
         children(format, scope);
         text_ += std::string("</") + row.name + ">" + (oneIn(3) ? "\n" : "");
+        if (isOwner)
+            leds_.clear();
     }
 
     void attribute(const dcm::Element &format, const dcm::Attribute &attribute, Scope &scope, const Scope &around)
@@ -204,7 +208,7 @@ private:
         if (name == "portid-offset" || name == "slot-offset" || name == "fanctrl-offset")
             return false;
         if (row.element == &dcm::kLedMapElement)
-            return !leds_.empty() && lastLeds_ == scope.attach;
+            return !leds_.empty();
         return !oneIn(3);
     }
 
@@ -244,8 +248,6 @@ private:
                 element(row, scope);
             id = last + 1;
         }
-        if (isLed)
-            lastLeds_ = scope.attach;
     }
 
     void mapEntry(const dcm::NamedElement &row, Scope &scope, uint32_t id)
@@ -335,6 +337,8 @@ private:
             return std::to_string(kSlots);
         if (name == "fannum")
             return std::to_string(fans_ = 1 + below(DCM_FAN_MAX));
+        if (name == "slot")
+            return std::to_string(1 + below(kSlots));
         if (name == "fanctrl")
             return std::to_string(1 + below(DCM_FAN_CTRL_MAX));
         if (name == "portid")
@@ -351,8 +355,8 @@ private:
     std::mt19937 random_;
     std::string text_;
     std::vector<Led> leds_; // declared last
-    std::string lastLeds_;  // by this kind of owner
-    uint32_t fans_ = 0;     // of the fan module
+
+    uint32_t fans_ = 0; // of the fan module
     uint32_t state_ = 0;
     uint32_t frameTypes_ = 0;
     uint32_t slotTypes_ = 0;

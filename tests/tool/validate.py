@@ -1,4 +1,4 @@
-#!/ usr / bin / env python3
+#!/usr/bin/env python3
 """Checks a JSON document against a schema. Usage: validate.py SCHEMA DOCUMENT"""
 
 import json
