@@ -1,7 +1,9 @@
 // Numbers that say what others may be: thresholds, and the limits of what can be set.
 #include "tools/dcm/check/checks.h"
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 
 namespace dcmtool {
 
@@ -26,13 +28,16 @@ int64_t kept(uint32_t number, const dcm::Content &content)
     return isNegative ? low - (int64_t{1} << content.bits) : low;
 }
 
-// The number called `name` among the children; nothing where there is none, or none can be read.
-std::optional<Stored> numberIn(const Spot &spot, const std::string &name)
+// The number called `name` with `ending` among the children; nothing where there is none, or none can be read.
+std::optional<Stored> numberIn(const Spot &spot, std::string_view name, std::string_view ending = {})
 {
     std::optional<Stored> last;
     for (const KnownChild &child : spot.known) {
         const dcm::NamedElement &row = spot.rowOf(child);
-        if (row.name != name || row.element->content.kind != dcm::Kind::number)
+        const std::string_view rowName = row.name;
+        const bool isMeant = rowName.size() == name.size() + ending.size() && rowName.substr(0, name.size()) == name &&
+                             rowName.substr(name.size()) == ending;
+        if (!isMeant || row.element->content.kind != dcm::Kind::number)
             continue;
         const dcm::Text text = dcm::Text::content(child.node, {"dcm"});
         const char *end = nullptr;
@@ -56,12 +61,6 @@ Finding &tell(const Stored &number, const std::string &relation, const Stored &o
         .noting(file.contentSpan(other.node), quoted(other.name) + " stands here");
 }
 
-bool endsIn(const std::string &name, const char *end)
-{
-    const std::string ending = end;
-    return name.size() > ending.size() && name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
-}
-
 constexpr char kHigh[] = "high";
 constexpr char kLow[] = "low";
 constexpr char kMax[] = "max";
@@ -72,17 +71,34 @@ template <class Function> void forEachNumber(const Spot &spot, const Function &f
 {
     for (size_t row = 0; row < spot.format->childCount; row++)
         if (spot.format->children[row].element->content.kind == dcm::Kind::number)
-            function(std::string(spot.format->children[row].name));
+            function(std::string_view(spot.format->children[row].name));
+}
+
+// Most elements have neither thresholds nor limits: their names tell quickly.
+template <class Predicate> bool hasNumberNamed(const Spot &spot, const Predicate &isMeant)
+{
+    return std::any_of(spot.known.begin(), spot.known.end(),
+                       [&](const KnownChild &child) { return isMeant(spot.rowOf(child).name); });
+}
+
+bool isLimit(std::string_view name)
+{
+    return name.size() > 3 && (name.substr(name.size() - 3) == kMax || name.substr(name.size() - 3) == kMin);
+}
+
+bool isHigh(std::string_view name)
+{
+    return name.find(kHigh) != std::string_view::npos;
 }
 
 // A low threshold and its high one differ in that word only.
 void lowAboveHigh(const Spot &spot, Findings &findings)
 {
-    if (spot.known.size() < 2)
+    if (!hasNumberNamed(spot, isHigh))
         return;
-    forEachNumber(spot, [&](const std::string &highName) {
+    forEachNumber(spot, [&](std::string_view highName) {
         const size_t at = highName.find(kHigh);
-        if (at == std::string::npos || endsIn(highName, kMax) || endsIn(highName, kMin))
+        if (at == std::string_view::npos || isLimit(highName))
             return;
         const auto high = numberIn(spot, highName);
         const auto low = numberIn(spot, std::string(highName).replace(at, sizeof kHigh - 1, kLow));
@@ -94,11 +110,11 @@ void lowAboveHigh(const Spot &spot, Findings &findings)
 // What can be set has its limits beside it, under its name with "max" and "min".
 void outsideLimits(const Spot &spot, Findings &findings)
 {
-    if (spot.known.size() < 2)
+    if (!hasNumberNamed(spot, isLimit))
         return;
-    forEachNumber(spot, [&](const std::string &name) {
-        const auto most = numberIn(spot, name + kMax);
-        const auto least = numberIn(spot, name + kMin);
+    forEachNumber(spot, [&](std::string_view name) {
+        const auto most = numberIn(spot, name, kMax);
+        const auto least = numberIn(spot, name, kMin);
         const auto number = numberIn(spot, name);
         if (most && least && least->value > most->value)
             tell(*least, "above", *most, "no setting is allowed", findings);
