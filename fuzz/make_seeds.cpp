@@ -270,6 +270,8 @@ try {
 
     cutExample(source / "examples/device.xml");
     writeSeed("vm", readFile(source / "examples/vm-3.xml"));
+    for (const fs::directory_entry &file : fs::directory_iterator(source / "tests/tool/corpus"))
+        writeSeed("check", readFile(file.path()));
     for (const char *target : {"frame", "slot", "card", "vm"})
         takeTests(source / "tests" / target, {target});
     takeTests(source / "tests/led", {"frame", "card"});

@@ -113,11 +113,11 @@ fails_with_64_on_wrong_usage() {
 helps() {
     run --help
     expect 'help succeeds' exits 0
-    for command in frame slot card vm list export; do
+    for command in frame slot card vm list check export; do
         expect "help names $command" says out "$command"
     done
     expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read.'
-    for command in frame slot card vm list export; do
+    for command in frame slot card vm list check export; do
         run "$command" --help
         expect "$command --help succeeds" exits 0
         expect "$command --help shows its usage" says out "dcm $command"
@@ -248,6 +248,118 @@ list_and_export_end_quietly_when_nobody_reads() {
         expect "$command fails when it cannot write" exits 1
         expect 'and says so' says err 'dcm: standard output: No space left on device'
     done
+}
+
+# Descriptions with warnings only, with an error, that are no XML.
+write_checked() {
+    printf '<device>\n\t<card typeid="010"/>\n</device>\n' >"$folder/warning.xml"
+    printf '<device>\n  <card typeid="1"><muxctrl>maybe</muxctrl></card>\n</device>\n' >"$folder/error.xml"
+    printf '<device>\n  <card>\n</device>\n' >"$folder/torn.xml"
+}
+
+check_shows_what_it_finds_as_a_compiler_does() {
+    write_checked
+    cd "$folder"
+    run check warning.xml error.xml
+    cat >expected <<'TEXT'
+warning.xml:2:16: warning: card 010: '010' begins with 0, which makes it octal: it counts as 8; expected 10 or a number in hexadecimal [octal-number]
+    	<card typeid="010"/>
+    	              ^~~
+error.xml:2:29: error: card 1/muxctrl: 'maybe' is no word for "muxctrl"; expected 'no', 'yes'; the query fails: "invalid YesOrNo(maybe)." [query-fails]
+      <card typeid="1"><muxctrl>maybe</muxctrl></card>
+                                ^~~~~
+2 files, 1 error, 1 warning
+TEXT
+    expect 'the findings are shown with their lines' cmp -s expected out
+    expect 'nothing is said on standard error' silent err
+    run check --color always warning.xml
+    expect 'colours are shown when asked for' grep -q $'\x1b\\[1;35mwarning' out
+}
+
+check_exits_with_the_worst_that_it_finds() {
+    write_checked
+    run check "$example"
+    expect 'a clean file gives 0' exits 0
+    expect 'the summary says so' says out '1 file, nothing found'
+    run check "$folder/warning.xml" "$example"
+    expect 'warnings give 1' exits 1
+    run check "$folder/warning.xml" "$folder/error.xml"
+    expect 'errors give 2' exits 2
+    run check "$folder/error.xml" "$folder/torn.xml"
+    expect 'a file that is no XML gives 66' exits 66
+    expect 'and its place' says out "$folder/torn.xml:3:10: error: "
+    run check "$folder/none.xml"
+    expect 'a file that is not there gives 66' exits 66
+    expect 'and says why' says out "$folder/none.xml: error: cannot be read: No such file or directory [unreadable]"
+    for command in check 'check --format xml' 'check --jobs 0' 'check -W octal-number' 'check -W no-such x' \
+        'check -W error=such x' 'check --explain such' 'check --format markdown x'; do
+        # shellcheck disable=SC2086 # words of a command
+        run $command
+        expect "'dcm $command' is wrong usage" exits 64
+        expect "'dcm $command' prints nothing" silent out
+    done
+}
+
+check_leaves_checks_out_and_makes_errors_of_them() {
+    write_checked
+    run check -W no-octal-number "$folder/warning.xml"
+    expect 'a check may be left out' exits 0
+    run check -W error=octal-number "$folder/warning.xml"
+    expect 'its findings may be errors' exits 2
+    expect 'and are shown as errors' says out ': error: '
+    run check -W error "$folder/warning.xml"
+    expect 'those of all may be errors' exits 2
+    run check -W no-octal-numbers "$folder/warning.xml"
+    expect 'an unknown check is wrong usage' exits 64
+    expect 'the nearest one is named' says err 'did you mean octal-number?'
+}
+
+check_prints_json_and_sarif() {
+    write_checked
+    run check --format json "$folder/warning.xml" "$folder/error.xml" "$folder/torn.xml" "$folder/none.xml"
+    expect 'the exit is that of the text' exits 66
+    expect 'the JSON follows its schema' follows check
+    for status in checked not-xml unreadable; do
+        expect "a file has the status $status" says out "\"status\": \"$status\""
+    done
+    run check --format json "$source"/tests/tool/corpus/*.xml
+    expect 'the JSON of a whole corpus follows its schema' follows check
+    run check --format sarif "$source"/tests/tool/corpus/*.xml "$folder/none.xml"
+    expect 'SARIF has its form' python3 "$source/tests/tool/validate.py" "$source/tests/tool/sarif.schema.json" "$folder/out"
+}
+
+check_lists_and_explains_its_checks() {
+    run check --list-checks
+    expect 'the list succeeds' exits 0
+    expect 'it has a line for a check' grep -qE '^slot-gap +warning +The slots of a frame' "$folder/out"
+    cut -d ' ' -f 1 "$folder/out" >"$folder/names"
+    while read -r name; do
+        run check --explain "$name"
+        expect "$name is explained" exits 0
+        expect "$name is named first" grep -qE "^$name \((error|warning)\): " "$folder/out"
+    done <"$folder/names"
+    run check --explain all --format markdown
+    expect 'the documentation is what is kept' cmp -s "$folder/out" "$source/docs/checks.md"
+}
+
+check_says_the_same_with_several_jobs() {
+    run check "$source"/tests/tool/corpus/*.xml
+    cp "$folder/out" "$folder/one"
+    run check --jobs 4 "$source"/tests/tool/corpus/*.xml
+    expect 'several jobs find the same in the same order' cmp -s "$folder/out" "$folder/one"
+}
+
+check_reads_standard_input_and_ends_quietly() {
+    write_checked
+    run check - <"$folder/warning.xml"
+    expect 'standard input is checked' says out '<stdin>:2:16: warning: '
+    set +o pipefail
+    tool check "$source"/tests/tool/corpus/*.xml 2>"$folder/err" | true
+    expect 'check is quiet when nobody reads' silent err
+    status=0
+    tool check "$folder/warning.xml" 2>"$folder/err" >/dev/full || status=$?
+    expect 'check fails when it cannot write' exits 2
+    expect 'and says so' says err 'dcm: standard output: No space left on device'
 }
 
 "$3"

@@ -285,8 +285,7 @@ void addCheckCommand(CLI::App &app, Exit &exit)
         ->add_option("-W", options->warnings,
                      "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all")
         ->type_name("WHAT")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);
     command->add_option("--format", options->format, "text, json or sarif [text]")
         ->type_name("FORMAT")
         ->transform(CLI::Transformer(formats).description(""));
