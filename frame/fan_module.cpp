@@ -16,7 +16,7 @@ struct FanDraft {
 
 constexpr Child<FanDraft> kFan[] = {
     {kFanCtrlName, number<&FanDraft::fanCtrl>},
-    {"fanctrl-offset", signedNumber<&FanDraft::fanCtrlOffset>},
+    {kFanCtrlOffsetName, signedNumber<&FanDraft::fanCtrlOffset>},
 };
 
 // kept: ids up to 8 are accepted, and mean nothing where there is no entry for them.
@@ -86,7 +86,7 @@ constexpr Element kFanElement = repeated(kWithAttributes<kFanIds, kFan>);
 constexpr Child<FanModuleDraft> kFanModule[] = {
     {"fannum", number<&FanModuleDraft::fanNum>},
     {kModuleSlotName, number<&FanModuleDraft::slot>},
-    {"slot-offset", signedNumber<&FanModuleDraft::slotOffset>},
+    {kModuleSlotOffsetName, signedNumber<&FanModuleDraft::slotOffset>},
     {"fan", takeFan, kFanElement, DCM_SAYS("fan module decode fan failed.")},
     {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("fan module decode led failed.")},
     {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("fan module decode led-map failed.")},

@@ -78,6 +78,12 @@ bool isPlace(const std::string &text)
     return text.empty() || text == "#" || isSmallNumber(text);
 }
 
+bool isLedName(const LedName &name)
+{
+    return name.isComplete && isWord(name.type.c_str(), dcm::kLedTypeWords) && isSmallNumber(name.id) &&
+           isWord(name.attach.c_str(), kAttachWords) && isPlace(name.slot) && isPlace(name.card);
+}
+
 void ledName(const Value &value, Findings &findings)
 {
     const LedName name = splitName(value.text);
@@ -155,8 +161,8 @@ void ledNotDeclared(const Value &value, Findings &findings)
     const Spot *map = &value.spot;
     while (map != nullptr && map->format != &dcm::kLedMapElement)
         map = map->parent;
-    if (map == nullptr || map->parent == nullptr || !name.isComplete || !isSmallNumber(name.id) ||
-        !isWord(name.type.c_str(), dcm::kLedTypeWords) || declares(map->parent->node, *map->parent->format, name))
+    if (map == nullptr || map->parent == nullptr || !isLedName(name) ||
+        declares(map->parent->node, *map->parent->format, name))
         return;
     const bool isOfSystem = name.attach == gDcmEttAttachStrs[kSystemRow];
     const bool isOfCard = name.attach == gDcmEttAttachStrs[kCardRow];

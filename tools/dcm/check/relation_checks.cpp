@@ -30,10 +30,13 @@ std::string listedNumbers(const std::vector<uint32_t> &numbers)
     return list;
 }
 
-// "slot 3", "slots 3 and 4".
-std::string named(const char *what, const std::vector<uint32_t> &numbers)
+// "slot 3 is", "slots 3 and 4 are".
+std::string named(const std::string &what, const std::vector<uint32_t> &numbers)
 {
-    return std::string(what) + (numbers.size() == 1 ? " " : "s ") + listedNumbers(numbers);
+    if (numbers.size() == 1)
+        return what + " " + listedNumbers(numbers) + " is";
+    const bool endsInY = what.back() == 'y';
+    return (endsInY ? what.substr(0, what.size() - 1) + "ies " : what + "s ") + listedNumbers(numbers) + " are";
 }
 
 std::string hex(uint32_t number)
@@ -59,12 +62,24 @@ const KnownChild *lastChild(const Spot &spot, const char *name)
     return last;
 }
 
+// Under the number of one child, else that of another, else the id from which the number is made.
+void tellAt(const Spot &spot, const char *name, const char *otherName, std::string text, Findings &findings)
+{
+    const KnownChild *child = lastChild(spot, name);
+    if (child == nullptr)
+        child = lastChild(spot, otherName);
+    if (child != nullptr)
+        findings.at(child->node, findings.file().contentSpan(child->node), std::move(text));
+    else
+        findings.atValue(spot, idAttribute(*spot.format)->name, std::move(text));
+}
+
 // ---- Slots ----------------------------------------------------------------------------------------------------------
 
 std::string beyond(const std::vector<uint32_t> &slots, const DcmFrameInfo &frame)
 {
-    return named("slot", slots) + (slots.size() == 1 ? " is" : " are") + " beyond the frame's last slot, " +
-           std::to_string(frame.maxSlotId) + ": nothing is ever there";
+    return named("slot", slots) + " beyond the frame's last slot, " + std::to_string(frame.maxSlotId) +
+           ": nothing is ever there";
 }
 
 // Of the lists in a frame, those that may go up to its last slot are of slots.
@@ -90,15 +105,15 @@ void slotBeyondFrame(const Spot &spot, Findings &findings)
         if (!ids.empty() && ids[0] > frame->maxSlotId && ids[0] <= DCM_SLOT_MAX)
             findings.atValue(spot, idAttribute(*spot.format)->name, beyond(ids, *frame));
     }
-    const KnownChild *slot = spot.format == &dcm::kFanModuleElement ? lastChild(spot, dcm::kModuleSlotName) : nullptr;
-    if (slot == nullptr)
+    if (spot.format != &dcm::kFanModuleElement)
         return;
     std::vector<uint32_t> slots;
     for (const uint32_t id : idsOf(spot.node, *spot.format))
         if (id >= 1 && id <= DCM_FAN_MODULE_MAX && frame->fanModuleInfo[id - 1].slot > frame->maxSlotId)
             slots.push_back(frame->fanModuleInfo[id - 1].slot);
+    slots.erase(std::unique(slots.begin(), slots.end()), slots.end());
     if (!slots.empty())
-        findings.at(slot->node, findings.file().contentSpan(slot->node), beyond(slots, *frame));
+        tellAt(spot, dcm::kModuleSlotName, dcm::kModuleSlotOffsetName, beyond(slots, *frame), findings);
 }
 
 // ---- Cards ----------------------------------------------------------------------------------------------------------
@@ -141,8 +156,9 @@ void fanWithoutController(const Spot &spot, Findings &findings)
     const DcmFrameInfo *frame = spot.type.frame;
     if (frame == nullptr || spot.parent == nullptr || spot.parent->format != &dcm::kFanModuleElement)
         return;
-    const KnownChild *fanCtrl = lastChild(spot, dcm::kFanCtrlName);
-    if (fanCtrl == nullptr)
+    // Without a word, a fan is driven by the controller of its number; a frame may do without any.
+    if (frame->fanCtrlNum == 0 && lastChild(spot, dcm::kFanCtrlName) == nullptr &&
+        lastChild(spot, dcm::kFanCtrlOffsetName) == nullptr)
         return;
     std::vector<uint32_t> controllers;
     for (const uint32_t module : idsOf(spot.parent->node, *spot.parent->format))
@@ -150,14 +166,15 @@ void fanWithoutController(const Spot &spot, Findings &findings)
             if (module < 1 || module > DCM_FAN_MODULE_MAX || fan < 1 || fan > DCM_FAN_MAX)
                 continue;
             const uint32_t controller = frame->fanModuleInfo[module - 1].fan[fan - 1].fanCtrlId;
-            const bool isTold = std::find(controllers.begin(), controllers.end(), controller) != controllers.end();
-            if (!isTold && !isController(*frame, controller))
+            if (!isController(*frame, controller))
                 controllers.push_back(controller);
         }
+    std::sort(controllers.begin(), controllers.end());
+    controllers.erase(std::unique(controllers.begin(), controllers.end()), controllers.end());
     if (!controllers.empty())
-        findings.at(fanCtrl->node, findings.file().contentSpan(fanCtrl->node),
-                    named("fan controller", controllers) + (controllers.size() == 1 ? " is" : " are") +
-                        " not described in this frame: nobody sets the speed of the fan");
+        tellAt(spot, dcm::kFanCtrlName, dcm::kFanCtrlOffsetName,
+               named("fan controller", controllers) + " not described in this frame: nobody sets the speed of the fan",
+               findings);
 }
 
 // The controllers that frames and slots describe, for cards that know neither.
@@ -211,8 +228,8 @@ void tellMissingControllers(Node sensor, const IsThere &isThere, const char *whe
     const std::vector<uint32_t> controllers = missing(numbersOf(text.c_str(), *content), isThere);
     if (!controllers.empty())
         findings.at(list, findings.file().contentSpan(list),
-                    named("fan controller", controllers) + (controllers.size() == 1 ? " is" : " are") +
-                        " not described in " + where + ": no fan runs faster when the sensor gets hot");
+                    named("fan controller", controllers) + " not described in " + where +
+                        ": no fan runs faster when the sensor gets hot");
 }
 
 void sensorWithoutController(const DescriptionFile &, const std::vector<DescribedType> &types, Findings &findings)
@@ -257,8 +274,7 @@ void cooledUnitMissing(const Spot &spot, Findings &findings)
         const auto numbers = missing(numbersOf(text.c_str(), spot.rowOf(*list).element->content), isThere);
         if (!numbers.empty())
             findings.at(list->node, findings.file().contentSpan(list->node),
-                        named(what, numbers) + (numbers.size() == 1 ? " is" : " are") +
-                            " not described in this frame: the controller cools what is not there");
+                        named(what, numbers) + " not described in this frame: the controller cools what is not there");
     };
     look(dcm::kCooledPowerName, "power supply", frame->powerInfo);
     look(dcm::kCooledFanModuleName, "fan module", frame->fanModuleInfo);
@@ -409,7 +425,7 @@ void overwrittenPort(const Spot &spot, Findings &findings)
         if (first != nullptr)
             findings
                 .at(child.node, idSpan(spot, child, findings),
-                    named("port", overwritten) + (overwritten.size() == 1 ? " is" : " are") +
+                    named("port", overwritten) +
                         " described before, without what marks an entry as taken: what stands here is written over it")
                 .noting(idSpan(spot, *first, findings), "described here before");
     }
