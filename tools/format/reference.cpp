@@ -160,7 +160,7 @@ Document makeReference(const Tree &tree, const Prose &prose, const std::string &
     document.push_back({Block::Kind::paragraph, "The type of an LED says which states it knows."});
     for (const LedStates &states : ledStates())
         document.push_back({Block::Kind::item, listOf(states.types).substr(0, listOf(states.types).size() - 1) + ": " +
-                                                   (states.words.empty() ? "none." : listOf(states.words))});
+                                                   listOf(states.words)});
     return document;
 }
 

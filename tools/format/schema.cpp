@@ -137,8 +137,7 @@ private:
     {
         Parts parts;
         for (const LedStates &states : ledStates())
-            if (!states.words.empty())
-                parts.push_back(words("led-states." + states.name, states.words));
+            parts.push_back(words("led-states." + states.name, states.words));
         return value("led-states", [&] { return join(Pattern::Kind::choice, parts); });
     }
 
@@ -253,11 +252,9 @@ private:
     {
         Parts choices;
         for (const LedStates &states : ledStates()) {
-            Parts group = {attribute(section, type, oneOf(states.types))};
-            if (!states.words.empty())
-                group.push_back(
-                    {Pattern::Kind::zeroOrMore, "", {display(*section.children.front()->described, states)}});
-            choices.push_back(join(Pattern::Kind::group, std::move(group)));
+            const Pattern displays = {
+                Pattern::Kind::zeroOrMore, "", {display(*section.children.front()->described, states)}};
+            choices.push_back(join(Pattern::Kind::group, {attribute(section, type, oneOf(states.types)), displays}));
         }
         return join(Pattern::Kind::choice, std::move(choices));
     }

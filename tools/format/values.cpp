@@ -105,7 +105,9 @@ std::vector<LedStates> ledStates()
     const std::vector<std::string> types = wordsOf(dcm::kLedTypeWords);
     for (size_t type = 0; type < types.size(); type++) {
         const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(type));
-        const std::vector<std::string> words = states != nullptr ? wordsOf(*states) : std::vector<std::string>();
+        // A type without a table knows the state with which every table begins.
+        const std::vector<std::string> words =
+            states != nullptr ? wordsOf(*states) : std::vector<std::string>{gDcmLedSysStateStrs[0]};
         const auto same =
             std::find_if(all.begin(), all.end(), [&](const LedStates &other) { return other.words == words; });
         if (same != all.end())

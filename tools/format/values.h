@@ -27,7 +27,7 @@ std::vector<std::string> wordsOf(const dcm::Content &content);
 struct LedStates {
     std::string name;               // that of its first type
     std::vector<std::string> types; // words
-    std::vector<std::string> words; // none: the types have no states
+    std::vector<std::string> words;
 };
 std::vector<LedStates> ledStates();
 
