@@ -67,7 +67,9 @@ const dcm::Attribute *idAttribute(const dcm::Element &format)
 std::vector<uint32_t> idsOf(Node element, const dcm::Element &format)
 {
     const dcm::Attribute *id = idAttribute(format);
-    const dcm::Text text = dcm::Text::attribute(element, id != nullptr ? id->name : "", {"dcm"});
+    if (id == nullptr)
+        return {};
+    const dcm::Text text = dcm::Text::attribute(element, id->name, {"dcm"});
     if (!text)
         return {};
     return id->content.kind == dcm::Kind::id ? std::vector<uint32_t>{text.number()}

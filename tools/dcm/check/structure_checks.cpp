@@ -267,7 +267,9 @@ bool keysOf(Node node, const dcm::Element &format, std::vector<std::string> &key
 void countDiffers(const Spot &spot, Findings &findings)
 {
     const dcm::Attribute *num = countOf(spot);
-    const dcm::Text text = dcm::Text::attribute(spot.node, num != nullptr ? num->name : "", {"dcm"});
+    if (num == nullptr)
+        return;
+    const dcm::Text text = dcm::Text::attribute(spot.node, num->name, {"dcm"});
     if (!text)
         return;
     std::set<std::string> keyed;
