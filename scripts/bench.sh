@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size
+# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size, --check
 
 bench_folder=build/bench
 
@@ -137,12 +137,73 @@ bench_size() {
     return "$status"
 }
 
+# bench_large FILE: the cards of the example over and over under types of their own, 5 MB of them.
+bench_large() {
+    awk -v size=5000000 '
+        /^<\/device>/ { next }
+        /^  <card / { inCard = 1 }
+        !inCard { print }
+        inCard { text = text $0 "\n" }
+        /^  <\/card>/ { cards[++count] = text; inCard = 0; text = "" }
+        END {
+            for (number = 1; written < size; number++) {
+                card = cards[(number - 1) % count + 1]
+                # The frames list the first ones.
+                if (number > count)
+                    sub(/typeid="[^"]*"/, "typeid=\"" 10000 + number "\"", card)
+                printf "%s", card
+                written += length(card)
+            }
+            print "</device>"
+        }' examples/device.xml >"$1"
+}
+
+# bench_microseconds COMMAND...: how long one run takes.
+bench_microseconds() {
+    local start=${EPOCHREALTIME/[.,]/}
+    "$@" >/dev/null 2>&1 || true
+    echo $((${EPOCHREALTIME/[.,]/} - start))
+}
+
+# What checking a large description costs beside xmllint, whole processes in turn: medians of so many rounds.
+bench_check() {
+    need libxml2-utils nlohmann-json3-dev
+    bench_configure "$bench_folder-tool" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDCM_BUILD_TOOL=ON
+    bench_compile "$bench_folder-tool" dcm_tool
+    local file=$bench_folder-tool/large.xml rounds=21 round name
+    local -A commands=(
+        [check]="$bench_folder-tool/dcm check $file"
+        [noout]="xmllint --noout $file"
+        [relaxng]="xmllint --noout --relaxng schema/dcm-description.rng $file"
+    )
+    bench_large "$file"
+    "$bench_folder-tool/dcm" check "$file" >"$bench_folder-tool/findings" ||
+        fail "the large description has findings: $bench_folder-tool/findings"
+    rm -f "$bench_folder-tool"/times.*
+    for ((round = 0; round < rounds; round++)); do
+        for name in check noout relaxng; do
+            # shellcheck disable=SC2086 # words of a command
+            bench_microseconds ${commands[$name]} >>"$bench_folder-tool/times.$name"
+        done
+    done
+    say "Checking $(stat --format=%s "$file") bytes, median of $rounds runs"
+    for name in check noout relaxng; do
+        sort -n "$bench_folder-tool/times.$name" | sed -n "$((rounds / 2 + 1))p" >"$bench_folder-tool/median.$name"
+    done
+    awk '{ median[FNR == 1 ? ++count : count] = $1 } END {
+        printf "dcm check              %8.1f ms\n", median[1] / 1000
+        printf "xmllint --noout        %8.1f ms  %.2f times as long takes dcm check\n", median[2] / 1000, median[1] / median[2]
+        printf "xmllint --relaxng      %8.1f ms  %.2f times as long takes dcm check\n", median[3] / 1000, median[1] / median[3]
+    }' "$bench_folder-tool"/median.{check,noout,relaxng}
+}
+
 verb_bench() {
     case ${1-} in
     --instructions) bench_instructions ;;
     --functions) bench_functions "${2-one large card}" ;;
     --memory) bench_memory ;;
     --size) bench_size ;;
+    --check) bench_check ;;
     *) bench_time "$@" ;;
     esac
 }
