@@ -34,6 +34,9 @@ std::optional<Stored> numberIn(const Spot &spot, std::string_view name, std::str
     std::optional<Stored> last;
     for (const KnownChild &child : spot.known) {
         const dcm::NamedElement &row = spot.rowOf(child);
+        // Most names begin with another letter.
+        if (row.name[0] != name[0])
+            continue;
         const std::string_view rowName = row.name;
         const bool isMeant = rowName.size() == name.size() + ending.size() && rowName.substr(0, name.size()) == name &&
                              rowName.substr(name.size()) == ending;
@@ -113,8 +116,12 @@ void outsideLimits(const Spot &spot, Findings &findings)
     if (!hasNumberNamed(spot, isLimit))
         return;
     forEachNumber(spot, [&](std::string_view name) {
+        if (isLimit(name))
+            return;
         const auto most = numberIn(spot, name, kMax);
         const auto least = numberIn(spot, name, kMin);
+        if (!most && !least)
+            return;
         const auto number = numberIn(spot, name);
         if (most && least && least->value > most->value)
             tell(*least, "above", *most, "no setting is allowed", findings);
