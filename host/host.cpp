@@ -2,6 +2,7 @@
 
 #include "common/platform.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 
@@ -13,7 +14,8 @@ int mapOnHost(const DcmEttInfo *physical, uint32_t *logicalIndex)
     return 0;
 }
 
-HostLogHandler logHandler = nullptr;
+// Threads may set it while others log.
+std::atomic<HostLogHandler> logHandler{nullptr};
 uint32_t systemIndex = 1;
 HostEttMapping ettMapping = mapOnHost;
 
@@ -36,11 +38,12 @@ void hostSetEttMapping(HostEttMapping mapping)
 
 void loggingLogOutput(int module, int level, int flags, const char *format, ...)
 {
-    if (logHandler == nullptr)
+    const HostLogHandler handler = logHandler;
+    if (handler == nullptr)
         return;
     va_list arguments;
     va_start(arguments, format);
-    logHandler(module, level, flags, format, arguments);
+    handler(module, level, flags, format, arguments);
     va_end(arguments);
 }
 

@@ -1,7 +1,7 @@
 /**
  * @file host.h
  * A stand-in for the platform that the library runs in: the tool and the tests link it, the library never does.
- * What is set here holds for the whole process; set it before other threads call the library.
+ * What is set here holds for the whole process; but for the log, set it before other threads call the library.
  */
 #ifndef DCM_HOST_H
 #define DCM_HOST_H
@@ -19,7 +19,7 @@ typedef void (*HostLogHandler)(int module, int level, int flags, const char *for
 /** Maps a physical entity to its logical index and returns a status. */
 typedef int (*HostEttMapping)(const DcmEttInfo *physical, uint32_t *logicalIndex);
 
-/** Sends the log to `handler`; NULL, as at the start, drops it. */
+/** Sends the log to `handler`; NULL, as at the start, drops it. Threads may call it at any time. */
 void hostSetLogHandler(HostLogHandler handler);
 
 /** Sets this system's index; 1 at the start. */
