@@ -2,8 +2,8 @@
 
 #include "card/card_format.h"
 #include "frame/frame_format.h"
-#include "fuzz/words.h"
 #include "slot/slot_format.h"
+#include "tools/words.h"
 #include "vm/vm_format.h"
 
 #include <algorithm>
@@ -379,7 +379,7 @@ std::string Generator::numberList()
 
 std::string Generator::word(const dcm::Vocabulary &vocabulary, uint32_t &row)
 {
-    const std::vector<std::string> words = wordsOf(vocabulary);
+    const std::vector<std::string> words = dcmtool::wordsOf(vocabulary);
     row = input_.below(static_cast<uint32_t>(words.size()));
     return words[row];
 }

@@ -2,8 +2,8 @@
 // file, and some of what XML itself has.
 #include "card/card_format.h"
 #include "frame/frame_format.h"
-#include "fuzz/words.h"
 #include "slot/slot_format.h"
+#include "tools/words.h"
 #include "vm/vm_format.h"
 
 #include <dcm.h>
@@ -18,7 +18,7 @@ std::set<std::string> tokens;
 
 void addWords(const dcm::Vocabulary &vocabulary)
 {
-    for (const std::string &word : dcmfuzz::wordsOf(vocabulary))
+    for (const std::string &word : dcmtool::wordsOf(vocabulary))
         tokens.insert(word);
 }
 

@@ -5,8 +5,8 @@
 //     make_seeds SOURCE-FOLDER SEED-FOLDER
 #include "card/card_format.h"
 #include "frame/frame_format.h"
-#include "fuzz/words.h"
 #include "slot/slot_format.h"
+#include "tools/words.h"
 #include "vm/vm_format.h"
 
 #include <libxml/parser.h>
@@ -159,7 +159,7 @@ std::string rightValue(const dcm::Content &content)
     case dcm::Kind::none:
         return "";
     case dcm::Kind::keyword:
-        return dcmfuzz::wordsOf(*content.vocabulary).front();
+        return dcmtool::wordsOf(*content.vocabulary).front();
     case dcm::Kind::ledState:
         return "default";
     case dcm::Kind::numberList:

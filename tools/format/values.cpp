@@ -1,7 +1,7 @@
 #include "tools/format/values.h"
 
-#include "fuzz/words.h"
 #include "tools/format/document.h"
+#include "tools/words.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -81,7 +81,7 @@ const NamedVocabulary &nameOf(const dcm::Vocabulary *words)
 
 std::vector<std::string> wordsOf(const dcm::Vocabulary &words)
 {
-    return dcmfuzz::wordsOf(words);
+    return dcmtool::wordsOf(words);
 }
 
 std::vector<std::string> wordsOf(const dcm::Content &content)

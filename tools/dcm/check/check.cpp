@@ -240,18 +240,6 @@ std::string nearest(const std::string &written, const std::vector<std::string> &
     return found;
 }
 
-std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
-{
-    std::vector<std::string> words;
-    for (size_t i = 0; i < vocabulary.count; i++) {
-        if (vocabulary.rows != nullptr)
-            words.emplace_back(vocabulary.rows[i], strnlen(vocabulary.rows[i], DCM_KEYWORD_SIZE));
-        else if (vocabulary.words[i].direction != dcm::Direction::prints)
-            words.emplace_back(vocabulary.words[i].word);
-    }
-    return words;
-}
-
 size_t rowOf(const dcm::Vocabulary &vocabulary, const char *word)
 {
     if (vocabulary.rows == nullptr) {

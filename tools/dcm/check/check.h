@@ -12,6 +12,7 @@
 #include "common/xml.h"
 #include "tools/dcm/check/finding.h"
 #include "tools/dcm/description_file.h"
+#include "tools/words.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -160,8 +161,7 @@ std::string pathOf(Node element);
 
 // The nearest of some words to what was written; empty when none is near.
 std::string nearest(const std::string &written, const std::vector<std::string> &words);
-// The words of a vocabulary that descriptions may write, and their list as texts show it: "'yes', 'no'".
-std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary);
+// A list of words as texts show it: "'yes', 'no'".
 std::string listed(const std::vector<std::string> &words);
 // The row of a word that descriptions may write; `count` of the vocabulary when there is none.
 size_t rowOf(const dcm::Vocabulary &vocabulary, const char *word);

@@ -1,6 +1,6 @@
-// The words of vocabularies, for whoever writes descriptions.
-#ifndef DCM_FUZZ_WORDS_H
-#define DCM_FUZZ_WORDS_H
+// The words of vocabularies, for whoever writes or checks descriptions.
+#ifndef DCM_TOOLS_WORDS_H
+#define DCM_TOOLS_WORDS_H
 
 #include "common/vocabularies.h"
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace dcmfuzz {
+namespace dcmtool {
 
 // The words that descriptions may write.
 inline std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
@@ -23,6 +23,6 @@ inline std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
     return words;
 }
 
-} // namespace dcmfuzz
+} // namespace dcmtool
 
 #endif
