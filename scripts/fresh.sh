@@ -85,7 +85,7 @@ verb_fresh() {
     on_fresh 'installing' "$(readme_commands Installing | grep -v '^cc ')"
     on_fresh 'linking what is installed' "$(readme_commands Installing | grep '^cc ' | fresh_runs)
         dcm frame 1 --file /usr/local/share/doc/dcm/examples/device.xml
-        cmake -S tests/install/cxx -B /tmp/client -DDCM_EXAMPLE=/root/dcm/examples/device.xml
+        cmake -S tests/install/cxx -B /tmp/client -G Ninja -DDCM_EXAMPLE=/root/dcm/examples/device.xml
         cmake --build /tmp/client
         ctest --test-dir /tmp/client --output-on-failure"
     rm -rf "$machine"
