@@ -1,0 +1,25 @@
+# shellcheck shell=bash
+# help: coverage          run all tests and show which lines and branches of the library they reach
+
+coverage_folder=build/coverage
+
+# coverage_share WHAT: in percent, from the summary.
+coverage_share() {
+    sed -nE "s/^$1: ([0-9.]+)% .*/\1/p" "$coverage_folder/summary.txt"
+}
+
+verb_coverage() {
+    # The tool that reads the counts is GCC's, too.
+    unset CC CXX
+    need g++ gcovr "${build_packages[@]}" "${test_packages[@]}"
+    configure coverage
+    compile coverage
+    find "$coverage_folder" -name '*.gcda' -delete
+    # Those left out look at the library as it ships, without counters.
+    run_tests coverage --exclude-regex '^(Abi|Header|Install|Man|Messages|Release)\.' || fail 'there is more to mend first'
+    say 'Adding up'
+    mkdir -p "$coverage_folder/html"
+    gcovr --config tests/coverage/gcovr.cfg --root . --object-directory "$coverage_folder" \
+        --json "$coverage_folder/coverage.json" --html-details "$coverage_folder/html/index.html" --print-summary \
+        --fail-under-line 99 --fail-under-branch 95 --output "$coverage_folder/coverage.txt"
+}
