@@ -349,6 +349,25 @@ check_says_the_same_with_several_jobs() {
     expect 'several jobs find the same in the same order' cmp -s "$folder/out" "$folder/one"
 }
 
+check_shows_on_a_terminal_what_it_waits_for() {
+    local file=$folder/slow.xml
+    mkfifo "$file"
+    # A file that comes when the line stands there.
+    { until grep -qF checking "$folder/terminal" 2>/dev/null; do sleep 0.1; done; cat "$example"; } >"$file" &
+    status=0
+    script --quiet --flush --command "${DCM_EMULATOR:+$DCM_EMULATOR }$dcm check $file >$folder/out" "$folder/terminal" \
+        </dev/null >"$folder/err" || status=$?
+    wait
+    expect 'a terminal shows the file that is being checked' says err "checking $file (1 of 1)"
+    expect 'the line goes in the end' ends_with_a_cleared_line
+    expect 'standard output holds the findings alone' says out '1 file, nothing found'
+
+    run check "$example"
+    expect 'nothing but a terminal shows it' silent err
+}
+# The last that a terminal was told is to clear the line.
+ends_with_a_cleared_line() { [ "$(tail -c 4 "$folder/err")" = $'\r\e[K' ]; }
+
 check_reads_standard_input_and_ends_quietly() {
     write_checked
     run check - <"$folder/warning.xml"
