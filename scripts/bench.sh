@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size, --check
+# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size; --check
 
 bench_folder=build/bench
 
