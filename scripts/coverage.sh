@@ -21,5 +21,5 @@ verb_coverage() {
     mkdir -p "$coverage_folder/html"
     gcovr --config tests/coverage/gcovr.cfg --root . --object-directory "$coverage_folder" \
         --json "$coverage_folder/coverage.json" --html-details "$coverage_folder/html/index.html" --print-summary \
-        --fail-under-line 99 --fail-under-branch 95 --output "$coverage_folder/coverage.txt"
+        --fail-under-line 99 --fail-under-branch 95 --txt "$coverage_folder/coverage.txt"
 }

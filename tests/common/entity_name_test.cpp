@@ -269,3 +269,13 @@ TEST(EntityName, ReportsTheBeginningOfALongClass)
     EXPECT_THAT(result.messages[0],
                 testing::StartsWith("[dcmEttClassStr2Val:#]: invalid dcm str(" + std::string(15, 'x')));
 }
+
+TEST(EntityName, IsEmptyWhereThereIsNone)
+{
+    Guarded<DcmEttInfo> info;
+    int status = 1;
+    const Effects effects = effectsOf([&] { status = dcmNameToEttInfo(nullptr, info.get()); });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(effects.messages, (Messages{noClass, noAttach}));
+    EXPECT_EQ(info->pathDepth, 0U);
+}

@@ -245,6 +245,16 @@ TEST(KeywordTable, MatchesNothingWithARowFilledToItsLastByteAndIsNotReadBeyondIt
     }
 }
 
+TEST(KeywordTable, ReadsARowUpToItsFirstZero)
+{
+    const std::string word("word\0and-the-rest", DCM_KEYWORD_SIZE);
+    for (const Reader &reader : readers) {
+        SCOPED_TRACE(std::string(reader.toValueName) + " " + reader.word);
+        const Rewritten row(*reader.row, word);
+        expectRead(reader.toValue, "word", reader.value);
+    }
+}
+
 TEST(KeywordTable, StillMatchesTheRowsAroundAFilledOne)
 {
     const Rewritten row(gDcmLedFreqStrs[2], "sixteen-letters!");

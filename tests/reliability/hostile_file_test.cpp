@@ -312,6 +312,28 @@ TEST(EntityBomb, OfElementsCostsLittle)
     expectDefused(withType(bombDeclarations("<maxslotnum>1</maxslotnum>"), "<frame typeid='1'>&e9;</frame>"));
 }
 
+TEST(EntityBomb, InAttributesOfElementsCostsLittle)
+{
+    expectDefused(
+        withType(bombDeclarations("lol") + "<!ENTITY led \"<led name='&e9;'/>\">", "<frame typeid='1'>&led;</frame>"));
+}
+
+// A whole description may have more than one of its texts.
+TEST(EntityBomb, OfTwoMebibytesIsTooMuchForOneText)
+{
+    const std::string declarations =
+        "<!ENTITY half '" + std::string(kMebibyte, '1') + "'><!ENTITY bomb '&half;&half;'>";
+    for (const char *frame :
+         {"<frame typeid='1'><maxslotnum>&bomb;</maxslotnum></frame>", "<frame typeid='&bomb;'/>"}) {
+        SCOPED_TRACE(frame);
+        const TemporaryFile file(withType(declarations, frame));
+        const Answer<DcmFrameInfo> answer = queryFile(file.path());
+        EXPECT_EQ(answer.result, -1);
+        ASSERT_FALSE(answer.messages.empty());
+        EXPECT_THAT(answer.messages.front(), testing::EndsWith(": out of memory."));
+    }
+}
+
 TEST(EntityBomb, InADefaultOfAnAttributeCostsLittle)
 {
     expectDefused(withType(bombDeclarations("lol") + "<!ATTLIST frame name CDATA '&e9;'>", repeated(kFrame, 100)));
