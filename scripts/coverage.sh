@@ -5,10 +5,11 @@ coverage_folder=build/coverage
 
 # coverage_share WHAT: in percent, from the summary.
 coverage_share() {
-    sed -nE "s/^$1: ([0-9.]+)% .*/\1/p" "$coverage_folder/summary.txt"
+    sed -nE "s/^$1: ([0-9.]+)% .*/\1 %/p" "$coverage_folder/summary.txt"
 }
 
 verb_coverage() {
+    local status=0
     # The tool that reads the counts is GCC's, too.
     unset CC CXX
     need g++ gcovr "${build_packages[@]}" "${test_packages[@]}"
@@ -19,7 +20,11 @@ verb_coverage() {
     run_tests coverage --exclude-regex '^(Abi|Header|Install|Man|Messages|Release)\.' || fail 'there is more to mend first'
     say 'Adding up'
     mkdir -p "$coverage_folder/html"
-    gcovr --config tests/coverage/gcovr.cfg --root . --object-directory "$coverage_folder" \
-        --json "$coverage_folder/coverage.json" --html-details "$coverage_folder/html/index.html" --print-summary \
-        --fail-under-line 99 --fail-under-branch 95 --txt "$coverage_folder/coverage.txt"
+    gcovr --config tests/coverage/gcovr.cfg --root . --object-directory "$coverage_folder" --print-summary \
+        --txt "$coverage_folder/coverage.txt" --json "$coverage_folder/coverage.json" \
+        --html-details "$coverage_folder/html/index.html" --fail-under-line 99 --fail-under-branch 95 \
+        >"$coverage_folder/summary.txt" || status=1
+    echo "coverage: lines $(coverage_share lines), branches $(coverage_share branches);" \
+        "all of it in $coverage_folder/html/index.html"
+    [ "$status" -eq 0 ] || fail 'the tests must reach 99 % of the lines and 95 % of the branches'
 }
