@@ -19,7 +19,7 @@ verb_abi() {
     local recorded=tests/abi/libdcm.abi described=build/release/libdcm.abi
     [[ $# -eq 0 || $* = --record ]] || fail 'abi takes nothing, or --record'
     [ "$(uname -m)" = x86_64 ] || fail 'the interface is recorded for x86_64'
-    need abigail-tools "${build_packages[@]}"
+    need abigail-tools "${build_packages[@]}" "${test_packages[@]}"
     configure release
     compile release dcm_shared
     if [ $# -gt 0 ]; then

@@ -26,7 +26,7 @@ package_hides_folder() {
 }
 
 verb_package() {
-    need "${build_packages[@]}" "${test_packages[@]}" debhelper dpkg-dev lintian
+    need build-essential "${build_packages[@]}" "${test_packages[@]}" debhelper dpkg-dev lintian
     local first=$root/build/package second=$root/build/package-again/in-a-folder-of-another-length deb
     rm -rf build/package build/package-again
     package_build "$first/source"
