@@ -116,26 +116,32 @@ Result takeOptionalNum(Node element, const Attribute &attribute, uint8_t &count,
 
 Result takePanel(Node element, DcmCardInfo &card, const QueryReporter &reporter)
 {
-    const Text num = attributeText(element, Panel::num, reporter);
-    if (!num)
-        return num.reportMissing(reporter,
-                                 DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required num prop."));
-    const Text startPortId = attributeText(element, Panel::startPortId, reporter);
-    if (!startPortId)
-        return startPortId.reportMissing(
-            reporter, DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required startportid prop."));
-    const Text maxPortId = attributeText(element, Panel::maxPortId, reporter);
-    if (!maxPortId)
-        return maxPortId.reportMissing(
-            reporter, DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required maxportid prop."));
+    uint32_t num = 0;
+    if (const Result read =
+            readRequired(element, Panel::num, num,
+                         DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required num prop."), reporter);
+        read != Result::ok)
+        return read;
+    uint32_t startPortId = 0;
+    if (const Result read = readRequired(
+            element, Panel::startPortId, startPortId,
+            DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required startportid prop."), reporter);
+        read != Result::ok)
+        return read;
+    uint32_t maxPortId = 0;
+    if (const Result read = readRequired(
+            element, Panel::maxPortId, maxPortId,
+            DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required maxportid prop."), reporter);
+        read != Result::ok)
+        return read;
 
-    card.pannelIfNum = static_cast<uint8_t>(num.number());
+    card.pannelIfNum = static_cast<uint8_t>(num);
     if (takeOptionalNum(element, Panel::lineNum, card.pannelLineIfNum, reporter) != Result::ok ||
         takeOptionalNum(element, Panel::clientNum, card.panneClientIfNum, reporter) != Result::ok ||
         takeOptionalNum(element, Panel::hideNum, card.hideIfNum, reporter) != Result::ok)
         return Result::outOfMemory;
-    card.panneIfStartPortId = static_cast<uint16_t>(startPortId.number());
-    card.panelIfMaxPortId = static_cast<uint16_t>(maxPortId.number());
+    card.panneIfStartPortId = static_cast<uint16_t>(startPortId);
+    card.panelIfMaxPortId = static_cast<uint16_t>(maxPortId);
 
     if (card.pannelIfNum > std::size(card.panelIf))
         return reporter.report(DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode panel-port failed, num(=%d) invalid."),

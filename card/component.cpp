@@ -120,10 +120,11 @@ Result takeClockChip(Node element, DcmCardInfo &card, const Reporter &reporter)
 Result _dcmDecodeComponentEntity(Node element, DcmCardInfo &card, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text numText = attributeText(element, Components::num, here);
-    if (!numText)
-        return numText.reportMissing(here, DCM_MESSAGE("decode component-entity failed, no num prop."));
-    const uint32_t num = numText.number();
+    uint32_t num = 0;
+    if (const Result read = readRequired(element, Components::num, num,
+                                         DCM_MESSAGE("decode component-entity failed, no num prop."), here);
+        read != Result::ok)
+        return read;
     if (num < 1 || num > std::size(card.component))
         return DCM_REPORT(__func__, "decode component-entity failed, total num is too big(%u).", num);
     card.componentNum = static_cast<uint8_t>(num);

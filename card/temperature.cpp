@@ -94,10 +94,12 @@ Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8
 int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count)
 {
     const dcm::Reporter here{__func__};
-    const dcm::Text id = dcm::attributeText(node, dcm::Temperature::id, here);
-    if (!id)
-        return status(id.reportMissing(here, DCM_MESSAGE("decode temperature-entity failed, no id prop.")));
+    uint32_t id = 0;
+    if (const dcm::Result read = dcm::readRequired(node, dcm::Temperature::id, id,
+                                                   DCM_MESSAGE("decode temperature-entity failed, no id prop."), here);
+        read != dcm::Result::ok)
+        return status(read);
     DcmTemperatureInfo &sensor = sensors[(*count)++];
-    sensor.id = static_cast<uint8_t>(id.number());
+    sensor.id = static_cast<uint8_t>(id);
     return status(dcm::walk<dcm::Temperature>(node, sensor, here));
 }

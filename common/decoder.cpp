@@ -4,23 +4,37 @@
 
 namespace dcm {
 
+namespace {
+
+// Functions of their own, so that what they keep is off the stack while a row is taken: walks nest.
+[[gnu::noinline]] const Row *findRow(const Row *rows, const Row *end, const char *name)
+{
+    const uint32_t key = wordKey(name);
+    for (; rows != end; rows++)
+        if (rows->key == key && std::strcmp(rows->name, name) == 0)
+            break;
+    return rows;
+}
+[[gnu::noinline]] Result fail(const Reporter &reporter, const Message &message, Result result)
+{
+    static_cast<void>(reportChecked(reporter, message));
+    return result;
+}
+
+} // namespace
+
 Result walk(Node parent, const Row *rows, size_t count, void *record, const Reporter &reporter)
 {
+    const Row *end = rows + count;
     for (const Node element : children(parent)) {
-        const char *name = nameOf(element);
         // Without memory libxml2 may leave an element without its name.
-        if (name == nullptr)
+        if (nameOf(element) == nullptr)
             return reporter.reportOutOfMemory();
-        const uint32_t key = wordKey(name);
-        for (const Row *row = rows; row != rows + count; row++) {
-            if (row->key != key || std::strcmp(row->name, name) != 0)
-                continue;
-            if (const Result taken = row->take(element, record, reporter); taken != Result::ok) {
-                static_cast<void>(reportChecked(reporter, row->message));
-                return taken;
-            }
-            break;
-        }
+        const Row *row = findRow(rows, end, nameOf(element));
+        if (row == end)
+            continue;
+        if (const Result taken = row->take(element, record, reporter); taken != Result::ok)
+            return fail(reporter, row->message, taken);
     }
     return Result::ok;
 }
@@ -136,18 +150,27 @@ Result readAttribute(Node element, const char *attribute, uint32_t &number, cons
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
+Result readRequired(Node element, const char *attribute, uint32_t &number, const Message &message,
+                    const Reporter &reporter)
+{
+    const Text text = Text::attribute(element, attribute, reporter);
+    if (!text) {
+        return fail(reporter, message, text.isOutOfMemory() ? Result::outOfMemory : Result::failed);
+    }
+    number = text.number();
+    return Result::ok;
+}
+
 namespace {
 
 template <class Count>
 Result takeNumInto(Node element, size_t most, Count &count, const Count &shown, const AnyCountMessages &messages,
                    const Reporter &reporter)
 {
-    const Text num = attributeText(element, numOf(most), reporter);
-    if (!num) {
-        static_cast<void>(reportChecked(reporter, messages.noNum));
-        return num.missing();
-    }
-    count = static_cast<Count>(num.number());
+    uint32_t num = 0;
+    if (const Result read = readRequired(element, numOf(most).name, num, messages.noNum, reporter); read != Result::ok)
+        return read;
+    count = static_cast<Count>(num);
     return count <= most ? Result::ok : reportChecked(reporter, messages.invalid, shown);
 }
 
@@ -167,10 +190,8 @@ Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown
 
 Result readId(Node element, uint32_t count, uint32_t &id, const IdMessages &messages, const Reporter &reporter)
 {
-    const Text text = attributeText(element, kId, reporter);
-    if (!text)
-        return text.reportMissing(reporter, messages.noId);
-    id = text.number();
+    if (const Result read = readRequired(element, kId, id, messages.noId, reporter); read != Result::ok)
+        return read;
     return id >= 1 && id <= count ? Result::ok : reporter.report(messages.invalid, id);
 }
 

@@ -160,6 +160,16 @@ inline Result readAttribute(Node element, const Attribute &attribute, uint32_t &
     return readAttribute(element, attribute.name, number, reporter);
 }
 
+// The same of an attribute that must be there: `message` reports that it is not.
+Result readRequired(Node element, const char *attribute, uint32_t &number, const Message &message,
+                    const Reporter &reporter);
+template <class By>
+Result readRequired(Node element, const Attribute &attribute, uint32_t &number, const MessageFor<By> &message,
+                    const By &reporter)
+{
+    return readRequired(element, attribute.name, number, message, reporter);
+}
+
 // The number of entries that a container announces.
 constexpr Attribute numOf(size_t most, size_t bits = 8, uint8_t least = 0)
 {

@@ -89,12 +89,11 @@ public:
     // False when there is nothing to read: the text is absent, or memory ran out, which has then been reported.
     explicit operator bool() const { return text_ != nullptr; }
     bool isOutOfMemory() const { return outOfMemory_; }
-    // The result where there is nothing to read; the other one reports `message` first.
-    Result missing() const { return outOfMemory_ ? Result::outOfMemory : Result::failed; }
+    // The result where there is nothing to read, after `message` is reported.
     template <class By, class MessageType> Result reportMissing(const By &reporter, const MessageType &message) const
     {
         static_cast<void>(reporter.report(message));
-        return missing();
+        return outOfMemory_ ? Result::outOfMemory : Result::failed;
     }
 
     const unsigned char *word() const { return text_; } // nullptr when there is nothing to read

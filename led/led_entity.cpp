@@ -22,9 +22,23 @@ struct Led : LedStateTable {
     static constexpr Attribute ids = idListOf(8);
     static constexpr Attribute type = {"type", wordOf(&kLedTypeWords), Need::required};
     static constexpr Attribute attributes[] = {ids, type};
-    // kept: a faulty list gives the ids before its fault.
-    static constexpr IdListMessages messages = {DCM_MESSAGE("decode led failed, no id prop."), {}};
 };
+
+// A function of its own, so that its texts are off the stack when the states are read.
+[[gnu::noinline]] Result readLedAttributes(Node element, uint8_t (&idBits)[2], uint32_t &ledType,
+                                           const Reporter &reporter)
+{
+    const Text ids = attributeText(element, Led::ids, reporter);
+    if (!ids)
+        return ids.reportMissing(reporter, DCM_MESSAGE("decode led failed, no id prop."));
+    const Text type = attributeText(element, Led::type, reporter);
+    if (!type)
+        return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
+    // kept: a faulty list gives the ids before its fault.
+    static_cast<void>(dcmStr2BitList(ids.c_str(), 1, Led::ids.content.limit, idBits, sizeof idBits));
+    return dcmLedTypeStr2Val(type.word(), &ledType) == 0 ? Result::ok
+                                                         : reporter.report(DCM_MESSAGE("decode led type failed."));
+}
 
 // One "led": every LED that its "id" lists is a copy of what it describes.
 Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
@@ -33,19 +47,10 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
     if (block.count >= block.num)
         return DCM_REPORT(reporter.function, "decode led-entity failed, led node count(%u) is out of range(%u).",
                           block.count, block.num);
-    const Text ids = attributeText(element, Led::ids, reporter);
-    if (!ids)
-        return ids.reportMissing(reporter, DCM_MESSAGE("decode led failed, no id prop."));
-    const Text type = attributeText(element, Led::type, reporter);
-    if (!type)
-        return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
-
-    // kept: a faulty list gives the ids before its fault.
     uint8_t idBits[2] = {};
-    static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
     uint32_t ledType = 0;
-    if (dcmLedTypeStr2Val(type.word(), &ledType) != 0)
-        return reporter.report(DCM_MESSAGE("decode led type failed."));
+    if (const Result read = readLedAttributes(element, idBits, ledType, reporter); read != Result::ok)
+        return read;
 
     DcmLedInfo led = {};
     led.attach = block.attach;
@@ -87,12 +92,14 @@ int dcmLedDecodeEntity(struct _xmlNode *node, DcmLedInfo *leds, int32_t maxLeds,
                        uint8_t *count)
 {
     const dcm::Reporter here{__func__};
-    const dcm::Text num = dcm::attributeText(node, dcm::Leds::num, here);
-    if (!num)
-        return status(num.reportMissing(here, DCM_MESSAGE("decode led failed, no num prop.")));
+    uint32_t num = 0;
+    if (const dcm::Result read =
+            dcm::readRequired(node, dcm::Leds::num, num, DCM_MESSAGE("decode led failed, no num prop."), here);
+        read != dcm::Result::ok)
+        return status(read);
 
-    dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, num.number(),
-                           static_cast<uint8_t>(attach), static_cast<uint8_t>(attachSlot)};
+    dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, num, static_cast<uint8_t>(attach),
+                           static_cast<uint8_t>(attachSlot)};
     if (block.num > static_cast<uint32_t>(maxLeds))
         return status(DCM_REPORT(__func__, "decode led-entity failed, led count(%u) is out of range(%u).", block.num,
                                  static_cast<uint32_t>(maxLeds)));

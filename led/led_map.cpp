@@ -201,10 +201,12 @@ struct LedMapTable : Table {
 
 Result decodeMap(Node element, DcmLedMapInfo &map, const Reporter &reporter)
 {
-    const Text num = attributeText(element, LedMapTable::num, reporter);
-    if (!num)
-        return num.reportMissing(reporter, DCM_MESSAGE("decode led-map failed, no num prop."));
-    LedMap ledMap = {map, static_cast<uint8_t>(num.number())}; // kept: only the low 8 bits count
+    uint32_t num = 0;
+    if (const Result read =
+            readRequired(element, LedMapTable::num, num, DCM_MESSAGE("decode led-map failed, no num prop."), reporter);
+        read != Result::ok)
+        return read;
+    LedMap ledMap = {map, static_cast<uint8_t>(num)}; // kept: only the low 8 bits count
     if (ledMap.num > DCM_LED_MAP_MAX)
         return DCM_REPORT(reporter.function, "decode led-map failed, led map count(%u) is out of range(%u).",
                           ledMap.num, static_cast<uint32_t>(DCM_LED_MAP_MAX));

@@ -14,34 +14,41 @@ struct State : Table {
     };
 };
 
-// One "state" element; `position` counts the LED's "state" elements from 0.
-Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, DcmLedStateInfo *states)
+// The display of a state, which is not in use; nullptr when the LED has none for it. `position` counts the LED's
+// "state" elements from 0. A function of its own, so that its texts are off the stack when the display is read.
+[[gnu::noinline]] Result findDisplay(Node element, const LedStates &led, uint32_t position, DcmLedStateInfo *&display,
+                                     const Reporter &reporter)
 {
-    const Reporter here{__func__};
-    const Text type = attributeText(element, State::type, here);
+    const Text type = attributeText(element, State::type, reporter);
     if (!type)
-        return type.reportMissing(here, DCM_MESSAGE("decode led failed, no type prop."));
+        return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
     // An unknown state has been reported, where the LED has states at all, and is taken for "default".
     uint32_t state = 0;
-    static_cast<void>(dcmLedStateStr2Val(ledType, type.word(), &state));
+    static_cast<void>(dcmLedStateStr2Val(led.ledType, type.word(), &state));
 
-    DcmLedStateInfo *display = &states[DCM_LED_STATE_MAX - 1];
-    if (state == 0) {
-        display->pri = DCM_LED_STATE_MAX;
-    } else {
-        const Text pri = attributeText(element, State::priority, here);
+    uint32_t priority = DCM_LED_STATE_MAX;
+    if (state != 0) {
+        const Text pri = attributeText(element, State::priority, reporter);
         if (pri.isOutOfMemory())
             return Result::outOfMemory;
-        const uint32_t priority = pri ? pri.number() : position + 1;
+        priority = pri ? pri.number() : position + 1;
         if (priority < 1 || priority > DCM_LED_STATE_MAX)
-            return Result::ok; // an LED has no display for it
-        display = &states[priority - 1];
-        if (display->pri != 0)
-            return DCM_REPORT(__func__, "duplicate state priority(%u).", priority);
-        display->pri = static_cast<uint8_t>(priority);
+            return Result::ok;
+        if (led.states[priority - 1].pri != 0)
+            return reporter.report(DCM_MESSAGE_ID("duplicate state priority(%u)."), priority);
     }
+    display = &led.states[priority - 1];
+    display->pri = static_cast<uint8_t>(priority);
     display->state = static_cast<uint8_t>(state);
-    return walk<State>(element, *display, here);
+    return Result::ok;
+}
+
+Result _dcmLedDecodeStates(Node element, LedStates &led)
+{
+    const Reporter here{__func__};
+    DcmLedStateInfo *display = nullptr;
+    const Result found = findDisplay(element, led, led.position++, display, here);
+    return display != nullptr ? walk<State>(element, *display, here) : found;
 }
 
 } // namespace
@@ -50,7 +57,7 @@ const Element kLedStateElement = repeated(elementOf<State>);
 
 Result takeLedState(Node element, LedStates &led, const Reporter &)
 {
-    return unlessOutOfMemory(_dcmLedDecodeStates(element, led.position++, led.ledType, led.states));
+    return unlessOutOfMemory(_dcmLedDecodeStates(element, led));
 }
 
 } // namespace dcm

@@ -80,10 +80,11 @@ const Element kInnerPortGroupElement = repeated(elementOf<PortGroup>);
 Result _devDecodeInnerPort(Node element, DcmSlotInfo &slot, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text text = attributeText(element, Port::commslot, here);
-    if (!text)
-        return text.reportMissing(here, DCM_MESSAGE("decode innerport failed, no commslot."));
-    const uint32_t commslot = text.number();
+    uint32_t commslot = 0;
+    if (const Result read =
+            readRequired(element, Port::commslot, commslot, DCM_MESSAGE("decode innerport failed, no commslot."), here);
+        read != Result::ok)
+        return read;
     if (commslot > std::size(slot.syncIf))
         return DCM_REPORT(__func__, "decode innerport failed, invalid commslot(%u).", commslot);
     DcmInnerIfInfo &port = commslot == 0 ? slot.broadcastSyncIf : slot.syncIf[commslot - 1];
