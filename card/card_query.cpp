@@ -190,9 +190,9 @@ struct Card : Table {
     static constexpr QueryChild<DcmCardInfo> children[] = {
         {"occupyslotnum", number<&DcmCardInfo::occupySlotNum>},
         // kept: both go by one text.
-        {"tmuxctrl", keyword<&DcmCardInfo::isTmuxCtrl, dcmYesNoStr2Val>, DCM_MESSAGE("decode wdmctrl failed.")},
-        {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, dcmYesNoStr2Val>, DCM_MESSAGE("decode wdmctrl failed.")},
-        {"porttypecap", capabilities<&DcmCardInfo::portTypeCaps, dcmPortTypeCapStr2Val, 0, PortCap>,
+        {"tmuxctrl", keyword<&DcmCardInfo::isTmuxCtrl, kYesNoWords>, DCM_MESSAGE("decode wdmctrl failed.")},
+        {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, kYesNoWords>, DCM_MESSAGE("decode wdmctrl failed.")},
+        {"porttypecap", capabilities<&DcmCardInfo::portTypeCaps, kPortTypeCapWords, 0, PortCap>,
          DCM_MESSAGE("decode card porttype-caps failed.")},
         {"mgt-port", counted<&DcmCardInfo::methIfNum, &DcmCardInfo::methIf, MgtPorts>},
         {"panel-port", call<takePanel>, elementOf<Panel>},
@@ -208,7 +208,7 @@ struct Card : Table {
         {"portled-entity", call<takePortLeds>, kPortLedEntityElement,
          DCM_MESSAGE_FILE("xmlfile(%s) card decode port-led failed.")},
         {"led-map", call<takeLedMap>, kLedMapElement, DCM_MESSAGE_FILE("xmlfile(%s) card decode led-map failed.")},
-        {"supportfunc", capabilities<&DcmCardInfo::supportFuncs, dcmCardSupportFuncStr2Val, 0, Func>,
+        {"supportfunc", capabilities<&DcmCardInfo::supportFuncs, kCardSupportFuncWords, 0, Func>,
          DCM_MESSAGE("decode card support function failed.")},
         {"switch-entity", call<takeSwitchChip>, kChipElement},
         {"clock-entity", call<takeClockChip>, kChipElement},

@@ -26,7 +26,7 @@ struct Memory : EntryTable {
         DCM_MESSAGE_ID("decode memory-entity failed, duplicate id(%u)."),
     };
     static constexpr Child<DcmMemoryInfo> children[] = {
-        {"type", keyword<&DcmMemoryInfo::type, dcmMemoryTypeStr2Val>, DCM_MESSAGE("decode memory-entity failed.")},
+        {"type", keyword<&DcmMemoryInfo::type, kMemoryTypeWords>, DCM_MESSAGE("decode memory-entity failed.")},
         {"highthreshold", number<&DcmMemoryInfo::highThreshold>},
         {"lowthreshold", number<&DcmMemoryInfo::lowThreshold>},
         {"modelname", countedBytes<&DcmMemoryInfo::modelNameLen, &DcmMemoryInfo::modelName>},

@@ -37,14 +37,14 @@ struct Port : EntryTable {
         {"cardid", number<&DcmMethIfInfo::cardId>},
         {"portid", number<&DcmMethIfInfo::portId>},
         {"phytype", call<takeMgtPhyType>, kPhyType, DCM_MESSAGE("decode mgt-port failed.")},
-        {"workmode", keyword<&DcmMethIfInfo::workmode, dcmWorkmodeStr2Val>, DCM_MESSAGE("decode mgt-port failed.")},
-        {"driver", keyword<&DcmMethIfInfo::drvType, dcmDriverTypeStr2Val>, DCM_MESSAGE("decode mgt-port failed.")},
+        {"workmode", keyword<&DcmMethIfInfo::workmode, kWorkmodeWords>, DCM_MESSAGE("decode mgt-port failed.")},
+        {"driver", keyword<&DcmMethIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode mgt-port failed.")},
         {"ifname", bytes<&DcmMethIfInfo::ifName>},
-        {kSupportLaserName, keywordThrough<setSupportLaser, dcmYesNoStr2Val>, DCM_MESSAGE("decode mgt-port failed.")},
-        {kSupportMediaChgName, keywordThrough<setSupportMediaChg, dcmYesNoStr2Val>,
+        {kSupportLaserName, keywordThrough<setSupportLaser, kYesNoWords>, DCM_MESSAGE("decode mgt-port failed.")},
+        {kSupportMediaChgName, keywordThrough<setSupportMediaChg, kYesNoWords>,
          DCM_MESSAGE("decode mgt-port supportmediachg failed.")},
         // kept: a management port's transceivers go by the text of a panel port.
-        {"transceiver-caps", capabilities<&DcmMethIfInfo::transceiverCaps, dcmPortTransceiverCapStr2Val, 1>,
+        {"transceiver-caps", capabilities<&DcmMethIfInfo::transceiverCaps, kTransceiverCapWords, 1>,
          DCM_MESSAGE("decode panel-port failed.")},
     };
     // kept: only a driver marks a port as taken; one without it may be described again.

@@ -9,7 +9,7 @@ namespace {
 // kept: an unknown type leaves the field as it was.
 Result takeType(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
 {
-    return unlessOutOfMemory(keyword<&DcmTemperatureInfo::type, dcmTemperTypeStr2Val>.take(element, sensor, reporter));
+    return unlessOutOfMemory(keyword<&DcmTemperatureInfo::type, kTemperTypeWords>.take(element, sensor, reporter));
 }
 
 // 16 bytes fill the field; what is longer is cut so that the field stays terminated.
@@ -57,7 +57,7 @@ struct Temperature : Table {
         {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
         {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
         {"description", call<takeDescription>, kDescription},
-        {"type", call<takeType>, kWord<dcmTemperTypeStr2Val>},
+        {"type", call<takeType>, kWord<kTemperTypeWords>},
         {"actioncapability", bitList<&DcmTemperatureInfo::actionCapability, 8>,
          DCM_MESSAGE("decode temperature action capability failed.")},
         {kFanCtrlBitsName, bitList<&DcmTemperatureInfo::fanCtrlBits, 16, MarksFanCtrlBits>},

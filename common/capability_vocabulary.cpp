@@ -3,8 +3,6 @@
 
 #include <dcm.h>
 
-#include <iterator>
-
 namespace dcm {
 
 namespace {
@@ -58,37 +56,42 @@ constexpr Word kPoeInrushCaps[] = {
     {"bt3", 5}, {"bt4", 6},     {"pre-bt4", 7}, {"at-altb", 8},
 };
 
-static_assert(isUnambiguous(kCardSupportFuncs) && isUnambiguous(kLayerProtoCaps) && isUnambiguous(kTransceiverCaps) &&
-              isUnambiguous(kOpticalChnCaps) && isUnambiguous(kPoeStandardCaps) && isUnambiguous(kPoeInrushCaps));
+DCM_CHECK_WORDS(kCardSupportFuncs);
+DCM_CHECK_WORDS(kLayerProtoCaps);
+DCM_CHECK_WORDS(kTransceiverCaps);
+DCM_CHECK_WORDS(kOpticalChnCaps);
+DCM_CHECK_WORDS(kPoeStandardCaps);
+DCM_CHECK_WORDS(kPoeInrushCaps);
 
 } // namespace
 
-const Vocabulary kCardSupportFuncWords = {kCardSupportFuncs, nullptr, std::size(kCardSupportFuncs)};
-const Vocabulary kLayerProtoCapWords = {kLayerProtoCaps, nullptr, std::size(kLayerProtoCaps)};
-const Vocabulary kTransceiverCapWords = {kTransceiverCaps, nullptr, std::size(kTransceiverCaps)};
-const Vocabulary kOpticalChnCapWords = {kOpticalChnCaps, nullptr, std::size(kOpticalChnCaps)};
-const Vocabulary kPoeStandardCapWords = {kPoeStandardCaps, nullptr, std::size(kPoeStandardCaps)};
-const Vocabulary kPoeInrushCapWords = {kPoeInrushCaps, nullptr, std::size(kPoeInrushCaps)};
+const Vocabulary kCardSupportFuncWords = vocabularyOf(kCardSupportFuncs, "dcmCardSupportFuncStr2Val",
+                                                      DCM_MESSAGE_TEXT("invalid card support function(%s)."));
+const Vocabulary kLayerProtoCapWords =
+    vocabularyOf(kLayerProtoCaps, "dcmPortLayerProtoCapStr2Val", DCM_MESSAGE_TEXT("invalid port layer proto cap(%s)."));
+// kept: the spelling of this text.
+const Vocabulary kTransceiverCapWords = vocabularyOf(kTransceiverCaps, "dcmPortTransceiverCapStr2Val",
+                                                     DCM_MESSAGE_TEXT("invalid port trancevier cap(%s)."));
+const Vocabulary kOpticalChnCapWords = vocabularyOf(kOpticalChnCaps, "dcmPortOpticalChnCapStr2Val",
+                                                    DCM_MESSAGE_TEXT("invalid port optical channel cap(%s)."));
+const Vocabulary kPoeStandardCapWords = vocabularyOf(kPoeStandardCaps, "dcmPortPoeStandardCapStr2Val",
+                                                     DCM_MESSAGE_TEXT("invalid port poe standard cap(%s)."));
+const Vocabulary kPoeInrushCapWords =
+    vocabularyOf(kPoeInrushCaps, "dcmPortPoeInrushCapStr2Val", DCM_MESSAGE_TEXT("invalid port poe inrush cap(%s)."));
 
 } // namespace dcm
 
-using dcm::printable;
+using dcm::convertWord;
 using dcm::printWord;
-using dcm::readWord;
-using dcm::status;
 
 int dcmCardSupportFuncStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kCardSupportFuncWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid card support function(%s).", printable(text)));
+    return convertWord(dcm::kCardSupportFuncWords, text, value);
 }
 
 int dcmPortLayerProtoCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kLayerProtoCapWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid port layer proto cap(%s).", printable(text)));
+    return convertWord(dcm::kLayerProtoCapWords, text, value);
 }
 
 const char *dcmPortLayerProtoCapVal2Str(uint32_t value)
@@ -98,10 +101,7 @@ const char *dcmPortLayerProtoCapVal2Str(uint32_t value)
 
 int dcmPortTransceiverCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    // kept: the spelling of this text.
-    return readWord(dcm::kTransceiverCapWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid port trancevier cap(%s).", printable(text)));
+    return convertWord(dcm::kTransceiverCapWords, text, value);
 }
 
 const char *dcmPortTransceiverCapVal2Str(uint32_t value)
@@ -111,9 +111,7 @@ const char *dcmPortTransceiverCapVal2Str(uint32_t value)
 
 int dcmPortOpticalChnCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kOpticalChnCapWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid port optical channel cap(%s).", printable(text)));
+    return convertWord(dcm::kOpticalChnCapWords, text, value);
 }
 
 const char *dcmPortOpticalChnCapVal2Str(uint32_t value)
@@ -123,9 +121,7 @@ const char *dcmPortOpticalChnCapVal2Str(uint32_t value)
 
 int dcmPortPoeStandardCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kPoeStandardCapWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid port poe standard cap(%s).", printable(text)));
+    return convertWord(dcm::kPoeStandardCapWords, text, value);
 }
 
 const char *dcmPortPoeStandardCapVal2Str(uint32_t value)
@@ -135,9 +131,7 @@ const char *dcmPortPoeStandardCapVal2Str(uint32_t value)
 
 int dcmPortPoeInrushCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kPoeInrushCapWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid port poe inrush cap(%s).", printable(text)));
+    return convertWord(dcm::kPoeInrushCapWords, text, value);
 }
 
 const char *dcmPortPoeInrushCapVal2Str(uint32_t value)

@@ -72,18 +72,18 @@ Result takeNumber(Node element, uint32_t &field, const Reporter &reporter)
     return takeNumberInto(element, field, reporter);
 }
 
-Result convert(Node element, Converter converter, uint32_t &value, const Reporter &reporter)
+Result readKeyword(Node element, const Vocabulary &words, uint32_t &value, const Reporter &reporter)
 {
     const Text text = Text::content(element, reporter);
     if (!text)
         return Result::outOfMemory;
-    return resultOf(converter(text.word(), &value));
+    return resultOf(convertWord(words, text.word(), &value));
 }
 
-Result takeKeyword(Node element, Converter converter, uint8_t &field, const Reporter &reporter)
+Result takeKeyword(Node element, const Vocabulary &words, uint8_t &field, const Reporter &reporter)
 {
     uint32_t value = 0;
-    const Result converted = convert(element, converter, value, reporter);
+    const Result converted = readKeyword(element, words, value, reporter);
     if (converted == Result::ok)
         field = static_cast<uint8_t>(value);
     return converted;
@@ -121,14 +121,14 @@ Result takePhyType(Node element, uint16_t &phyTypeField, uint8_t &ondTypeField, 
     return Result::ok;
 }
 
-Result takeCapabilities(Node element, const char *childName, Converter converter, uint32_t first, uint8_t *record,
+Result takeCapabilities(Node element, const char *childName, const Vocabulary &words, uint32_t first, uint8_t *record,
                         size_t offset, const Reporter &reporter)
 {
     for (const Node cap : children(element)) {
         if (!isNamed(cap, childName))
             continue;
         uint32_t value = 0;
-        if (const Result converted = convert(cap, converter, value, reporter); converted != Result::ok)
+        if (const Result converted = readKeyword(cap, words, value, reporter); converted != Result::ok)
             return converted;
         _dcmBitSet(record + offset, value - first);
     }

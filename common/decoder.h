@@ -188,7 +188,7 @@ template <auto Field> using FieldType = typename MemberOf<decltype(Field)>::Type
 template <class Value> inline constexpr Element kNumber = {numberOf(sizeof(Value) * 8, std::is_signed_v<Value>)};
 template <size_t Limit> inline constexpr Element kBitList = {bitListOf(Limit)};
 template <size_t Limit> inline constexpr Element kText = {textOf(Limit)};
-template <Converter converter> inline constexpr Element kWord = {wordOf(wordsOf<converter>)};
+template <const Vocabulary &Words> inline constexpr Element kWord = {wordOf(&Words)};
 
 // The number in an element's content goes to a field, which keeps the low bits that fit it.
 Result takeNumber(Node element, uint8_t &field, const Reporter &reporter);
@@ -211,55 +211,55 @@ template <auto Field> struct SignedNumber : Number<Field> {
 };
 template <auto Field> constexpr SignedNumber<Field> signedNumber;
 
-// The value of the keyword in an element's content; the converter has reported a word that is not valid.
-Result convert(Node element, Converter converter, uint32_t &value, const Reporter &reporter);
+// The value of the keyword in an element's content; a word that is not valid has been reported.
+Result readKeyword(Node element, const Vocabulary &words, uint32_t &value, const Reporter &reporter);
 // It goes to a field.
-Result takeKeyword(Node element, Converter converter, uint8_t &field, const Reporter &reporter);
+Result takeKeyword(Node element, const Vocabulary &words, uint8_t &field, const Reporter &reporter);
 
-template <auto Field, Converter converter> struct Keyword {
-    static constexpr const Element &format = kWord<converter>;
+template <auto Field, const Vocabulary &Words> struct Keyword {
+    static constexpr const Element &format = kWord<Words>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
-        return takeKeyword(element, converter, record.*Field, reporter);
+        return takeKeyword(element, Words, record.*Field, reporter);
     }
 };
-template <auto Field, Converter converter> constexpr Keyword<Field, converter> keyword;
+template <auto Field, const Vocabulary &Words> constexpr Keyword<Field, Words> keyword;
 
 // The value of a keyword goes through a function, for fields that have no address.
-template <auto Set, Converter converter> struct KeywordThrough {
-    static constexpr const Element &format = kWord<converter>;
+template <auto Set, const Vocabulary &Words> struct KeywordThrough {
+    static constexpr const Element &format = kWord<Words>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         uint32_t value = 0;
-        const Result converted = convert(element, converter, value, reporter);
-        if (converted == Result::ok)
+        const Result read = readKeyword(element, Words, value, reporter);
+        if (read == Result::ok)
             Set(record, value);
-        return converted;
+        return read;
     }
 };
-template <auto Set, Converter converter> constexpr KeywordThrough<Set, converter> keywordThrough;
+template <auto Set, const Vocabulary &Words> constexpr KeywordThrough<Set, Words> keywordThrough;
 
 // Each child of the element called `Item::name` holds a keyword; bit `value - First` of a capability set is set. A
 // value that the set has no bit for lands in the record's bytes behind the set.
-Result takeCapabilities(Node element, const char *childName, Converter converter, uint32_t first, uint8_t *record,
+Result takeCapabilities(Node element, const char *childName, const Vocabulary &words, uint32_t first, uint8_t *record,
                         size_t offset, const Reporter &reporter);
 struct Cap {
     static constexpr char name[] = "cap";
 };
-template <auto Set, Converter converter, uint32_t First = 0, class Item = Cap> struct Capabilities {
+template <auto Set, const Vocabulary &Words, uint32_t First = 0, class Item = Cap> struct Capabilities {
     static constexpr Element word =
-        repeated({setWordOf(wordsOf<converter>, First, sizeof(FieldType<Set>) * 8), nullptr, 0, nullptr, 0});
+        repeated({setWordOf(&Words, First, sizeof(FieldType<Set>) * 8), nullptr, 0, nullptr, 0});
     static constexpr NamedElement child = {Item::name, &word};
     static constexpr Element format = {{}, nullptr, 0, &child, 1};
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         uint8_t *bytes = reinterpret_cast<uint8_t *>(&record);
         const size_t offset = static_cast<size_t>(reinterpret_cast<uint8_t *>(&(record.*Set)) - bytes);
-        return takeCapabilities(element, Item::name, converter, First, bytes, offset, reporter);
+        return takeCapabilities(element, Item::name, Words, First, bytes, offset, reporter);
     }
 };
-template <auto Set, Converter converter, uint32_t First = 0, class Item = Cap>
-constexpr Capabilities<Set, converter, First, Item> capabilities;
+template <auto Set, const Vocabulary &Words, uint32_t First = 0, class Item = Cap>
+constexpr Capabilities<Set, Words, First, Item> capabilities;
 
 // Copies the start of a text that fits `room` bytes, without a terminator; returns its length.
 size_t copyBytes(char *field, const Text &text, size_t room);

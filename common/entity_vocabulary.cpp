@@ -13,34 +13,28 @@ namespace dcm {
 
 namespace {
 
-// A table and the one that follows it in memory.
-struct KeywordTable {
-    Vocabulary words;
-    const char (*next)[DCM_KEYWORD_SIZE];
-};
+constexpr Vocabulary tableOf(const char (*rows)[DCM_KEYWORD_SIZE], size_t count, const char (*next)[DCM_KEYWORD_SIZE],
+                             const char *converter)
+{
+    return {converter, DCM_MESSAGE_TEXT("invalid dcm str(%s)."), nullptr, rows, count, next};
+}
+constexpr Vocabulary statesOf(const char (*rows)[DCM_KEYWORD_SIZE], size_t count, const char (*next)[DCM_KEYWORD_SIZE])
+{
+    return tableOf(rows, count, next, "dcmLedStateStr2Val");
+}
 
-constexpr KeywordTable kEttClass = {{nullptr, gDcmEttClass, DCM_ETT_CLASS_ROWS}, gDcmEttAttachStrs};
-constexpr KeywordTable kEttAttach = {{nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS}, gDcmLedFreqStrs};
-constexpr KeywordTable kLedFreq = {{nullptr, gDcmLedFreqStrs, DCM_LED_FREQ_ROWS}, gDcmLedColorStrs};
-constexpr KeywordTable kLedColor = {{nullptr, gDcmLedColorStrs, DCM_LED_COLOR_ROWS}, gDcmLedTypeStrs};
-constexpr KeywordTable kLedType = {{nullptr, gDcmLedTypeStrs, DCM_LED_TYPE_ROWS}, gDcmLedSysStateStrs};
-constexpr KeywordTable kLedSysState = {{nullptr, gDcmLedSysStateStrs, DCM_LED_SYS_STATE_ROWS}, gDcmLedPowerStateStrs};
-constexpr KeywordTable kLedPowerState = {{nullptr, gDcmLedPowerStateStrs, DCM_LED_POWER_STATE_ROWS},
-                                         gDcmLedFanStateStrs};
-constexpr KeywordTable kLedFanState = {{nullptr, gDcmLedFanStateStrs, DCM_LED_FAN_STATE_ROWS}, gDcmLedStackStateStrs};
-constexpr KeywordTable kLedStackState = {{nullptr, gDcmLedStackStateStrs, DCM_LED_STACK_STATE_ROWS},
-                                         gDcmLedMasterStateStrs};
-constexpr KeywordTable kLedMasterState = {{nullptr, gDcmLedMasterStateStrs, DCM_LED_MASTER_STATE_ROWS},
-                                          gDcmLedPoeStateStrs};
-constexpr KeywordTable kLedPoeState = {{nullptr, gDcmLedPoeStateStrs, DCM_LED_POE_STATE_ROWS}, gDcmLedAlarmStateStrs};
-constexpr KeywordTable kLedAlarmState = {{nullptr, gDcmLedAlarmStateStrs, DCM_LED_ALARM_STATE_ROWS},
-                                         gDcmLedCardStateStrs};
-constexpr KeywordTable kLedCardState = {{nullptr, gDcmLedCardStateStrs, DCM_LED_CARD_STATE_ROWS}, gDcmLedUsbStateStrs};
-constexpr KeywordTable kLedUsbState = {{nullptr, gDcmLedUsbStateStrs, DCM_LED_USB_STATE_ROWS}, gDcmTemperTypeStrs};
-constexpr KeywordTable kTemperType = {{nullptr, gDcmTemperTypeStrs, DCM_TEMPER_TYPE_ROWS}, keywordTablesEnd};
+constexpr Vocabulary kLedSysState = statesOf(gDcmLedSysStateStrs, DCM_LED_SYS_STATE_ROWS, gDcmLedPowerStateStrs);
+constexpr Vocabulary kLedPowerState = statesOf(gDcmLedPowerStateStrs, DCM_LED_POWER_STATE_ROWS, gDcmLedFanStateStrs);
+constexpr Vocabulary kLedFanState = statesOf(gDcmLedFanStateStrs, DCM_LED_FAN_STATE_ROWS, gDcmLedStackStateStrs);
+constexpr Vocabulary kLedStackState = statesOf(gDcmLedStackStateStrs, DCM_LED_STACK_STATE_ROWS, gDcmLedMasterStateStrs);
+constexpr Vocabulary kLedMasterState = statesOf(gDcmLedMasterStateStrs, DCM_LED_MASTER_STATE_ROWS, gDcmLedPoeStateStrs);
+constexpr Vocabulary kLedPoeState = statesOf(gDcmLedPoeStateStrs, DCM_LED_POE_STATE_ROWS, gDcmLedAlarmStateStrs);
+constexpr Vocabulary kLedAlarmState = statesOf(gDcmLedAlarmStateStrs, DCM_LED_ALARM_STATE_ROWS, gDcmLedCardStateStrs);
+constexpr Vocabulary kLedCardState = statesOf(gDcmLedCardStateStrs, DCM_LED_CARD_STATE_ROWS, gDcmLedUsbStateStrs);
+constexpr Vocabulary kLedUsbState = statesOf(gDcmLedUsbStateStrs, DCM_LED_USB_STATE_ROWS, gDcmTemperTypeStrs);
 
 // The state table of each LED type, by its value; nullptr: the type has none.
-constexpr const KeywordTable *kLedStates[DCM_LED_TYPE_ROWS] = {
+constexpr const Vocabulary *kLedStates[DCM_LED_TYPE_ROWS] = {
     &kLedMasterState, // hamaster
     &kLedAlarmState,  // alarm
     nullptr,          // com
@@ -79,130 +73,100 @@ constexpr uint8_t kEttClassNumbers[DCM_ETT_CLASS_ROWS] = {
     29, // flash
 };
 
-const KeywordTable *statesOf(uint32_t ledType)
+} // namespace
+
+const Vocabulary kEttClassWords = tableOf(gDcmEttClass, DCM_ETT_CLASS_ROWS, gDcmEttAttachStrs, "dcmEttClassStr2Val");
+const Vocabulary kEttAttachWords =
+    tableOf(gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS, gDcmLedFreqStrs, "dcmEttAttachStr2Val");
+const Vocabulary kLedFreqWords = tableOf(gDcmLedFreqStrs, DCM_LED_FREQ_ROWS, gDcmLedColorStrs, "dcmLedFreqStr2Val");
+const Vocabulary kLedColorWords = tableOf(gDcmLedColorStrs, DCM_LED_COLOR_ROWS, gDcmLedTypeStrs, "dcmLedColorStr2Val");
+const Vocabulary kLedTypeWords = tableOf(gDcmLedTypeStrs, DCM_LED_TYPE_ROWS, gDcmLedSysStateStrs, "dcmLedTypeStr2Val");
+const Vocabulary kTemperTypeWords =
+    tableOf(gDcmTemperTypeStrs, DCM_TEMPER_TYPE_ROWS, keywordTablesEnd, "dcmTemperTypeStr2Val");
+
+const Vocabulary *ledStateWords(uint32_t ledType)
 {
     return ledType < DCM_LED_TYPE_ROWS ? kLedStates[ledType] : nullptr;
 }
 
-bool isWord(const char (&row)[DCM_KEYWORD_SIZE], const char *text)
-{
-    // A row that a process has filled to its end holds no word.
-    return row[0] == text[0] && std::strncmp(row, text, DCM_KEYWORD_SIZE) == 0 &&
-           (row[DCM_KEYWORD_SIZE - 1] == '\0' || std::memchr(row, '\0', DCM_KEYWORD_SIZE) != nullptr);
-}
-
-// Which row counts when a process has given two the same word.
-enum class Match { first, last };
-
-// Finds the row that holds `text`; reports, as `function`, when there is none.
-int readRow(const KeywordTable &table, const unsigned char *text, uint32_t *value, const char *function,
-            Match match = Match::first)
-{
-    bool isFound = false;
-    for (uint32_t row = 0; text != nullptr && row < table.words.count; row++) {
-        if (!isWord(table.words.rows[row], reinterpret_cast<const char *>(text)))
-            continue;
-        *value = row;
-        isFound = true;
-        if (match == Match::first)
-            break;
-    }
-    return isFound ? 0 : status(DCM_REPORT(function, "invalid dcm str(%s).", printable(text)));
-}
-
-// kept: a value one past the last row prints the first word of the table that follows in memory.
-const char *printRow(const KeywordTable &table, uint32_t value)
-{
-    if (value > table.words.count)
-        return "unknown";
-    return value == table.words.count ? *table.next : table.words.rows[value];
-}
-
-} // namespace
-
-const Vocabulary kEttClassWords = kEttClass.words;
-const Vocabulary kLedFreqWords = kLedFreq.words;
-const Vocabulary kLedColorWords = kLedColor.words;
-const Vocabulary kLedTypeWords = kLedType.words;
-const Vocabulary kTemperTypeWords = kTemperType.words;
-
-const Vocabulary *ledStateWords(uint32_t ledType)
-{
-    const KeywordTable *states = statesOf(ledType);
-    return states != nullptr ? &states->words : nullptr;
-}
-
 } // namespace dcm
+
+using dcm::convertWord;
+using dcm::printWord;
 
 int dcmEttClassStr2Val(const unsigned char *text, uint32_t *value)
 {
     uint32_t row = 0;
-    if (dcm::readRow(dcm::kEttClass, text, &row, __func__, dcm::Match::last) != 0)
+    if (convertWord(dcm::kEttClassWords, text, &row) != 0)
         return -1;
+    // kept: where a process has given two rows the same word, the last one counts.
+    for (uint32_t other = row + 1; other < DCM_ETT_CLASS_ROWS; other++)
+        if (std::strncmp(gDcmEttClass[other], gDcmEttClass[row], DCM_KEYWORD_SIZE) == 0)
+            row = other;
     *value = dcm::kEttClassNumbers[row];
     return 0;
 }
 
 int dcmEttAttachStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return dcm::readRow(dcm::kEttAttach, text, value, __func__);
+    return convertWord(dcm::kEttAttachWords, text, value);
 }
 
 const char *dcmEttAttachVal2Str(uint32_t value)
 {
-    return dcm::printRow(dcm::kEttAttach, value);
+    return printWord(dcm::kEttAttachWords, value);
 }
 
 int dcmLedFreqStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return dcm::readRow(dcm::kLedFreq, text, value, __func__);
+    return convertWord(dcm::kLedFreqWords, text, value);
 }
 
 const char *dcmLedFreqVal2Str(uint32_t value)
 {
-    return dcm::printRow(dcm::kLedFreq, value);
+    return printWord(dcm::kLedFreqWords, value);
 }
 
 int dcmLedColorStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return dcm::readRow(dcm::kLedColor, text, value, __func__);
+    return convertWord(dcm::kLedColorWords, text, value);
 }
 
 const char *dcmLedColorVal2Str(uint32_t value)
 {
-    return dcm::printRow(dcm::kLedColor, value);
+    return printWord(dcm::kLedColorWords, value);
 }
 
 int dcmLedTypeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return dcm::readRow(dcm::kLedType, text, value, __func__);
+    return convertWord(dcm::kLedTypeWords, text, value);
 }
 
 const char *dcmLedTypeVal2Str(uint32_t value)
 {
-    return dcm::printRow(dcm::kLedType, value);
+    return printWord(dcm::kLedTypeWords, value);
 }
 
 int dcmTemperTypeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return dcm::readRow(dcm::kTemperType, text, value, __func__);
+    return convertWord(dcm::kTemperTypeWords, text, value);
 }
 
 const char *dcmTemperTypeVal2Str(uint32_t value)
 {
-    return dcm::printRow(dcm::kTemperType, value);
+    return printWord(dcm::kTemperTypeWords, value);
 }
 
 int dcmLedStateStr2Val(uint32_t ledType, const unsigned char *text, uint32_t *value)
 {
-    const dcm::KeywordTable *states = dcm::statesOf(ledType);
-    return states != nullptr ? dcm::readRow(*states, text, value, __func__) : -1;
+    const dcm::Vocabulary *states = dcm::ledStateWords(ledType);
+    return states != nullptr ? convertWord(*states, text, value) : -1;
 }
 
 const char *dcmLedStateVal2Str(uint32_t ledType, uint32_t value)
 {
-    const dcm::KeywordTable *states = dcm::statesOf(ledType);
-    return states != nullptr ? dcm::printRow(*states, value) : "unknown";
+    const dcm::Vocabulary *states = dcm::ledStateWords(ledType);
+    return states != nullptr ? printWord(*states, value) : "unknown";
 }
 
 int dcmNameToEttInfo(const char *name, DcmEttInfo *info)

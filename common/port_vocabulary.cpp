@@ -3,8 +3,6 @@
 
 #include <dcm.h>
 
-#include <iterator>
-
 namespace dcm {
 
 namespace {
@@ -299,44 +297,53 @@ constexpr Word kPhyTypes[] = {
     {"ethppp", 260, Direction::prints},
 };
 
-static_assert(isUnambiguous(kYesNo) && isUnambiguous(kBitOrders) && isUnambiguous(kDriverTypes) &&
-              isUnambiguous(kInnerIfTypes) && isUnambiguous(kWorkmodes) && isUnambiguous(kConnectors) &&
-              isUnambiguous(kMemoryTypes) && isUnambiguous(kPortTypeCaps) && isUnambiguous(kPortTypes) &&
-              isUnambiguous(kOndTypes) && isUnambiguous(kPhyTypes));
+DCM_CHECK_WORDS(kYesNo);
+DCM_CHECK_WORDS(kBitOrders);
+DCM_CHECK_WORDS(kDriverTypes);
+DCM_CHECK_WORDS(kInnerIfTypes);
+DCM_CHECK_WORDS(kWorkmodes);
+DCM_CHECK_WORDS(kConnectors);
+DCM_CHECK_WORDS(kMemoryTypes);
+DCM_CHECK_WORDS(kPortTypeCaps);
+DCM_CHECK_WORDS(kPortTypes);
+DCM_CHECK_WORDS(kOndTypes);
+DCM_CHECK_WORDS(kPhyTypes);
 
 } // namespace
 
-const Vocabulary kYesNoWords = {kYesNo, nullptr, std::size(kYesNo)};
-const Vocabulary kBitOrderWords = {kBitOrders, nullptr, std::size(kBitOrders)};
-const Vocabulary kDriverTypeWords = {kDriverTypes, nullptr, std::size(kDriverTypes)};
-const Vocabulary kInnerIfTypeWords = {kInnerIfTypes, nullptr, std::size(kInnerIfTypes)};
-const Vocabulary kWorkmodeWords = {kWorkmodes, nullptr, std::size(kWorkmodes)};
-const Vocabulary kConnectorWords = {kConnectors, nullptr, std::size(kConnectors)};
-const Vocabulary kOndTypeWords = {kOndTypes, nullptr, std::size(kOndTypes)};
-const Vocabulary kPhyTypeWords = {kPhyTypes, nullptr, std::size(kPhyTypes)};
-const Vocabulary kPortTypeWords = {kPortTypes, nullptr, std::size(kPortTypes)};
-const Vocabulary kPortTypeCapWords = {kPortTypeCaps, nullptr, std::size(kPortTypeCaps)};
-const Vocabulary kMemoryTypeWords = {kMemoryTypes, nullptr, std::size(kMemoryTypes)};
+const Vocabulary kYesNoWords = vocabularyOf(kYesNo, "dcmYesNoStr2Val", DCM_MESSAGE_TEXT("invalid YesOrNo(%s)."));
+const Vocabulary kBitOrderWords =
+    vocabularyOf(kBitOrders, "dcmBitOrderStr2Val", DCM_MESSAGE_TEXT("invalid bit order(%s)."));
+const Vocabulary kDriverTypeWords =
+    vocabularyOf(kDriverTypes, "dcmDriverTypeStr2Val", DCM_MESSAGE_TEXT("invalid driver(%s)."));
+const Vocabulary kInnerIfTypeWords =
+    vocabularyOf(kInnerIfTypes, "dcmInnerIfTypeStr2Val", DCM_MESSAGE_TEXT("invalid type(%s)."));
+const Vocabulary kWorkmodeWords =
+    vocabularyOf(kWorkmodes, "dcmWorkmodeStr2Val", DCM_MESSAGE_TEXT("invalid workmode(%s)."));
+const Vocabulary kConnectorWords =
+    vocabularyOf(kConnectors, "dcmPortConnectorStr2Val", DCM_MESSAGE_TEXT("invalid connector(%s)."));
+const Vocabulary kOndTypeWords = vocabularyOf(kOndTypes);
+const Vocabulary kPhyTypeWords = vocabularyOf(kPhyTypes, "dcmPhyTypeStr2Val", DCM_MESSAGE_TEXT("invalid phytype(%s)."));
+const Vocabulary kPortTypeWords =
+    vocabularyOf(kPortTypes, "dcmPortTypeStr2Val", DCM_MESSAGE_TEXT("invalid porttype(%s)."));
+const Vocabulary kPortTypeCapWords =
+    vocabularyOf(kPortTypeCaps, "dcmPortTypeCapStr2Val", DCM_MESSAGE_TEXT("invalid porttypecap(%s)."));
+const Vocabulary kMemoryTypeWords =
+    vocabularyOf(kMemoryTypes, "dcmMemoryTypeStr2Val", DCM_MESSAGE_TEXT("invalid memory type(%s)."));
 
 } // namespace dcm
 
-using dcm::printable;
+using dcm::convertWord;
 using dcm::printWord;
-using dcm::readWord;
-using dcm::status;
 
 int dcmYesNoStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kYesNoWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid YesOrNo(%s).", printable(text)));
+    return convertWord(dcm::kYesNoWords, text, value);
 }
 
 int dcmBitOrderStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kBitOrderWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid bit order(%s).", printable(text)));
+    return convertWord(dcm::kBitOrderWords, text, value);
 }
 
 const char *dcmBitOrderVal2Str(uint32_t value)
@@ -346,9 +353,7 @@ const char *dcmBitOrderVal2Str(uint32_t value)
 
 int dcmDriverTypeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kDriverTypeWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid driver(%s).", printable(text)));
+    return convertWord(dcm::kDriverTypeWords, text, value);
 }
 
 const char *dcmDriverTypeVal2Str(uint32_t value)
@@ -358,9 +363,7 @@ const char *dcmDriverTypeVal2Str(uint32_t value)
 
 int dcmInnerIfTypeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kInnerIfTypeWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid type(%s).", printable(text)));
+    return convertWord(dcm::kInnerIfTypeWords, text, value);
 }
 
 const char *dcmInnerIfTypeVal2Str(uint32_t value)
@@ -370,9 +373,7 @@ const char *dcmInnerIfTypeVal2Str(uint32_t value)
 
 int dcmWorkmodeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kWorkmodeWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid workmode(%s).", printable(text)));
+    return convertWord(dcm::kWorkmodeWords, text, value);
 }
 
 const char *dcmWorkmodeVal2Str(uint32_t value)
@@ -382,9 +383,7 @@ const char *dcmWorkmodeVal2Str(uint32_t value)
 
 int dcmPortConnectorStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kConnectorWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid connector(%s).", printable(text)));
+    return convertWord(dcm::kConnectorWords, text, value);
 }
 
 const char *dcmPortConnectorTypeVal2Str(uint32_t value)
@@ -394,11 +393,11 @@ const char *dcmPortConnectorTypeVal2Str(uint32_t value)
 
 int dcmPhyTypeStr2Val(const unsigned char *text, uint32_t *phyType, uint32_t *ondType)
 {
-    const dcm::Word *row = dcm::findWord(dcm::kPhyTypeWords, text);
-    if (row == nullptr)
-        return status(DCM_REPORT(__func__, "invalid phytype(%s).", printable(text)));
-    *phyType = row->value;
-    *ondType = row->ondType;
+    const dcm::Word *word = dcm::findWord(dcm::kPhyTypeWords, text);
+    if (word == nullptr)
+        return convertWord(dcm::kPhyTypeWords, text, phyType); // which reports
+    *phyType = word->value;
+    *ondType = word->ondType;
     return 0;
 }
 
@@ -414,9 +413,7 @@ const char *dcmOndTypeVal2Str(uint32_t value)
 
 int dcmPortTypeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kPortTypeWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid porttype(%s).", printable(text)));
+    return convertWord(dcm::kPortTypeWords, text, value);
 }
 
 const char *dcmPortTypeVal2Str(uint32_t value)
@@ -426,9 +423,7 @@ const char *dcmPortTypeVal2Str(uint32_t value)
 
 int dcmPortTypeCapStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kPortTypeCapWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid porttypecap(%s).", printable(text)));
+    return convertWord(dcm::kPortTypeCapWords, text, value);
 }
 
 const char *dcmPortTypeCapVal2Str(uint32_t value)
@@ -438,9 +433,7 @@ const char *dcmPortTypeCapVal2Str(uint32_t value)
 
 int dcmMemoryTypeStr2Val(const unsigned char *text, uint32_t *value)
 {
-    return readWord(dcm::kMemoryTypeWords, text, value)
-               ? 0
-               : status(DCM_REPORT(__func__, "invalid memory type(%s).", printable(text)));
+    return convertWord(dcm::kMemoryTypeWords, text, value);
 }
 
 const char *dcmMemoryTypeVal2Str(uint32_t value)

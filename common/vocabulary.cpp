@@ -4,6 +4,28 @@
 
 namespace dcm {
 
+namespace {
+
+bool isWord(const char (&row)[DCM_KEYWORD_SIZE], const char *text)
+{
+    // A row that a process has filled to its end holds no word.
+    return row[0] == text[0] && std::strncmp(row, text, DCM_KEYWORD_SIZE) == 0 &&
+           (row[DCM_KEYWORD_SIZE - 1] == '\0' || std::memchr(row, '\0', DCM_KEYWORD_SIZE) != nullptr);
+}
+
+// Where a process has given two rows the same word, the first one counts.
+bool findRow(const Vocabulary &vocabulary, const char *text, uint32_t *value)
+{
+    for (uint32_t row = 0; row < vocabulary.count; row++)
+        if (isWord(vocabulary.rows[row], text)) {
+            *value = row;
+            return true;
+        }
+    return false;
+}
+
+} // namespace
+
 const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text)
 {
     if (text == nullptr)
@@ -18,14 +40,29 @@ const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text)
 
 bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value)
 {
-    const Word *row = findWord(vocabulary, text);
-    if (row != nullptr)
-        *value = row->value;
-    return row != nullptr;
+    if (vocabulary.rows != nullptr)
+        return text != nullptr && findRow(vocabulary, reinterpret_cast<const char *>(text), value);
+    const Word *word = findWord(vocabulary, text);
+    if (word != nullptr)
+        *value = word->value;
+    return word != nullptr;
+}
+
+int convertWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value)
+{
+    if (readWord(vocabulary, text, value))
+        return 0;
+    return status(Reporter{vocabulary.converter}.report(vocabulary.invalid, printable(text)));
 }
 
 const char *printWord(const Vocabulary &vocabulary, uint32_t value)
 {
+    if (vocabulary.rows != nullptr) {
+        // kept: a value one past the last row prints the first word of the table that follows in memory.
+        if (value <= vocabulary.count)
+            return value == vocabulary.count ? *vocabulary.next : vocabulary.rows[value];
+        return "unknown";
+    }
     for (const Word *row = vocabulary.words; row != vocabulary.words + vocabulary.count; row++)
         if (row->direction != Direction::reads && row->value == value)
             return row->word;

@@ -24,17 +24,29 @@ struct Word {
     uint32_t key = wordKey(word);
 };
 
-// A vocabulary as a whole: rows of words, or a keyword table.
+// A vocabulary as a whole: words, or the rows of a keyword table.
 struct Vocabulary {
+    const char *converter; // who reports a text that is not one of the words
+    MessageFor<Reporter, const char *> invalid;
     const Word *words;
     const char (*rows)[DCM_KEYWORD_SIZE];
     size_t count;
+    const char (*next)[DCM_KEYWORD_SIZE] = nullptr; // of a keyword table: the one that follows it in memory
 };
+
+template <size_t Size>
+constexpr Vocabulary vocabularyOf(const Word (&words)[Size], const char *converter = nullptr,
+                                  const MessageFor<Reporter, const char *> &invalid = {})
+{
+    return {converter, invalid, words, nullptr, Size};
+}
 
 // The row of a vocabulary of words that descriptions write as `text`; nullptr when there is none or no text.
 const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text);
-// Its value; false when there is none.
+// The value of a text; false when it is not one of the words.
 bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value);
+// As the vocabulary's converter, which reports then; 0 or -1.
+int convertWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value);
 // What reports print for a value: "unknown" when it has no word.
 const char *printWord(const Vocabulary &vocabulary, uint32_t value);
 
@@ -46,20 +58,42 @@ constexpr bool areEqual(const char *one, const char *other)
     return false;
 }
 
-// Whether each direction of a vocabulary is a function: no word reads twice, no value prints twice.
-template <size_t Size> constexpr bool isUnambiguous(const Word (&rows)[Size])
+// The first word by which a direction of a vocabulary is not a function, because it reads twice or its value prints
+// twice; empty when there is none.
+template <size_t Size> constexpr const char *ambiguousWord(const Word (&rows)[Size])
 {
     for (size_t i = 0; i < Size; i++)
         for (size_t j = i + 1; j < Size; j++) {
             if (rows[i].direction != Direction::prints && rows[j].direction != Direction::prints &&
                 areEqual(rows[i].word, rows[j].word))
-                return false;
+                return rows[j].word;
             if (rows[i].direction != Direction::reads && rows[j].direction != Direction::reads &&
                 rows[i].value == rows[j].value)
-                return false;
+                return rows[j].word;
         }
-    return true;
+    return "";
 }
+
+constexpr char characterOf(const char *word, size_t at)
+{
+    for (size_t i = 0; i < at; i++)
+        if (word[i] == '\0')
+            return '\0';
+    return word[at];
+}
+
+// Spells the start of a word in the compiler's message.
+template <char... Word> struct AmbiguousWord {
+    static_assert(((Word == '\0') && ...), "this word, or its value, is in the vocabulary twice");
+    static constexpr bool isThere = false;
+};
+#define DCM_CHARACTER(rows, at) dcm::characterOf(dcm::ambiguousWord(rows), at)
+#define DCM_CHECK_WORDS(rows)                                                                                          \
+    static_assert(                                                                                                     \
+        !dcm::AmbiguousWord<DCM_CHARACTER(rows, 0), DCM_CHARACTER(rows, 1), DCM_CHARACTER(rows, 2),                    \
+                            DCM_CHARACTER(rows, 3), DCM_CHARACTER(rows, 4), DCM_CHARACTER(rows, 5),                    \
+                            DCM_CHARACTER(rows, 6), DCM_CHARACTER(rows, 7), DCM_CHARACTER(rows, 8),                    \
+                            DCM_CHARACTER(rows, 9), DCM_CHARACTER(rows, 10), DCM_CHARACTER(rows, 11)>::isThere)
 
 } // namespace dcm
 

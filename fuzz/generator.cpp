@@ -398,11 +398,10 @@ std::string Generator::anyText(size_t limit)
 
 std::string Generator::ledName(Scope &scope)
 {
-    static const dcm::Vocabulary kAttachWords = {nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS};
     uint32_t attach = 0;
     std::string name = "led-" + word(dcm::kLedTypeWords, scope.ledType);
     scope.sourceType = scope.ledType;
-    name += "-" + std::to_string(input_.byte()) + "@" + word(kAttachWords, attach);
+    name += "-" + std::to_string(input_.byte()) + "@" + word(dcm::kEttAttachWords, attach);
     name += input_.oneIn(2) ? "#" : std::to_string(input_.byte());
     return name + "/" + (input_.oneIn(2) ? "#" : std::to_string(input_.byte()));
 }

@@ -9,8 +9,8 @@ struct State : Table {
     static constexpr Attribute priority = {"pri", idOf(DCM_LED_STATE_MAX)};
     static constexpr Attribute attributes[] = {type, priority};
     static constexpr Child<DcmLedStateInfo> children[] = {
-        {"color", keyword<&DcmLedStateInfo::color, dcmLedColorStr2Val>, DCM_MESSAGE("decode led color failed.")},
-        {"freq", keyword<&DcmLedStateInfo::freq, dcmLedFreqStr2Val>, DCM_MESSAGE("decode led frequency.")},
+        {"color", keyword<&DcmLedStateInfo::color, kLedColorWords>, DCM_MESSAGE("decode led color failed.")},
+        {"freq", keyword<&DcmLedStateInfo::freq, kLedFreqWords>, DCM_MESSAGE("decode led frequency.")},
     };
 };
 

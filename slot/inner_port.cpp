@@ -20,14 +20,12 @@ struct Port : Table {
     // kept: only a driver marks a port as taken; one without it may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<DcmInnerIfInfo> children[] = {
-        {"driver", keyword<&DcmInnerIfInfo::drvType, dcmDriverTypeStr2Val>,
-         DCM_MESSAGE("decode innerport driver failed.")},
+        {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode innerport driver failed.")},
         // kept: no blank before "failed".
         {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode innerport phytypefailed.")},
-        {"type", keyword<&DcmInnerIfInfo::portType, dcmInnerIfTypeStr2Val>,
-         DCM_MESSAGE("decode innerport type failed.")},
-        {"workmode", keyword<&DcmInnerIfInfo::workmode, dcmWorkmodeStr2Val>,
+        {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>, DCM_MESSAGE("decode innerport type failed.")},
+        {"workmode", keyword<&DcmInnerIfInfo::workmode, kWorkmodeWords>,
          DCM_MESSAGE("decode innerport workmode failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},
@@ -55,12 +53,12 @@ struct PortGroup : Port {
     };
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode inner-port failed, duplicate id(%u).");
     static constexpr Child<InnerPortDraft> children[] = {
-        {"driver", keyword<&DcmInnerIfInfo::drvType, dcmDriverTypeStr2Val>,
+        {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>,
          DCM_MESSAGE("decode inner-port driver failed.")},
         {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode inner-port phytype failed.")},
         // kept: a faulty "type" goes by the text of "driver".
-        {"type", keyword<&DcmInnerIfInfo::portType, dcmInnerIfTypeStr2Val>,
+        {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
          DCM_MESSAGE("decode inner-port driver failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},

@@ -19,13 +19,11 @@ struct PortGroup : Table {
     // kept: only a driver marks a port as taken; one without it may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<SfuPortDraft> children[] = {
-        {"driver", keyword<&DcmInnerIfInfo::drvType, dcmDriverTypeStr2Val>,
-         DCM_MESSAGE("decode sfu-port driver failed.")},
+        {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode sfu-port driver failed.")},
         {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode sfu-port phytype failed.")},
         // kept: a faulty "type" goes by the text of "driver".
-        {"type", keyword<&DcmInnerIfInfo::portType, dcmInnerIfTypeStr2Val>,
-         DCM_MESSAGE("decode sfu-port driver failed.")},
+        {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>, DCM_MESSAGE("decode sfu-port driver failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},
         {"cardid", number<&DcmInnerIfInfo::cardId>},

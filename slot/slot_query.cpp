@@ -53,7 +53,7 @@ struct Slot : Table {
     static constexpr Attribute attributes[] = {typeIds};
     static constexpr QueryChild<DcmSlotInfo> children[] = {
         {"maxcardnum", number<&DcmSlotInfo::maxCardNum>},
-        {"supportpoe", keyword<&DcmSlotInfo::supportPoe, dcmYesNoStr2Val>, DCM_MESSAGE("decode slot failed.")},
+        {"supportpoe", keyword<&DcmSlotInfo::supportPoe, kYesNoWords>, DCM_MESSAGE("decode slot failed.")},
         {"inner-port", holding<InnerPorts>},
         {"sfu-port", holding<SfuPorts>},
         {"fanctrl-entity", counted<&DcmSlotInfo::fanCtrlNum, &DcmSlotInfo::fanCtrlInfo, FanCtrls>},

@@ -151,10 +151,9 @@ private:
 
     static std::string ledNames()
     {
-        const dcm::Vocabulary attachments = {nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS};
         const std::string number = "(" + digitsOf(0, UINT8_MAX, 10) + ")";
         return "led-" + alternatives(wordsOf(dcm::kLedTypeWords)) + "-" + number + "@" +
-               alternatives(wordsOf(attachments)) + "(#|" + number + ")/(#|" + number + ")";
+               alternatives(wordsOf(dcm::kEttAttachWords)) + "(#|" + number + ")/(#|" + number + ")";
     }
 
     Pattern attribute(const Place &section, const dcm::Attribute &attribute, const Pattern &content)

@@ -19,8 +19,6 @@ using dcm::Kind;
 constexpr size_t kSystemRow = 0;
 constexpr size_t kCardRow = 2;
 
-const dcm::Vocabulary kAttachWords = {nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS};
-
 std::string quoted(const std::string &text)
 {
     return "'" + text + "'";
@@ -81,7 +79,7 @@ bool isPlace(const std::string &text)
 bool isLedName(const LedName &name)
 {
     return name.isComplete && isWord(name.type.c_str(), dcm::kLedTypeWords) && isSmallNumber(name.id) &&
-           isWord(name.attach.c_str(), kAttachWords) && isPlace(name.slot) && isPlace(name.card);
+           isWord(name.attach.c_str(), dcm::kEttAttachWords) && isPlace(name.slot) && isPlace(name.card);
 }
 
 void ledName(const Value &value, Findings &findings)
@@ -96,11 +94,11 @@ void ledName(const Value &value, Findings &findings)
             .meaning(nearest(name.type, wordsOf(dcm::kLedTypeWords)));
     else if (!isSmallNumber(name.id))
         findings.at(value, start + quoted(name.id) + " is no number up to 255" + end);
-    else if (!isWord(name.attach.c_str(), kAttachWords))
+    else if (!isWord(name.attach.c_str(), dcm::kEttAttachWords))
         findings
             .at(value, start + quoted(name.attach) + " is nothing to be attached to; expected " +
-                           listed(wordsOf(kAttachWords)) + end)
-            .meaning(nearest(name.attach, wordsOf(kAttachWords)));
+                           listed(wordsOf(dcm::kEttAttachWords)) + end)
+            .meaning(nearest(name.attach, wordsOf(dcm::kEttAttachWords)));
     else if (!isPlace(name.slot) || !isPlace(name.card))
         findings.at(value, start + quoted(isPlace(name.slot) ? name.card : name.slot) +
                                " is neither '#' nor a number up to 255" + end);
