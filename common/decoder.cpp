@@ -77,7 +77,7 @@ Result readKeyword(Node element, const Vocabulary &words, uint32_t &value, const
     const Text text = Text::content(element, reporter);
     if (!text)
         return Result::outOfMemory;
-    return resultOf(convertWord(words, text.word(), &value));
+    return readWord(words, text.word(), value) ? Result::ok : reportUnknown(words, text.word());
 }
 
 Result takeKeyword(Node element, const Vocabulary &words, uint8_t &field, const Reporter &reporter)

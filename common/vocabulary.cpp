@@ -14,45 +14,53 @@ bool isWord(const char (&row)[DCM_KEYWORD_SIZE], const char *text)
 }
 
 // Where a process has given two rows the same word, the first one counts.
-bool findRow(const Vocabulary &vocabulary, const char *text, uint32_t *value)
+bool findRow(const Vocabulary &vocabulary, const char *text, uint32_t &value)
 {
     for (uint32_t row = 0; row < vocabulary.count; row++)
         if (isWord(vocabulary.rows[row], text)) {
-            *value = row;
+            value = row;
             return true;
         }
     return false;
+}
+
+const Word *find(const Vocabulary &vocabulary, const char *text)
+{
+    const uint32_t key = wordKey(text);
+    for (const Word *row = vocabulary.words; row != vocabulary.words + vocabulary.count; row++)
+        if (row->key == key && row->direction != Direction::prints && std::strcmp(row->word, text) == 0)
+            return row;
+    return nullptr;
 }
 
 } // namespace
 
 const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text)
 {
-    if (text == nullptr)
-        return nullptr;
-    const char *word = reinterpret_cast<const char *>(text);
-    const uint32_t key = wordKey(word);
-    for (const Word *row = vocabulary.words; row != vocabulary.words + vocabulary.count; row++)
-        if (row->key == key && row->direction != Direction::prints && std::strcmp(row->word, word) == 0)
-            return row;
-    return nullptr;
+    return text != nullptr ? find(vocabulary, reinterpret_cast<const char *>(text)) : nullptr;
 }
 
-bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value)
+bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t &value)
 {
+    if (text == nullptr)
+        return false;
+    const char *word = reinterpret_cast<const char *>(text);
     if (vocabulary.rows != nullptr)
-        return text != nullptr && findRow(vocabulary, reinterpret_cast<const char *>(text), value);
-    const Word *word = findWord(vocabulary, text);
-    if (word != nullptr)
-        *value = word->value;
-    return word != nullptr;
+        return findRow(vocabulary, word, value);
+    const Word *row = find(vocabulary, word);
+    if (row != nullptr)
+        value = row->value;
+    return row != nullptr;
+}
+
+Result reportUnknown(const Vocabulary &vocabulary, const unsigned char *text)
+{
+    return Reporter{vocabulary.converter}.report(vocabulary.invalid, printable(text));
 }
 
 int convertWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value)
 {
-    if (readWord(vocabulary, text, value))
-        return 0;
-    return status(Reporter{vocabulary.converter}.report(vocabulary.invalid, printable(text)));
+    return readWord(vocabulary, text, *value) ? 0 : status(reportUnknown(vocabulary, text));
 }
 
 const char *printWord(const Vocabulary &vocabulary, uint32_t value)

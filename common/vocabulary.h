@@ -44,19 +44,13 @@ constexpr Vocabulary vocabularyOf(const Word (&words)[Size], const char *convert
 // The row of a vocabulary of words that descriptions write as `text`; nullptr when there is none or no text.
 const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text);
 // The value of a text; false when it is not one of the words.
-bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value);
-// As the vocabulary's converter, which reports then; 0 or -1.
+bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t &value);
+// Reports that it is not, as the vocabulary's converter.
+Result reportUnknown(const Vocabulary &vocabulary, const unsigned char *text);
+// Both, for a converter of the interface; 0 or -1.
 int convertWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value);
 // What reports print for a value: "unknown" when it has no word.
 const char *printWord(const Vocabulary &vocabulary, uint32_t value);
-
-constexpr bool areEqual(const char *one, const char *other)
-{
-    for (; *one == *other; one++, other++)
-        if (*one == '\0')
-            return true;
-    return false;
-}
 
 // The first word by which a direction of a vocabulary is not a function, because it reads twice or its value prints
 // twice; empty when there is none.

@@ -18,6 +18,15 @@ constexpr uint32_t wordKey(const char *word)
     return static_cast<uint32_t>(length & 0xFF) << 24 | at(0) << 16 | at((length + 1) / 2) << 8 | at(last);
 }
 
+// For short words, for which a call would cost more.
+constexpr bool areEqual(const char *one, const char *other)
+{
+    for (; *one == *other; one++, other++)
+        if (*one == '\0')
+            return true;
+    return false;
+}
+
 } // namespace dcm
 
 #endif

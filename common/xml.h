@@ -4,6 +4,7 @@
 
 #include "common/number.h"
 #include "common/report.h"
+#include "common/word_key.h"
 
 #include <libxml/tree.h>
 
@@ -21,7 +22,7 @@ inline const char *nameOf(Node element)
 
 inline bool isNamed(Node element, const char *name)
 {
-    return element->name != nullptr && std::strcmp(nameOf(element), name) == 0;
+    return element->name != nullptr && areEqual(nameOf(element), name);
 }
 
 // The element children of a node, in document order: for (Node child : children(node)) ...

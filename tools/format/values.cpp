@@ -92,7 +92,7 @@ std::vector<std::string> wordsOf(const dcm::Content &content)
         return words;
     const auto hasNoRoom = [&](const std::string &word) {
         uint32_t value = 0;
-        return !dcm::readWord(vocabulary, reinterpret_cast<const unsigned char *>(word.c_str()), &value) ||
+        return !dcm::readWord(vocabulary, reinterpret_cast<const unsigned char *>(word.c_str()), value) ||
                value < content.least || value - content.least >= content.limit;
     };
     words.erase(std::remove_if(words.begin(), words.end(), hasNoRoom), words.end());

@@ -390,7 +390,7 @@ bool isTaken(Node node, const dcm::Element &port)
             continue;
         uint32_t value = 0;
         if (const dcm::Text text = dcm::Text::content(child, {"dcm"}))
-            isTaken = dcm::readWord(*port.children[row].element->content.vocabulary, text.word(), &value) && value != 0;
+            isTaken = dcm::readWord(*port.children[row].element->content.vocabulary, text.word(), value) && value != 0;
     }
     return isTaken;
 }

@@ -330,8 +330,8 @@ void lostByOrder(const Spot &spot, Findings &findings)
         uint32_t isChangeable = 0;
         const dcm::Text laserText = dcm::Text::content(child.node, {"dcm"});
         const dcm::Text mediumText = dcm::Text::content(medium->node, {"dcm"});
-        static_cast<void>(dcm::readWord(dcm::kYesNoWords, laserText.word(), &isLaser));
-        static_cast<void>(dcm::readWord(dcm::kYesNoWords, mediumText.word(), &isChangeable));
+        static_cast<void>(dcm::readWord(dcm::kYesNoWords, laserText.word(), isLaser));
+        static_cast<void>(dcm::readWord(dcm::kYesNoWords, mediumText.word(), isChangeable));
         if (isLaser == 0 && isChangeable != 0)
             findings
                 .at(medium->node, findings.file().nameSpan(medium->node),
