@@ -1,6 +1,7 @@
 #include "card/card_query.h"
 #include "card/card.h"
 #include "card/card_format.h"
+#include "common/document.h"
 #include "common/paths.h"
 #include "common/temperatures.h"
 #include "led/led_entity.h"

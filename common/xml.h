@@ -124,25 +124,6 @@ inline constexpr char kDeviceName[] = "device";
 // The root of a parsed document, of which entities must not make too much.
 Result rootOf(::_xmlDoc *document, Node &root, const Reporter &reporter);
 
-// A description file from its parsing to its release.
-class Document {
-public:
-    Document() = default;
-    ~Document();
-    Document(const Document &) = delete;
-    Document &operator=(const Document &) = delete;
-
-    // Parses the reporter's file.
-    Result parse(const Reporter &reporter);
-    // Parses the reporter's file, which must be a device description.
-    Result parseDevice(const Reporter &reporter);
-    Node root() const { return root_; }
-
-private:
-    ::xmlDocPtr document_ = nullptr;
-    Node root_ = nullptr;
-};
-
 } // namespace dcm
 
 #endif

@@ -1,4 +1,5 @@
 #include "frame/frame_query.h"
+#include "common/document.h"
 #include "common/list_codecs.h"
 #include "common/paths.h"
 #include "frame/frame.h"
