@@ -199,33 +199,53 @@ Result takeName(Node element, CardAttribute attribute, char (&name)[Size], uint8
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
-Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCardInfo &info, const Reporter &reporter)
+struct CardQuery {
+    uint32_t typeId;
+    uint32_t mode;
+    DcmCardInfo &info;
+};
+
+Result compareCard(Node card, const void *query, bool &isWanted, const Reporter &reporter)
+{
+    const auto &wanted = *static_cast<const CardQuery *>(query);
+    uint32_t typeId = 0;
+    uint32_t mode = 0;
+    if (readAttribute(card, kCardAttributes[kTypeId], typeId, reporter) != Result::ok ||
+        readAttribute(card, kCardAttributes[kMode], mode, reporter) != Result::ok ||
+        takeCardNames(card, wanted.info, reporter) != Result::ok)
+        return Result::outOfMemory;
+    isWanted = typeId == wanted.typeId && mode == wanted.mode;
+    return Result::ok;
+}
+
+Result findCard(Node device, const CardQuery &wanted, Node &card, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kCardName))
             continue;
-        uint32_t childTypeId = 0;
-        uint32_t childMode = 0;
-        if (readAttribute(child, kCardAttributes[kTypeId], childTypeId, reporter) != Result::ok ||
-            readAttribute(child, kCardAttributes[kMode], childMode, reporter) != Result::ok ||
-            takeCardNames(child, info, reporter) != Result::ok)
-            return Result::outOfMemory;
-        if (childTypeId == typeId && childMode == mode) {
+        bool isWanted = false;
+        if (const Result compared = compareCard(child, &wanted, isWanted, reporter); compared != Result::ok)
+            return compared;
+        if (isWanted) {
             card = child;
             return Result::ok;
         }
     }
     return DCM_REPORT(reporter.function, "xmlfile(%s) can not find card with typeid=%u, mode=%u.", reporter.file,
-                      typeId, mode);
+                      wanted.typeId, wanted.mode);
 }
 
 Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporter &reporter)
 {
+    const CardQuery wanted = {typeId, mode, info};
     Document document;
-    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, {kCardName, compareCard, &wanted}); parsed != Result::ok) {
+        // The cards before the fault may have left their names.
+        clearCard(typeId, mode, info);
         return parsed;
+    }
     Node card = nullptr;
-    if (const Result found = findCard(document.root(), typeId, mode, card, info, reporter); found != Result::ok)
+    if (const Result found = findCard(document.root(), wanted, card, reporter); found != Result::ok)
         return found;
     return decodeCard(card, info, reporter);
 }

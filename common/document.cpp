@@ -20,7 +20,7 @@ void declareEntity(void *context, const xmlChar *name, int type, const xmlChar *
 }
 
 // The document in an open file; nullptr when it is not well-formed. The path is for libxml2's own messages.
-xmlDocPtr documentIn(InputFile &file, const char *path)
+xmlDocPtr documentIn(InputFile &file, const char *path, Selection *selection)
 {
     xmlInitParser();
     const xmlParserCtxtPtr context = xmlNewParserCtxt();
@@ -28,6 +28,8 @@ xmlDocPtr documentIn(InputFile &file, const char *path)
         return nullptr;
     context->sax->externalSubset = nullptr;
     context->sax->entityDecl = declareEntity;
+    if (selection != nullptr)
+        selection->attach(context);
     // A new context has the options that the process has chosen as libxml2's defaults.
     const xmlDocPtr document =
         xmlCtxtReadIO(context, InputFile::readNext, nullptr, &file, path, nullptr, context->options);
@@ -36,10 +38,10 @@ xmlDocPtr documentIn(InputFile &file, const char *path)
 }
 
 // The document in a file; nullptr where there is none, and then errno says why the file cannot be read.
-xmlDocPtr parseFile(const char *path)
+xmlDocPtr parseFile(const char *path, Selection *selection)
 {
     InputFile file(path);
-    xmlDocPtr document = file.error() == 0 ? documentIn(file, path) : nullptr;
+    xmlDocPtr document = file.error() == 0 ? documentIn(file, path, selection) : nullptr;
     if (file.error() != 0) {
         // What could not be read to its end may look complete.
         xmlFreeDoc(document);
@@ -47,6 +49,17 @@ xmlDocPtr parseFile(const char *path)
         errno = file.error();
     }
     return document;
+}
+
+// The same with no more than what is wanted, if possible.
+xmlDocPtr parseWanted(const Reporter &reporter, const Wanted &wanted)
+{
+    Selection selection(wanted, reporter);
+    const xmlDocPtr document = parseFile(reporter.file, &selection);
+    if (!selection.hasGivenUp())
+        return document;
+    xmlFreeDoc(document);
+    return parseFile(reporter.file, nullptr);
 }
 
 } // namespace
@@ -57,12 +70,12 @@ Document::~Document()
         xmlFreeDoc(document_);
 }
 
-Result Document::parse(const Reporter &reporter)
+Result Document::parse(const Reporter &reporter, const Wanted *wanted)
 {
     bool isCut = false;
     {
         const MemoryWatch watch;
-        document_ = parseFile(reporter.file);
+        document_ = wanted != nullptr ? parseWanted(reporter, *wanted) : parseFile(reporter.file, nullptr);
         isCut = watch.sawMemoryRunOut();
     }
     if (document_ == nullptr) {
@@ -75,9 +88,9 @@ Result Document::parse(const Reporter &reporter)
     return rootOf(document_, root_, reporter);
 }
 
-Result Document::parseDevice(const Reporter &reporter)
+Result Document::parseDevice(const Reporter &reporter, const Wanted &wanted)
 {
-    if (const Result parsed = parse(reporter); parsed != Result::ok)
+    if (const Result parsed = parse(reporter, &wanted); parsed != Result::ok)
         return parsed;
     return isNamed(root_, kDeviceName) ? Result::ok
                                        : reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not device."));

@@ -2,6 +2,7 @@
 #ifndef DCM_COMMON_DOCUMENT_H
 #define DCM_COMMON_DOCUMENT_H
 
+#include "common/selection.h"
 #include "common/xml.h"
 
 #include <libxml/tree.h>
@@ -16,12 +17,15 @@ public:
     Document &operator=(const Document &) = delete;
 
     // Parses the reporter's file.
-    Result parse(const Reporter &reporter);
-    // Parses the reporter's file, which must be a device description.
-    Result parseDevice(const Reporter &reporter);
+    Result parse(const Reporter &reporter) { return parse(reporter, nullptr); }
+    // Parses the reporter's file, which must be a device description. The tree may have no more than is needed to find
+    // and decode what is wanted.
+    Result parseDevice(const Reporter &reporter, const Wanted &wanted);
     Node root() const { return root_; }
 
 private:
+    Result parse(const Reporter &reporter, const Wanted *wanted);
+
     ::xmlDocPtr document_ = nullptr;
     Node root_ = nullptr;
 };

@@ -86,6 +86,14 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
     return owned(copy, watch.sawMemoryRunOut(), reporter);
 }
 
+bool Text::borrowsAttributes(Node element)
+{
+    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next)
+        if (soleText(attribute->children) == nullptr)
+            return false;
+    return true;
+}
+
 Text Text::copyContent(Node element, const Reporter &reporter)
 {
     const MemoryWatch watch;

@@ -69,6 +69,8 @@ class Text {
 public:
     // The attribute `name`; absent when the element has none.
     static Text attribute(Node element, const char *name, const Reporter &reporter);
+    // Whether the attributes of an element need no copies.
+    static bool borrowsAttributes(Node element);
     // The content of an element; never absent.
     static Text content(Node element, const Reporter &reporter)
     {

@@ -230,15 +230,23 @@ constexpr Child<DcmFrameInfo> kFrame[] = {
 
 constexpr Attribute kFrameAttributes[] = {{"typeid", numberOf(32)}};
 
+Result compareFrame(Node frame, const void *typeId, bool &isWanted, const Reporter &reporter)
+{
+    uint32_t itsTypeId = 0;
+    const Result read = readAttribute(frame, kFrameAttributes[0], itsTypeId, reporter);
+    isWanted = itsTypeId == *static_cast<const uint32_t *>(typeId);
+    return read;
+}
+
 Result findFrame(Node device, uint32_t typeId, Node &frame, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kFrameName))
             continue;
-        uint32_t childTypeId = 0;
-        if (const Result read = readAttribute(child, kFrameAttributes[0], childTypeId, reporter); read != Result::ok)
-            return read;
-        if (childTypeId == typeId) {
+        bool isWanted = false;
+        if (const Result compared = compareFrame(child, &typeId, isWanted, reporter); compared != Result::ok)
+            return compared;
+        if (isWanted) {
             frame = child;
             return Result::ok;
         }
@@ -249,7 +257,7 @@ Result findFrame(Node device, uint32_t typeId, Node &frame, const Reporter &repo
 Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
 {
     Document document;
-    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, {kFrameName, compareFrame, &typeId}); parsed != Result::ok)
         return parsed;
     Node frame = nullptr;
     if (const Result found = findFrame(document.root(), typeId, frame, reporter); found != Result::ok)

@@ -50,15 +50,22 @@ constexpr Child<DcmSlotInfo> kSlot[] = {
 constexpr Attribute kSlotAttributes[] = {{"typeid", {Kind::typeIds}, Need::required}};
 
 // A slot describes every type of its comma list; one without a list is never found.
+Result compareSlot(Node slot, const void *typeId, bool &isWanted, const Reporter &reporter)
+{
+    const Text typeIds = Text::attribute(slot, kSlotAttributes[0].name, reporter);
+    isWanted = typeIds && dcmStrMatch(*static_cast<const uint32_t *>(typeId), typeIds.c_str()) == 1;
+    return typeIds.isOutOfMemory() ? Result::outOfMemory : Result::ok;
+}
+
 Result findSlot(Node device, uint32_t typeId, Node &slot, const Reporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kSlotName))
             continue;
-        const Text typeIds = Text::attribute(child, kSlotAttributes[0].name, reporter);
-        if (typeIds.isOutOfMemory())
-            return Result::outOfMemory;
-        if (typeIds && dcmStrMatch(typeId, typeIds.c_str()) == 1) {
+        bool isWanted = false;
+        if (const Result compared = compareSlot(child, &typeId, isWanted, reporter); compared != Result::ok)
+            return compared;
+        if (isWanted) {
             slot = child;
             return Result::ok;
         }
@@ -69,7 +76,7 @@ Result findSlot(Node device, uint32_t typeId, Node &slot, const Reporter &report
 Result readSlot(uint32_t typeId, DcmSlotInfo &info, const Reporter &reporter)
 {
     Document document;
-    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, {kSlotName, compareSlot, &typeId}); parsed != Result::ok)
         return parsed;
     Node slot = nullptr;
     if (const Result found = findSlot(document.root(), typeId, slot, reporter); found != Result::ok)
