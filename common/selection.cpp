@@ -77,6 +77,10 @@ struct Selection::Handlers {
         if (selection.textSize_ > kTextMax)
             selection.giveUp(parser);
     }
+
+    // Without a handler libxml2 does not apply its limit of size.
+    static void comment(void *, const xmlChar *) {}
+    static void instruction(void *, const xmlChar *, const xmlChar *) {}
 };
 
 void Selection::attach(xmlParserCtxtPtr parser)
@@ -94,8 +98,8 @@ void Selection::skipNodes(xmlSAXHandler &handler) const
     handler.characters = Handlers::text;
     handler.ignorableWhitespace = Handlers::text;
     handler.cdataBlock = Handlers::text;
-    handler.comment = nullptr;
-    handler.processingInstruction = nullptr;
+    handler.comment = Handlers::comment;
+    handler.processingInstruction = Handlers::instruction;
 }
 
 void Selection::buildNodes(xmlSAXHandler &handler) const
