@@ -1,4 +1,4 @@
-# Where the instructions of a query go that are not libxml2's parsing and freeing: by function, its own ones.
+# Where the instructions of a query go: by function, its own ones.
 function idOf(text) {
     match(text, /^\([0-9]+\)/)
     if (length(text) > RLENGTH)
@@ -6,7 +6,7 @@ function idOf(text) {
     return substr(text, 1, RLENGTH)
 }
 FNR == 1 { isOwn = 0 }
-/^desc: Trigger: Client Request: own\|/ { isOwn = 1 }
+/^desc: Trigger: Client Request: query\|/ { isOwn = 1 }
 !isOwn && !/^c?fn=/ { next }
 /^fn=/ { current = idOf(substr($0, 4)); next }
 /^cfn=/ { called = idOf(substr($0, 5)); next }

@@ -1,5 +1,6 @@
-# Adds up callgrind's counts for each case: what libxml2 needs to parse and to free, and what the library adds. Each
-# file holds the count of one section, named WHAT|BYTES|LIMIT|CASE. Fails when a query costs more than its limit.
+# Compares callgrind's counts of each case: what libxml2 needs to parse and free its file, and what the query costs. Each
+# file holds the count of one of the two, named floor|BYTES|LIMIT|CASE or query|.... Fails when a query costs more than
+# its limit.
 /^desc: Trigger: Client Request: / {
     sub(/^desc: Trigger: Client Request: /, "")
     split($0, section, "|")
@@ -15,14 +16,13 @@
     section[4] = ""
 }
 END {
-    printf "%-30s %9s %11s %11s %9s %7s %5s\n", "", "bytes", "parse", "free", "own", "ratio", "limit"
+    printf "%-30s %9s %11s %11s %7s %5s\n", "", "bytes", "floor", "query", "ratio", "limit"
     for (i = 1; i <= count; i++) {
         name = names[i]
-        floor = instructions[name, "parse"] + instructions[name, "free"]
-        ratio = (floor + instructions[name, "own"]) / floor
+        ratio = instructions[name, "query"] / instructions[name, "floor"]
         isOver = (limit[name] != "" && ratio > limit[name])
-        printf "%-30s %9d %11d %11d %9d %7.4f %5s%s\n", name, bytes[name], instructions[name, "parse"], \
-            instructions[name, "free"], instructions[name, "own"], ratio, limit[name], (isOver ? " exceeded" : "")
+        printf "%-30s %9d %11d %11d %7.4f %5s%s\n", name, bytes[name], instructions[name, "floor"], \
+            instructions[name, "query"], ratio, limit[name], (isOver ? " exceeded" : "")
         over += isOver
     }
     exit (count == 0 || over > 0)

@@ -1,57 +1,24 @@
-// Runs each case once under callgrind, which counts instructions: for parsing, for freeing, and for what the library
-// does before, between and after them. "./dev bench --instructions" runs it and adds up.
+// Runs each case once under callgrind, which counts the instructions of the floor and of the query.
+// "./dev bench --instructions" runs it and compares.
 #include "bench/cases.h"
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
 #include <valgrind/callgrind.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <string>
-#include <utility>
 
 namespace {
 
-// What the next dumps are called. They are made ahead: only the query's own instructions may count.
-std::string parseName;
-std::string freeName;
-std::string ownName;
-
-// Files what has been counted since the last dump under a name.
-inline void count(const std::string &name)
+// Files the instructions of an action under a name.
+template <class Action> void count(const std::string &name, Action action)
 {
+    dcmbench::tidyHeap();
+    CALLGRIND_ZERO_STATS;
+    action();
     CALLGRIND_DUMP_STATS_AT(name.c_str());
 }
-
-} // namespace
-
-// The linker puts these between the library and libxml2.
-extern "C" {
-
-xmlDocPtr __real_xmlParseFile(const char *fileName);
-void __real_xmlFreeDoc(xmlDocPtr document);
-xmlDocPtr __wrap_xmlParseFile(const char *fileName);
-void __wrap_xmlFreeDoc(xmlDocPtr document);
-
-xmlDocPtr __wrap_xmlParseFile(const char *fileName)
-{
-    count(ownName);
-    const xmlDocPtr document = __real_xmlParseFile(fileName);
-    count(parseName);
-    return document;
-}
-
-void __wrap_xmlFreeDoc(xmlDocPtr document)
-{
-    count(ownName);
-    __real_xmlFreeDoc(document);
-    count(freeName);
-}
-}
-
-namespace {
 
 // Counts for the case `wanted`; for all cases when it is empty.
 void countAll(const std::string &wanted)
@@ -67,13 +34,9 @@ void countAll(const std::string &wanted)
             continue;
         char limit[16];
         std::snprintf(limit, sizeof limit, "%.2f", one.limit);
-        const std::string size = std::to_string(dcmbench::fileSize(one.file));
-        for (const auto &[name, what] : {std::pair(&parseName, "parse"), {&freeName, "free"}, {&ownName, "own"}})
-            *name = what + ("|" + size + "|" + limit) + "|" + one.name;
-        dcmbench::tidyHeap();
-        CALLGRIND_ZERO_STATS;
-        static_cast<void>(one.query());
-        count(ownName);
+        const std::string name = "|" + std::to_string(dcmbench::fileSize(one.file)) + "|" + limit + "|" + one.name;
+        count("floor" + name, [&] { dcmbench::parseAndFree(one.file); });
+        count("query" + name, [&] { static_cast<void>(one.query()); });
     }
     CALLGRIND_STOP_INSTRUMENTATION;
 }

@@ -89,20 +89,26 @@ template <class Action> Usage usageOf(Action action)
 
 } // namespace
 
-// The linker puts these between the library and libxml2.
+// The linker puts these between the library and libxml2: what lies between them is decoding.
 extern "C" {
 
-xmlDocPtr __real_xmlParseFile(const char *fileName);
+xmlParserCtxtPtr __real_xmlNewParserCtxt(void);
+void __real_xmlFreeParserCtxt(xmlParserCtxtPtr context);
 void __real_xmlFreeDoc(xmlDocPtr document);
-xmlDocPtr __wrap_xmlParseFile(const char *fileName);
+xmlParserCtxtPtr __wrap_xmlNewParserCtxt(void);
+void __wrap_xmlFreeParserCtxt(xmlParserCtxtPtr context);
 void __wrap_xmlFreeDoc(xmlDocPtr document);
 
-xmlDocPtr __wrap_xmlParseFile(const char *fileName)
+xmlParserCtxtPtr __wrap_xmlNewParserCtxt(void)
 {
     isOwn = false;
-    const xmlDocPtr document = __real_xmlParseFile(fileName);
+    return __real_xmlNewParserCtxt();
+}
+
+void __wrap_xmlFreeParserCtxt(xmlParserCtxtPtr context)
+{
+    __real_xmlFreeParserCtxt(context);
     isOwn = true;
-    return document;
 }
 
 void __wrap_xmlFreeDoc(xmlDocPtr document)
@@ -126,7 +132,7 @@ bool measureAll()
         dcmbench::check({one});
         const Usage floor = usageOf([&] { dcmbench::parseAndFree(one.file); });
         const Usage query = usageOf([&] { dcmbench::check({one}); });
-        const bool isOne = query.ownAllocations <= kMostAllocations && query.peak == floor.peak && query.live == 0;
+        const bool isOne = query.ownAllocations <= kMostAllocations && query.peak <= floor.peak && query.live == 0;
         isGood = isGood && isOne;
         std::printf("%-30s %12zu %12zu %12zu %12zu%s\n", one.name.c_str(), query.allocations, query.ownAllocations,
                     query.peak, floor.peak, isOne ? "" : " exceeded");

@@ -1,6 +1,7 @@
 #include "card/card_query.h"
 #include "card/card.h"
 #include "card/card_format.h"
+#include "common/document.h"
 #include "common/paths.h"
 #include "common/temperatures.h"
 #include "led/led_entity.h"
@@ -228,34 +229,53 @@ Result takeName(Node element, const Attribute &attribute, char (&name)[Size], ui
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
-Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCardInfo &info,
-                const QueryReporter &reporter)
+struct CardQuery {
+    uint32_t typeId;
+    uint32_t mode;
+    DcmCardInfo &info;
+};
+
+Result compareCard(Node card, const void *query, bool &isWanted, const Reporter &reporter)
+{
+    const auto &wanted = *static_cast<const CardQuery *>(query);
+    uint32_t typeId = 0;
+    uint32_t mode = 0;
+    if (readAttribute(card, Card::typeId, typeId, reporter) != Result::ok ||
+        readAttribute(card, Card::mode, mode, reporter) != Result::ok ||
+        takeCardNames(card, wanted.info, reporter) != Result::ok)
+        return Result::outOfMemory;
+    isWanted = typeId == wanted.typeId && mode == wanted.mode;
+    return Result::ok;
+}
+
+Result findCard(Node device, const CardQuery &wanted, Node &card, const QueryReporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kCardName))
             continue;
-        uint32_t childTypeId = 0;
-        uint32_t childMode = 0;
-        if (readAttribute(child, Card::typeId, childTypeId, reporter) != Result::ok ||
-            readAttribute(child, Card::mode, childMode, reporter) != Result::ok ||
-            takeCardNames(child, info, reporter) != Result::ok)
-            return Result::outOfMemory;
-        if (childTypeId == typeId && childMode == mode) {
+        bool isWanted = false;
+        if (const Result compared = compareCard(child, &wanted, isWanted, reporter); compared != Result::ok)
+            return compared;
+        if (isWanted) {
             card = child;
             return Result::ok;
         }
     }
     return DCM_REPORT(reporter.function, "xmlfile(%s) can not find card with typeid=%u, mode=%u.", reporter.file,
-                      typeId, mode);
+                      wanted.typeId, wanted.mode);
 }
 
 Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const QueryReporter &reporter)
 {
+    const CardQuery wanted = {typeId, mode, info};
     Document document;
-    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, {kCardName, compareCard, &wanted}); parsed != Result::ok) {
+        // The cards before the fault may have left their names.
+        clearCard(typeId, mode, info);
         return parsed;
+    }
     Node card = nullptr;
-    if (const Result found = findCard(document.root(), typeId, mode, card, info, reporter); found != Result::ok)
+    if (const Result found = findCard(document.root(), wanted, card, reporter); found != Result::ok)
         return found;
     return decodeCard(card, info, reporter);
 }

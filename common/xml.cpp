@@ -1,10 +1,8 @@
 #include "common/xml.h"
+#include "common/memory_watch.h"
 
-#include <libxml/parser.h>
 #include <libxml/tree.h>
-#include <libxml/xmlerror.h>
 
-#include <cerrno>
 #include <cstring>
 
 namespace dcm {
@@ -71,34 +69,6 @@ bool isExpandable(const xmlNode *first, size_t room)
     return expandsWithin(room, first, false, kDepthMax);
 }
 
-// Watches a call of libxml2, which hands out what it has when memory runs out. It raises an error then, but a later one
-// may take the error's place (a prefix without a namespace has one, and is accepted): errno still tells in that case.
-// errno alone proves nothing, since malloc may fail in one way and succeed in another.
-class MemoryWatch {
-public:
-    MemoryWatch()
-    {
-        errno = 0;
-        xmlResetLastError();
-    }
-    ~MemoryWatch()
-    {
-        if (errno == 0)
-            errno = before_;
-    }
-    MemoryWatch(const MemoryWatch &) = delete;
-    MemoryWatch &operator=(const MemoryWatch &) = delete;
-
-    bool sawMemoryRunOut() const // NOLINT(readability-convert-member-functions-to-static)
-    {
-        const auto *error = xmlGetLastError();
-        return error != nullptr && (error->code == XML_ERR_NO_MEMORY || errno == ENOMEM);
-    }
-
-private:
-    int before_ = errno;
-};
-
 } // namespace
 
 Text Text::attribute(Node element, const char *name, const Reporter &reporter)
@@ -115,6 +85,14 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
     unsigned char *copy =
         isExpandable(attribute->children, kTextExpansionMax) ? xmlGetProp(element, xmlText(name)) : nullptr;
     return owned(copy, watch.sawMemoryRunOut(), reporter);
+}
+
+bool Text::borrowsAttributes(Node element)
+{
+    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next)
+        if (soleText(attribute->children) == nullptr)
+            return false;
+    return true;
 }
 
 Text Text::copyContent(Node element, const Reporter &reporter)
@@ -148,38 +126,6 @@ Result rootOf(::_xmlDoc *document, Node &root, const QueryReporter &reporter)
     if (document->intSubset != nullptr && !isExpandable(root, kDocumentExpansionMax))
         return reporter.reportOutOfMemory();
     return root != nullptr ? Result::ok : reporter.report(DCM_MESSAGE_FILE("xmlfile(%s) get root elem failed."));
-}
-
-Document::~Document()
-{
-    if (document_ != nullptr)
-        xmlFreeDoc(document_);
-}
-
-Result Document::parse(const QueryReporter &reporter)
-{
-    bool isCut = false;
-    {
-        const MemoryWatch watch;
-        document_ = xmlParseFile(reporter.file);
-        isCut = watch.sawMemoryRunOut();
-    }
-    if (document_ == nullptr) {
-        const int error = errnoGet();
-        return DCM_REPORT(reporter.function, "xmlfile(%s) parse failed(err#%d, %s)", reporter.file, error,
-                          std::strerror(error));
-    }
-    if (isCut)
-        return reporter.reportOutOfMemory();
-    return rootOf(document_, root_, reporter);
-}
-
-Result Document::parseDevice(const QueryReporter &reporter)
-{
-    if (const Result parsed = parse(reporter); parsed != Result::ok)
-        return parsed;
-    return isNamed(root_, kDeviceName) ? Result::ok
-                                       : reporter.report(DCM_MESSAGE_FILE("xmlfile(%s) first tag is not device."));
 }
 
 } // namespace dcm

@@ -70,6 +70,8 @@ class Text {
 public:
     // The attribute `name`; absent when the element has none.
     static Text attribute(Node element, const char *name, const Reporter &reporter);
+    // Whether the attributes of an element need no copies.
+    static bool borrowsAttributes(Node element);
     // The content of an element; never absent.
     static Text content(Node element, const Reporter &reporter)
     {
@@ -128,25 +130,6 @@ inline constexpr char kDeviceName[] = "device";
 
 // The root of a parsed document, of which entities must not make too much.
 Result rootOf(::_xmlDoc *document, Node &root, const QueryReporter &reporter);
-
-// A description file from its parsing to its release.
-class Document {
-public:
-    Document() = default;
-    ~Document();
-    Document(const Document &) = delete;
-    Document &operator=(const Document &) = delete;
-
-    // Parses the reporter's file.
-    Result parse(const QueryReporter &reporter);
-    // Parses the reporter's file, which must be a device description.
-    Result parseDevice(const QueryReporter &reporter);
-    Node root() const { return root_; }
-
-private:
-    ::xmlDocPtr document_ = nullptr;
-    Node root_ = nullptr;
-};
 
 } // namespace dcm
 

@@ -1,4 +1,5 @@
 #include "frame/frame_query.h"
+#include "common/document.h"
 #include "common/list_codecs.h"
 #include "common/paths.h"
 #include "frame/frame.h"
@@ -235,15 +236,23 @@ struct Frame : Table {
     };
 };
 
+Result compareFrame(Node frame, const void *typeId, bool &isWanted, const Reporter &reporter)
+{
+    uint32_t itsTypeId = 0;
+    const Result read = readAttribute(frame, Frame::typeId, itsTypeId, reporter);
+    isWanted = itsTypeId == *static_cast<const uint32_t *>(typeId);
+    return read;
+}
+
 Result findFrame(Node device, uint32_t typeId, Node &frame, const QueryReporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kFrameName))
             continue;
-        uint32_t childTypeId = 0;
-        if (const Result read = readAttribute(child, Frame::typeId, childTypeId, reporter); read != Result::ok)
-            return read;
-        if (childTypeId == typeId) {
+        bool isWanted = false;
+        if (const Result compared = compareFrame(child, &typeId, isWanted, reporter); compared != Result::ok)
+            return compared;
+        if (isWanted) {
             frame = child;
             return Result::ok;
         }
@@ -254,7 +263,7 @@ Result findFrame(Node device, uint32_t typeId, Node &frame, const QueryReporter 
 Result readFrame(uint32_t typeId, DcmFrameInfo &info, const QueryReporter &reporter)
 {
     Document document;
-    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, {kFrameName, compareFrame, &typeId}); parsed != Result::ok)
         return parsed;
     Node frame = nullptr;
     if (const Result found = findFrame(document.root(), typeId, frame, reporter); found != Result::ok)

@@ -368,7 +368,6 @@ template <class Record, size_t Size, class Query, class Print, class Show>
 void run(const Source (&sources)[Size], const Query &query, const Print &print, const Show &show, bool again)
 {
     static GuardedRecord<Record> records[2];
-    readDescription(From::memory);
     static const Record empty = emptyRecord<Record>(query);
     Record *first = records[0].atEnd(kFirstFill);
     const int result = resultOf([&] { return query(again ? descriptionPath() : nullptr, first); });
@@ -429,7 +428,6 @@ void queryVm(uint8_t vmId, bool again)
 {
     static GuardedRecord<DcmVmPortInfo> records[2];
     DcmVmPortInfo *first = records[0].atEnd(kFirstFill);
-    readDescription(again ? From::file : From::memory);
     const int result = resultOf([&] { return dcmVmPortInfoGet(vmId, first); });
     DCM_FUZZ_CHECK(isAll(kFirstFill, *first) || result == 0);
     DCM_FUZZ_CHECK(dcmVmPortInfoShow(descriptionPath(), first) >= 0);
@@ -437,7 +435,6 @@ void queryVm(uint8_t vmId, bool again)
         return;
 
     DcmVmPortInfo *second = records[1].atStart(kSecondFill);
-    readDescription(From::memory);
     DCM_FUZZ_CHECK(resultOf([&] { return dcmVmPortInfoGet(vmId, second); }) == result);
     bool isBehindLast = result != 0;
     for (size_t i = 0; i < DCM_VM_IFINDEX_MAX; i++) {

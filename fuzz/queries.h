@@ -7,8 +7,9 @@
 namespace dcmfuzz {
 
 // Each runs its query into a record whose end cannot be overrun, checks the result, the reports and the record, and
-// prints the record whatever the result. With `again` it reads the file, and after that once more from memory into a
-// record whose beginning cannot be overrun and that held something else, and expects the same; then it shows the type.
+// prints the record whatever the result. With `again` it does so by the file's path, and once more by the default name
+// into a record whose beginning cannot be overrun and that held something else, and expects the same; then it shows the
+// type.
 void queryFrame(uint32_t typeId, bool again);
 void querySlot(uint32_t typeId, bool again);
 void queryCard(uint32_t typeId, uint32_t mode, bool again);

@@ -73,12 +73,9 @@ private:
     size_t size_;
 };
 
-// What the queries read, by its path and as whatever file they look for below "/etc/zorconf". In the latter case it may
-// come directly from memory, which is faster.
+// What the queries read, by its path and as whatever file they look for below "/etc/zorconf".
 void writeDescription(const void *data, size_t size);
 const char *descriptionPath();
-enum class From { file, memory };
-void readDescription(From from);
 const std::string &description();
 // Whether the description may hold an element or attribute of this name.
 bool mayHold(const char *name);

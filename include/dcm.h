@@ -495,7 +495,10 @@ typedef struct DcmVmPortInfo {
 
 /**
  * @name Queries
- * `fileName` names the description file; NULL stands for "/etc/zorconf/device/device.xml". `info` must not be NULL.
+ * `fileName` is the path of the description file; NULL stands for "/etc/zorconf/device/device.xml". The file is a regular
+ * file of at most 128 MiB and is read as it is, so that a compressed one is not well-formed. A URL, an escape ("%20") or
+ * "-" means nothing but a path of these characters, no catalog is asked for a missing file, and whatever a description
+ * refers to is not opened. `info` must not be NULL.
  * The record is cleared and given its defaults before the file is opened; after -1 it holds what was decoded before the
  * failure and must not be trusted.
  */

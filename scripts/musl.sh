@@ -53,7 +53,7 @@ verb_musl() {
     ! readelf --wide --program-headers --dynamic "$program" | grep -E 'INTERP|NEEDED' ||
         fail "$program is not linked statically"
     for build in normal musl; do
-        # Of a missing file libxml2 itself complains, too.
+        # Of a file that is not well-formed libxml2 itself complains, too.
         "build/musl/$build/dcm_reports" examples >"build/musl/$build.txt" 2>"build/musl/$build-errors.txt" ||
             fail "build/musl/$build/dcm_reports failed, see build/musl/$build-errors.txt"
     done

@@ -1,4 +1,5 @@
 #include "slot/slot_query.h"
+#include "common/document.h"
 #include "common/paths.h"
 #include "slot/slot.h"
 #include "slot/slot_format.h"
@@ -62,15 +63,22 @@ struct Slot : Table {
 };
 
 // A slot describes every type of its comma list; one without a list is never found.
+Result compareSlot(Node slot, const void *typeId, bool &isWanted, const Reporter &reporter)
+{
+    const Text typeIds = attributeText(slot, Slot::typeIds, reporter);
+    isWanted = typeIds && dcmStrMatch(*static_cast<const uint32_t *>(typeId), typeIds.c_str()) == 1;
+    return typeIds.isOutOfMemory() ? Result::outOfMemory : Result::ok;
+}
+
 Result findSlot(Node device, uint32_t typeId, Node &slot, const QueryReporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kSlotName))
             continue;
-        const Text typeIds = attributeText(child, Slot::typeIds, reporter);
-        if (typeIds.isOutOfMemory())
-            return Result::outOfMemory;
-        if (typeIds && dcmStrMatch(typeId, typeIds.c_str()) == 1) {
+        bool isWanted = false;
+        if (const Result compared = compareSlot(child, &typeId, isWanted, reporter); compared != Result::ok)
+            return compared;
+        if (isWanted) {
             slot = child;
             return Result::ok;
         }
@@ -81,7 +89,7 @@ Result findSlot(Node device, uint32_t typeId, Node &slot, const QueryReporter &r
 Result readSlot(uint32_t typeId, DcmSlotInfo &info, const QueryReporter &reporter)
 {
     Document document;
-    if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, {kSlotName, compareSlot, &typeId}); parsed != Result::ok)
         return parsed;
     Node slot = nullptr;
     if (const Result found = findSlot(document.root(), typeId, slot, reporter); found != Result::ok)

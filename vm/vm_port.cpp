@@ -3,6 +3,7 @@
 
 #include "common/console.h"
 #include "common/decoder.h"
+#include "common/document.h"
 #include "common/paths.h"
 
 #include <cstdio>

@@ -61,8 +61,8 @@ int hwalEttPhy2Logical(const DcmEttInfo *physical, uint32_t *logicalIndex)
 
 int __real_access(const char *path, int mode);
 int __wrap_access(const char *path, int mode);
-xmlDocPtr __real_xmlParseFile(const char *path);
-xmlDocPtr __wrap_xmlParseFile(const char *path);
+int __real_open(const char *path, int flags, ...);
+int __wrap_open(const char *path, int flags, ...);
 
 static const char *redirected(const char *path, char *buffer, size_t size)
 {
@@ -83,10 +83,11 @@ int __wrap_access(const char *path, int mode)
     return __real_access(redirected(path, buffer, sizeof buffer), mode);
 }
 
-xmlDocPtr __wrap_xmlParseFile(const char *path)
+/* The program opens nothing to write. */
+int __wrap_open(const char *path, int flags, ...)
 {
     char buffer[4096];
-    return __real_xmlParseFile(redirected(path, buffer, sizeof buffer));
+    return __real_open(redirected(path, buffer, sizeof buffer), flags);
 }
 
 /* --- Queries ----------------------------------------------------------------------------------------------------- */
@@ -185,7 +186,8 @@ static unsigned queryElement(xmlNodePtr element)
 static unsigned queryAll(void)
 {
     unsigned queries = 0;
-    xmlDocPtr document = xmlParseFile("/etc/zorconf/device/device.xml");
+    char buffer[4096];
+    xmlDocPtr document = xmlParseFile(redirected("/etc/zorconf/device/device.xml", buffer, sizeof buffer));
     xmlNodePtr root = document != NULL ? xmlDocGetRootElement(document) : NULL;
     for (xmlNodePtr child = root != NULL ? root->children : NULL; child != NULL; child = child->next)
         if (child->type == XML_ELEMENT_NODE)

@@ -1,11 +1,20 @@
 // Files that are no description, and descriptions made to harm: what a query makes of them, and what it costs.
+#include "common/input_file.h"
 #include "tests/reliability/allocator.h"
 #include "tests/reliability/queries.h"
 
+#include <libxml/catalog.h>
+#include <libxml/parser.h>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
 #include <sys/inotify.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <fstream>
 
 using namespace dcmtest;
@@ -90,7 +99,7 @@ TEST(HostileFile, MayHaveAnEmptyName)
 
 TEST(HostileFile, MayBeAFolder)
 {
-    expectParseFailed(queryFile(Zorconf().root()));
+    expectParseFailed(queryFile(Zorconf().root()), EISDIR);
 }
 
 TEST(HostileFile, MayBeUnreadable)
@@ -106,7 +115,179 @@ TEST(HostileFile, MayBeUnreadable)
 
 TEST(HostileFile, MayBeADeviceWithoutEnd)
 {
-    expectParseFailed(queryFile("/dev/zero"));
+    expectParseFailed(queryFile("/dev/zero"), EINVAL);
+}
+
+TEST(HostileFile, MayBeAFifoThatNobodyWritesTo)
+{
+    const Zorconf zorconf;
+    const std::string path = zorconf.path("device.xml");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    expectParseFailed(queryFile(path), EINVAL);
+}
+
+TEST(HostileFile, MayBeAFifoWhoseWriterIsSilent)
+{
+    const Zorconf zorconf;
+    const std::string path = zorconf.path("device.xml");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const int writer = open(path.c_str(), O_RDWR);
+    ASSERT_GE(writer, 0);
+    expectParseFailed(queryFile(path), EINVAL);
+    close(writer);
+}
+
+TEST(HostileFile, MayFailToBeRead)
+{
+    // The memory at address 0.
+    expectParseFailed(queryFile("/proc/self/mem"), EIO);
+}
+
+TEST(HostileFile, MayBeTooLarge)
+{
+    const TemporaryFile file("");
+    ASSERT_EQ(truncate(file.c_str(), dcm::InputFile::kSizeMax + off_t{1}), 0);
+    expectParseFailed(queryFile(file.path()), EFBIG);
+}
+
+TEST(HostileFile, MayGrowTooLargeWhileItIsRead)
+{
+    const TemporaryFile file("");
+    dcm::InputFile input(file.c_str());
+    ASSERT_EQ(input.error(), 0);
+    ASSERT_EQ(truncate(file.c_str(), 2 * off_t{dcm::InputFile::kSizeMax}), 0);
+    std::string buffer(kMebibyte, 'x');
+    size_t size = 0;
+    int count = 0;
+    while ((count = dcm::InputFile::readNext(&input, buffer.data(), static_cast<int>(buffer.size()))) > 0)
+        size += static_cast<size_t>(count);
+    EXPECT_EQ(count, -1);
+    EXPECT_EQ(input.error(), EFBIG);
+    EXPECT_EQ(size, size_t{dcm::InputFile::kSizeMax});
+}
+
+// ---- Names that libxml2 would take for something else ---------------------------------------------------------------
+
+namespace {
+
+// Nothing has this name in the folder of the test, whose file "device.xml" is a description.
+void expectOnlyAPath(const std::string &name)
+{
+    SCOPED_TRACE(name);
+    expectParseFailed(queryFile(name), ENOENT);
+}
+
+// A socket of this machine on which a connection would arrive.
+class Listener {
+public:
+    Listener() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
+    {
+        address_.sin_family = AF_INET;
+        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address_;
+        auto *address = reinterpret_cast<sockaddr *>(&address_);
+        if (bind(socket_, address, size) != 0 || listen(socket_, 1) != 0 || getsockname(socket_, address, &size) != 0)
+            ADD_FAILURE() << "cannot listen";
+    }
+    ~Listener() { close(socket_); }
+    Listener(const Listener &) = delete;
+    Listener &operator=(const Listener &) = delete;
+
+    std::string place() const { return "127.0.0.1:" + std::to_string(ntohs(address_.sin_port)); }
+    bool wasCalled() const { return accept(socket_, nullptr, nullptr) >= 0; }
+
+private:
+    int socket_;
+    sockaddr_in address_ = {};
+};
+
+// While it lives, this file is standard input.
+class StandardInput {
+public:
+    explicit StandardInput(const std::string &content) : file_(content), saved_(dup(STDIN_FILENO))
+    {
+        const int descriptor = open(file_.c_str(), O_RDONLY | O_CLOEXEC);
+        dup2(descriptor, STDIN_FILENO);
+        close(descriptor);
+    }
+    ~StandardInput()
+    {
+        dup2(saved_, STDIN_FILENO);
+        close(saved_);
+    }
+    StandardInput(const StandardInput &) = delete;
+    StandardInput &operator=(const StandardInput &) = delete;
+
+private:
+    TemporaryFile file_;
+    int saved_;
+};
+
+// While it lives, libxml2's catalog gives `file` for each of `names`.
+class Catalog {
+public:
+    Catalog(const std::vector<std::string> &names, const std::string &file) : file_(catalog(names, file))
+    {
+        EXPECT_EQ(xmlLoadCatalog(file_.c_str()), 0);
+    }
+    ~Catalog() { xmlCatalogCleanup(); }
+    Catalog(const Catalog &) = delete;
+    Catalog &operator=(const Catalog &) = delete;
+
+private:
+    static std::string catalog(const std::vector<std::string> &names, const std::string &file)
+    {
+        std::string text = "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'>";
+        for (const std::string &name : names)
+            for (const char *entry : {"<system systemId='", "<uri name='", "<public publicId='"})
+                text += entry + name + "' uri='file://" + file + "'/>";
+        return text + "</catalog>";
+    }
+    TemporaryFile file_;
+};
+
+} // namespace
+
+TEST(FileName, IsNeitherEscapedNorAUrlNorStandardInput)
+{
+    const Zorconf zorconf;
+    zorconf.write("a b.xml", "<device>" + kFrame + "</device>");
+    expectSlots(queryFile(zorconf.path("a b.xml")), 7);
+    expectOnlyAPath(zorconf.path("a%20b.xml"));
+    expectOnlyAPath("file://" + zorconf.path("a b.xml"));
+    expectOnlyAPath("file:" + zorconf.path("a b.xml"));
+    const StandardInput input("<device>" + kFrame + "</device>");
+    expectOnlyAPath("-");
+    expectSlots(queryFile("/dev/stdin"), 7);
+}
+
+TEST(FileName, MayHavePercentSignsAndColons)
+{
+    const Zorconf zorconf;
+    for (const char *name : {"a%20b.xml", "100%.xml", "http:x.xml", "C:\\x.xml", "-", "#1?x.xml"}) {
+        zorconf.write(name, "<device>" + kFrame + "</device>");
+        expectSlots(queryFile(zorconf.path(name)), 7);
+    }
+}
+
+TEST(FileName, OpensNoConnection)
+{
+    const Listener listener;
+    for (const char *scheme : {"http://", "ftp://", "HTTP://", "https://"})
+        expectOnlyAPath(scheme + listener.place() + "/device.xml");
+    EXPECT_FALSE(listener.wasCalled());
+}
+
+TEST(FileName, IsNotLookedUpInACatalog)
+{
+    const Zorconf zorconf;
+    zorconf.write("other.xml", "<device>" + kFrame + "</device>");
+    const std::string missing = zorconf.path("missing.xml");
+    const Catalog catalog({missing}, zorconf.path("other.xml"));
+    xmlDoc *found = xmlParseFile(missing.c_str());
+    EXPECT_NE(found, nullptr) << "libxml2 looks it up";
+    xmlFreeDoc(found);
+    expectOnlyAPath(missing);
 }
 
 // ---- Contents -------------------------------------------------------------------------------------------------------
@@ -263,6 +444,46 @@ TEST(HostileFile, MayHaveANameOf1Mebibyte)
     const Answer<DcmFrameInfo> answer = queryFrame(1, "<device><" + name + "/>" + kFrame + "</device>");
     EXPECT_TRUE(answer.result == 0 || answer.result == -1);
     EXPECT_EQ(answer.messages.empty(), answer.result == 0);
+}
+
+// ---- Compressed files -----------------------------------------------------------------------------------------------
+
+namespace {
+
+std::string bytes(const char *hexadecimal)
+{
+    std::string bytes;
+    for (const char *digits = hexadecimal; *digits != '\0'; digits += 2)
+        bytes += static_cast<char>(std::stoi(std::string(digits, 2), nullptr, 16));
+    return bytes;
+}
+
+} // namespace
+
+// 2,400,000 elements, and a frame that a query would find: libxml2 makes 370 MB of it, given the name of the file.
+TEST(CompressedFile, CostsWhatItsOwnBytesCost)
+{
+    const TemporaryFile bomb(
+        bytes("1f8b08000000000002ffecc3310d00300800304918207859360e0ca07f46daa4f97ae776e509") +
+        std::string(4092, '\x55') + bytes("d5cf3e1c900000000000f9ffda11ca") + std::string(4095, '\xFF') +
+        bytes("af5d39386110088028da8ad88078f2b26e2f4bdc80e0aa1815d37d424e29c0e33b3c3e0303") + std::string(1113, '\0') +
+        bytes("777a6ea9e46a7faf791cfabaad6328e97a4dcb3e1f2576a1f95ba1f99dbf1df2393e72fc0068d87405"
+              "457c9200"));
+    const PeakMemory peak;
+    expectParseFailed(queryFile(bomb.path()));
+    EXPECT_LT(peak.bytes(), kMebibyte);
+}
+
+// The description of one frame.
+TEST(CompressedFile, IsNoDocument)
+{
+    for (const char *compressed :
+         {"1f8b08000000000002ffb349492dcb4c4eb5b3492b4acc4d5528a92c48cd4cb1553254b2b3c94dac28cec92fc92bcdb533b7d147e2d9"
+          "e883150369a866007d615f7d45000000",
+          "fd377a585a000004e6d6b4460200210116000000742fe5a3e0004400365d001e1908a799b907eea9c02a8e3ccf6224d225b57c66f8d4"
+          "9cc2b1e60612310232cf213b4896dc7cd9c9eade932cc9fb5dab3dc62564400000007bd9f488d7149ec100015245e23fbdae1fb6f37d"
+          "010000000004595a"})
+        expectParseFailed(queryFrame(1, bytes(compressed)));
 }
 
 // ---- Entities that spell out more than memory holds -----------------------------------------------------------------
@@ -460,6 +681,64 @@ TEST(OtherFile, IsNotIncluded)
     const std::string include = "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' href='CANARY' parse='";
     expectNotRead("<device><frame typeid='1'>" + include + "xml'/></frame></device>", kElement);
     expectNotRead("<device><frame typeid='1'><maxslotnum>" + include + "text'/></maxslotnum></frame></device>", "66");
+}
+
+namespace {
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+// A process that has libxml2 substitute entities, load external document types, and validate.
+class LoadingProcess {
+public:
+    LoadingProcess() { set(1, XML_DETECT_IDS | XML_COMPLETE_ATTRS, 1); }
+    ~LoadingProcess() { set(0, 0, 0); }
+    LoadingProcess(const LoadingProcess &) = delete;
+    LoadingProcess &operator=(const LoadingProcess &) = delete;
+
+private:
+    static void set(int substitutes, int loads, int validates)
+    {
+        xmlSubstituteEntitiesDefault(substitutes);
+        xmlLoadExtDtdDefaultValue = loads;
+        xmlDoValidityCheckingDefaultValue = validates;
+    }
+};
+
+#pragma GCC diagnostic pop
+
+} // namespace
+
+TEST(OtherFile, IsNotReadWhateverTheProcessLetsLibxml2Load)
+{
+    const LoadingProcess process;
+    const SilentLibxml2 silent;
+    const std::string frame = "<device><frame typeid='1'><maxslotnum>";
+    const std::string end = "</maxslotnum></frame></device>";
+    expectNotRead("<!DOCTYPE device [<!ENTITY o SYSTEM 'CANARY'>]>" + frame + "&o;" + end, "66");
+    expectNotRead("<!DOCTYPE device [<!ENTITY o PUBLIC 'x' 'file://CANARY'>]>" + frame + "&o;" + end, "66");
+    expectNotRead("<!DOCTYPE device [<!ENTITY o SYSTEM 'CANARY'><!ENTITY i '&o;'>]>" + frame + "&i;" + end, "66");
+    expectNotRead("<!DOCTYPE device [<!ENTITY o SYSTEM 'CANARY'><!ENTITY i '<x>&o;</x>'>]>" + frame + "&i;" + end,
+                  "66");
+    expectNotRead("<!DOCTYPE device [<!ENTITY % o SYSTEM 'CANARY'>%o;]>" + frame + "&s;" + end, "<!ENTITY s '66'>");
+    expectNotRead("<!DOCTYPE device SYSTEM 'CANARY'>" + frame + "&s;" + end, "<!ENTITY s '66'>");
+    expectNotRead("<!DOCTYPE device PUBLIC 'x' 'CANARY' [<!ENTITY x 'y'>]>" + frame + "&s;" + end, "<!ENTITY s '66'>");
+    // What the description itself says holds.
+    expectSlots(queryFrame(1, "<!DOCTYPE device [<!ENTITY s '7'>]>" + frame + "&s;" + end), 7);
+    expectSlots(queryFrame(1, "<!DOCTYPE device SYSTEM 'none.dtd' [<!ENTITY s '7'>]>" + frame + "&s;" + end), 7);
+}
+
+TEST(OtherFile, IsNotLookedUpInACatalog)
+{
+    const LoadingProcess process;
+    const SilentLibxml2 silent;
+    const Canary canary("<!ENTITY s '66'>");
+    const Catalog catalog({"x"}, canary.path());
+    for (const char *type : {"PUBLIC 'x' 'none'", "SYSTEM 'x'", "[<!ENTITY % o PUBLIC 'x' 'none'>%o;]"}) {
+        const std::string device = "<device><frame typeid='1'><maxslotnum>&s;</maxslotnum></frame></device>";
+        EXPECT_NE(queryFrame(1, std::string("<!DOCTYPE device ") + type + ">" + device).info->maxSlotId, 66);
+        EXPECT_FALSE(canary.wasOpened()) << type;
+    }
 }
 
 TEST(OtherFile, IsNotReadForAnInstructionOrAHint)

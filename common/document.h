@@ -1,0 +1,35 @@
+// A description file from its opening to the release of its tree.
+#ifndef DCM_COMMON_DOCUMENT_H
+#define DCM_COMMON_DOCUMENT_H
+
+#include "common/selection.h"
+#include "common/xml.h"
+
+#include <libxml/tree.h>
+
+namespace dcm {
+
+class Document {
+public:
+    Document() = default;
+    ~Document();
+    Document(const Document &) = delete;
+    Document &operator=(const Document &) = delete;
+
+    // Parses the reporter's file.
+    Result parse(const QueryReporter &reporter) { return parse(reporter, nullptr); }
+    // Parses the reporter's file, which must be a device description. The tree may have no more than is needed to find
+    // and decode what is wanted.
+    Result parseDevice(const QueryReporter &reporter, const Wanted &wanted);
+    Node root() const { return root_; }
+
+private:
+    Result parse(const QueryReporter &reporter, const Wanted *wanted);
+
+    ::xmlDocPtr document_ = nullptr;
+    Node root_ = nullptr;
+};
+
+} // namespace dcm
+
+#endif
