@@ -14,119 +14,139 @@ namespace {
 
 // ---- Blocks of ports and parts: a "num", and an element for each ----------------------------------------------------
 
-constexpr CountSays kMgtPortSays = {
-    DCM_SAYS_FILE("xmlfile(%s) card decode mgt-port failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode mgt-port failed, num(=%d) invalid."),
-};
-constexpr Child<DcmCardInfo> kMgtPorts[] = {
-    {"port", _dcmDecodeMgtPort, kMgtPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode mgt-port failed.")},
-};
-
-constexpr CountSays kGccPortSays = {
-    DCM_SAYS_FILE("xmlfile(%s) card decode gcc-port failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode gcc-port failed, num(=%d) invalid."),
-};
-constexpr Child<DcmCardInfo> kGccPorts[] = {
-    {"port", _dcmDecodeGccPort, kGccPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode gcc-port failed.")},
+struct MgtPorts : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode mgt-port failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode mgt-port failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"port", call<_dcmDecodeMgtPort>, kMgtPortElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode mgt-port failed.")},
+    };
 };
 
-constexpr CountSays kEthpppPortSays = {
-    DCM_SAYS_FILE("xmlfile(%s) card decode ethppp-port failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode ethppp-port failed, num(=%d) invalid."),
-};
-constexpr Child<DcmCardInfo> kEthpppPorts[] = {
-    {"port", _dcmDecodeEthpppPort, kEthpppPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode ethppp-port failed.")},
-};
-
-constexpr CountSays kCpuSays = {
-    DCM_SAYS_FILE("xmlfile(%s) card decode cpu-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode cpu-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmCardInfo> kCpus[] = {
-    {"cpu", _dcmDecodeCpuEntity, kCpuElement, DCM_SAYS_FILE("xmlfile(%s) card decode cpu failed.")},
+struct GccPorts : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode gcc-port failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode gcc-port failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"port", call<_dcmDecodeGccPort>, kGccPortElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode gcc-port failed.")},
+    };
 };
 
-constexpr CountSays kMemorySays = {
-    DCM_SAYS_FILE("xmlfile(%s) card decode memory-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode memory-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmCardInfo> kMemories[] = {
-    {"memory", _dcmDecodeMemoryEntity, kMemoryElement, DCM_SAYS_FILE("xmlfile(%s) card decode memory failed.")},
-};
-
-constexpr CountSays kVoltageSays = {
-    DCM_SAYS_FILE("xmlfile(%s) card decode voltage-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) card decode voltage-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmCardInfo> kVoltages[] = {
-    {"voltage", _dcmDecodeVoltageEntity, kVoltageElement, DCM_SAYS_FILE("xmlfile(%s) card decode voltage failed.")},
+struct EthpppPorts : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode ethppp-port failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode ethppp-port failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"port", call<_dcmDecodeEthpppPort>, kEthpppPortElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode ethppp-port failed.")},
+    };
 };
 
-constexpr SensorSays kSensorSays = {
-    {DCM_SAYS_FILE("xmlfile(%s) card decode temperature-entity failed, required num prop."),
-     DCM_SAYS_FILE_NUM("xmlfile(%s) card decode temperature-entity failed, num(=%d) invalid.")},
-    DCM_SAYS_FILE("xmlfile(%s) card decode temperature failed."),
+struct Cpus : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode cpu-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode cpu-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"cpu", call<_dcmDecodeCpuEntity>, kCpuElement, DCM_MESSAGE_FILE("xmlfile(%s) card decode cpu failed.")},
+    };
+};
+
+struct Memories : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode memory-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode memory-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"memory", call<_dcmDecodeMemoryEntity>, kMemoryElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode memory failed.")},
+    };
+};
+
+struct Voltages : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode voltage-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode voltage-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"voltage", call<_dcmDecodeVoltageEntity>, kVoltageElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode voltage failed.")},
+    };
+};
+
+struct Sensors : SensorTable {
+    static constexpr SensorMessages<QueryReporter> messages = {
+        {DCM_MESSAGE_FILE("xmlfile(%s) card decode temperature-entity failed, required num prop."),
+         DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode temperature-entity failed, num(=%d) invalid.")},
+        DCM_MESSAGE_FILE("xmlfile(%s) card decode temperature failed."),
+    };
 };
 
 // ---- The panel ------------------------------------------------------------------------------------------------------
 
-constexpr Child<DcmCardInfo> kPanelPorts[] = {
-    {"port", _dcmDecodePanelPort, kPanelPortElement, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed.")},
-    {"port-group", _dcmDecodePanelPortGroup, kPanelPortGroupElement,
-     DCM_SAYS_FILE("xmlfile(%s) card decode panel-port group failed.")},
-};
-
-enum PanelAttribute { kPanelNum, kStartPortId, kMaxPortId, kLineNum, kClientNum, kHideNum };
-constexpr Attribute kPanelAttributes[] = {
-    numOf(DCM_PANEL_IF_MAX),
-    {"startportid", numberOf(16), Need::required},
-    {"maxportid", numberOf(16), Need::required},
-    {"linenum", numberOf(8)},
-    {"clientnum", numberOf(8)},
-    {"hidenum", numberOf(8)},
+struct Panel : Table {
+    static constexpr Attribute num = numOf(DCM_PANEL_IF_MAX);
+    static constexpr Attribute startPortId = {"startportid", numberOf(16), Need::required};
+    static constexpr Attribute maxPortId = {"maxportid", numberOf(16), Need::required};
+    static constexpr Attribute lineNum = {"linenum", numberOf(8)};
+    static constexpr Attribute clientNum = {"clientnum", numberOf(8)};
+    static constexpr Attribute hideNum = {"hidenum", numberOf(8)};
+    static constexpr Attribute attributes[] = {num, startPortId, maxPortId, lineNum, clientNum, hideNum};
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"port", call<_dcmDecodePanelPort>, kPanelPortElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed.")},
+        {"port-group", call<_dcmDecodePanelPortGroup>, kPanelPortGroupElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port group failed.")},
+    };
 };
 
 // An attribute that may be left out, and then leaves the count as it was.
-Result takeOptionalNum(Node element, PanelAttribute attribute, uint8_t &count, const Reporter &reporter)
+Result takeOptionalNum(Node element, const Attribute &attribute, uint8_t &count, const Reporter &reporter)
 {
-    const Text text = Text::attribute(element, kPanelAttributes[attribute].name, reporter);
+    const Text text = attributeText(element, attribute, reporter);
     if (text)
         count = static_cast<uint8_t>(text.number());
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
-Result takePanel(Node element, DcmCardInfo &card, const Reporter &reporter)
+Result takePanel(Node element, DcmCardInfo &card, const QueryReporter &reporter)
 {
-    const Text num = Text::attribute(element, kPanelAttributes[kPanelNum].name, reporter);
+    const Text num = attributeText(element, Panel::num, reporter);
     if (!num)
-        return num.missing(reporter, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed, required num prop."));
-    const Text startPortId = Text::attribute(element, kPanelAttributes[kStartPortId].name, reporter);
+        return num.reportMissing(reporter,
+                                 DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required num prop."));
+    const Text startPortId = attributeText(element, Panel::startPortId, reporter);
     if (!startPortId)
-        return startPortId.missing(
-            reporter, DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed, required startportid prop."));
-    const Text maxPortId = Text::attribute(element, kPanelAttributes[kMaxPortId].name, reporter);
+        return startPortId.reportMissing(
+            reporter, DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required startportid prop."));
+    const Text maxPortId = attributeText(element, Panel::maxPortId, reporter);
     if (!maxPortId)
-        return maxPortId.missing(reporter,
-                                 DCM_SAYS_FILE("xmlfile(%s) card decode panel-port failed, required maxportid prop."));
+        return maxPortId.reportMissing(
+            reporter, DCM_MESSAGE_FILE("xmlfile(%s) card decode panel-port failed, required maxportid prop."));
 
     card.pannelIfNum = static_cast<uint8_t>(num.number());
-    if (takeOptionalNum(element, kLineNum, card.pannelLineIfNum, reporter) != Result::ok ||
-        takeOptionalNum(element, kClientNum, card.panneClientIfNum, reporter) != Result::ok ||
-        takeOptionalNum(element, kHideNum, card.hideIfNum, reporter) != Result::ok)
+    if (takeOptionalNum(element, Panel::lineNum, card.pannelLineIfNum, reporter) != Result::ok ||
+        takeOptionalNum(element, Panel::clientNum, card.panneClientIfNum, reporter) != Result::ok ||
+        takeOptionalNum(element, Panel::hideNum, card.hideIfNum, reporter) != Result::ok)
         return Result::outOfMemory;
     card.panneIfStartPortId = static_cast<uint16_t>(startPortId.number());
     card.panelIfMaxPortId = static_cast<uint16_t>(maxPortId.number());
 
     if (card.pannelIfNum > std::size(card.panelIf))
-        return reporter.says(DCM_SAYS_FILE_NUM("xmlfile(%s) card decode panel-port failed, num(=%d) invalid."),
-                             card.pannelIfNum);
+        return reporter.report(DCM_MESSAGE_FILE_NUM("xmlfile(%s) card decode panel-port failed, num(=%d) invalid."),
+                               card.pannelIfNum);
     const bool isSplit = card.pannelLineIfNum != 0 || card.panneClientIfNum != 0;
     if (isSplit && card.pannelLineIfNum + card.panneClientIfNum != card.pannelIfNum)
         return DCM_REPORT(
             reporter.function,
             "xmlfile(%s) card decode panel-port failed, linenum(=%d) + clientnum(=%d) != num(=%d) invalid.",
             reporter.file, int{card.pannelLineIfNum}, int{card.panneClientIfNum}, int{card.pannelIfNum});
-    return walk<kPanelPorts>(element, card, reporter);
+    return walk<Panel>(element, card, reporter);
 }
 
 // ---- LEDs -----------------------------------------------------------------------------------------------------------
@@ -148,65 +168,70 @@ Result takeLedMap(Node element, DcmCardInfo &card, const Reporter &)
 
 // ---- The card -------------------------------------------------------------------------------------------------------
 
-constexpr char kPortCap[] = "portcap";
-constexpr char kFunc[] = "func";
-
-constexpr Child<DcmCardInfo> kCard[] = {
-    {"occupyslotnum", number<&DcmCardInfo::occupySlotNum>},
-    // kept: both go by one text.
-    {"tmuxctrl", keyword<&DcmCardInfo::isTmuxCtrl, dcmYesNoStr2Val>, DCM_SAYS("decode wdmctrl failed.")},
-    {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, dcmYesNoStr2Val>, DCM_SAYS("decode wdmctrl failed.")},
-    {"porttypecap", capabilities<&DcmCardInfo::portTypeCaps, dcmPortTypeCapStr2Val, 0, kPortCap>,
-     DCM_SAYS("decode card porttype-caps failed.")},
-    {"mgt-port", counted<&DcmCardInfo::methIfNum, DCM_METH_IF_MAX, kMgtPorts, kMgtPortSays>},
-    {"panel-port", takePanel, kWithAttributes<kPanelAttributes, kPanelPorts>},
-    // kept: the text about a wrong number of GCC or ethppp ports shows the number of management ports.
-    {"gcc-port", counted<&DcmCardInfo::gccIfNum, DCM_GCC_IF_MAX, kGccPorts, kGccPortSays, &DcmCardInfo::methIfNum>},
-    {"ethppp-port",
-     counted<&DcmCardInfo::ethpppIfNum, DCM_ETHPPP_IF_MAX, kEthpppPorts, kEthpppPortSays, &DcmCardInfo::methIfNum>},
-    {"cpu-entity", counted<&DcmCardInfo::cpuNum, DCM_CPU_MAX, kCpus, kCpuSays>},
-    {"memory-entity", counted<&DcmCardInfo::memoryNum, DCM_MEMORY_MAX, kMemories, kMemorySays>},
-    {"temperature-entity", sensors<&DcmCardInfo::temperatureNum, &DcmCardInfo::temperature, kSensorSays>},
-    {"voltage-entity", counted<&DcmCardInfo::voltageNum, DCM_VOLTAGE_MAX, kVoltages, kVoltageSays>},
-    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS_FILE("xmlfile(%s) card decode led failed.")},
-    {"portled-entity", takePortLeds, kPortLedEntityElement, DCM_SAYS_FILE("xmlfile(%s) card decode port-led failed.")},
-    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS_FILE("xmlfile(%s) card decode led-map failed.")},
-    {"supportfunc", capabilities<&DcmCardInfo::supportFuncs, dcmCardSupportFuncStr2Val, 0, kFunc>,
-     DCM_SAYS("decode card support function failed.")},
-    {"switch-entity", takeSwitchChip, kChipElement},
-    {"clock-entity", takeClockChip, kChipElement},
-    {"component-entity", _dcmDecodeComponentEntity, kComponentsElement,
-     DCM_SAYS_FILE("xmlfile(%s) card decode component failed.")},
-    {"crosslinkslot", number<&DcmCardInfo::crosslinkSlot>},
+struct PortCap {
+    static constexpr char name[] = "portcap";
+};
+struct Func {
+    static constexpr char name[] = "func";
 };
 
-enum CardAttribute { kTypeId, kMode, kName, kAbbrName };
-constexpr Attribute kCardAttributes[] = {
-    {"typeid", numberOf(32)},
-    {"mode", numberOf(32)},
-    {"name", textOf(DCM_CARD_NAME_SIZE - 1)},
-    {"abbrname", textOf(DCM_CARD_ABBR_NAME_SIZE - 1)},
+struct Card : Table {
+    static constexpr Attribute typeId = {"typeid", numberOf(32)};
+    static constexpr Attribute mode = {"mode", numberOf(32)};
+    static constexpr Attribute name = {"name", textOf(DCM_CARD_NAME_SIZE - 1)};
+    static constexpr Attribute abbrName = {"abbrname", textOf(DCM_CARD_ABBR_NAME_SIZE - 1)};
+    static constexpr Attribute attributes[] = {typeId, mode, name, abbrName};
+    static constexpr QueryChild<DcmCardInfo> children[] = {
+        {"occupyslotnum", number<&DcmCardInfo::occupySlotNum>},
+        // kept: both go by one text.
+        {"tmuxctrl", keyword<&DcmCardInfo::isTmuxCtrl, dcmYesNoStr2Val>, DCM_MESSAGE("decode wdmctrl failed.")},
+        {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, dcmYesNoStr2Val>, DCM_MESSAGE("decode wdmctrl failed.")},
+        {"porttypecap", capabilities<&DcmCardInfo::portTypeCaps, dcmPortTypeCapStr2Val, 0, PortCap>,
+         DCM_MESSAGE("decode card porttype-caps failed.")},
+        {"mgt-port", counted<&DcmCardInfo::methIfNum, &DcmCardInfo::methIf, MgtPorts>},
+        {"panel-port", call<takePanel>, elementOf<Panel>},
+        // kept: the text about a wrong number of GCC or ethppp ports shows the number of management ports.
+        {"gcc-port", counted<&DcmCardInfo::gccIfNum, &DcmCardInfo::gccIf, GccPorts, &DcmCardInfo::methIfNum>},
+        {"ethppp-port",
+         counted<&DcmCardInfo::ethpppIfNum, &DcmCardInfo::ethpppIf, EthpppPorts, &DcmCardInfo::methIfNum>},
+        {"cpu-entity", counted<&DcmCardInfo::cpuNum, &DcmCardInfo::cpu, Cpus>},
+        {"memory-entity", counted<&DcmCardInfo::memoryNum, &DcmCardInfo::memory, Memories>},
+        {"temperature-entity", sensors<&DcmCardInfo::temperatureNum, &DcmCardInfo::temperature, Sensors>},
+        {"voltage-entity", counted<&DcmCardInfo::voltageNum, &DcmCardInfo::voltage, Voltages>},
+        {"led-entity", call<takeLeds>, kLedEntityElement, DCM_MESSAGE_FILE("xmlfile(%s) card decode led failed.")},
+        {"portled-entity", call<takePortLeds>, kPortLedEntityElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode port-led failed.")},
+        {"led-map", call<takeLedMap>, kLedMapElement, DCM_MESSAGE_FILE("xmlfile(%s) card decode led-map failed.")},
+        {"supportfunc", capabilities<&DcmCardInfo::supportFuncs, dcmCardSupportFuncStr2Val, 0, Func>,
+         DCM_MESSAGE("decode card support function failed.")},
+        {"switch-entity", call<takeSwitchChip>, kChipElement},
+        {"clock-entity", call<takeClockChip>, kChipElement},
+        {"component-entity", call<_dcmDecodeComponentEntity>, kComponentsElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) card decode component failed.")},
+        {"crosslinkslot", number<&DcmCardInfo::crosslinkSlot>},
+    };
 };
 
 // A name keeps room for a terminator, but what counts is its length.
 template <size_t Size>
-Result takeName(Node element, CardAttribute attribute, char (&name)[Size], uint8_t &length, const Reporter &reporter)
+Result takeName(Node element, const Attribute &attribute, char (&name)[Size], uint8_t &length, const Reporter &reporter)
 {
-    const Text text = Text::attribute(element, kCardAttributes[attribute].name, reporter);
+    const Text text = attributeText(element, attribute, reporter);
     if (text)
         length = static_cast<uint8_t>(copyBytes(name, text, Size - 1));
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
-Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCardInfo &info, const Reporter &reporter)
+Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCardInfo &info,
+                const QueryReporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kCardName))
             continue;
         uint32_t childTypeId = 0;
         uint32_t childMode = 0;
-        if (readAttribute(child, kCardAttributes[kTypeId], childTypeId, reporter) != Result::ok ||
-            readAttribute(child, kCardAttributes[kMode], childMode, reporter) != Result::ok ||
+        if (readAttribute(child, Card::typeId, childTypeId, reporter) != Result::ok ||
+            readAttribute(child, Card::mode, childMode, reporter) != Result::ok ||
             takeCardNames(child, info, reporter) != Result::ok)
             return Result::outOfMemory;
         if (childTypeId == typeId && childMode == mode) {
@@ -218,7 +243,7 @@ Result findCard(Node device, uint32_t typeId, uint32_t mode, Node &card, DcmCard
                       typeId, mode);
 }
 
-Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporter &reporter)
+Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const QueryReporter &reporter)
 {
     Document document;
     if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
@@ -231,7 +256,7 @@ Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporte
 
 } // namespace
 
-const Element kCardElement = repeated(kWithAttributes<kCardAttributes, kCard>);
+const Element kCardElement = repeated(elementOf<Card>);
 
 void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info)
 {
@@ -250,13 +275,13 @@ void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info)
 
 Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter)
 {
-    const Result name = takeName(card, kName, info.name, info.nameLen, reporter);
-    return name == Result::ok ? takeName(card, kAbbrName, info.abbrName, info.abbrNameLen, reporter) : name;
+    const Result name = takeName(card, Card::name, info.name, info.nameLen, reporter);
+    return name == Result::ok ? takeName(card, Card::abbrName, info.abbrName, info.abbrNameLen, reporter) : name;
 }
 
-Result decodeCard(Node card, DcmCardInfo &info, const Reporter &reporter)
+Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter)
 {
-    return walk<kCard>(card, info, reporter);
+    return walk<Card>(card, info, reporter);
 }
 
 } // namespace dcm
@@ -264,5 +289,5 @@ Result decodeCard(Node card, DcmCardInfo &info, const Reporter &reporter)
 int dcmCardInfoGet(const char *fileName, uint32_t typeId, uint32_t mode, DcmCardInfo *info)
 {
     dcm::clearCard(typeId, mode, *info);
-    return status(dcm::readCard(typeId, mode, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
+    return status(dcm::readCard(typeId, mode, *info, dcm::QueryReporter{__func__, dcm::fileOrDefault(fileName)}));
 }

@@ -13,7 +13,7 @@ void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info);
 // Its "name" and "abbrname". kept: a query takes those of every card that it passes on the way.
 Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter);
 // Reads what stands in a "card".
-Result decodeCard(Node card, DcmCardInfo &info, const Reporter &reporter);
+Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm
 

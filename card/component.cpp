@@ -21,25 +21,28 @@ Result takeChipName(Node element, ChipDraft &draft, const Reporter &reporter)
     return countedBytes<&DcmChipInfo::modelNameLen, &DcmChipInfo::modelName>.take(element, draft.chip, reporter);
 }
 
-constexpr Child<ChipDraft> kChip[] = {
-    {"modelname", takeChipName, kText<DCM_MODEL_NAME_SIZE>},
-};
-
 constexpr size_t kChipMax = 1;
 
-constexpr CountSays kSwitchChipSays = {
-    DCM_SAYS("power decode switch entity failed, required num prop."),
-    DCM_SAYS_NUM("power decode switchchip failed, num(=%d) invalid."),
+struct Chip : Table {
+    static constexpr Attribute attributes[] = {numOf(kChipMax)};
+    static constexpr Child<ChipDraft> children[] = {
+        {"modelname", call<takeChipName>, kText<DCM_MODEL_NAME_SIZE>},
+    };
 };
-constexpr CountSays kClockChipSays = {
-    DCM_SAYS("power decode clock chip failed, required num prop."),
-    DCM_SAYS_NUM("power decode clock chip failed, num(=%d) invalid."),
+
+constexpr CountMessages<Reporter> kSwitchChipMessages = {
+    DCM_MESSAGE("power decode switch entity failed, required num prop."),
+    DCM_MESSAGE_NUM("power decode switchchip failed, num(=%d) invalid."),
+};
+constexpr CountMessages<Reporter> kClockChipMessages = {
+    DCM_MESSAGE("power decode clock chip failed, required num prop."),
+    DCM_MESSAGE_NUM("power decode clock chip failed, num(=%d) invalid."),
 };
 
 Result takeChip(Node element, DcmChipInfo &chip, const Reporter &reporter)
 {
     ChipDraft draft = {chip};
-    return walk<kChip>(element, draft, reporter);
+    return walk<Chip>(element, draft, reporter);
 }
 
 // ---- Components -----------------------------------------------------------------------------------------------------
@@ -51,14 +54,14 @@ struct ComponentList {
     uint32_t count = 0;
 };
 
-enum ComponentAttribute { kType, kSubType, kQuantity };
-constexpr Attribute kComponentAttributes[] = {
-    {"type", wordOf(&kEttClassWords), Need::required},
-    {"subtype", numberOf(8), Need::required},
-    {"num", numberOf(8), Need::required},
+struct Component : Table {
+    static constexpr Attribute type = {"type", wordOf(&kEttClassWords), Need::required};
+    static constexpr Attribute subType = {"subtype", numberOf(8), Need::required};
+    static constexpr Attribute num = {"num", numberOf(8), Need::required};
+    static constexpr Attribute attributes[] = {type, subType, num};
+    static constexpr Content content = textOf(DCM_MODEL_NAME_SIZE);
 };
-constexpr Element kComponentElement = repeated(
-    holdingText(textOf(DCM_MODEL_NAME_SIZE), kComponentAttributes, std::size(kComponentAttributes)), DCM_COMPONENT_MAX);
+constexpr Element kComponentElement = repeated(elementOf<Component>, DCM_COMPONENT_MAX);
 
 // One "component"; those beyond "num" are passed over. What it does not give counts as 0.
 Result takeComponent(Node element, ComponentList &list, const Reporter &reporter)
@@ -67,13 +70,13 @@ Result takeComponent(Node element, ComponentList &list, const Reporter &reporter
         return Result::ok;
     DcmComponentInfo &component = list.components[list.count++];
 
-    const Text type = Text::attribute(element, kComponentAttributes[kType].name, reporter);
+    const Text type = attributeText(element, Component::type, reporter);
     const Text description = Text::content(element, reporter);
     uint32_t subType = 0;
     uint32_t num = 0;
     if (type.isOutOfMemory() || !description ||
-        readAttribute(element, kComponentAttributes[kSubType], subType, reporter) != Result::ok ||
-        readAttribute(element, kComponentAttributes[kQuantity], num, reporter) != Result::ok)
+        readAttribute(element, Component::subType, subType, reporter) != Result::ok ||
+        readAttribute(element, Component::num, num, reporter) != Result::ok)
         return Result::outOfMemory;
 
     uint32_t entityClass = 0;
@@ -86,42 +89,47 @@ Result takeComponent(Node element, ComponentList &list, const Reporter &reporter
     return Result::ok;
 }
 
-constexpr Child<ComponentList> kComponents[] = {
-    {"component", takeComponent, kComponentElement},
+struct Components : Table {
+    static constexpr Attribute num = numOf(DCM_COMPONENT_MAX, 32, 1);
+    static constexpr Attribute attributes[] = {num};
+    static constexpr Child<ComponentList> children[] = {
+        {"component", call<takeComponent>, kComponentElement},
+    };
 };
 
 } // namespace
 
-const Element kChipElement = kWithAttributes<kNumAttributes<kChipMax>, kChip>;
-const Element kComponentsElement = kWithAttributes<kNumAttributes<DCM_COMPONENT_MAX, 32, 1>, kComponents>;
+const Element kChipElement = elementOf<Chip>;
+const Element kComponentsElement = elementOf<Components>;
 
 Result takeSwitchChip(Node element, DcmCardInfo &card, const Reporter &reporter)
 {
     const Result counted =
-        takeNum(element, kChipMax, card.switchChipNum, card.switchChipNum, kSwitchChipSays, reporter);
+        takeNum(element, kChipMax, card.switchChipNum, card.switchChipNum, kSwitchChipMessages, reporter);
     return counted == Result::ok ? takeChip(element, card.switchChip, reporter) : counted;
 }
 
 Result takeClockChip(Node element, DcmCardInfo &card, const Reporter &reporter)
 {
     // kept: the text about a wrong number shows the number of switch chips.
-    const Result counted = takeNum(element, kChipMax, card.clockChipNum, card.switchChipNum, kClockChipSays, reporter);
+    const Result counted =
+        takeNum(element, kChipMax, card.clockChipNum, card.switchChipNum, kClockChipMessages, reporter);
     return counted == Result::ok ? takeChip(element, card.clockChip, reporter) : counted;
 }
 
 Result _dcmDecodeComponentEntity(Node element, DcmCardInfo &card, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text numText = Text::attribute(element, kNum, here);
+    const Text numText = attributeText(element, Components::num, here);
     if (!numText)
-        return numText.missing(here, DCM_SAYS("decode component-entity failed, no num prop."));
+        return numText.reportMissing(here, DCM_MESSAGE("decode component-entity failed, no num prop."));
     const uint32_t num = numText.number();
     if (num < 1 || num > std::size(card.component))
         return DCM_REPORT(__func__, "decode component-entity failed, total num is too big(%u).", num);
     card.componentNum = static_cast<uint8_t>(num);
 
     ComponentList list = {card.component, num};
-    return walk<kComponents>(element, list, here);
+    return walk<Components>(element, list, here);
 }
 
 } // namespace dcm

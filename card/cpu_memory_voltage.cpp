@@ -4,19 +4,33 @@ namespace dcm {
 
 namespace {
 
-constexpr Child<DcmCpuInfo> kCpu[] = {
-    {"corenum", number<&DcmCpuInfo::coreNum>},
-    {"freq", number<&DcmCpuInfo::freq>},
-    {"highthreshold", number<&DcmCpuInfo::highThreshold>},
-    {"lowthreshold", number<&DcmCpuInfo::lowThreshold>},
-    {"modelname", countedBytes<&DcmCpuInfo::modelNameLen, &DcmCpuInfo::modelName>},
+struct Cpu : EntryTable {
+    static constexpr IdMessages messages = {
+        DCM_MESSAGE("decode cpu-entity failed, no id prop."),
+        DCM_MESSAGE_ID("decode cpu-entity failed, invalid id(%u)."),
+        DCM_MESSAGE_ID("decode cpu-entity failed, duplicate id(%u)."),
+    };
+    static constexpr Child<DcmCpuInfo> children[] = {
+        {"corenum", number<&DcmCpuInfo::coreNum>},
+        {"freq", number<&DcmCpuInfo::freq>},
+        {"highthreshold", number<&DcmCpuInfo::highThreshold>},
+        {"lowthreshold", number<&DcmCpuInfo::lowThreshold>},
+        {"modelname", countedBytes<&DcmCpuInfo::modelNameLen, &DcmCpuInfo::modelName>},
+    };
 };
 
-constexpr Child<DcmMemoryInfo> kMemory[] = {
-    {"type", keyword<&DcmMemoryInfo::type, dcmMemoryTypeStr2Val>, DCM_SAYS("decode memory-entity failed.")},
-    {"highthreshold", number<&DcmMemoryInfo::highThreshold>},
-    {"lowthreshold", number<&DcmMemoryInfo::lowThreshold>},
-    {"modelname", countedBytes<&DcmMemoryInfo::modelNameLen, &DcmMemoryInfo::modelName>},
+struct Memory : EntryTable {
+    static constexpr IdMessages messages = {
+        DCM_MESSAGE("decode memory-entity failed, no id prop."),
+        DCM_MESSAGE_ID("decode memory-entity failed, invalid id(%u)."),
+        DCM_MESSAGE_ID("decode memory-entity failed, duplicate id(%u)."),
+    };
+    static constexpr Child<DcmMemoryInfo> children[] = {
+        {"type", keyword<&DcmMemoryInfo::type, dcmMemoryTypeStr2Val>, DCM_MESSAGE("decode memory-entity failed.")},
+        {"highthreshold", number<&DcmMemoryInfo::highThreshold>},
+        {"lowthreshold", number<&DcmMemoryInfo::lowThreshold>},
+        {"modelname", countedBytes<&DcmMemoryInfo::modelNameLen, &DcmMemoryInfo::modelName>},
+    };
 };
 
 // kept: the length is that of the whole text, also where the field holds only its start.
@@ -30,62 +44,39 @@ Result takeVoltageModelName(Node element, DcmVoltageInfo &voltage, const Reporte
     return Result::ok;
 }
 
-constexpr Child<DcmVoltageInfo> kVoltage[] = {
-    {"highthreshold", number<&DcmVoltageInfo::highThreshold>},
-    {"lowthreshold", number<&DcmVoltageInfo::lowThreshold>},
-    {"description", bytes<&DcmVoltageInfo::description>},
-    {"modelname", takeVoltageModelName, kText<DCM_MODEL_NAME_SIZE>},
+struct Voltage : EntryTable {
+    static constexpr IdMessages messages = {
+        DCM_MESSAGE("decode voltage-entity failed, no id prop."),
+        DCM_MESSAGE_ID("decode voltage-entity failed, invalid id(%u)."),
+        DCM_MESSAGE_ID("decode voltage-entity failed, duplicate id(%u)."),
+    };
+    static constexpr Child<DcmVoltageInfo> children[] = {
+        {"highthreshold", number<&DcmVoltageInfo::highThreshold>},
+        {"lowthreshold", number<&DcmVoltageInfo::lowThreshold>},
+        {"description", bytes<&DcmVoltageInfo::description>},
+        {"modelname", call<takeVoltageModelName>, kText<DCM_MODEL_NAME_SIZE>},
+    };
 };
 
 } // namespace
 
-const Element kCpuElement = repeated(kWithAttributes<kIdAttributes, kCpu>);
-const Element kMemoryElement = repeated(kWithAttributes<kIdAttributes, kMemory>);
-const Element kVoltageElement = repeated(kWithAttributes<kIdAttributes, kVoltage>);
+const Element kCpuElement = repeated(elementOf<Cpu>);
+const Element kMemoryElement = repeated(elementOf<Memory>);
+const Element kVoltageElement = repeated(elementOf<Voltage>);
 
 Result _dcmDecodeCpuEntity(Node element, DcmCardInfo &card, const Reporter &)
 {
-    static constexpr IdSays kSays = {DCM_SAYS("decode cpu-entity failed, no id prop."),
-                                     DCM_SAYS_ID("decode cpu-entity failed, invalid id(%u).")};
-    const Reporter here{__func__};
-    uint32_t id = 0;
-    if (const Result read = readId(element, card.cpuNum, id, kSays, here); read != Result::ok)
-        return read;
-    DcmCpuInfo &cpu = card.cpu[id - 1];
-    if (cpu.id != 0)
-        return DCM_REPORT(__func__, "decode cpu-entity failed, duplicate id(%u).", id);
-    cpu.id = static_cast<uint8_t>(id);
-    return walk<kCpu>(element, cpu, here);
+    return takeEntry<Cpu>(element, card.cpu, card.cpuNum, __func__);
 }
 
 Result _dcmDecodeMemoryEntity(Node element, DcmCardInfo &card, const Reporter &)
 {
-    static constexpr IdSays kSays = {DCM_SAYS("decode memory-entity failed, no id prop."),
-                                     DCM_SAYS_ID("decode memory-entity failed, invalid id(%u).")};
-    const Reporter here{__func__};
-    uint32_t id = 0;
-    if (const Result read = readId(element, card.memoryNum, id, kSays, here); read != Result::ok)
-        return read;
-    DcmMemoryInfo &memory = card.memory[id - 1];
-    if (memory.id != 0)
-        return DCM_REPORT(__func__, "decode memory-entity failed, duplicate id(%u).", id);
-    memory.id = static_cast<uint8_t>(id);
-    return walk<kMemory>(element, memory, here);
+    return takeEntry<Memory>(element, card.memory, card.memoryNum, __func__);
 }
 
 Result _dcmDecodeVoltageEntity(Node element, DcmCardInfo &card, const Reporter &)
 {
-    static constexpr IdSays kSays = {DCM_SAYS("decode voltage-entity failed, no id prop."),
-                                     DCM_SAYS_ID("decode voltage-entity failed, invalid id(%u).")};
-    const Reporter here{__func__};
-    uint32_t id = 0;
-    if (const Result read = readId(element, card.voltageNum, id, kSays, here); read != Result::ok)
-        return read;
-    DcmVoltageInfo &voltage = card.voltage[id - 1];
-    if (voltage.id != 0)
-        return DCM_REPORT(__func__, "decode voltage-entity failed, duplicate id(%u).", id);
-    voltage.id = static_cast<uint16_t>(id);
-    return walk<kVoltage>(element, voltage, here);
+    return takeEntry<Voltage>(element, card.voltage, card.voltageNum, __func__);
 }
 
 } // namespace dcm

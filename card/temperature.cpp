@@ -28,48 +28,45 @@ Result takeDescription(Node element, DcmTemperatureInfo &sensor, const Reporter 
     return Result::ok;
 }
 
-Result takeActionCapability(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
-{
-    return readBitList(element, 8, sensor.actionCapability, sizeof sensor.actionCapability, reporter);
-}
-
-// A faulty list is no failure: the sensor says that it has none.
-Result takeFanCtrlBits(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
-{
-    const Result list = readBitList(element, 16, sensor.fanCtrlBits, sizeof sensor.fanCtrlBits, reporter);
-    if (list == Result::failed) {
+// A faulty list is not a failure: the sensor says that it has none.
+struct MarksFanCtrlBits {
+    static Result onFault(DcmTemperatureInfo &sensor, const Reporter &)
+    {
         std::memset(sensor.fanCtrlBits, 0, sizeof sensor.fanCtrlBits);
         sensor.fanCtrlBitsInvalid = 1;
+        return Result::ok;
     }
-    return unlessOutOfMemory(list);
-}
+};
 
 constexpr Element kDescription = {textOf(DCM_DESCRIPTION_SIZE, DCM_DESCRIPTION_SIZE - 1)};
 
-constexpr Child<DcmTemperatureInfo> kTemperature[] = {
-    {"highthreshold", signedNumber<&DcmTemperatureInfo::highThreshold>},
-    {"lowthreshold", signedNumber<&DcmTemperatureInfo::lowThreshold>},
-    {"actionhighthreshold", signedNumber<&DcmTemperatureInfo::actionHighThreshold>},
-    {"actionhighthresholdmax", signedNumber<&DcmTemperatureInfo::actionHighThresholdMax>},
-    {"actionhighthresholdmin", signedNumber<&DcmTemperatureInfo::actionHighThresholdMin>},
-    {"actionlowthreshold", signedNumber<&DcmTemperatureInfo::actionLowThreshold>},
-    {"actionlowthresholdmax", signedNumber<&DcmTemperatureInfo::actionLowThresholdMax>},
-    {"actionlowthresholdmin", signedNumber<&DcmTemperatureInfo::actionLowThresholdMin>},
-    {"workthreshold", signedNumber<&DcmTemperatureInfo::workThreshold>},
-    {"workreserved", signedNumber<&DcmTemperatureInfo::workReserved>},
-    {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
-    {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
-    {"description", takeDescription, kDescription},
-    {"type", takeType, kWord<dcmTemperTypeStr2Val>},
-    {"actioncapability", takeActionCapability, kBitList<8>, DCM_SAYS("decode temperature action capability failed.")},
-    {kFanCtrlBitsName, takeFanCtrlBits, kBitList<16>},
+struct Temperature : Table {
+    static constexpr Attribute id = {"id", numberOf(8), Need::required};
+    static constexpr Attribute attributes[] = {id};
+    static constexpr Child<DcmTemperatureInfo> children[] = {
+        {"highthreshold", signedNumber<&DcmTemperatureInfo::highThreshold>},
+        {"lowthreshold", signedNumber<&DcmTemperatureInfo::lowThreshold>},
+        {"actionhighthreshold", signedNumber<&DcmTemperatureInfo::actionHighThreshold>},
+        {"actionhighthresholdmax", signedNumber<&DcmTemperatureInfo::actionHighThresholdMax>},
+        {"actionhighthresholdmin", signedNumber<&DcmTemperatureInfo::actionHighThresholdMin>},
+        {"actionlowthreshold", signedNumber<&DcmTemperatureInfo::actionLowThreshold>},
+        {"actionlowthresholdmax", signedNumber<&DcmTemperatureInfo::actionLowThresholdMax>},
+        {"actionlowthresholdmin", signedNumber<&DcmTemperatureInfo::actionLowThresholdMin>},
+        {"workthreshold", signedNumber<&DcmTemperatureInfo::workThreshold>},
+        {"workreserved", signedNumber<&DcmTemperatureInfo::workReserved>},
+        {"overflowaction", number<&DcmTemperatureInfo::overflowAction>},
+        {"overflowmaxnum", number<&DcmTemperatureInfo::overflowMaxNum>},
+        {"description", call<takeDescription>, kDescription},
+        {"type", call<takeType>, kWord<dcmTemperTypeStr2Val>},
+        {"actioncapability", bitList<&DcmTemperatureInfo::actionCapability, 8>,
+         DCM_MESSAGE("decode temperature action capability failed.")},
+        {kFanCtrlBitsName, bitList<&DcmTemperatureInfo::fanCtrlBits, 16, MarksFanCtrlBits>},
+    };
 };
-
-constexpr Attribute kAttributes[] = {{"id", numberOf(8), Need::required}};
 
 } // namespace
 
-const Element kTemperatureElement = repeated(kWithAttributes<kAttributes, kTemperature>);
+const Element kTemperatureElement = repeated(elementOf<Temperature>);
 
 // Sensors that the owner has no room for are passed over: the decoder appends without a bound of its own.
 Result takeSensor(Node element, SensorBlock &block, const Reporter &)
@@ -79,16 +76,16 @@ Result takeSensor(Node element, SensorBlock &block, const Reporter &)
     return resultOf(dcmDecodeTemperatureEntity(element, block.sensors, &block.count));
 }
 
-Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count, const SensorSays &says,
-                   const Reporter &reporter)
+Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count,
+                   const AnySensorMessages &messages, const Reporter &reporter)
 {
-    if (const Result counted = takeNum(element, room, count, count, says.count, reporter); counted != Result::ok)
+    if (const Result counted = takeNum(element, room, count, count, messages.count, reporter); counted != Result::ok)
         return counted;
     count = 0;
     SensorBlock block = {sensors, room, count};
-    const Result taken = walk<kSensors>(element, block, reporter);
+    const Result taken = walk<SensorTable>(element, block, reporter);
     if (taken != Result::ok)
-        static_cast<void>(reporter.says(says.sensor));
+        static_cast<void>(reportChecked(reporter, messages.sensor));
     return taken;
 }
 
@@ -97,10 +94,10 @@ Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8
 int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count)
 {
     const dcm::Reporter here{__func__};
-    const dcm::Text id = dcm::Text::attribute(node, dcm::kAttributes[0].name, here);
+    const dcm::Text id = dcm::attributeText(node, dcm::Temperature::id, here);
     if (!id)
-        return status(id.missing(here, DCM_SAYS("decode temperature-entity failed, no id prop.")));
+        return status(id.reportMissing(here, DCM_MESSAGE("decode temperature-entity failed, no id prop.")));
     DcmTemperatureInfo &sensor = sensors[(*count)++];
     sensor.id = static_cast<uint8_t>(id.number());
-    return status(dcm::walk<dcm::kTemperature>(node, sensor, here));
+    return status(dcm::walk<dcm::Temperature>(node, sensor, here));
 }

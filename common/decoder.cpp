@@ -4,21 +4,19 @@
 
 namespace dcm {
 
-Result walk(Node parent, const StepTable &table, void *record, const Reporter &reporter)
+Result walk(Node parent, const Row *rows, size_t count, void *record, const Reporter &reporter)
 {
     for (const Node element : children(parent)) {
         const char *name = nameOf(element);
         // Without memory libxml2 may leave an element without its name.
         if (name == nullptr)
-            return reporter.runsOutOfMemory();
+            return reporter.reportOutOfMemory();
         const uint32_t key = wordKey(name);
-        const char *next = reinterpret_cast<const char *>(table.first);
-        for (size_t i = 0; i < table.count; i++, next += table.stride) {
-            const StepName &step = *reinterpret_cast<const StepName *>(next);
-            if (step.key != key || std::strcmp(step.name, name) != 0)
+        for (const Row *row = rows; row != rows + count; row++) {
+            if (row->key != key || std::strcmp(row->name, name) != 0)
                 continue;
-            if (const Result taken = table.take(step, element, record, reporter); taken != Result::ok) {
-                static_cast<void>(reporter.says(step.failure));
+            if (const Result taken = row->take(element, record, reporter); taken != Result::ok) {
+                static_cast<void>(reportChecked(reporter, row->message));
                 return taken;
             }
             break;
@@ -123,7 +121,7 @@ Result takeCapabilities(Node element, const char *childName, Converter converter
     return Result::ok;
 }
 
-Result readBitList(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter)
+Result takeBits(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter)
 {
     const Text list = Text::content(element, reporter);
     if (!list)
@@ -131,47 +129,61 @@ Result readBitList(Node element, size_t maximum, uint8_t *bits, size_t size, con
     return resultOf(dcmStr2BitList(list.c_str(), 1, static_cast<uint32_t>(maximum), bits, static_cast<uint32_t>(size)));
 }
 
-namespace {
-
-template <class Count>
-Result takeNumInto(Node element, size_t most, Count &count, const Count &shown, const CountSays &says,
-                   const Reporter &reporter)
+Result readAttribute(Node element, const char *attribute, uint32_t &number, const Reporter &reporter)
 {
-    const Text num = Text::attribute(element, kNum, reporter);
-    if (!num)
-        return num.missing(reporter, says.noNum);
-    count = static_cast<Count>(num.number());
-    return count <= most ? Result::ok : reporter.says(says.invalid, shown);
-}
-
-} // namespace
-
-Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const CountSays &says,
-               const Reporter &reporter)
-{
-    return takeNumInto(element, most, count, shown, says, reporter);
-}
-
-Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const CountSays &says,
-               const Reporter &reporter)
-{
-    return takeNumInto(element, most, count, shown, says, reporter);
-}
-
-Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
-{
-    const Text text = Text::attribute(element, attribute.name, reporter);
+    const Text text = Text::attribute(element, attribute, reporter);
     number = text ? text.number() : 0;
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 
-Result readId(Node element, uint32_t count, uint32_t &id, const IdSays &says, const Reporter &reporter)
+namespace {
+
+template <class Count>
+Result takeNumInto(Node element, size_t most, Count &count, const Count &shown, const AnyCountMessages &messages,
+                   const Reporter &reporter)
 {
-    const Text text = Text::attribute(element, kId.name, reporter);
+    const Text num = attributeText(element, numOf(most), reporter);
+    if (!num) {
+        static_cast<void>(reportChecked(reporter, messages.noNum));
+        return num.missing();
+    }
+    count = static_cast<Count>(num.number());
+    return count <= most ? Result::ok : reportChecked(reporter, messages.invalid, shown);
+}
+
+} // namespace
+
+Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const AnyCountMessages &messages,
+               const Reporter &reporter)
+{
+    return takeNumInto(element, most, count, shown, messages, reporter);
+}
+
+Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const AnyCountMessages &messages,
+               const Reporter &reporter)
+{
+    return takeNumInto(element, most, count, shown, messages, reporter);
+}
+
+Result readId(Node element, uint32_t count, uint32_t &id, const IdMessages &messages, const Reporter &reporter)
+{
+    const Text text = attributeText(element, kId, reporter);
     if (!text)
-        return text.missing(reporter, says.noId);
+        return text.reportMissing(reporter, messages.noId);
     id = text.number();
-    return id >= 1 && id <= count ? Result::ok : reporter.saysId(says.invalid, id);
+    return id >= 1 && id <= count ? Result::ok : reporter.report(messages.invalid, id);
+}
+
+Result readIds(Node element, const char *attribute, size_t maximum, uint8_t *bits, size_t size,
+               const IdListMessages &messages, const Reporter &reporter)
+{
+    const Text ids = Text::attribute(element, attribute, reporter);
+    if (!ids)
+        return ids.reportMissing(reporter, messages.noId);
+    const int status =
+        dcmStr2BitList(ids.c_str(), 1, static_cast<uint32_t>(maximum), bits, static_cast<uint32_t>(size));
+    return status == 0 || messages.invalid.format == nullptr ? Result::ok
+                                                             : reporter.report(messages.invalid, ids.c_str());
 }
 
 } // namespace dcm

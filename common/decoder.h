@@ -1,5 +1,5 @@
-// Decoders read as tables: a row is an element that a decoder knows, what to do with it, and what the decoder says when
-// that fails. Names stand in tables, behaviour in functions.
+// Decoders read as tables: a row is an element that a decoder knows, what to do with it, and what the decoder reports
+// when that fails. Names are in tables, behaviour is in functions.
 #ifndef DCM_COMMON_DECODER_H
 #define DCM_COMMON_DECODER_H
 
@@ -18,124 +18,155 @@
 namespace dcm {
 
 // ---- Tables ---------------------------------------------------------------------------------------------------------
+//
+//     struct Fan : Table {
+//         static constexpr Attribute id = idListOf(8);           the attributes that the decoder reads
+//         static constexpr Attribute attributes[] = {id};
+//         static constexpr Child<FanDraft> children[] = {        the elements that it knows
+//             {"fanctrl", number<&FanDraft::fanCtrl>},
+//         };
+//     };
+//
+// Two things are made of such a type: rowsOf, which walk() searches, and elementOf, the format, which a linker drops
+// where nobody looks at it. Tables are types because templates over constants of a file, unlike those over its types
+// and functions, get one name for all files from some compilers.
 
-// What a row does with its element; `reporter` is the level at which the table stands.
-template <class Record> using Take = Result (*)(Node element, Record &record, const Reporter &reporter);
+// What every table has unless it says otherwise.
+struct Table {
+    struct Nothing {
+        static constexpr size_t size() { return 0; }
+        static constexpr std::nullptr_t data() { return nullptr; }
+    };
+    static constexpr Content content = {};
+    static constexpr Nothing attributes = {};
+    static constexpr Nothing children = {};
+};
 
-template <class Record> struct Child {
+// A row as walk() sees it: without the types of its record and its reporter, without its format, and with a key of its
+// name, so that the name of an element is read once and not once per row.
+struct Row {
+    uint32_t key;
     const char *name;
-    Take<Record> take;
+    Message message;
+    Result (*take)(Node element, void *record, const Reporter &reporter);
+};
+
+// `TakenBy`: the level at which the table is walked, a Reporter or a query.
+template <class RecordType, class TakenBy = Reporter> struct Child : Row {
+    using Record = RecordType;
+    using By = TakenBy;
+
     const Element *format;
-    Failure failure;
 
     // A leaf of the kinds below.
     template <class Leaf>
-    constexpr Child(const char *childName, Leaf, const Failure &says = {})
-        : name(childName), take(&Leaf::template take<Record>), format(&Leaf::format), failure(says)
+    constexpr Child(const char *childName, Leaf, const MessageFor<By> &reported = {})
+        : Child(childName, Leaf(), Leaf::format, reported)
     {
     }
     // A function of the decoder's own, and what its element may hold.
-    constexpr Child(const char *childName, Take<Record> takeChild, const Element &childFormat, const Failure &says = {})
-        : name(childName), take(takeChild), format(&childFormat), failure(says)
+    template <class Leaf>
+    constexpr Child(const char *childName, Leaf, const Element &childFormat, const MessageFor<By> &reported = {})
+        : Row{wordKey(childName), childName, reported, take<Leaf>}, format(&childFormat)
     {
     }
-};
 
-// A row as the library keeps it: without its format, and with a key of its name, so that the name of an element is
-// read once and not once per row.
-struct StepName {
-    uint32_t key;
-    const char *name;
-    Failure failure;
-};
-template <class Record> struct Step : StepName {
-    Take<Record> take;
-};
-template <class Record, size_t Size> struct Steps {
-    Step<Record> steps[Size] = {};
-
-    constexpr explicit Steps(const Child<Record> (&rows)[Size])
+private:
+    template <class Leaf> static Result take(Node element, void *record, const Reporter &reporter)
     {
-        for (size_t i = 0; i < Size; i++) {
-            steps[i].key = wordKey(rows[i].name);
-            steps[i].name = rows[i].name;
-            steps[i].failure = rows[i].failure;
-            steps[i].take = rows[i].take;
-        }
+        return Leaf::take(element, *static_cast<Record *>(record), static_cast<const By &>(reporter));
     }
 };
-template <class Record, size_t Size> Steps(const Child<Record> (&rows)[Size]) -> Steps<Record, Size>;
-// Written as a call: of a declaration with a deduced type GCC 12 makes a table that can be written.
-template <const auto &rows> inline constexpr auto steps = Steps(rows);
+template <class Record> using QueryChild = Child<Record, QueryReporter>;
 
-// Tables as those see them who look at the format: names and what may stand under them.
+template <size_t Size> struct Rows {
+    Row rows[Size];
+};
+template <class Child, size_t Size> constexpr Rows<Size> toRows(const Child (&children)[Size])
+{
+    Rows<Size> slim = {};
+    for (size_t i = 0; i < Size; i++)
+        slim.rows[i] = children[i];
+    return slim;
+}
+template <class T> inline constexpr auto rowsOf = toRows(T::children);
+
+Result walk(Node parent, const Row *rows, size_t count, void *record, const Reporter &reporter);
+
+template <class T> using ChildOf = std::remove_const_t<std::remove_extent_t<decltype(T::children)>>;
+
+// Hands each child of `parent`, in document order, to its row in the table; skips children without one. The first
+// failure ends it, after `reporter` has reported the row's message. `More` are tables for the same element.
+template <class T, class... More>
+Result walk(Node parent, typename ChildOf<T>::Record &record, const typename ChildOf<T>::By &reporter)
+{
+    const Result result = walk(parent, rowsOf<T>.rows, std::size(rowsOf<T>.rows), &record, reporter);
+    if constexpr (sizeof...(More) != 0)
+        return result == Result::ok ? walk<More...>(parent, record, reporter) : result;
+    return result;
+}
+
+// A function of the decoder's own.
+template <auto Function> struct Call {
+    template <class Record, class By> static Result take(Node element, Record &record, const By &reporter)
+    {
+        return Function(element, record, reporter);
+    }
+};
+template <auto Function> constexpr Call<Function> call;
+
+// ---- Formats --------------------------------------------------------------------------------------------------------
+
 template <size_t Size> struct NamedElements {
     NamedElement elements[Size];
 };
-template <class Record, size_t Size> constexpr size_t sizeOf(const Child<Record> (&)[Size])
+template <class... Ts> constexpr auto nameElements()
 {
-    return Size;
-}
-template <const auto &...tables> constexpr auto nameElements()
-{
-    NamedElements<(sizeOf(tables) + ...)> named = {};
+    NamedElements<(std::size(Ts::children) + ...)> named = {};
     size_t count = 0;
-    const auto append = [&](const auto &rows) {
-        for (const auto &row : rows)
-            named.elements[count++] = {row.name, row.format};
+    const auto append = [&](const auto &children) {
+        for (const auto &child : children)
+            named.elements[count++] = {child.name, child.format};
     };
-    (append(tables), ...);
+    (append(Ts::children), ...);
     return named;
 }
-template <const auto &...tables> inline constexpr auto kNamed = nameElements<tables...>();
+template <class... Ts> inline constexpr auto namedElements = nameElements<Ts...>();
 
-// What an element may hold: the children of its tables, behind its attributes when it has any; or content.
-template <const auto &...tables>
-inline constexpr Element kHolding = {{}, nullptr, 0, kNamed<tables...>.elements, std::size(kNamed<tables...>.elements)};
-template <const auto &attributes, const auto &...tables>
-inline constexpr Element kWithAttributes = {
-    {}, attributes, std::size(attributes), kNamed<tables...>.elements, std::size(kNamed<tables...>.elements)};
-inline constexpr Element holdingText(const Content &content, const Attribute *attributes = nullptr, size_t count = 0)
+// What an element holds that a table describes; `More` are tables for the same element.
+template <class T, class... More> constexpr Element toElement()
 {
-    return {content, attributes, count, nullptr, 0};
+    Element element = {T::content, std::data(T::attributes), std::size(T::attributes)};
+    if constexpr (std::size(T::children) != 0) {
+        element.children = namedElements<T, More...>.elements;
+        element.childCount = std::size(namedElements<T, More...>.elements);
+    }
+    return element;
+}
+template <class T, class... More> inline constexpr Element elementOf = toElement<T, More...>();
+
+// ---- Attributes -----------------------------------------------------------------------------------------------------
+
+// The text of an attribute; absent when the element does not have it.
+inline Text attributeText(Node element, const Attribute &attribute, const Reporter &reporter)
+{
+    return Text::attribute(element, attribute.name, reporter);
 }
 
-// A table without its types, so that the walk exists once.
-struct StepTable {
-    const StepName *first;
-    size_t stride; // from one step to the next, in bytes
-    size_t count;
-    Result (*take)(const StepName &step, Node element, void *record, const Reporter &reporter);
-};
-Result walk(Node parent, const StepTable &table, void *record, const Reporter &reporter);
-
-template <class Record> Result takeStep(const StepName &step, Node element, void *record, const Reporter &reporter)
+// The number in an attribute; 0 where there is none.
+Result readAttribute(Node element, const char *attribute, uint32_t &number, const Reporter &reporter);
+inline Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
 {
-    return static_cast<const Step<Record> &>(step).take(element, *static_cast<Record *>(record), reporter);
+    return readAttribute(element, attribute.name, number, reporter);
 }
-template <const auto &rows, class Record>
-inline constexpr StepTable kStepTable = {&steps<rows>.steps[0], sizeof steps<rows>.steps[0],
-                                         std::size(steps<rows>.steps), takeStep<Record>};
 
-// Hands each child of `parent`, in document order, to its row in the table; passes over children without one. The first
-// failure ends it, after `reporter` has said what the row has for it.
-template <const auto &rows, class Record> Result walk(Node parent, Record &record, const Reporter &reporter)
+// The number of entries that a container announces.
+constexpr Attribute numOf(size_t most, size_t bits = 8, uint8_t least = 0)
 {
-    return walk(parent, kStepTable<rows, Record>, &record, reporter);
+    return {"num", countOf(most, static_cast<uint8_t>(bits), least), Need::required};
 }
 
 // ---- Leaves: what can be done with an element's content -------------------------------------------------------------
-
-// The number in an element's content goes to a field, which keeps the low bits that fit it.
-Result takeNumber(Node element, uint8_t &field, const Reporter &reporter);
-Result takeNumber(Node element, int8_t &field, const Reporter &reporter);
-Result takeNumber(Node element, uint16_t &field, const Reporter &reporter);
-Result takeNumber(Node element, uint32_t &field, const Reporter &reporter);
-
-template <class Value> inline constexpr Element kNumber = {numberOf(sizeof(Value) * 8, std::is_signed_v<Value>)};
-template <size_t Limit> inline constexpr Element kBitList = {bitListOf(Limit)};
-template <size_t Limit> inline constexpr Element kText = {textOf(Limit)};
-template <Converter converter> inline constexpr Element kWord = {wordOf(wordsOf<converter>)};
 
 template <class> struct MemberOf;
 template <class Member, class Record> struct MemberOf<Member Record::*> {
@@ -144,7 +175,17 @@ template <class Member, class Record> struct MemberOf<Member Record::*> {
 // The type of the field that a leaf fills.
 template <auto Field> using FieldType = typename MemberOf<decltype(Field)>::Type;
 
-// The number goes to a field.
+template <class Value> inline constexpr Element kNumber = {numberOf(sizeof(Value) * 8, std::is_signed_v<Value>)};
+template <size_t Limit> inline constexpr Element kBitList = {bitListOf(Limit)};
+template <size_t Limit> inline constexpr Element kText = {textOf(Limit)};
+template <Converter converter> inline constexpr Element kWord = {wordOf(wordsOf<converter>)};
+
+// The number in an element's content goes to a field, which keeps the low bits that fit it.
+Result takeNumber(Node element, uint8_t &field, const Reporter &reporter);
+Result takeNumber(Node element, int8_t &field, const Reporter &reporter);
+Result takeNumber(Node element, uint16_t &field, const Reporter &reporter);
+Result takeNumber(Node element, uint32_t &field, const Reporter &reporter);
+
 template <auto Field> struct Number {
     static constexpr const Element &format = kNumber<FieldType<Field>>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
@@ -160,7 +201,7 @@ template <auto Field> struct SignedNumber : Number<Field> {
 };
 template <auto Field> constexpr SignedNumber<Field> signedNumber;
 
-// The value of the keyword in an element's content; the converter has reported what is none.
+// The value of the keyword in an element's content; the converter has reported a word that is not valid.
 Result convert(Node element, Converter converter, uint32_t &value, const Reporter &reporter);
 // It goes to a field.
 Result takeKeyword(Node element, Converter converter, uint8_t &field, const Reporter &reporter);
@@ -174,7 +215,7 @@ template <auto Field, Converter converter> struct Keyword {
 };
 template <auto Field, Converter converter> constexpr Keyword<Field, converter> keyword;
 
-// The value of a keyword goes through a function, for fields that cannot be pointed at.
+// The value of a keyword goes through a function, for fields that have no address.
 template <auto Set, Converter converter> struct KeywordThrough {
     static constexpr const Element &format = kWord<converter>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
@@ -188,25 +229,27 @@ template <auto Set, Converter converter> struct KeywordThrough {
 };
 template <auto Set, Converter converter> constexpr KeywordThrough<Set, converter> keywordThrough;
 
-// Each child of the element called `childName` holds a keyword; bit `value - First` of a capability set is set. A value
-// that the set has no bit for lands in the record's bytes behind the set.
+// Each child of the element called `Item::name` holds a keyword; bit `value - First` of a capability set is set. A
+// value that the set has no bit for lands in the record's bytes behind the set.
 Result takeCapabilities(Node element, const char *childName, Converter converter, uint32_t first, uint8_t *record,
                         size_t offset, const Reporter &reporter);
-inline constexpr char kCap[] = "cap";
-template <auto Set, Converter converter, uint32_t First = 0, const char *childName = kCap> struct Capabilities {
+struct Cap {
+    static constexpr char name[] = "cap";
+};
+template <auto Set, Converter converter, uint32_t First = 0, class Item = Cap> struct Capabilities {
     static constexpr Element word =
         repeated({setWordOf(wordsOf<converter>, First, sizeof(FieldType<Set>) * 8), nullptr, 0, nullptr, 0});
-    static constexpr NamedElement child = {childName, &word};
+    static constexpr NamedElement child = {Item::name, &word};
     static constexpr Element format = {{}, nullptr, 0, &child, 1};
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
         uint8_t *bytes = reinterpret_cast<uint8_t *>(&record);
         const size_t offset = static_cast<size_t>(reinterpret_cast<uint8_t *>(&(record.*Set)) - bytes);
-        return takeCapabilities(element, childName, converter, First, bytes, offset, reporter);
+        return takeCapabilities(element, Item::name, converter, First, bytes, offset, reporter);
     }
 };
-template <auto Set, Converter converter, uint32_t First = 0, const char *childName = kCap>
-constexpr Capabilities<Set, converter, First, childName> capabilities;
+template <auto Set, Converter converter, uint32_t First = 0, class Item = Cap>
+constexpr Capabilities<Set, converter, First, Item> capabilities;
 
 // Copies the start of a text that fits `room` bytes, without a terminator; returns its length.
 size_t copyBytes(char *field, const Text &text, size_t room);
@@ -214,14 +257,16 @@ size_t copyBytes(char *field, const Text &text, size_t room);
 // The start of the content that fits goes to a field of `room` bytes, without a terminator.
 Result takeBytes(Node element, char *field, size_t room, const Reporter &reporter, size_t *length = nullptr);
 
-template <auto Field> struct Bytes {
-    static constexpr const Element &format = kText<sizeof(FieldType<Field>)>;
+// `Unused`: bytes at the end of the field that are left alone, such as a terminator.
+template <auto Field, size_t Unused = 0> struct Bytes {
+    static constexpr size_t room = sizeof(FieldType<Field>) - Unused;
+    static constexpr const Element &format = kText<room>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
     {
-        return takeBytes(element, record.*Field, sizeof(record.*Field), reporter);
+        return takeBytes(element, record.*Field, room, reporter);
     }
 };
-template <auto Field> constexpr Bytes<Field> bytes;
+template <auto Field, size_t Unused = 0> constexpr Bytes<Field, Unused> bytes;
 
 // As Bytes, and the number of bytes stored goes to a field of its own.
 template <auto Length, auto Field> struct CountedBytes {
@@ -249,74 +294,155 @@ template <auto PhyTypeField, auto OndTypeField> struct PhyType {
 };
 template <auto PhyTypeField, auto OndTypeField> constexpr PhyType<PhyTypeField, OndTypeField> phyType;
 
-// The list of numbers from 1 to `maximum` in an element's content; its faults are the caller's to report.
-Result readBitList(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter);
+// The list of numbers from 1 to `maximum` in an element's content goes to a bit array; what a faulty one means is the
+// caller's to say.
+Result takeBits(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter);
 
-// ---- Attributes and containers --------------------------------------------------------------------------------------
+// A faulty list ...
+struct Fails { // ... is a failure.
+    template <class Record, class By> static Result onFault(Record &, const By &) { return Result::failed; }
+};
+struct KeepsBits { // ... gives the numbers before its fault.
+    template <class Record, class By> static Result onFault(Record &, const By &) { return Result::ok; }
+};
+template <auto Field, size_t Maximum, class Fault = Fails> struct BitList {
+    static_assert(Maximum <= sizeof(FieldType<Field>) * 8);
+    static constexpr const Element &format = kBitList<Maximum>;
+    template <class Record, class By> static Result take(Node element, Record &record, const By &reporter)
+    {
+        const Result list = takeBits(element, Maximum, record.*Field, sizeof(record.*Field), reporter);
+        return list == Result::failed ? Fault::onFault(record, reporter) : list;
+    }
+};
+template <auto Field, size_t Maximum, class Fault = Fails> constexpr BitList<Field, Maximum, Fault> bitList;
 
-// The number in an attribute; 0 where there is none.
-Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter);
+// ---- Containers -----------------------------------------------------------------------------------------------------
 
-// What is said of a count.
-struct CountSays {
-    Failure noNum;
-    Failure invalid;
+// A container without attributes.
+template <class T> struct Holding {
+    static constexpr const Element &format = elementOf<T>;
+    template <class Record, class By> static Result take(Node element, Record &record, const By &reporter)
+    {
+        return walk<T>(element, record, reporter);
+    }
+};
+template <class T> constexpr Holding<T> holding;
+
+// What is reported of a count.
+struct AnyCountMessages {
+    Message noNum;
+    Message invalid;
+};
+template <class By> struct CountMessages : AnyCountMessages {
+    constexpr CountMessages(const MessageFor<By> &ofNoNum, const MessageFor<By, int> &ofInvalid)
+        : AnyCountMessages{ofNoNum, ofInvalid}
+    {
+    }
 };
 
 // The "num" of a container goes to its count, which is stored before it is checked. What is shown of a count beyond
 // `most` is `shown`, read after that.
-inline constexpr char kNum[] = "num";
-Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const CountSays &says,
+Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const AnyCountMessages &messages,
                const Reporter &reporter);
-Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const CountSays &says,
+Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const AnyCountMessages &messages,
                const Reporter &reporter);
 
-// A count as the attribute of a container.
-constexpr Attribute numOf(size_t most, uint8_t bits = 8, uint8_t least = 0)
-{
-    return {kNum, countOf(most, bits, least), Need::required};
-}
-template <size_t Most, uint8_t Bits = 8, uint8_t Least = 0>
-inline constexpr Attribute kNumAttributes[] = {numOf(Most, Bits, Least)};
-
-// A container that announces how many entries it has, and the table of what it holds.
-template <auto Count, size_t Most, const auto &rows, const CountSays &says, auto Shown = Count> struct Counted {
-    static constexpr const Element &format = kWithAttributes<kNumAttributes<Most, sizeof(FieldType<Count>) * 8>, rows>;
-    template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
+// A container that announces in `Count` how many of `Entries` it has.
+template <auto Count, auto Entries, class T, auto Shown = Count> struct Counted {
+    static constexpr size_t most = std::extent_v<FieldType<Entries>>;
+    struct Container : T {
+        static constexpr Attribute attributes[] = {numOf(most, sizeof(FieldType<Count>) * 8)};
+    };
+    static constexpr const Element &format = elementOf<Container>;
+    template <class Record, class By> static Result take(Node element, Record &record, const By &reporter)
     {
-        const Result counted = takeNum(element, Most, record.*Count, record.*Shown, says, reporter);
-        return counted == Result::ok ? walk<rows>(element, record, reporter) : counted;
+        const CountMessages<By> &messages = T::messages;
+        const Result counted = takeNum(element, most, record.*Count, record.*Shown, messages, reporter);
+        return counted == Result::ok ? walk<T>(element, record, reporter) : counted;
     }
 };
-template <auto Count, size_t Most, const auto &rows, const CountSays &says, auto Shown = Count>
-constexpr Counted<Count, Most, rows, says, Shown> counted;
+template <auto Count, auto Entries, class T, auto Shown = Count> constexpr Counted<Count, Entries, T, Shown> counted;
 
-// A container without a count.
-template <const auto &rows> struct Holding {
-    static constexpr const Element &format = kHolding<rows>;
-    template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
-    {
-        return walk<rows>(element, record, reporter);
-    }
-};
-template <const auto &rows> constexpr Holding<rows> holding;
+// ---- Entries: elements with an id -----------------------------------------------------------------------------------
 
-// The id of an entry: one number from 1 to the announced count.
-inline constexpr Attribute kIdAttributes[] = {{"id", idOf(), Need::required}};
-inline constexpr const Attribute &kId = kIdAttributes[0];
-
-// The ids of several entries alike; those above `Kept` are accepted and mean nothing.
-template <size_t Limit, size_t Kept = Limit>
-inline constexpr Attribute kIdListAttributes[] = {{"id", bitListOf(Limit, Kept), Need::required}};
-
-// What is said of an id.
-struct IdSays {
-    Failure noId;
-    Failure invalid;
+// What is reported of an id.
+struct IdMessages {
+    MessageFor<Reporter> noId;
+    MessageFor<Reporter, uint32_t> invalid;
+    MessageFor<Reporter, uint32_t> duplicate = {};
 };
 
 // The one number in an element's "id", which must be from 1 to `count`.
-Result readId(Node element, uint32_t count, uint32_t &id, const IdSays &says, const Reporter &reporter);
+inline constexpr Attribute kId = {"id", idOf(), Need::required};
+Result readId(Node element, uint32_t count, uint32_t &id, const IdMessages &messages, const Reporter &reporter);
+
+// A table of an entry with an id of its own.
+struct EntryTable : Table {
+    static constexpr Attribute attributes[] = {kId};
+    template <class Entry> static bool isTaken(const Entry &entry) { return entry.id != 0; }
+    template <class Entry> static void begin(Entry &entry, uint32_t id)
+    {
+        entry.id = static_cast<decltype(entry.id)>(id);
+    }
+};
+
+// Decodes an element into the entry of its id, as `function`; `count` entries have been announced.
+template <class T, class... More, class Entry>
+Result takeEntry(Node element, Entry *entries, uint32_t count, const char *function)
+{
+    const Reporter here{function};
+    uint32_t id = 0;
+    if (const Result read = readId(element, count, id, T::messages, here); read != Result::ok)
+        return read;
+    Entry &entry = entries[id - 1];
+    if (T::isTaken(entry))
+        return here.report(T::messages.duplicate, id);
+    T::begin(entry, id);
+    if constexpr (std::size(T::children) == 0)
+        return Result::ok;
+    else
+        return walk<T, More...>(element, entry, here);
+}
+
+// What is reported of a list of ids.
+struct IdListMessages {
+    MessageFor<Reporter> noId;
+    MessageFor<Reporter, const char *> invalid;
+};
+
+// The ids of several entries alike; those above `kept` are accepted and mean nothing.
+constexpr Attribute idListOf(size_t limit, size_t kept)
+{
+    return {"id", bitListOf(limit, kept), Need::required};
+}
+constexpr Attribute idListOf(size_t limit)
+{
+    return idListOf(limit, limit);
+}
+
+// Reads an attribute that lists ids.
+Result readIds(Node element, const char *attribute, size_t maximum, uint8_t *bits, size_t size,
+               const IdListMessages &messages, const Reporter &reporter);
+template <size_t Size>
+Result readIds(Node element, const Attribute &attribute, uint8_t (&bits)[Size], const IdListMessages &messages,
+               const Reporter &reporter)
+{
+    return readIds(element, attribute.name, attribute.content.limit, bits, Size, messages, reporter);
+}
+
+// Hands the entry of each listed id to `put`; the first one that is taken ends it.
+template <class T, class Entry, size_t Size, class Put>
+Result putEach(const uint8_t *bits, Entry (&entries)[Size], const Reporter &reporter, const Put &put)
+{
+    for (uint32_t i = 0; i < Size; i++) {
+        if (_dcmBitTest(bits, i) == 0)
+            continue;
+        if (T::isTaken(entries[i]))
+            return reporter.report(T::duplicate, i + 1);
+        put(entries[i], i + 1);
+    }
+    return Result::ok;
+}
 
 } // namespace dcm
 

@@ -1,58 +1,76 @@
 #include "common/number.h"
 
-#include <cstdlib>
+#include <cerrno>
 
 namespace dcm {
 
 namespace {
 
-// The value of a digit in any base; 16 of what is none.
-unsigned digitOf(char character)
+// The value of a digit; at least `Base` for any other character.
+template <unsigned Base> unsigned digitOf(char character)
 {
     const unsigned decimal = static_cast<unsigned char>(character) - 0x30U;
-    if (decimal < 10)
+    if (decimal < 10 || Base <= 10)
         return decimal;
     const unsigned letter = (static_cast<unsigned char>(character) | 0x20U) - 0x61U;
     return letter < 6 ? letter + 10 : 16;
 }
 
-// Moves `text` behind the digits that stand there and reads them; false when they may be too many for 64 bits.
-template <unsigned Base> bool readDigits(const char *&text, uint64_t &number)
+bool isBlank(char character)
 {
-    uint64_t high = 0;
-    for (unsigned digit = digitOf(*text); digit < Base; digit = digitOf(*++text)) {
-        high |= number >> 60;
-        number = number * Base + digit;
-    }
-    return high == 0;
+    return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-// Reads a number that begins with a digit, as nearly all do; false when it takes more than this.
-bool readPlain(const char *&text, uint64_t &number)
+// Moves `text` behind its digits and reads them; false when they are too many for 64 bits.
+template <unsigned Base> bool readDigits(const char *&text, uint64_t &number)
+{
+    bool fits = true;
+    for (unsigned digit = digitOf<Base>(*text); digit < Base; digit = digitOf<Base>(*++text)) {
+        // Only a number near the end of the range takes the exact test.
+        if (number >> 59 != 0 && number > (UINT64_MAX - digit) / Base)
+            fits = false;
+        number = number * Base + digit;
+    }
+    return fits;
+}
+
+bool readUnsigned(const char *&text, uint64_t &number)
 {
     if (text[0] != '0')
-        return digitOf(text[0]) < 10 && readDigits<10>(text, number);
-    if (text[1] == 'X' || text[1] == 'x') {
+        return readDigits<10>(text, number);
+    if ((text[1] == 'X' || text[1] == 'x') && digitOf<16>(text[2]) < 16) {
         text += 2;
-        return digitOf(text[0]) < 16 && readDigits<16>(text, number);
+        return readDigits<16>(text, number);
     }
     return readDigits<8>(text, number);
 }
 
 } // namespace
 
+// As strtoull reads in the "C" locale with base 0, but the same on every machine: some libcs read binary numbers, too,
+// which descriptions do not have.
 uint32_t readNumber(const char *text, const char **end)
 {
-    uint64_t number = 0;
     const char *stop = text;
-    if (!readPlain(stop, number)) {
-        char *libcStop = nullptr;
-        // strtoul with the same width everywhere: the low bits of a number are the same on a 32-bit machine.
-        number = std::strtoull(text, &libcStop, 0);
-        stop = libcStop;
+    bool isNegative = false;
+    // Nearly every number begins with a digit.
+    if (digitOf<10>(*stop) >= 10) {
+        while (isBlank(*stop))
+            stop++;
+        isNegative = *stop == '-';
+        if (isNegative || *stop == '+')
+            stop++;
+    }
+    const char *digits = stop;
+    uint64_t number = 0;
+    if (!readUnsigned(stop, number)) {
+        number = UINT64_MAX; // whatever the sign
+        errno = ERANGE;      // kept: the report of a file that is not well-formed shows what errno was left as
+    } else if (isNegative) {
+        number = 0 - number;
     }
     if (end != nullptr)
-        *end = stop;
+        *end = stop != digits ? stop : text;
     return static_cast<uint32_t>(number);
 }
 

@@ -2,28 +2,42 @@
 
 namespace dcm {
 
-Result Reporter::says(const Failure &failure) const
+namespace {
+
+const char *fileOf(const Reporter &reporter)
 {
-    if (failure.format == nullptr)
+    return static_cast<const QueryReporter &>(reporter).file;
+}
+
+} // namespace
+
+Result reportChecked(const Reporter &reporter, const Message &message)
+{
+    if (message.format == nullptr)
         return Result::failed;
-    return failure.namesFile ? report(failure.format, function, failure.line, file)
-                             : report(failure.format, function, failure.line);
+    return message.namesFile ? report(message.format, reporter.function, message.line, fileOf(reporter))
+                             : report(message.format, reporter.function, message.line);
 }
 
-Result Reporter::says(const Failure &failure, int num) const
+Result reportChecked(const Reporter &reporter, const Message &message, int num)
 {
-    return failure.namesFile ? report(failure.format, function, failure.line, file, num)
-                             : report(failure.format, function, failure.line, num);
+    return message.namesFile ? report(message.format, reporter.function, message.line, fileOf(reporter), num)
+                             : report(message.format, reporter.function, message.line, num);
 }
 
-Result Reporter::saysId(const Failure &failure, uint32_t id) const
+Result Reporter::report(const MessageFor<Reporter, uint32_t> &message, uint32_t id) const
 {
-    return report(failure.format, function, failure.line, id);
+    return dcm::report(message.format, function, message.line, id);
 }
 
-Result Reporter::runsOutOfMemory() const
+Result Reporter::report(const MessageFor<Reporter, const char *> &message, const char *text) const
 {
-    static_cast<void>(says(DCM_SAYS("out of memory.")));
+    return dcm::report(message.format, function, message.line, text);
+}
+
+Result Reporter::reportOutOfMemory() const
+{
+    static_cast<void>(report(DCM_MESSAGE("out of memory.")));
     return Result::outOfMemory;
 }
 

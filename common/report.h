@@ -7,24 +7,27 @@
 
 #include <cstdio>
 
-// Every message is one literal, which this completes.
-#define DCM_MESSAGE(text) "[%s:%u]: " text "\r\n"
+// Completes the text of a message, which is always one literal.
+#define DCM_FORMAT(text) "[%s:%u]: " text "\r\n"
 
-// Reports `text` with its arguments as said by `function`; the value is Result::failed. The branch that is never taken
+// Reports `text` with its arguments as said by `function`; evaluates to Result::failed. The branch that is never taken
 // lets the compiler check the arguments against the text.
 #define DCM_REPORT(function, text, ...)                                                                                \
-    (false ? (static_cast<void>(std::printf(DCM_MESSAGE(text), function, 0U, __VA_ARGS__)), dcm::Result::failed)       \
-           : dcm::report(DCM_MESSAGE(text), function, static_cast<unsigned>(__LINE__), __VA_ARGS__))
+    (false ? (static_cast<void>(std::printf(DCM_FORMAT(text), function, 0U, __VA_ARGS__)), dcm::Result::failed)        \
+           : dcm::report(DCM_FORMAT(text), function, static_cast<unsigned>(__LINE__), __VA_ARGS__))
 
-// What a level says when a step below it failed: the text and where it stands. There is one macro for each list of
-// arguments that Reporter completes. The sample arguments let the compiler check the text; they are never evaluated.
-#define DCM_SAYS(text) DCM_FAILURE(text, false, "", 0U)
-#define DCM_SAYS_NUM(text) DCM_FAILURE(text, false, "", 0U, 0)
-#define DCM_SAYS_ID(text) DCM_FAILURE(text, false, "", 0U, 0U)
-#define DCM_SAYS_FILE(text) DCM_FAILURE(text, true, "", 0U, "")
-#define DCM_SAYS_FILE_NUM(text) DCM_FAILURE(text, true, "", 0U, "", 0)
-#define DCM_FAILURE(text, namesFile, ...)                                                                              \
-    dcm::failure<sizeof(std::printf(DCM_MESSAGE(text), __VA_ARGS__))>(DCM_MESSAGE(text), __LINE__, namesFile)
+// Declares a message that a level reports later, with the line of the declaration. There is one macro for each list of
+// arguments, and each makes a type of its own: a message that needs a file name or a number cannot be used where there
+// is none. The sample arguments let the compiler check the text; they are never evaluated.
+#define DCM_MESSAGE(text) DCM_MESSAGE_OF((dcm::Reporter), text, "", 0U)
+#define DCM_MESSAGE_NUM(text) DCM_MESSAGE_OF((dcm::Reporter, int), text, "", 0U, 0)
+#define DCM_MESSAGE_ID(text) DCM_MESSAGE_OF((dcm::Reporter, uint32_t), text, "", 0U, 0U)
+#define DCM_MESSAGE_TEXT(text) DCM_MESSAGE_OF((dcm::Reporter, const char *), text, "", 0U, "")
+#define DCM_MESSAGE_FILE(text) DCM_MESSAGE_OF((dcm::QueryReporter), text, "", 0U, "")
+#define DCM_MESSAGE_FILE_NUM(text) DCM_MESSAGE_OF((dcm::QueryReporter, int), text, "", 0U, "", 0)
+#define DCM_MESSAGE_OF(types, text, ...)                                                                               \
+    dcm::MessageFor<DCM_UNPACK types>(DCM_FORMAT(text), __LINE__, sizeof(std::printf(DCM_FORMAT(text), __VA_ARGS__)))
+#define DCM_UNPACK(...) __VA_ARGS__
 
 namespace dcm {
 
@@ -41,27 +44,55 @@ inline const char *printable(const unsigned char *text)
     return text != nullptr ? reinterpret_cast<const char *>(text) : "(null)";
 }
 
-struct Failure {
-    const char *format = nullptr; // nullptr: the level adds nothing
+// A message without the types of its arguments, as tables keep it.
+struct Message {
+    const char *format = nullptr; // nullptr: nothing is reported
     unsigned line = 0;
     bool namesFile = false;
 };
 
-// What DCM_FAILURE makes; the parameter is only there to be computed.
-template <size_t> constexpr Failure failure(const char *format, unsigned line, bool namesFile)
-{
-    return {format, line, namesFile};
-}
+struct Reporter;
+struct QueryReporter;
 
-// Who reports: a function and, for a query, its file.
+// A message that a `By` reports with `Values`. What any decoder reports, a query reports as well; only a query can name
+// its file.
+template <class By, class... Values> struct MessageFor : Message {
+    constexpr MessageFor() = default;
+    constexpr MessageFor(const char *text, unsigned declaredAt, size_t /* is there to be computed */)
+        : Message{text, declaredAt}
+    {
+    }
+};
+template <class... Values> struct MessageFor<QueryReporter, Values...> : Message {
+    constexpr MessageFor() = default;
+    constexpr MessageFor(const char *text, unsigned declaredAt, size_t) : Message{text, declaredAt, true} {}
+    constexpr MessageFor(const MessageFor<Reporter, Values...> &message) : Message(message) {} // NOLINT(*-explicit-*)
+};
+
+// Reports a message whose type has been checked when it went into a table: one that names a file needs a QueryReporter.
+Result reportChecked(const Reporter &reporter, const Message &message);
+Result reportChecked(const Reporter &reporter, const Message &message, int num);
+
+// Who reports: a function.
 struct Reporter {
     const char *function;
-    const char *file = nullptr;
 
-    Result says(const Failure &failure) const;
-    Result says(const Failure &failure, int num) const;
-    Result saysId(const Failure &failure, uint32_t id) const;
-    Result runsOutOfMemory() const;
+    Result report(const MessageFor<Reporter> &message) const { return reportChecked(*this, message); }
+    Result report(const MessageFor<Reporter, uint32_t> &message, uint32_t id) const;
+    Result report(const MessageFor<Reporter, const char *> &message, const char *text) const;
+    Result reportOutOfMemory() const;
+};
+
+// A query, which has a file.
+struct QueryReporter : Reporter {
+    const char *file;
+
+    using Reporter::report;
+    Result report(const MessageFor<QueryReporter> &message) const { return reportChecked(*this, message); }
+    Result report(const MessageFor<QueryReporter, int> &message, int num) const
+    {
+        return reportChecked(*this, message, num);
+    }
 };
 
 } // namespace dcm

@@ -19,28 +19,41 @@ struct SensorBlock {
 
 Result takeSensor(Node element, SensorBlock &block, const Reporter &reporter);
 
-inline constexpr Child<SensorBlock> kSensors[] = {
-    {"temperature", takeSensor, kTemperatureElement},
+struct SensorTable : Table {
+    static constexpr Child<SensorBlock> children[] = {
+        {"temperature", call<takeSensor>, kTemperatureElement},
+    };
 };
 
-struct SensorSays {
-    CountSays count;
-    Failure sensor;
+template <size_t Most> struct SensorsUpTo : SensorTable {
+    static constexpr Attribute attributes[] = {numOf(Most)};
+};
+
+struct AnySensorMessages {
+    AnyCountMessages count;
+    Message sensor;
+};
+template <class By> struct SensorMessages : AnySensorMessages {
+    constexpr SensorMessages(const CountMessages<By> &ofCount, const MessageFor<By> &ofSensor)
+        : AnySensorMessages{ofCount, ofSensor}
+    {
+    }
 };
 
 // A "temperature-entity": "num" bounds what is announced, the array what is kept.
-Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count, const SensorSays &says,
-                   const Reporter &reporter);
+Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count,
+                   const AnySensorMessages &messages, const Reporter &reporter);
 
-template <auto Count, auto Sensors, const SensorSays &says> struct SensorsOf {
+template <auto Count, auto Sensors, class T> struct SensorsOf {
     static constexpr size_t room = std::extent_v<FieldType<Sensors>>;
-    static constexpr const Element &format = kWithAttributes<kNumAttributes<room>, kSensors>;
-    template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
+    static constexpr const Element &format = elementOf<SensorsUpTo<room>>;
+    template <class Record, class By> static Result take(Node element, Record &record, const By &reporter)
     {
-        return takeSensors(element, record.*Sensors, room, record.*Count, says, reporter);
+        const SensorMessages<By> &messages = T::messages;
+        return takeSensors(element, record.*Sensors, room, record.*Count, messages, reporter);
     }
 };
-template <auto Count, auto Sensors, const SensorSays &says> constexpr SensorsOf<Count, Sensors, says> sensors;
+template <auto Count, auto Sensors, class T> constexpr SensorsOf<Count, Sensors, T> sensors;
 
 } // namespace dcm
 

@@ -26,8 +26,9 @@ const xmlAttr *attributeNamed(Node element, const char *name)
     for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next)
         if (attribute->name != nullptr && std::strcmp(reinterpret_cast<const char *>(attribute->name), name) == 0)
             return attribute;
-    // Only a document type gives an element what it does not have.
-    return element->doc->intSubset != nullptr ? xmlHasProp(element, xmlText(name)) : nullptr;
+    // Only a document type gives an element what it does not have. The tree of an exported decoder's caller may have no
+    // document at all.
+    return element->doc != nullptr && element->doc->intSubset != nullptr ? xmlHasProp(element, xmlText(name)) : nullptr;
 }
 
 // How much entities may add to one text and to a whole description, and how deep texts may nest: with entities a short
@@ -130,7 +131,7 @@ Text Text::owned(unsigned char *copy, bool isCut, const Reporter &reporter)
     if (copy == nullptr || isCut) {
         text.text_ = nullptr;
         text.outOfMemory_ = true;
-        static_cast<void>(reporter.runsOutOfMemory());
+        static_cast<void>(reporter.reportOutOfMemory());
     }
     return text;
 }
@@ -140,19 +141,13 @@ Text::Text(Text &&other) noexcept : text_(other.text_), copy_(other.copy_), outO
     other.copy_ = nullptr;
 }
 
-Result Text::missing(const Reporter &reporter, const Failure &failure) const
-{
-    static_cast<void>(reporter.says(failure));
-    return outOfMemory_ ? Result::outOfMemory : Result::failed;
-}
-
-Result rootOf(::_xmlDoc *document, Node &root, const Reporter &reporter)
+Result rootOf(::_xmlDoc *document, Node &root, const QueryReporter &reporter)
 {
     root = xmlDocGetRootElement(document);
     // Only a description with a document type can have entities of its own.
     if (document->intSubset != nullptr && !isExpandable(root, kDocumentExpansionMax))
-        return reporter.runsOutOfMemory();
-    return root != nullptr ? Result::ok : reporter.says(DCM_SAYS_FILE("xmlfile(%s) get root elem failed."));
+        return reporter.reportOutOfMemory();
+    return root != nullptr ? Result::ok : reporter.report(DCM_MESSAGE_FILE("xmlfile(%s) get root elem failed."));
 }
 
 Document::~Document()
@@ -161,7 +156,7 @@ Document::~Document()
         xmlFreeDoc(document_);
 }
 
-Result Document::parse(const Reporter &reporter)
+Result Document::parse(const QueryReporter &reporter)
 {
     bool isCut = false;
     {
@@ -175,16 +170,16 @@ Result Document::parse(const Reporter &reporter)
                           std::strerror(error));
     }
     if (isCut)
-        return reporter.runsOutOfMemory();
+        return reporter.reportOutOfMemory();
     return rootOf(document_, root_, reporter);
 }
 
-Result Document::parseDevice(const Reporter &reporter)
+Result Document::parseDevice(const QueryReporter &reporter)
 {
     if (const Result parsed = parse(reporter); parsed != Result::ok)
         return parsed;
     return isNamed(root_, kDeviceName) ? Result::ok
-                                       : reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not device."));
+                                       : reporter.report(DCM_MESSAGE_FILE("xmlfile(%s) first tag is not device."));
 }
 
 } // namespace dcm

@@ -89,8 +89,13 @@ public:
     // False when there is nothing to read: the text is absent, or memory ran out, which has then been reported.
     explicit operator bool() const { return text_ != nullptr; }
     bool isOutOfMemory() const { return outOfMemory_; }
-    // What it comes to that there is nothing to read: `failure` is said of an absent text.
-    Result missing(const Reporter &reporter, const Failure &failure) const;
+    // The result where there is nothing to read; the other one reports `message` first.
+    Result missing() const { return outOfMemory_ ? Result::outOfMemory : Result::failed; }
+    template <class By, class MessageType> Result reportMissing(const By &reporter, const MessageType &message) const
+    {
+        static_cast<void>(reporter.report(message));
+        return missing();
+    }
 
     const unsigned char *word() const { return text_; } // nullptr when there is nothing to read
     const char *c_str() const { return reinterpret_cast<const char *>(text_); }
@@ -122,7 +127,7 @@ private:
 inline constexpr char kDeviceName[] = "device";
 
 // The root of a parsed document, of which entities must not make too much.
-Result rootOf(::_xmlDoc *document, Node &root, const Reporter &reporter);
+Result rootOf(::_xmlDoc *document, Node &root, const QueryReporter &reporter);
 
 // A description file from its parsing to its release.
 class Document {
@@ -133,9 +138,9 @@ public:
     Document &operator=(const Document &) = delete;
 
     // Parses the reporter's file.
-    Result parse(const Reporter &reporter);
+    Result parse(const QueryReporter &reporter);
     // Parses the reporter's file, which must be a device description.
-    Result parseDevice(const Reporter &reporter);
+    Result parseDevice(const QueryReporter &reporter);
     Node root() const { return root_; }
 
 private:

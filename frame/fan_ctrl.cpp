@@ -1,118 +1,106 @@
 #include "common/fan_ctrl.h"
 #include "frame/frame.h"
 
-#include <iterator>
-
 namespace dcm {
 
 namespace {
 
+// ---- Fan controllers ------------------------------------------------------------------------------------------------
+
 // What only the fan controllers of frames have.
-constexpr Child<DcmFanCtrlInfo> kFrameSettings[] = {
-    {"speedlevelforce", number<&DcmFanCtrlInfo::speedLevelForce>},
+struct FrameSettings : Table {
+    static constexpr Child<DcmFanCtrlInfo> children[] = {
+        {"speedlevelforce", number<&DcmFanCtrlInfo::speedLevelForce>},
+    };
 };
 
-Result takeSettings(Node element, DcmFanCtrlInfo &fanCtrl, const Reporter &reporter)
-{
-    const Result shared = walk<kFanCtrlSettings>(element, fanCtrl, reporter);
-    return shared == Result::ok ? walk<kFrameSettings>(element, fanCtrl, reporter) : shared;
-}
-
-// kept: a faulty list gives the numbers before its fault.
-template <auto Field, uint32_t Maximum> struct BitsBeforeFault {
-    static constexpr const Element &format = kBitList<Maximum>;
-    template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
-    {
-        return unlessOutOfMemory(readBitList(element, Maximum, record.*Field, sizeof(record.*Field), reporter));
-    }
+struct FanCtrl : FanCtrlSettings {
+    static constexpr IdMessages messages = {
+        DCM_MESSAGE("decode fanctrl-entity failed, no id prop."),
+        DCM_MESSAGE_ID("decode fanctrl-entity failed, invalid id(%u)."),
+        DCM_MESSAGE_ID("decode fanctrl-entity failed, duplicate id(%u)."),
+    };
 };
-template <auto Field, uint32_t Maximum> constexpr BitsBeforeFault<Field, Maximum> bitsBeforeFault;
 
-constexpr Child<DcmFanCtrlMapInfo> kMap[] = {
-    {"card", bitsBeforeFault<&DcmFanCtrlMapInfo::cardBits, DCM_SLOT_MAX>},
-    {kCooledPowerName, bitsBeforeFault<&DcmFanCtrlMapInfo::powerBits, DCM_POWER_MAX>},
-    {kCooledFanModuleName, bitsBeforeFault<&DcmFanCtrlMapInfo::fanModuleBits, DCM_FAN_MODULE_MAX>},
+// Its messages are those of the single fan controller; the function's name tells them apart.
+struct FanCtrlGroup : FanCtrl {
+    static constexpr Attribute ids = idListOf(DCM_FAN_CTRL_MAX);
+    static constexpr Attribute attributes[] = {ids};
+    static constexpr IdListMessages messages = {
+        DCM_MESSAGE("decode fanctrl-entity failed, no id prop."),
+        DCM_MESSAGE_TEXT("decode fanctrl-entity failed, invalid id(%s)."),
+    };
+    static constexpr auto duplicate = DCM_MESSAGE_ID("decode fanctrl-entity failed, duplicate id(%u).");
+};
+
+// ---- What each of them cools ----------------------------------------------------------------------------------------
+
+struct FanCtrlMap : EntryTable {
+    static constexpr Attribute ids = idListOf(DCM_FAN_CTRL_MAX);
+    static constexpr Attribute attributes[] = {ids};
+    static constexpr IdListMessages messages = {
+        DCM_MESSAGE("decode fanctrl-map failed, no id prop."),
+        DCM_MESSAGE_TEXT("decode fanctrl-map failed, invalid id(%s)."),
+    };
+    static constexpr auto duplicate = DCM_MESSAGE_ID("decode fanctrl-map failed, duplicate id(%u).");
+    // kept: a faulty list gives the numbers before its fault.
+    static constexpr Child<DcmFanCtrlMapInfo> children[] = {
+        {"card", bitList<&DcmFanCtrlMapInfo::cardBits, DCM_SLOT_MAX, KeepsBits>},
+        {kCooledPowerName, bitList<&DcmFanCtrlMapInfo::powerBits, DCM_POWER_MAX, KeepsBits>},
+        {kCooledFanModuleName, bitList<&DcmFanCtrlMapInfo::fanModuleBits, DCM_FAN_MODULE_MAX, KeepsBits>},
+    };
 };
 
 } // namespace
 
-const Element kFanCtrlElement = repeated(kWithAttributes<kIdAttributes, kFanCtrlSettings, kFrameSettings>);
-const Element kFanCtrlGroupElement =
-    repeated(kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kFanCtrlSettings, kFrameSettings>);
-const Element kFanCtrlMapElement = repeated(kWithAttributes<kIdListAttributes<DCM_FAN_CTRL_MAX>, kMap>);
+const Element kFanCtrlElement = repeated(elementOf<FanCtrl, FrameSettings>);
+const Element kFanCtrlGroupElement = repeated(elementOf<FanCtrlGroup, FrameSettings>);
+const Element kFanCtrlMapElement = repeated(elementOf<FanCtrlMap>);
 
 Result _dcmDecodeFanCtrlEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
-    static constexpr IdSays kSays = {DCM_SAYS("decode fanctrl-entity failed, no id prop."),
-                                     DCM_SAYS_ID("decode fanctrl-entity failed, invalid id(%u).")};
-    const Reporter here{__func__};
-    uint32_t id = 0;
-    if (const Result read = readId(element, frame.fanCtrlNum, id, kSays, here); read != Result::ok)
-        return read;
-    DcmFanCtrlInfo &fanCtrl = frame.fanCtrlInfo[id - 1];
-    if (fanCtrl.id != 0)
-        return DCM_REPORT(__func__, "decode fanctrl-entity failed, duplicate id(%u).", id);
-    fanCtrl.id = static_cast<uint8_t>(id);
-    return takeSettings(element, fanCtrl, here);
+    return takeEntry<FanCtrl, FrameSettings>(element, frame.fanCtrlInfo, frame.fanCtrlNum, __func__);
 }
 
-// Its messages are those of the single fan controller; the function's name tells them apart.
 Result _dcmDecodeFanCtrlGroupEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kIdListAttributes<DCM_FAN_CTRL_MAX>[0].name, here);
-    if (!ids)
-        return ids.missing(here, DCM_SAYS("decode fanctrl-entity failed, no id prop."));
     uint8_t idBits[1] = {};
-    if (dcmStr2BitList(ids.c_str(), 1, DCM_FAN_CTRL_MAX, idBits, sizeof idBits) != 0)
-        return DCM_REPORT(__func__, "decode fanctrl-entity failed, invalid id(%s).", ids.c_str());
+    if (const Result read = readIds(element, FanCtrlGroup::ids, idBits, FanCtrlGroup::messages, here);
+        read != Result::ok)
+        return read;
     const uint32_t top = _dcmBitLastSet(idBits, DCM_FAN_CTRL_MAX);
     if (top > frame.fanCtrlNum)
         return DCM_REPORT(__func__, "decode fanctrl-entity failed, fanctrl id(%u) is out of range(%u).", top,
                           uint32_t{frame.fanCtrlNum});
 
     DcmFanCtrlInfo draft = {};
-    if (const Result taken = takeSettings(element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<FanCtrlGroup, FrameSettings>(element, draft, here); taken != Result::ok)
         return taken;
-
-    for (uint32_t i = 0; i < top; i++) {
-        if (_dcmBitTest(idBits, i) == 0)
-            continue;
-        if (frame.fanCtrlInfo[i].id != 0)
-            return DCM_REPORT(__func__, "decode fanctrl-entity failed, duplicate id(%u).", i + 1);
-        frame.fanCtrlInfo[i] = draft;
-        frame.fanCtrlInfo[i].id = static_cast<uint8_t>(i + 1);
-    }
-    return Result::ok;
+    return putEach<FanCtrlGroup>(idBits, frame.fanCtrlInfo, here, [&](DcmFanCtrlInfo &fanCtrl, uint32_t id) {
+        fanCtrl = draft;
+        fanCtrl.id = static_cast<uint8_t>(id);
+    });
 }
 
 Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporter &)
 {
     const Reporter here{__func__};
-    const Text ids = Text::attribute(element, kIdListAttributes<DCM_FAN_CTRL_MAX>[0].name, here);
-    if (!ids)
-        return ids.missing(here, DCM_SAYS("decode fanctrl-map failed, no id prop."));
     uint8_t idBits[1] = {};
-    if (dcmStr2BitList(ids.c_str(), 1, DCM_FAN_CTRL_MAX, idBits, sizeof idBits) != 0)
-        return DCM_REPORT(__func__, "decode fanctrl-map failed, invalid id(%s).", ids.c_str());
+    if (const Result read = readIds(element, FanCtrlMap::ids, idBits, FanCtrlMap::messages, here); read != Result::ok)
+        return read;
     const uint32_t top = _dcmBitLastSet(idBits, DCM_FAN_CTRL_MAX);
     if (top > frame.fanCtrlNum)
         return DCM_REPORT(__func__, "decode fanctrl-map failed, fanctrl id(%u) is out of range(%u).", top,
                           uint32_t{frame.fanCtrlNum});
 
     DcmFanCtrlMapInfo draft = {};
-    if (const Result taken = walk<kMap>(element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<FanCtrlMap>(element, draft, here); taken != Result::ok)
         return taken;
-
-    for (uint32_t i = 0; i < top; i++) {
-        if (_dcmBitTest(idBits, i) == 0)
-            continue;
-        if (frame.fanCtrlMap[i].id != 0)
-            return DCM_REPORT(__func__, "decode fanctrl-map failed, duplicate id(%u).", i + 1);
-        frame.fanCtrlMap[i] = draft;
-        frame.fanCtrlMap[i].id = static_cast<uint8_t>(i + 1);
-    }
-    return Result::ok;
+    return putEach<FanCtrlMap>(idBits, frame.fanCtrlMap, here, [&](DcmFanCtrlMapInfo &map, uint32_t id) {
+        map = draft;
+        map.id = static_cast<uint8_t>(id);
+    });
 }
 
 } // namespace dcm

@@ -14,14 +14,15 @@ struct FanDraft {
     uint8_t fanCtrlOffset;
 };
 
-constexpr Child<FanDraft> kFan[] = {
-    {kFanCtrlName, number<&FanDraft::fanCtrl>},
-    {kFanCtrlOffsetName, signedNumber<&FanDraft::fanCtrlOffset>},
+struct Fan : Table {
+    static constexpr Attribute ids = unitIds(DCM_FAN_MAX);
+    static constexpr Attribute attributes[] = {ids};
+    static constexpr IdListMessages messages = {DCM_MESSAGE("decode fan failed, no id prop."), {}};
+    static constexpr Child<FanDraft> children[] = {
+        {kFanCtrlName, number<&FanDraft::fanCtrl>},
+        {kFanCtrlOffsetName, signedNumber<&FanDraft::fanCtrlOffset>},
+    };
 };
-
-// kept: ids up to 8 are accepted, and mean nothing where there is no entry for them.
-constexpr const auto &kFanIds = kIdListAttributes<8, DCM_FAN_MAX>;
-constexpr const auto &kModuleIds = kIdListAttributes<8, DCM_FAN_MODULE_MAX>;
 
 struct FanModuleDraft : UnitDraft {
     uint8_t fanNum;
@@ -34,17 +35,16 @@ struct FanModuleDraft : UnitDraft {
 Result _dcmDecodeFanEntity(Node element, FanModuleDraft &module)
 {
     const Reporter here{__func__};
-    uint8_t idBits = 0;
-    if (const Result read = readUnitIds(element, kFanIds[0], idBits, DCM_SAYS("decode fan failed, no id prop."), here);
-        read != Result::ok)
+    uint8_t idBits[1] = {};
+    if (const Result read = readIds(element, Fan::ids, idBits, Fan::messages, here); read != Result::ok)
         return read;
 
     FanDraft draft = {};
-    if (const Result taken = walk<kFan>(element, draft, here); taken != Result::ok)
+    if (const Result taken = walk<Fan>(element, draft, here); taken != Result::ok)
         return taken;
 
     for (uint32_t i = 0; i < std::size(module.fan); i++) {
-        if (_dcmBitTest(&idBits, i) == 0)
+        if (_dcmBitTest(idBits, i) == 0)
             continue;
         if (i + 1 > module.fanNum)
             return DCM_REPORT(__func__, "decode fan failed, fan id(%u) is out of range(%u).", i + 1,
@@ -65,68 +65,52 @@ Result takeFan(Node element, FanModuleDraft &draft, const Reporter &)
     return _dcmDecodeFanEntity(element, draft);
 }
 
-Result takeLeds(Node element, FanModuleDraft &draft, const Reporter &)
-{
-    return takeUnitLeds(element, draft, kAttachFan);
-}
-
-Result takeLedMap(Node element, FanModuleDraft &draft, const Reporter &)
-{
-    return takeUnitLedMap(element, draft);
-}
-
-constexpr SensorSays kSensorSays = {
-    {DCM_SAYS("fan module decode temperature-entity failed, required num prop."),
-     DCM_SAYS_NUM("fan module decode temperature-entity failed, num(=%d) invalid.")},
-    DCM_SAYS("fan module decode temperature failed."),
+struct FanModuleSensors : SensorTable {
+    static constexpr SensorMessages<Reporter> messages = {
+        {DCM_MESSAGE("fan module decode temperature-entity failed, required num prop."),
+         DCM_MESSAGE_NUM("fan module decode temperature-entity failed, num(=%d) invalid.")},
+        DCM_MESSAGE("fan module decode temperature failed."),
+    };
 };
 
-constexpr Element kFanElement = repeated(kWithAttributes<kFanIds, kFan>);
+constexpr Element kFanElement = repeated(elementOf<Fan>);
 
-constexpr Child<FanModuleDraft> kFanModule[] = {
-    {"fannum", number<&FanModuleDraft::fanNum>},
-    {kModuleSlotName, number<&FanModuleDraft::slot>},
-    {kModuleSlotOffsetName, signedNumber<&FanModuleDraft::slotOffset>},
-    {"fan", takeFan, kFanElement, DCM_SAYS("fan module decode fan failed.")},
-    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS("fan module decode led failed.")},
-    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS("fan module decode led-map failed.")},
-    {"temperature-entity", sensors<&UnitDraft::temperatureNum, &UnitDraft::temperature, kSensorSays>},
+struct FanModule : Table {
+    static constexpr Attribute ids = unitIds(DCM_FAN_MODULE_MAX);
+    static constexpr Attribute attributes[] = {ids};
+    static constexpr IdListMessages messages = {DCM_MESSAGE("decode fanmodule-entity failed, no id prop."), {}};
+    static constexpr auto duplicate = DCM_MESSAGE_ID("decode fanmodule-entity failed, duplicate id(%u).");
+    static constexpr Child<FanModuleDraft> children[] = {
+        {"fannum", number<&FanModuleDraft::fanNum>},
+        {kModuleSlotName, number<&FanModuleDraft::slot>},
+        {kModuleSlotOffsetName, signedNumber<&FanModuleDraft::slotOffset>},
+        {"fan", call<takeFan>, kFanElement, DCM_MESSAGE("fan module decode fan failed.")},
+        {"led-entity", call<takeUnitLeds<kAttachFan>>, kLedEntityElement, DCM_MESSAGE("fan module decode led failed.")},
+        {"led-map", call<takeUnitLedMap>, kLedMapElement, DCM_MESSAGE("fan module decode led-map failed.")},
+        {"temperature-entity", sensors<&UnitDraft::temperatureNum, &UnitDraft::temperature, FanModuleSensors>},
+    };
+
+    static bool isWithin(uint32_t index, uint32_t num) { return index < num; }
+    static Result reportOutOfRange(const Reporter &here, uint32_t id, uint32_t num)
+    {
+        return DCM_REPORT(here.function, "decode fanmodule-entity failed, fanmodule id(%u) is out of range(%u).", id,
+                          num);
+    }
+    static void complete(DcmFanModuleInfo &module, const FanModuleDraft &draft)
+    {
+        module.fanNum = draft.fanNum;
+        std::memcpy(module.fan, draft.fan, sizeof module.fan);
+        module.slot = draft.slot != 0 ? draft.slot : static_cast<uint8_t>(module.id + draft.slotOffset);
+    }
 };
 
 } // namespace
 
-const Element kFanModuleElement = repeated(kWithAttributes<kModuleIds, kFanModule>);
+const Element kFanModuleElement = repeated(elementOf<FanModule>);
 
 Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &)
 {
-    const Reporter here{__func__};
-    uint8_t idBits = 0;
-    if (const Result read =
-            readUnitIds(element, kModuleIds[0], idBits, DCM_SAYS("decode fanmodule-entity failed, no id prop."), here);
-        read != Result::ok)
-        return read;
-
-    DcmFanModuleInfo *first = firstEntry(frame.fanModuleInfo, idBits, frame.fanModuleNum);
-    FanModuleDraft draft = {};
-    giveEntry(first, draft);
-    if (const Result taken = walk<kFanModule>(element, draft, here); taken != Result::ok)
-        return takeBack(first, taken);
-
-    for (uint32_t i = 0; i < std::size(frame.fanModuleInfo); i++) {
-        if (_dcmBitTest(&idBits, i) == 0)
-            continue;
-        if (i + 1 > frame.fanModuleNum)
-            return DCM_REPORT(__func__, "decode fanmodule-entity failed, fanmodule id(%u) is out of range(%u).", i + 1,
-                              uint32_t{frame.fanModuleNum});
-        DcmFanModuleInfo &module = frame.fanModuleInfo[i];
-        if (module.id != 0)
-            return DCM_REPORT(__func__, "decode fanmodule-entity failed, duplicate id(%u).", i + 1);
-        file(draft, i + 1, module);
-        module.fanNum = draft.fanNum;
-        std::memcpy(module.fan, draft.fan, sizeof module.fan);
-        module.slot = draft.slot != 0 ? draft.slot : static_cast<uint8_t>(i + 1 + draft.slotOffset);
-    }
-    return Result::ok;
+    return takeUnit<FanModule>(element, frame.fanModuleInfo, frame.fanModuleNum, __func__);
 }
 
 } // namespace dcm

@@ -14,70 +14,55 @@ namespace {
 
 // ---- Which slots hold which kind of unit ----------------------------------------------------------------------------
 
-Result _dcmDecodeSlotmap(Node element, uint8_t *bits, uint32_t size)
-{
-    const Reporter here{__func__};
-    const Result list = readBitList(element, DCM_SLOT_MAX, bits, size, here);
-    return list == Result::failed ? here.says(DCM_SAYS("decode slotmap failed.")) : list;
-}
-
-template <auto Field> struct Slotmap {
-    static constexpr const Element &format = kBitList<DCM_SLOT_MAX>;
-    template <class Record> static Result take(Node element, Record &record, const Reporter &)
+struct ReportsSlotmap {
+    static Result onFault(DcmSlotmapInfo &, const Reporter &)
     {
-        return _dcmDecodeSlotmap(element, record.*Field, sizeof(record.*Field));
+        return Reporter{"_dcmDecodeSlotmap"}.report(DCM_MESSAGE("decode slotmap failed."));
     }
 };
-template <auto Field> constexpr Slotmap<Field> slotmap;
+template <auto Field> constexpr auto slotmap = bitList<Field, DCM_SLOT_MAX, ReportsSlotmap>;
 
 // kept: "deocde", and a faulty "sfu" goes by the text of "lpu".
-constexpr Child<DcmSlotmapInfo> kSlotmap[] = {
-    {"mpu", slotmap<&DcmSlotmapInfo::mpu>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-mpu failed.")},
-    {"lpu", slotmap<&DcmSlotmapInfo::lpu>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
-    {"sfu", slotmap<&DcmSlotmapInfo::sfu>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
-    {"fan", slotmap<&DcmSlotmapInfo::fan>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-fan failed.")},
-    {"lcd", slotmap<&DcmSlotmapInfo::lcd>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-lcd failed.")},
-    {"power", slotmap<&DcmSlotmapInfo::power>, DCM_SAYS_FILE("xmlfile(%s) frame deocde slotmap-power failed.")},
+struct Slotmap : Table {
+    static constexpr QueryChild<DcmSlotmapInfo> children[] = {
+        {"mpu", slotmap<&DcmSlotmapInfo::mpu>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-mpu failed.")},
+        {"lpu", slotmap<&DcmSlotmapInfo::lpu>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
+        {"sfu", slotmap<&DcmSlotmapInfo::sfu>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
+        {"fan", slotmap<&DcmSlotmapInfo::fan>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-fan failed.")},
+        {"lcd", slotmap<&DcmSlotmapInfo::lcd>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lcd failed.")},
+        {"power", slotmap<&DcmSlotmapInfo::power>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-power failed.")},
+    };
 };
 
-Result takeSlotmap(Node element, DcmFrameInfo &frame, const Reporter &reporter)
+Result takeSlotmap(Node element, DcmFrameInfo &frame, const QueryReporter &reporter)
 {
-    return walk<kSlotmap>(element, frame.slotmap, reporter);
+    return walk<Slotmap>(element, frame.slotmap, reporter);
 }
 
 // ---- What each slot takes -------------------------------------------------------------------------------------------
 
-// The rules of one slot, which lie in several arrays of the record.
+// The rules of one slot, which the record spreads over several arrays.
 struct SlotRules {
-    uint8_t *supportCrossSlot; // bit array of all slots
-    uint8_t (&crossSlotBit)[4];
-    uint32_t (&supportCardType)[DCM_SLOT_CARD_TYPE_MAX];
-    uint8_t &maxCardNum;
-    uint8_t &startCardId;
-    uint32_t slot; // from 0
+    bool supportsCrossSlot;
+    uint8_t crossSlotBit[4];
+    uint32_t supportCardType[DCM_SLOT_CARD_TYPE_MAX];
+    uint8_t maxCardNum;
+    uint8_t startCardId;
 };
 
 // The size in bytes that the number list codec has always been given here, though a slot has room for 64 numbers.
 constexpr int32_t kCardTypesCleared = 64;
 
 constexpr Element kCardTypeList = {limited(Kind::numberList, DCM_SLOT_CARD_TYPE_MAX)};
-constexpr Attribute kSlotAttributes[] = {{"id", idOf(DCM_SLOT_MAX), Need::required}};
 
 Result takeSupportCrossSlot(Node element, SlotRules &rules, const Reporter &reporter)
 {
     const Text text = Text::content(element, reporter);
     if (!text)
         return Result::outOfMemory;
-    if (text.number() == 1)
-        _dcmBitSet(rules.supportCrossSlot, rules.slot);
+    // kept: a second element cannot take the first one's 1 back.
+    rules.supportsCrossSlot = rules.supportsCrossSlot || text.number() == 1;
     return Result::ok;
-}
-
-Result takeCrossSlotBit(Node element, SlotRules &rules, const Reporter &reporter)
-{
-    // kept: a faulty list gives the slots before its fault.
-    return unlessOutOfMemory(
-        readBitList(element, DCM_SLOT_MAX, rules.crossSlotBit, sizeof rules.crossSlotBit, reporter));
 }
 
 Result takeSupportCardType(Node element, SlotRules &rules, const Reporter &reporter)
@@ -90,22 +75,17 @@ Result takeSupportCardType(Node element, SlotRules &rules, const Reporter &repor
     return Result::ok;
 }
 
-Result takeMaxCardNum(Node element, SlotRules &rules, const Reporter &reporter)
-{
-    return takeNumber(element, rules.maxCardNum, reporter);
-}
-
-Result takeStartCardId(Node element, SlotRules &rules, const Reporter &reporter)
-{
-    return takeNumber(element, rules.startCardId, reporter);
-}
-
-constexpr Child<SlotRules> kSlotRules[] = {
-    {"supportcrossslot", takeSupportCrossSlot, kNumber<uint32_t>},
-    {"crossslotbit", takeCrossSlotBit, kBitList<DCM_SLOT_MAX>},
-    {"supportcardtype", takeSupportCardType, kCardTypeList},
-    {"maxcardnum", takeMaxCardNum, kNumber<uint8_t>},
-    {"startcardid", takeStartCardId, kNumber<uint8_t>},
+struct SlotTable : Table {
+    static constexpr Attribute id = {"id", idOf(DCM_SLOT_MAX), Need::required};
+    static constexpr Attribute attributes[] = {id};
+    static constexpr Child<SlotRules> children[] = {
+        {"supportcrossslot", call<takeSupportCrossSlot>, kNumber<uint32_t>},
+        // kept: a faulty list gives the slots before its fault.
+        {"crossslotbit", bitList<&SlotRules::crossSlotBit, DCM_SLOT_MAX, KeepsBits>},
+        {"supportcardtype", call<takeSupportCardType>, kCardTypeList},
+        {"maxcardnum", number<&SlotRules::maxCardNum>},
+        {"startcardid", number<&SlotRules::startCardId>},
+    };
 };
 
 // A "slotinfo" that is being decoded.
@@ -121,27 +101,39 @@ Result takeSlot(Node element, SlotList &list, const Reporter &reporter)
     if (slot == DCM_SLOT_MAX)
         return Result::ok;
     uint32_t id = 0;
-    if (const Result read = readAttribute(element, kSlotAttributes[0], id, reporter); read != Result::ok)
+    if (const Result read = readAttribute(element, SlotTable::id, id, reporter); read != Result::ok)
         return read;
     if (id != slot + 1)
         return Result::ok;
     list.count++;
+
+    // kept: what an earlier "slotinfo" says of the slot holds where this one says nothing.
     DcmFrameInfo &frame = list.frame;
-    SlotRules rules = {frame.supportCrossSlot, frame.crossSlotBit[slot], frame.supportCardType[slot],
-                       frame.maxCardNum[slot], frame.startCardId[slot],  slot};
-    return walk<kSlotRules>(element, rules, reporter);
+    SlotRules rules = {false, {}, {}, frame.maxCardNum[slot], frame.startCardId[slot]};
+    std::memcpy(rules.crossSlotBit, frame.crossSlotBit[slot], sizeof rules.crossSlotBit);
+    std::memcpy(rules.supportCardType, frame.supportCardType[slot], sizeof rules.supportCardType);
+    const Result taken = walk<SlotTable>(element, rules, reporter);
+    if (rules.supportsCrossSlot)
+        _dcmBitSet(frame.supportCrossSlot, slot);
+    std::memcpy(frame.crossSlotBit[slot], rules.crossSlotBit, sizeof rules.crossSlotBit);
+    std::memcpy(frame.supportCardType[slot], rules.supportCardType, sizeof rules.supportCardType);
+    frame.maxCardNum[slot] = rules.maxCardNum;
+    frame.startCardId[slot] = rules.startCardId;
+    return taken;
 }
 
-constexpr Element kSlotElement = repeated(kWithAttributes<kSlotAttributes, kSlotRules>, DCM_SLOT_MAX);
+constexpr Element kSlotElement = repeated(elementOf<SlotTable>, DCM_SLOT_MAX);
 
-constexpr Child<SlotList> kSlotList[] = {
-    {"slotid", takeSlot, kSlotElement},
+struct SlotListTable : Table {
+    static constexpr Child<SlotList> children[] = {
+        {"slotid", call<takeSlot>, kSlotElement},
+    };
 };
 
 Result _dcmDecodeSlotInfo(Node element, DcmFrameInfo &frame, const Reporter &reporter)
 {
     SlotList list = {frame};
-    return walk<kSlotList>(element, list, reporter);
+    return walk<SlotListTable>(element, list, reporter);
 }
 
 // ---- Card type capabilities -----------------------------------------------------------------------------------------
@@ -159,49 +151,61 @@ Result takeCardTypeCap(Node element, CardTypeCaps &caps, const Reporter &reporte
 
 constexpr Element kCardTypeCap = repeated(kNumber<uint32_t>, DCM_CARD_TYPE_CAP_MAX);
 
-constexpr Child<CardTypeCaps> kCardTypeCaps[] = {
-    {"cap", takeCardTypeCap, kCardTypeCap},
+struct CardTypeCapTable : Table {
+    static constexpr Child<CardTypeCaps> children[] = {
+        {"cap", call<takeCardTypeCap>, kCardTypeCap},
+    };
 };
 
 Result takeCardTypeCaps(Node element, DcmFrameInfo &frame, const Reporter &reporter)
 {
     CardTypeCaps caps = {frame.cardTypeCaps};
-    return walk<kCardTypeCaps>(element, caps, reporter);
+    return walk<CardTypeCapTable>(element, caps, reporter);
 }
 
 // ---- Units ----------------------------------------------------------------------------------------------------------
 
-constexpr CountSays kFanModuleSays = {
-    DCM_SAYS_FILE("xmlfile(%s) frame decode fanmodule-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanmodule-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmFrameInfo> kFanModules[] = {
-    // kept: the text of the fan controllers.
-    {"fanmodule", _dcmDecodeFanModuleEntity, kFanModuleElement,
-     DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
-};
-
-constexpr CountSays kFanCtrlSays = {
-    DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode fanctrl-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmFrameInfo> kFanCtrls[] = {
-    {"fanctrl", _dcmDecodeFanCtrlEntity, kFanCtrlElement, DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl failed.")},
-    {"fanctrl-group", _dcmDecodeFanCtrlGroupEntity, kFanCtrlGroupElement,
-     DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl group failed.")},
+struct FanModules : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanmodule-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) frame decode fanmodule-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmFrameInfo> children[] = {
+        // kept: the text of the fan controllers.
+        {"fanmodule", call<_dcmDecodeFanModuleEntity>, kFanModuleElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanctrl failed.")},
+    };
 };
 
-constexpr CountSays kPowerSays = {
-    DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmFrameInfo> kPowers[] = {
-    {"power", _dcmDecodePowerEntity, kPowerElement, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
+struct FanCtrls : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanctrl-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) frame decode fanctrl-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmFrameInfo> children[] = {
+        {"fanctrl", call<_dcmDecodeFanCtrlEntity>, kFanCtrlElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanctrl failed.")},
+        {"fanctrl-group", call<_dcmDecodeFanCtrlGroupEntity>, kFanCtrlGroupElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanctrl group failed.")},
+    };
 };
 
-constexpr Child<DcmFrameInfo> kFanCtrlMaps[] = {
-    {"fan-ctrl", _dcmDecodeFanCtrlMapInfo, kFanCtrlMapElement,
-     DCM_SAYS_FILE("xmlfile(%s) frame decode fanctrl-map failed.")},
+struct Powers : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmFrameInfo> children[] = {
+        {"power", call<_dcmDecodePowerEntity>, kPowerElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame decode power failed.")},
+    };
+};
+
+struct FanCtrlMaps : Table {
+    static constexpr QueryChild<DcmFrameInfo> children[] = {
+        {"fan-ctrl", call<_dcmDecodeFanCtrlMapInfo>, kFanCtrlMapElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanctrl-map failed.")},
+    };
 };
 
 Result takeLeds(Node element, DcmFrameInfo &frame, const Reporter &)
@@ -214,28 +218,30 @@ Result takeLedMap(Node element, DcmFrameInfo &frame, const Reporter &)
     return resultOf(dcmLedDecodeMap(element, &frame.ledMap));
 }
 
-constexpr Child<DcmFrameInfo> kFrame[] = {
-    {"maxslotnum", number<&DcmFrameInfo::maxSlotId>},
-    {"slotmap", takeSlotmap, kHolding<kSlotmap>},
-    {"cardtypecaps", takeCardTypeCaps, kHolding<kCardTypeCaps>},
-    {"slotinfo", _dcmDecodeSlotInfo, kSlotInfoElement},
-    {"fanmodule-entity", counted<&DcmFrameInfo::fanModuleNum, DCM_FAN_MODULE_MAX, kFanModules, kFanModuleSays>},
-    {"fanctrl-entity", counted<&DcmFrameInfo::fanCtrlNum, DCM_FAN_CTRL_MAX, kFanCtrls, kFanCtrlSays>},
-    {"power-entity", counted<&DcmFrameInfo::powerNum, DCM_POWER_MAX, kPowers, kPowerSays>},
-    {"led-entity", takeLeds, kLedEntityElement, DCM_SAYS_FILE("xmlfile(%s) frame decode led failed.")},
-    {"led-map", takeLedMap, kLedMapElement, DCM_SAYS_FILE("xmlfile(%s) frame decode led-map failed.")},
-    {"fanctrl-map", holding<kFanCtrlMaps>},
+struct Frame : Table {
+    static constexpr Attribute typeId = {"typeid", numberOf(32)};
+    static constexpr Attribute attributes[] = {typeId};
+    static constexpr QueryChild<DcmFrameInfo> children[] = {
+        {"maxslotnum", number<&DcmFrameInfo::maxSlotId>},
+        {"slotmap", call<takeSlotmap>, elementOf<Slotmap>},
+        {"cardtypecaps", call<takeCardTypeCaps>, elementOf<CardTypeCapTable>},
+        {"slotinfo", call<_dcmDecodeSlotInfo>, kSlotInfoElement},
+        {"fanmodule-entity", counted<&DcmFrameInfo::fanModuleNum, &DcmFrameInfo::fanModuleInfo, FanModules>},
+        {"fanctrl-entity", counted<&DcmFrameInfo::fanCtrlNum, &DcmFrameInfo::fanCtrlInfo, FanCtrls>},
+        {"power-entity", counted<&DcmFrameInfo::powerNum, &DcmFrameInfo::powerInfo, Powers>},
+        {"led-entity", call<takeLeds>, kLedEntityElement, DCM_MESSAGE_FILE("xmlfile(%s) frame decode led failed.")},
+        {"led-map", call<takeLedMap>, kLedMapElement, DCM_MESSAGE_FILE("xmlfile(%s) frame decode led-map failed.")},
+        {"fanctrl-map", holding<FanCtrlMaps>},
+    };
 };
 
-constexpr Attribute kFrameAttributes[] = {{"typeid", numberOf(32)}};
-
-Result findFrame(Node device, uint32_t typeId, Node &frame, const Reporter &reporter)
+Result findFrame(Node device, uint32_t typeId, Node &frame, const QueryReporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kFrameName))
             continue;
         uint32_t childTypeId = 0;
-        if (const Result read = readAttribute(child, kFrameAttributes[0], childTypeId, reporter); read != Result::ok)
+        if (const Result read = readAttribute(child, Frame::typeId, childTypeId, reporter); read != Result::ok)
             return read;
         if (childTypeId == typeId) {
             frame = child;
@@ -245,7 +251,7 @@ Result findFrame(Node device, uint32_t typeId, Node &frame, const Reporter &repo
     return DCM_REPORT(reporter.function, "xmlfile(%s) can not find frame with typeid=%u.", reporter.file, typeId);
 }
 
-Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
+Result readFrame(uint32_t typeId, DcmFrameInfo &info, const QueryReporter &reporter)
 {
     Document document;
     if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
@@ -258,8 +264,8 @@ Result readFrame(uint32_t typeId, DcmFrameInfo &info, const Reporter &reporter)
 
 } // namespace
 
-const Element kSlotInfoElement = kHolding<kSlotList>;
-const Element kFrameElement = repeated(kWithAttributes<kFrameAttributes, kFrame>);
+const Element kSlotInfoElement = elementOf<SlotListTable>;
+const Element kFrameElement = repeated(elementOf<Frame>);
 
 void clearFrame(uint32_t typeId, DcmFrameInfo &info)
 {
@@ -267,9 +273,9 @@ void clearFrame(uint32_t typeId, DcmFrameInfo &info)
     info.type = static_cast<uint16_t>(typeId);
 }
 
-Result decodeFrame(Node frame, DcmFrameInfo &info, const Reporter &reporter)
+Result decodeFrame(Node frame, DcmFrameInfo &info, const QueryReporter &reporter)
 {
-    return walk<kFrame>(frame, info, reporter);
+    return walk<Frame>(frame, info, reporter);
 }
 
 } // namespace dcm
@@ -277,5 +283,5 @@ Result decodeFrame(Node frame, DcmFrameInfo &info, const Reporter &reporter)
 int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info)
 {
     dcm::clearFrame(typeId, *info);
-    return status(dcm::readFrame(typeId, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
+    return status(dcm::readFrame(typeId, *info, dcm::QueryReporter{__func__, dcm::fileOrDefault(fileName)}));
 }

@@ -11,7 +11,7 @@ namespace dcm {
 // A record of which nothing has been read.
 void clearFrame(uint32_t typeId, DcmFrameInfo &info);
 // Reads what stands in a "frame".
-Result decodeFrame(Node frame, DcmFrameInfo &info, const Reporter &reporter);
+Result decodeFrame(Node frame, DcmFrameInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm
 

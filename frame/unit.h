@@ -1,10 +1,14 @@
-// What the decoders of fan modules and power supplies share. Both read an element once and file it under each of its
-// ids. Its LEDs and LED map are large: they go to the entry of the first id at once, and from there to those of the
-// others.
+// What the decoders of fan modules and power supplies share. Both read an element into a draft and copy that to the
+// entry of each id that the element lists. The LEDs are too large for a draft on a small stack: they are read into the
+// entry of the first id, and copied to the others from there.
+//
+//     id="1-2"   draft { LED map, sensors, ... } ──> entry 1 ──> entry 2
+//                LEDs ───────────────────────────────^
+//
 #ifndef DCM_FRAME_UNIT_H
 #define DCM_FRAME_UNIT_H
 
-#include "common/bits.h"
+#include "common/decoder.h"
 #include "common/temperatures.h"
 #include "led/led_entity.h"
 
@@ -12,56 +16,70 @@
 
 namespace dcm {
 
+// The ids of units are 1 to 8. kept: those above `kept` are accepted, and mean nothing; a faulty list gives the ids
+// before its fault.
+constexpr Attribute unitIds(size_t kept)
+{
+    return idListOf(8, kept);
+}
+
 struct UnitDraft {
-    DcmLedInfo *leds;      // nullptr: no entry waits for them, they are only checked
-    DcmLedMapInfo *ledMap; // as `leds`
+    // Of the entry that keeps the unit; without one (its id is not free, or out of range) LEDs are checked and dropped.
+    DcmLedInfo *leds;
     uint8_t ledNum;
     uint8_t temperatureNum;
     DcmTemperatureInfo temperature[DCM_UNIT_TEMPERATURE_MAX];
+    DcmLedMapInfo ledMap;
 };
 
-// The ids in an element's "id": bits of the numbers 1 to 8. kept: a faulty list gives the ids before its fault.
-Result readUnitIds(Node element, const Attribute &id, uint8_t &idBits, const Failure &noId, const Reporter &reporter);
-
-Result takeUnitLeds(Node element, UnitDraft &draft, int32_t attach);
-Result takeUnitLedMap(Node element, UnitDraft &draft);
-
-// The entry of the first id in `idBits` when it is one of the first `most` and free; else nullptr: then nothing is
-// kept.
-template <class Unit, size_t Size> Unit *firstEntry(Unit (&units)[Size], const uint8_t &idBits, size_t most)
+template <int32_t Attach> Result takeUnitLeds(Node element, UnitDraft &draft, const Reporter &)
 {
-    for (uint32_t i = 0; i < Size; i++)
-        if (_dcmBitTest(&idBits, i) != 0)
-            return i < most && units[i].id == 0 ? &units[i] : nullptr;
-    return nullptr;
+    return resultOf(dcmLedDecodeEntity(element, draft.leds, DCM_LED_MAX, Attach, DCM_ID_UNSPEC, &draft.ledNum));
 }
+Result takeUnitLedMap(Node element, UnitDraft &draft, const Reporter &reporter);
 
-template <class Unit> void giveEntry(Unit *unit, UnitDraft &draft)
+// Decodes an element into the entry of each id that it lists, as `function`. `T` is its table, and says which ids are
+// within the announced `num`, how it reports others, and what it copies besides the draft.
+template <class T, class Unit, size_t Size>
+Result takeUnit(Node element, Unit (&units)[Size], uint32_t num, const char *function)
 {
-    if (unit == nullptr)
-        return;
-    draft.leds = unit->ledInfo;
-    draft.ledMap = &unit->ledMap;
-}
+    const Reporter here{function};
+    uint8_t idBits[1] = {};
+    if (const Result read = readIds(element, T::ids, idBits, T::messages, here); read != Result::ok)
+        return read;
 
-// What has come into the entry of an element that then failed is none of it.
-template <class Unit> Result takeBack(Unit *unit, Result failed)
-{
-    if (unit != nullptr)
-        std::memset(unit, 0, sizeof *unit);
-    return failed;
-}
+    Unit *first = nullptr;
+    for (uint32_t i = 0; i < Size && first == nullptr; i++)
+        if (_dcmBitTest(idBits, i) != 0)
+            first = &units[i];
+    const bool isKept = first != nullptr && first->id == 0 && T::isWithin(static_cast<uint32_t>(first - units), num);
 
-template <class Unit> void file(const UnitDraft &draft, uint32_t id, Unit &unit)
-{
-    unit.id = static_cast<uint8_t>(id);
-    unit.ledNum = draft.ledNum;
-    unit.temperatureNum = draft.temperatureNum;
-    std::memcpy(unit.temperature, draft.temperature, sizeof unit.temperature);
-    if (unit.ledInfo == draft.leds)
-        return;
-    std::memcpy(unit.ledInfo, draft.leds, sizeof unit.ledInfo);
-    unit.ledMap = *draft.ledMap;
+    typename ChildOf<T>::Record draft = {};
+    draft.leds = isKept ? first->ledInfo : nullptr;
+    if (const Result taken = walk<T>(element, draft, here); taken != Result::ok) {
+        if (isKept)
+            std::memset(first->ledInfo, 0, sizeof first->ledInfo);
+        return taken;
+    }
+
+    for (uint32_t i = 0; i < Size; i++) {
+        if (_dcmBitTest(idBits, i) == 0)
+            continue;
+        if (!T::isWithin(i, num))
+            return T::reportOutOfRange(here, i + 1, num);
+        if (units[i].id != 0)
+            return here.report(T::duplicate, i + 1);
+        Unit &unit = units[i];
+        unit.id = static_cast<uint8_t>(i + 1);
+        unit.ledNum = draft.ledNum;
+        unit.temperatureNum = draft.temperatureNum;
+        std::memcpy(unit.temperature, draft.temperature, sizeof unit.temperature);
+        unit.ledMap = draft.ledMap;
+        if (&unit != first)
+            std::memcpy(unit.ledInfo, first->ledInfo, sizeof unit.ledInfo);
+        T::complete(unit, draft);
+    }
+    return Result::ok;
 }
 
 } // namespace dcm

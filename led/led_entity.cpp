@@ -18,9 +18,12 @@ struct LedBlock {
     uint32_t count = 0;
 };
 
-constexpr Attribute kLedAttributes[] = {
-    {"id", bitListOf(8), Need::required},
-    {"type", wordOf(&kLedTypeWords), Need::required},
+struct Led : LedStateTable {
+    static constexpr Attribute ids = idListOf(8);
+    static constexpr Attribute type = {"type", wordOf(&kLedTypeWords), Need::required};
+    static constexpr Attribute attributes[] = {ids, type};
+    // kept: a faulty list gives the ids before its fault.
+    static constexpr IdListMessages messages = {DCM_MESSAGE("decode led failed, no id prop."), {}};
 };
 
 // One "led": every LED that its "id" lists is a copy of what it describes.
@@ -30,19 +33,19 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
     if (block.count >= block.num)
         return DCM_REPORT(reporter.function, "decode led-entity failed, led node count(%u) is out of range(%u).",
                           block.count, block.num);
-    const Text ids = Text::attribute(element, kLedAttributes[0].name, reporter);
+    const Text ids = attributeText(element, Led::ids, reporter);
     if (!ids)
-        return ids.missing(reporter, DCM_SAYS("decode led failed, no id prop."));
-    const Text type = Text::attribute(element, kLedAttributes[1].name, reporter);
+        return ids.reportMissing(reporter, DCM_MESSAGE("decode led failed, no id prop."));
+    const Text type = attributeText(element, Led::type, reporter);
     if (!type)
-        return type.missing(reporter, DCM_SAYS("decode led failed, no type prop."));
+        return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
 
     // kept: a faulty list gives the ids before its fault.
     uint8_t idBits[2] = {};
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, 8, idBits, sizeof idBits));
     uint32_t ledType = 0;
     if (dcmLedTypeStr2Val(type.word(), &ledType) != 0)
-        return reporter.says(DCM_SAYS("decode led type failed."));
+        return reporter.report(DCM_MESSAGE("decode led type failed."));
 
     DcmLedInfo led = {};
     led.attach = block.attach;
@@ -50,7 +53,7 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
     led.ledType = static_cast<uint8_t>(ledType);
     led.srcType = led.ledType;
     LedStates states = {led.states, ledType};
-    if (const Result taken = walk<kLedStates>(element, states, reporter); taken != Result::ok)
+    if (const Result taken = walk<Led>(element, states, reporter); taken != Result::ok)
         return taken;
 
     for (uint32_t id = 1; id <= sizeof idBits * 8; id++) {
@@ -64,15 +67,19 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
     return Result::ok;
 }
 
-constexpr Element kLedElement = repeated(kWithAttributes<kLedAttributes, kLedStates>);
+constexpr Element kLedElement = repeated(elementOf<Led>);
 
-constexpr Child<LedBlock> kLeds[] = {
-    {"led", takeLed, kLedElement},
+struct Leds : Table {
+    static constexpr Attribute num = numOf(DCM_LED_MAX, 32);
+    static constexpr Attribute attributes[] = {num};
+    static constexpr Child<LedBlock> children[] = {
+        {"led", call<takeLed>, kLedElement},
+    };
 };
 
 } // namespace
 
-const Element kLedEntityElement = kWithAttributes<kNumAttributes<DCM_LED_MAX, 32>, kLeds>;
+const Element kLedEntityElement = elementOf<Leds>;
 
 } // namespace dcm
 
@@ -80,16 +87,16 @@ int dcmLedDecodeEntity(struct _xmlNode *node, DcmLedInfo *leds, int32_t maxLeds,
                        uint8_t *count)
 {
     const dcm::Reporter here{__func__};
-    const dcm::Text num = dcm::Text::attribute(node, dcm::kNum, here);
+    const dcm::Text num = dcm::attributeText(node, dcm::Leds::num, here);
     if (!num)
-        return status(num.missing(here, DCM_SAYS("decode led failed, no num prop.")));
+        return status(num.reportMissing(here, DCM_MESSAGE("decode led failed, no num prop.")));
 
     dcm::LedBlock block = {leds, maxLeds > 0 ? static_cast<uint32_t>(maxLeds) : 0, num.number(),
                            static_cast<uint8_t>(attach), static_cast<uint8_t>(attachSlot)};
     if (block.num > static_cast<uint32_t>(maxLeds))
         return status(DCM_REPORT(__func__, "decode led-entity failed, led count(%u) is out of range(%u).", block.num,
                                  static_cast<uint32_t>(maxLeds)));
-    if (const dcm::Result taken = dcm::walk<dcm::kLeds>(node, block, here); taken != dcm::Result::ok)
+    if (const dcm::Result taken = dcm::walk<dcm::Leds>(node, block, here); taken != dcm::Result::ok)
         return status(taken);
     *count = static_cast<uint8_t>(block.count);
     return 0;

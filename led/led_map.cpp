@@ -65,9 +65,12 @@ struct StatePairs {
     uint32_t count = 0;
 };
 
-constexpr Attribute kPairAttributes[] = {{"type", {Kind::ledState}, Need::required}};
-constexpr Element kPairElement =
-    repeated(holdingText({Kind::ledState}, kPairAttributes, std::size(kPairAttributes)), DCM_LED_STATE_MAX);
+struct StatePair : Table {
+    static constexpr Attribute source = {"type", {Kind::ledState}, Need::required};
+    static constexpr Attribute attributes[] = {source};
+    static constexpr Content content = {Kind::ledState};
+};
+constexpr Element kStatePairElement = repeated(elementOf<StatePair>, DCM_LED_STATE_MAX);
 
 // One "state": what the LED shows while the source is in a state. Pairs that the LED has no room for are passed over.
 Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
@@ -75,9 +78,9 @@ Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
     if (pairs.count == DCM_LED_STATE_MAX)
         return Result::ok;
     DcmLedHead &led = pairs.led;
-    const Text source = Text::attribute(element, kPairAttributes[0].name, reporter);
+    const Text source = attributeText(element, StatePair::source, reporter);
     if (!source)
-        return source.missing(reporter, DCM_SAYS("decode led-state-map failed, no type prop."));
+        return source.reportMissing(reporter, DCM_MESSAGE("decode led-state-map failed, no type prop."));
     uint32_t state = 0;
     if (dcmLedStateStr2Val(led.srcType, source.word(), &state) != 0)
         return DCM_REPORT(reporter.function, "state(%s) is invalid for src-type(%s).", source.c_str(),
@@ -95,14 +98,16 @@ Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
     return Result::ok;
 }
 
-constexpr Child<StatePairs> kStatePairs[] = {
-    {"state", takeStatePair, kPairElement},
+struct StatePairTable : Table {
+    static constexpr Child<StatePairs> children[] = {
+        {"state", call<takeStatePair>, kStatePairElement},
+    };
 };
 
 Result decodeStateMap(Node element, DcmLedHead &led, const Reporter &reporter)
 {
     StatePairs pairs = {led};
-    const Result taken = walk<kStatePairs>(element, pairs, reporter);
+    const Result taken = walk<StatePairTable>(element, pairs, reporter);
     if (taken == Result::ok)
         led.statMapNum = static_cast<uint8_t>(pairs.count);
     return taken;
@@ -124,9 +129,12 @@ struct LedMap {
     }
 };
 
-constexpr Attribute kLedNameAttributes[] = {{"src", {Kind::source}}};
-constexpr Element kLedNameElement =
-    repeated(holdingText({Kind::ledName}, kLedNameAttributes, std::size(kLedNameAttributes)));
+struct LedName : Table {
+    static constexpr Attribute source = {"src", {Kind::source}};
+    static constexpr Attribute attributes[] = {source};
+    static constexpr Content content = {Kind::ledName};
+};
+constexpr Element kLedNameElement = repeated(elementOf<LedName>);
 
 // kept: a faulty name, source or state pair is reported, and the entry counts all the same.
 Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
@@ -134,7 +142,7 @@ Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
     if (ledMap.isFull())
         return ledMap.saysFull(reporter);
     DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
-    const Text source = Text::attribute(element, kLedNameAttributes[0].name, reporter);
+    const Text source = attributeText(element, LedName::source, reporter);
     if (source)
         static_cast<void>(_dcmLedSrc2EttIndex(source.c_str(), &ledMap.map.srcEttIndex[ledMap.count]));
     const Text name = Text::content(element, reporter);
@@ -146,20 +154,22 @@ Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
     return Result::ok;
 }
 
-constexpr Attribute kSourceAttributes[] = {
-    {"led-name", {Kind::ledName}, Need::required},
-    {"type", wordOf(&kLedTypeWords)},
+struct Source : StatePairTable {
+    static constexpr Attribute ledName = {"led-name", {Kind::ledName}, Need::required};
+    static constexpr Attribute type = {"type", wordOf(&kLedTypeWords)};
+    static constexpr Attribute attributes[] = {ledName, type};
 };
+constexpr Element kSourceElement = repeated(elementOf<Source>);
 
 // A function of its own, so that its texts are off the stack when the state pairs are read.
 [[gnu::noinline]] Result takeSourceAttributes(Node element, DcmLedHead &led, const Reporter &reporter)
 {
-    const Text name = Text::attribute(element, kSourceAttributes[0].name, reporter);
+    const Text name = attributeText(element, Source::ledName, reporter);
     if (name.isOutOfMemory())
         return Result::outOfMemory;
     static_cast<void>(_dcmLedName2EttInfo(name ? name.c_str() : "", led));
 
-    const Text type = Text::attribute(element, kSourceAttributes[1].name, reporter);
+    const Text type = attributeText(element, Source::type, reporter);
     if (!type)
         return type.isOutOfMemory() ? Result::outOfMemory : Result::ok;
     uint32_t srcType = 0;
@@ -180,23 +190,25 @@ Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
     return unlessOutOfMemory(decodeStateMap(element, led, Reporter{"_dcmLedDecodeStateMap"}));
 }
 
-constexpr Element kSourceElement = repeated(kWithAttributes<kSourceAttributes, kStatePairs>);
-
-constexpr Child<LedMap> kMap[] = {
-    {"led-name", takeLedName, kLedNameElement},
-    {"source", takeSource, kSourceElement},
+struct LedMapTable : Table {
+    static constexpr Attribute num = numOf(DCM_LED_MAP_MAX);
+    static constexpr Attribute attributes[] = {num};
+    static constexpr Child<LedMap> children[] = {
+        {"led-name", call<takeLedName>, kLedNameElement},
+        {"source", call<takeSource>, kSourceElement},
+    };
 };
 
 Result decodeMap(Node element, DcmLedMapInfo &map, const Reporter &reporter)
 {
-    const Text num = Text::attribute(element, kNum, reporter);
+    const Text num = attributeText(element, LedMapTable::num, reporter);
     if (!num)
-        return num.missing(reporter, DCM_SAYS("decode led-map failed, no num prop."));
+        return num.reportMissing(reporter, DCM_MESSAGE("decode led-map failed, no num prop."));
     LedMap ledMap = {map, static_cast<uint8_t>(num.number())}; // kept: only the low 8 bits count
     if (ledMap.num > DCM_LED_MAP_MAX)
         return DCM_REPORT(reporter.function, "decode led-map failed, led map count(%u) is out of range(%u).",
                           ledMap.num, static_cast<uint32_t>(DCM_LED_MAP_MAX));
-    const Result taken = walk<kMap>(element, ledMap, reporter);
+    const Result taken = walk<LedMapTable>(element, ledMap, reporter);
     if (taken == Result::ok)
         map.num = ledMap.count;
     return taken;
@@ -204,7 +216,7 @@ Result decodeMap(Node element, DcmLedMapInfo &map, const Reporter &reporter)
 
 } // namespace
 
-const Element kLedMapElement = kWithAttributes<kNumAttributes<DCM_LED_MAP_MAX>, kMap>;
+const Element kLedMapElement = elementOf<LedMapTable>;
 
 } // namespace dcm
 

@@ -4,23 +4,23 @@ namespace dcm {
 
 namespace {
 
-constexpr Attribute kAttributes[] = {
-    {"type", {Kind::ledState}, Need::required},
-    {"pri", idOf(DCM_LED_STATE_MAX)},
-};
-
-constexpr Child<DcmLedStateInfo> kState[] = {
-    {"color", keyword<&DcmLedStateInfo::color, dcmLedColorStr2Val>, DCM_SAYS("decode led color failed.")},
-    {"freq", keyword<&DcmLedStateInfo::freq, dcmLedFreqStr2Val>, DCM_SAYS("decode led frequency.")},
+struct State : Table {
+    static constexpr Attribute type = {"type", {Kind::ledState}, Need::required};
+    static constexpr Attribute priority = {"pri", idOf(DCM_LED_STATE_MAX)};
+    static constexpr Attribute attributes[] = {type, priority};
+    static constexpr Child<DcmLedStateInfo> children[] = {
+        {"color", keyword<&DcmLedStateInfo::color, dcmLedColorStr2Val>, DCM_MESSAGE("decode led color failed.")},
+        {"freq", keyword<&DcmLedStateInfo::freq, dcmLedFreqStr2Val>, DCM_MESSAGE("decode led frequency.")},
+    };
 };
 
 // One "state" element; `position` counts the LED's "state" elements from 0.
 Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, DcmLedStateInfo *states)
 {
     const Reporter here{__func__};
-    const Text type = Text::attribute(element, kAttributes[0].name, here);
+    const Text type = attributeText(element, State::type, here);
     if (!type)
-        return type.missing(here, DCM_SAYS("decode led failed, no type prop."));
+        return type.reportMissing(here, DCM_MESSAGE("decode led failed, no type prop."));
     // An unknown state has been reported, where the LED has states at all, and is taken for "default".
     uint32_t state = 0;
     static_cast<void>(dcmLedStateStr2Val(ledType, type.word(), &state));
@@ -29,7 +29,7 @@ Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, Dc
     if (state == 0) {
         display->pri = DCM_LED_STATE_MAX;
     } else {
-        const Text pri = Text::attribute(element, kAttributes[1].name, here);
+        const Text pri = attributeText(element, State::priority, here);
         if (pri.isOutOfMemory())
             return Result::outOfMemory;
         const uint32_t priority = pri ? pri.number() : position + 1;
@@ -41,12 +41,12 @@ Result _dcmLedDecodeStates(Node element, uint32_t position, uint32_t ledType, Dc
         display->pri = static_cast<uint8_t>(priority);
     }
     display->state = static_cast<uint8_t>(state);
-    return walk<kState>(element, *display, here);
+    return walk<State>(element, *display, here);
 }
 
 } // namespace
 
-const Element kLedStateElement = repeated(kWithAttributes<kAttributes, kState>);
+const Element kLedStateElement = repeated(elementOf<State>);
 
 Result takeLedState(Node element, LedStates &led, const Reporter &)
 {

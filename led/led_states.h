@@ -19,8 +19,11 @@ struct LedStates {
 // One "state". A faulty one is reported and passed over.
 Result takeLedState(Node element, LedStates &led, const Reporter &reporter);
 
-inline constexpr Child<LedStates> kLedStates[] = {
-    {"state", takeLedState, kLedStateElement},
+// A table of what is lit in which state.
+struct LedStateTable : Table {
+    static constexpr Child<LedStates> children[] = {
+        {"state", call<takeLedState>, kLedStateElement},
+    };
 };
 
 } // namespace dcm

@@ -5,37 +5,37 @@
 
 namespace dcm {
 
-const Element kSlotFanCtrlElement = repeated(kWithAttributes<kIdAttributes, kFanCtrlSettings>);
-const Element kSlotPowerElement = repeated(holdingText({}, kIdAttributes, std::size(kIdAttributes)));
+namespace {
+
+struct FanCtrl : FanCtrlSettings {
+    static constexpr IdMessages messages = {
+        DCM_MESSAGE("decode fanctrl-entity failed, no id prop."),
+        DCM_MESSAGE_ID("decode fanctrl-entity failed, invalid id(%u)."),
+        DCM_MESSAGE_ID("decode fanctrl-entity failed, duplicate id(%u)."),
+    };
+};
+
+struct Power : EntryTable {
+    static constexpr IdMessages messages = {
+        DCM_MESSAGE("decode power-entity failed, no id prop."),
+        DCM_MESSAGE_ID("decode power-entity failed, invalid id(%u)."),
+        DCM_MESSAGE_ID("decode power-entity failed, duplicate id(%u)."),
+    };
+};
+
+} // namespace
+
+const Element kSlotFanCtrlElement = repeated(elementOf<FanCtrl>);
+const Element kSlotPowerElement = repeated(elementOf<Power>);
 
 Result _dcmDecodeFanCtrlEntity(Node element, DcmSlotInfo &slot, const Reporter &)
 {
-    static constexpr IdSays kSays = {DCM_SAYS("decode fanctrl-entity failed, no id prop."),
-                                     DCM_SAYS_ID("decode fanctrl-entity failed, invalid id(%u).")};
-    const Reporter here{__func__};
-    uint32_t id = 0;
-    if (const Result read = readId(element, slot.fanCtrlNum, id, kSays, here); read != Result::ok)
-        return read;
-    DcmFanCtrlInfo &fanCtrl = slot.fanCtrlInfo[id - 1];
-    if (fanCtrl.id != 0)
-        return DCM_REPORT(__func__, "decode fanctrl-entity failed, duplicate id(%u).", id);
-    fanCtrl.id = static_cast<uint8_t>(id);
-    return walk<kFanCtrlSettings>(element, fanCtrl, here);
+    return takeEntry<FanCtrl>(element, slot.fanCtrlInfo, slot.fanCtrlNum, __func__);
 }
 
 Result _dcmDecodePowerEntity(Node element, DcmSlotInfo &slot, const Reporter &)
 {
-    static constexpr IdSays kSays = {DCM_SAYS("decode power-entity failed, no id prop."),
-                                     DCM_SAYS_ID("decode power-entity failed, invalid id(%u).")};
-    const Reporter here{__func__};
-    uint32_t id = 0;
-    if (const Result read = readId(element, slot.powerNum, id, kSays, here); read != Result::ok)
-        return read;
-    DcmPowerInfo &power = slot.powerInfo[id - 1];
-    if (power.id != 0)
-        return DCM_REPORT(__func__, "decode power-entity failed, duplicate id(%u).", id);
-    power.id = static_cast<uint8_t>(id);
-    return Result::ok;
+    return takeEntry<Power>(element, slot.powerInfo, slot.powerNum, __func__);
 }
 
 } // namespace dcm

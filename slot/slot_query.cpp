@@ -9,52 +9,65 @@ namespace dcm {
 
 namespace {
 
-constexpr Child<DcmSlotInfo> kInnerPorts[] = {
-    {"port", _devDecodeInnerPort, kInnerPortElement, DCM_SAYS_FILE("xmlfile(%s) slot decode innerport failed.")},
-    {"port-group", _devDecodeInnerPortGroup, kInnerPortGroupElement,
-     DCM_SAYS_FILE("xmlfile(%s) slot decode innerport-group failed.")},
+struct InnerPorts : Table {
+    static constexpr QueryChild<DcmSlotInfo> children[] = {
+        {"port", call<_devDecodeInnerPort>, kInnerPortElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) slot decode innerport failed.")},
+        {"port-group", call<_devDecodeInnerPortGroup>, kInnerPortGroupElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) slot decode innerport-group failed.")},
+    };
 };
 
-constexpr Child<DcmSlotInfo> kSfuPorts[] = {
-    {"port-group", _devDecodeSfuPortGroup, kSfuPortGroupElement,
-     DCM_SAYS_FILE("xmlfile(%s) slot decode sfu port-group failed.")},
+struct SfuPorts : Table {
+    static constexpr QueryChild<DcmSlotInfo> children[] = {
+        {"port-group", call<_devDecodeSfuPortGroup>, kSfuPortGroupElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) slot decode sfu port-group failed.")},
+    };
 };
 
-constexpr CountSays kFanCtrlSays = {
-    DCM_SAYS_FILE("xmlfile(%s) slot decode fanctrl-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) slot decode fanctrl-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmSlotInfo> kFanCtrls[] = {
-    {"fanctrl", _dcmDecodeFanCtrlEntity, kSlotFanCtrlElement, DCM_SAYS_FILE("xmlfile(%s) slot decode fanctrl failed.")},
-};
-
-// kept: the texts about power entities say "frame".
-constexpr CountSays kPowerSays = {
-    DCM_SAYS_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
-    DCM_SAYS_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."),
-};
-constexpr Child<DcmSlotInfo> kPowers[] = {
-    {"power", _dcmDecodePowerEntity, kSlotPowerElement, DCM_SAYS_FILE("xmlfile(%s) frame decode power failed.")},
+struct FanCtrls : Table {
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) slot decode fanctrl-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) slot decode fanctrl-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmSlotInfo> children[] = {
+        {"fanctrl", call<_dcmDecodeFanCtrlEntity>, kSlotFanCtrlElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) slot decode fanctrl failed.")},
+    };
 };
 
-constexpr Child<DcmSlotInfo> kSlot[] = {
-    {"maxcardnum", number<&DcmSlotInfo::maxCardNum>},
-    {"supportpoe", keyword<&DcmSlotInfo::supportPoe, dcmYesNoStr2Val>, DCM_SAYS("decode slot failed.")},
-    {"inner-port", holding<kInnerPorts>},
-    {"sfu-port", holding<kSfuPorts>},
-    {"fanctrl-entity", counted<&DcmSlotInfo::fanCtrlNum, DCM_FAN_CTRL_MAX, kFanCtrls, kFanCtrlSays>},
-    {"power-entity", counted<&DcmSlotInfo::powerNum, DCM_POWER_MAX, kPowers, kPowerSays>},
+struct Powers : Table {
+    // kept: the texts about power entities say "frame".
+    static constexpr CountMessages<QueryReporter> messages = {
+        DCM_MESSAGE_FILE("xmlfile(%s) frame decode power-entity failed, required num prop."),
+        DCM_MESSAGE_FILE_NUM("xmlfile(%s) frame decode power-entity failed, num(=%d) invalid."),
+    };
+    static constexpr QueryChild<DcmSlotInfo> children[] = {
+        {"power", call<_dcmDecodePowerEntity>, kSlotPowerElement,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame decode power failed.")},
+    };
 };
 
-constexpr Attribute kSlotAttributes[] = {{"typeid", {Kind::typeIds}, Need::required}};
+struct Slot : Table {
+    static constexpr Attribute typeIds = {"typeid", {Kind::typeIds}, Need::required};
+    static constexpr Attribute attributes[] = {typeIds};
+    static constexpr QueryChild<DcmSlotInfo> children[] = {
+        {"maxcardnum", number<&DcmSlotInfo::maxCardNum>},
+        {"supportpoe", keyword<&DcmSlotInfo::supportPoe, dcmYesNoStr2Val>, DCM_MESSAGE("decode slot failed.")},
+        {"inner-port", holding<InnerPorts>},
+        {"sfu-port", holding<SfuPorts>},
+        {"fanctrl-entity", counted<&DcmSlotInfo::fanCtrlNum, &DcmSlotInfo::fanCtrlInfo, FanCtrls>},
+        {"power-entity", counted<&DcmSlotInfo::powerNum, &DcmSlotInfo::powerInfo, Powers>},
+    };
+};
 
 // A slot describes every type of its comma list; one without a list is never found.
-Result findSlot(Node device, uint32_t typeId, Node &slot, const Reporter &reporter)
+Result findSlot(Node device, uint32_t typeId, Node &slot, const QueryReporter &reporter)
 {
     for (const Node child : children(device)) {
         if (!isNamed(child, kSlotName))
             continue;
-        const Text typeIds = Text::attribute(child, kSlotAttributes[0].name, reporter);
+        const Text typeIds = attributeText(child, Slot::typeIds, reporter);
         if (typeIds.isOutOfMemory())
             return Result::outOfMemory;
         if (typeIds && dcmStrMatch(typeId, typeIds.c_str()) == 1) {
@@ -65,7 +78,7 @@ Result findSlot(Node device, uint32_t typeId, Node &slot, const Reporter &report
     return DCM_REPORT(reporter.function, "xmlfile(%s) can not find slot with typeid=%u.", reporter.file, typeId);
 }
 
-Result readSlot(uint32_t typeId, DcmSlotInfo &info, const Reporter &reporter)
+Result readSlot(uint32_t typeId, DcmSlotInfo &info, const QueryReporter &reporter)
 {
     Document document;
     if (const Result parsed = document.parseDevice(reporter); parsed != Result::ok)
@@ -78,7 +91,7 @@ Result readSlot(uint32_t typeId, DcmSlotInfo &info, const Reporter &reporter)
 
 } // namespace
 
-const Element kSlotElement = repeated(kWithAttributes<kSlotAttributes, kSlot>);
+const Element kSlotElement = repeated(elementOf<Slot>);
 
 void clearSlot(uint32_t typeId, DcmSlotInfo &info)
 {
@@ -91,9 +104,9 @@ void clearSlot(uint32_t typeId, DcmSlotInfo &info)
         clearIdentity(port);
 }
 
-Result decodeSlot(Node slot, DcmSlotInfo &info, const Reporter &reporter)
+Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter)
 {
-    return walk<kSlot>(slot, info, reporter);
+    return walk<Slot>(slot, info, reporter);
 }
 
 } // namespace dcm
@@ -101,5 +114,5 @@ Result decodeSlot(Node slot, DcmSlotInfo &info, const Reporter &reporter)
 int dcmSlotInfoGet(const char *fileName, uint32_t typeId, DcmSlotInfo *info)
 {
     dcm::clearSlot(typeId, *info);
-    return status(dcm::readSlot(typeId, *info, dcm::Reporter{__func__, dcm::fileOrDefault(fileName)}));
+    return status(dcm::readSlot(typeId, *info, dcm::QueryReporter{__func__, dcm::fileOrDefault(fileName)}));
 }

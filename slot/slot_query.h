@@ -11,7 +11,7 @@ namespace dcm {
 // A record of which nothing has been read.
 void clearSlot(uint32_t typeId, DcmSlotInfo &info);
 // Reads what stands in a "slot".
-Result decodeSlot(Node slot, DcmSlotInfo &info, const Reporter &reporter);
+Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm
 

@@ -18,7 +18,7 @@ void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize]);
 int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info);
 
 // Reads what stands in the root of a port list; the reporter is the query's.
-Result decodeVmPorts(Node root, DcmVmPortInfo &info, const Reporter &reporter);
+Result decodeVmPorts(Node root, DcmVmPortInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm
 

@@ -25,39 +25,41 @@ Result takeIfindex(Node element, PortList &list, const Reporter &reporter)
 
 constexpr Element kIfindex = repeated(kNumber<uint32_t>, DCM_VM_IFINDEX_MAX);
 
-constexpr Child<PortList> kPorts[] = {
-    {"ifindex", takeIfindex, kIfindex},
+struct Ports : Table {
+    static constexpr Attribute num = {"num", numberOf(8), Need::required};
+    static constexpr Attribute attributes[] = {num};
+    static constexpr Child<PortList> children[] = {
+        {"ifindex", call<takeIfindex>, kIfindex},
+    };
 };
 
-constexpr Attribute kAttributes[] = {{"num", numberOf(8), Need::required}};
-
-Result readPorts(DcmVmPortInfo &info, const Reporter &reporter)
+Result readPorts(DcmVmPortInfo &info, const QueryReporter &reporter)
 {
     Document document;
     if (const Result parsed = document.parse(reporter); parsed != Result::ok)
         return parsed;
     if (!isNamed(document.root(), kVmName))
-        return reporter.says(DCM_SAYS_FILE("xmlfile(%s) first tag is not panel-port."));
+        return reporter.report(DCM_MESSAGE_FILE("xmlfile(%s) first tag is not panel-port."));
     return decodeVmPorts(document.root(), info, reporter);
 }
 
 } // namespace
 
-const Element kVmElement = kWithAttributes<kAttributes, kPorts>;
+const Element kVmElement = elementOf<Ports>;
 
 void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize])
 {
     std::snprintf(path, sizeof path, "%s/device/vm-%d.xml", baseFolder, vmId);
 }
 
-Result decodeVmPorts(Node root, DcmVmPortInfo &info, const Reporter &reporter)
+Result decodeVmPorts(Node root, DcmVmPortInfo &info, const QueryReporter &reporter)
 {
     uint32_t num = 0;
-    if (const Result read = readAttribute(root, kAttributes[0], num, reporter); read != Result::ok)
+    if (const Result read = readAttribute(root, Ports::num, num, reporter); read != Result::ok)
         return read;
     info.ifindexNum = static_cast<uint8_t>(num);
     PortList list = {info};
-    return walk<kPorts>(root, list, reporter);
+    return walk<Ports>(root, list, reporter);
 }
 
 int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info)
@@ -67,7 +69,7 @@ int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info)
     vmPath(baseFolder, vmId, path);
     if (access(path, F_OK) != 0)
         return status(DCM_REPORT(function, "dcmVmPortInfoGet vm-%d.xml is not exist.", int{vmId}));
-    return status(readPorts(info, Reporter{function, path}));
+    return status(readPorts(info, QueryReporter{function, path}));
 }
 
 } // namespace dcm

@@ -52,6 +52,16 @@ TEST(Number, IsZeroWhereOnlyThePrefixOfAHexadecimalNumberStands)
         expectReadAsByLibc(text);
 }
 
+TEST(Number, IsNeverBinary)
+{
+    for (const std::string text : {"0b11", "0B1", " 0b11", "+0b11", "-0b1", "0b"}) {
+        SCOPED_TRACE("\"" + text + "\"");
+        const char *end = nullptr;
+        EXPECT_EQ(readNumber(text.c_str(), &end), 0U);
+        EXPECT_EQ(end - text.c_str(), static_cast<std::ptrdiff_t>(text.find_first_of("bB")));
+    }
+}
+
 TEST(Number, KeepsItsLow32BitsUpTo64)
 {
     for (const char *text : {"4294967296", "4294967297", "0x123456789abcdef0", "18446744073709551614", "-4294967297",
@@ -63,7 +73,7 @@ TEST(Number, IsAllOnesWhereItDoesNotFit64Bits)
 {
     for (const char *text :
          {"18446744073709551615", "18446744073709551616", "18446744073709551620", "18446744073709551610",
-          "184467440737095516150", "1152921504606846976", "11529215046068469760", "-18446744073709551616",
+          "184467440737095516150", "1152921504606846976", "11529215046068469760", "-18446744073709551616", "-18446744073709551615",
           "0xffffffffffffffff", "0x10000000000000000", "02000000000000000000000", "99999999999999999999999999999999x"})
         expectReadAsByLibc(text);
 }

@@ -236,6 +236,29 @@ TEST(FanModule, ChecksTheLedsAndLedMapThatNoEntryTakes)
     EXPECT_EQ(unknownSource.messages.at(3), "[dcmLedDecodeMap:#]: type(no) is invalid .");
 }
 
+TEST(FanModule, WritesNoLedsBeyondTheAnnouncedModules)
+{
+    const auto frame = modules(1, std::string("<fanmodule id='2'>") + twoLedsAndAMap + "</fanmodule>");
+    EXPECT_EQ(frame.result, -1);
+    EXPECT_TRUE(isAllZero(frame.info->fanModuleInfo));
+}
+
+// The second map's name is faulty, so that its LED keeps the type that the first map gave it.
+TEST(FanModule, ReadsASecondLedMapOverTheFirstWhetherItIsKeptOrNot)
+{
+    const std::string maps = R"(
+        <led-map num='1'><source led-name='led-fan-1@sys1/1'/></led-map>
+        <led-map num='1'><source led-name='led-bogus-1@sys1/1'><state type='stop'>stop</state></source></led-map>)";
+    const Messages expected = {"[dcmLedTypeStr2Val:#]: invalid dcm str(bogus).",
+                               "[_dcmLedName2EttInfo:#]: led type[bogus] is invalid."};
+    for (const char *id : {"1", "4", "bogus"}) {
+        SCOPED_TRACE(id);
+        const auto frame = modules(1, std::string("<fanmodule id='") + id + "'>" + maps + "</fanmodule>");
+        EXPECT_EQ(frame.result, 0);
+        EXPECT_EQ(frame.messages, expected);
+    }
+}
+
 TEST(FanModule, LeavesATakenEntryAsItWas)
 {
     const std::string first = std::string("<fanmodule id='1'>") + twoLedsAndAMap + "</fanmodule>";

@@ -190,6 +190,29 @@ TEST(FramePower, ReportsAnIdTwoAboveTheAnnouncedCountAndKeepsTheCopiesBefore)
     }
 }
 
+TEST(FramePower, WritesNoLedsTwoAboveTheAnnouncedCount)
+{
+    const auto frame = supplies(0, "<power id='2'><led-entity num='1'><led id='1' type='power'/></led-entity></power>");
+    EXPECT_EQ(frame.result, -1);
+    EXPECT_TRUE(isAllZero(frame.info->powerInfo));
+}
+
+// The second map's name is faulty, so that its LED keeps the type that the first map gave it.
+TEST(FramePower, ReadsASecondLedMapOverTheFirstWhetherItIsKeptOrNot)
+{
+    const std::string maps = R"(
+        <led-map num='1'><source led-name='led-fan-1@sys1/1'/></led-map>
+        <led-map num='1'><source led-name='led-bogus-1@sys1/1'><state type='stop'>stop</state></source></led-map>)";
+    const Messages expected = {"[dcmLedTypeStr2Val:#]: invalid dcm str(bogus).",
+                               "[_dcmLedName2EttInfo:#]: led type[bogus] is invalid."};
+    for (const char *id : {"1", "4", "bogus"}) {
+        SCOPED_TRACE(id);
+        const auto frame = supplies(1, std::string("<power id='") + id + "'>" + maps + "</power>");
+        EXPECT_EQ(frame.result, 0);
+        EXPECT_EQ(frame.messages, expected);
+    }
+}
+
 TEST(FramePower, ReportsAnIdThatIsTakenAndKeepsTheCopiesBefore)
 {
     const auto frame = supplies(2, R"(

@@ -105,7 +105,7 @@ scan='
         clean()
         offset = 0
         line = 1
-        while (match(substr(text, offset + 1), /DCM_(REPORT|SAYS[A-Z_]*)\(/)) {
+        while (match(substr(text, offset + 1), /DCM_(REPORT|MESSAGE(_[A-Z]+)*)\(/)) {
             before = substr(text, offset + 1, RSTART - 1)
             line += gsub(/\n/, "", before)
             macro = substr(text, offset + RSTART, RLENGTH)

@@ -52,7 +52,7 @@ Place placeOf(const DescriptionFile &file, const DescribedType &type)
 void Queries::pass(const DescribedType &type)
 {
     if (type.kind == RecordKind::card)
-        static_cast<void>(dcm::takeCardNames(type.element, names_, {"dcmCardInfoGet", file_.name().c_str()}));
+        static_cast<void>(dcm::takeCardNames(type.element, names_, dcm::Reporter{"dcmCardInfoGet"}));
 }
 
 template <class Record> bool Queries::run(const DescribedType &type, Record &info)

@@ -262,7 +262,7 @@ void DescriptionFile::parseText()
     }
     std::vector<Message> messages;
     const MessageCapture capture(messages);
-    if (dcm::rootOf(document_, root_, dcm::Reporter{"dcm", name_.c_str()}) != dcm::Result::ok)
+    if (dcm::rootOf(document_, root_, dcm::QueryReporter{"dcm", name_.c_str()}) != dcm::Result::ok)
         return fail(State::notXml, messages.empty() ? "out of memory." : messages.front().text);
     state_ = State::parsed;
 }
@@ -329,7 +329,7 @@ Outcome DescriptionFile::decodeWith(const char *query, Record &info, const Clear
     Outcome outcome;
     const MessageCapture capture(outcome.messages);
     clear(info);
-    outcome.isDecoded = decode(info, dcm::Reporter{query, name_.c_str()}) == dcm::Result::ok;
+    outcome.isDecoded = decode(info, dcm::QueryReporter{query, name_.c_str()}) == dcm::Result::ok;
     return outcome;
 }
 
@@ -337,7 +337,7 @@ Outcome DescriptionFile::decode(const DescribedType &type, DcmFrameInfo &info) c
 {
     return decodeWith(
         "dcmFrameInfoGet", info, [&](DcmFrameInfo &frame) { dcm::clearFrame(type.typeIds.front(), frame); },
-        [&](DcmFrameInfo &frame, const dcm::Reporter &reporter) {
+        [&](DcmFrameInfo &frame, const dcm::QueryReporter &reporter) {
             return dcm::decodeFrame(type.element, frame, reporter);
         });
 }
@@ -347,7 +347,7 @@ Outcome DescriptionFile::decode(const DescribedType &type, DcmSlotInfo &info) co
     return decodeWith(
         "dcmSlotInfoGet", info,
         [&](DcmSlotInfo &slot) { dcm::clearSlot(type.typeIds.empty() ? 0 : type.typeIds.front(), slot); },
-        [&](DcmSlotInfo &slot, const dcm::Reporter &reporter) {
+        [&](DcmSlotInfo &slot, const dcm::QueryReporter &reporter) {
             return dcm::decodeSlot(type.element, slot, reporter);
         });
 }
@@ -356,7 +356,7 @@ Outcome DescriptionFile::decode(const DescribedType &type, DcmCardInfo &info) co
 {
     return decodeWith(
         "dcmCardInfoGet", info, [&](DcmCardInfo &card) { dcm::clearCard(type.typeIds.front(), type.mode, card); },
-        [&](DcmCardInfo &card, const dcm::Reporter &reporter) {
+        [&](DcmCardInfo &card, const dcm::QueryReporter &reporter) {
             const dcm::Result named = dcm::takeCardNames(type.element, card, reporter);
             return named == dcm::Result::ok ? dcm::decodeCard(type.element, card, reporter) : named;
         });
@@ -366,7 +366,7 @@ Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info) 
 {
     return decodeWith(
         "dcmVmPortInfoGet", info, [](DcmVmPortInfo &vm) { vm = {}; },
-        [&](DcmVmPortInfo &vm, const dcm::Reporter &reporter) {
+        [&](DcmVmPortInfo &vm, const dcm::QueryReporter &reporter) {
             return dcm::decodeVmPorts(type.element, vm, reporter);
         });
 }
