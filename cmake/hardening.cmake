@@ -1,8 +1,6 @@
 # What makes mistakes in memory harder to exploit, where compiler and linker have it. For everything in this folder and
 # below; sanitizers look for the same mistakes in their own way.
-include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
-include(CheckPIESupported)
 
 # -fhardened gives the same to the compiler, and warns of each option that is given beside it.
 if(NOT "${CMAKE_CXX_FLAGS} " MATCHES "-fhardened ")
@@ -24,10 +22,6 @@ if(NOT "${CMAKE_CXX_FLAGS} " MATCHES "-fhardened ")
         add_compile_options("$<${optimised}:-U_FORTIFY_SOURCE>" "$<${optimised}:-D_FORTIFY_SOURCE=2>")
     endif()
 endif()
-
-# Programs may be loaded anywhere.
-check_pie_supported()
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 # All addresses are bound when a program starts; what held them is read-only from then on.
 set(CMAKE_REQUIRED_LINK_OPTIONS -Wl,-z,relro,-z,now)

@@ -106,10 +106,7 @@ world_here() {
     for part in "$@"; do
         case $part in
         gcc | clang) world_tests "$part" || status=1 ;;
-        cells)
-            world_cells gcc || status=1
-            world_cells clang || status=1
-            ;;
+        gcc-options | clang-options) world_cells "${part%-options}" || status=1 ;;
         libc++) world_libcxx || status=1 ;;
         *) fail "no such part: $part" ;;
         esac
@@ -137,7 +134,7 @@ verb_world() {
     '')
         need clang libc++-dev libc++abi-dev "${build_packages[@]}" "${test_packages[@]}"
         world_here clang libc++ || status=1
-        world_in trixie gcc clang cells || status=1
+        world_in trixie gcc gcc-options clang clang-options || status=1
         return "$status"
         ;;
     *) fail 'world takes nothing, or --unstable' ;;
