@@ -2,6 +2,7 @@
 # help: cross ARCH        build for s390x (64 bits, big-endian) or armhf (32 bits) and run all tests in an emulator
 
 source scripts/lib/apt.sh
+source scripts/lib/tests.sh
 
 # What the target brings besides the cross compiler: unpacked into a folder, never installed.
 cross_sysroot() {
@@ -44,38 +45,6 @@ cross_googletest() {
     touch "$sysroot/complete-with-googletest"
 }
 
-# Of GoogleTest's programs ctest knows each test by itself, and to start the emulator for each would take minutes: they
-# run whole. What else ctest knows, it runs.
-cross_tests() {
-    local folder=build/cross-$1 listing commands command others log status=0
-    say "Testing ($1)"
-    listing=$(ctest --test-dir "$folder" --show-only --verbose) || fail "ctest finds no tests in $folder"
-    commands=$(sed -nE 's/^([0-9]+): Test command: /\1 /p' <<<"$listing")
-    if ! grep -q -- '"--gtest_filter=' <<<"$commands" ||
-        [ "$(wc -l <<<"$commands")" -ne "$(grep -cE '^ +Test +#[0-9]+: ' <<<"$listing")" ]; then
-        printf '%s\n' "$listing" >&2
-        fail 'ctest does not know the command of each test'
-    fi
-
-    # xargs takes the quotes off; the command begins with the emulator.
-    log=$folder/test.log
-    while read -r command; do
-        if xargs env <<<"$command --gtest_brief=1" >"$log" 2>&1; then
-            grep -E '^\[(=====|  SKIPPED )' "$log"
-        else
-            cat "$log" >&2
-            status=1
-        fi
-    done < <(sed -nE 's/^[0-9]+ (.*) "--gtest_filter=.*/\1/p' <<<"$commands" | sort -u)
-    others=$(sed -E '/"--gtest_filter=/d; s/ .*//' <<<"$commands" | paste -sd,)
-    if [ -n "$others" ]; then
-        quietly ctest --test-dir "$folder" --output-on-failure --timeout 600 --parallel "$jobs" -I "0,0,0,$others" ||
-            status=1
-        [ "$status" -ne 0 ] || echo "$(tr , '\n' <<<"$others" | wc -l) other tests passed."
-    fi
-    return "$status"
-}
-
 verb_cross() {
     local architecture=${1-} compiler emulator
     case $architecture in
@@ -90,5 +59,6 @@ verb_cross() {
     say "Building ($architecture)"
     quietly cmake --build "build/cross-$architecture" --parallel "$jobs" || fail 'the build failed'
     # ctest gets the emulator from the toolchain file. Scripts among the tests put this before what they start.
-    DCM_EMULATOR=$emulator QEMU_LD_PREFIX=$root/build/sysroot-$architecture cross_tests "$architecture"
+    say "Testing ($architecture)"
+    DCM_EMULATOR=$emulator QEMU_LD_PREFIX=$root/build/sysroot-$architecture test_whole "build/cross-$architecture"
 }

@@ -72,7 +72,7 @@ public:
         std::string faults;
         xmlRelaxNGValidCtxtPtr context = xmlRelaxNGNewValidCtxt(schema_);
         xmlRelaxNGSetValidStructuredErrors(
-            context, [](void *all, xmlErrorPtr error) { *static_cast<std::string *>(all) += error->message; }, &faults);
+            context, [](void *all, auto *error) { *static_cast<std::string *>(all) += error->message; }, &faults);
         const int result = xmlRelaxNGValidateDoc(context, document.get());
         xmlRelaxNGFreeValidCtxt(context);
         EXPECT_EQ(result == 0, faults.empty());

@@ -20,6 +20,16 @@ using namespace dcmtest;
 
 namespace {
 
+#if LIBXML_VERSION >= 21200
+using RaisedError = const xmlError *;
+#else
+using RaisedError = xmlError *;
+#endif
+#if LIBXML_VERSION >= 21400
+// A setting that is gone.
+constexpr int xmlParserDebugEntities = 0;
+#endif
+
 // Every query, on the examples and on a file that is no document.
 void askEverything()
 {
@@ -35,7 +45,7 @@ void askEverything()
     }
 }
 
-void ignoreStructured(void *, xmlErrorPtr) {}
+void ignoreStructured(void *, RaisedError) {}
 void ignoreGeneric(void *, const char *, ...) {}
 
 template <class Value> std::string shown(const char *name, Value value)
@@ -155,7 +165,7 @@ public:
     bool isInCharge() const { return xmlStructuredError == count && xmlStructuredErrorContext == this; }
 
 private:
-    static void count(void *client, xmlErrorPtr) { static_cast<Client *>(client)->errors_++; }
+    static void count(void *client, RaisedError) { static_cast<Client *>(client)->errors_++; }
     int errors_ = 0;
 };
 

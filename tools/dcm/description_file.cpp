@@ -103,6 +103,12 @@ size_t offsetOf(const xmlNode *node)
 
 } // namespace
 
+#if LIBXML_VERSION >= 21200
+using ParserFault = const xmlError;
+#else
+using ParserFault = xmlError;
+#endif
+
 // What the parser tells on its way.
 struct ParserEvents {
     static DescriptionFile &fileOf(const xmlParserCtxt *context)
@@ -160,7 +166,7 @@ struct ParserEvents {
         file.comments_.push_back({node, {file.text_.rfind("<!--", end), end}});
     }
 
-    static void error(void *, xmlError *error)
+    static void error(void *, ParserFault *error)
     {
         const auto *context = static_cast<xmlParserCtxt *>(error->ctxt);
         if (context == nullptr || error->level != XML_ERR_FATAL)
@@ -243,7 +249,6 @@ void DescriptionFile::parseText()
         return fail(State::notXml, "out of memory");
     parser_ = context.get();
     context->_private = this;
-    context->linenumbers = 0;
     // A short text lies in its node.
     context->options |= XML_PARSE_COMPACT;
     if (isConverted_)

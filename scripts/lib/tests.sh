@@ -1,0 +1,59 @@
+# shellcheck shell=bash
+# Runs all tests of a build quickly. ctest starts a process for each test, which takes most of the time where processes
+# start slowly (emulators, sanitizers) or the tests have been run one by one elsewhere.
+
+# tests_of FOLDER: number and command of each test, as ctest knows them.
+tests_of() {
+    local listing commands
+    listing=$(ctest --test-dir "$1" --show-only --verbose) || fail "ctest finds no tests in $1"
+    commands=$(sed -nE 's/^([0-9]+): Test command: /\1 /p' <<<"$listing")
+    if ! grep -q -- '"--gtest_filter=' <<<"$commands" ||
+        [ "$(wc -l <<<"$commands")" -ne "$(grep -cE '^ +Test +#[0-9]+: ' <<<"$listing")" ]; then
+        printf '%s\n' "$listing" >&2
+        fail 'ctest does not know the command of each test'
+    fi
+    printf '%s\n' "$commands"
+}
+
+# whole_program COMMAND LOG: runs a GoogleTest program, in as many parts as there are processors. The command is quoted.
+whole_program() {
+    local command=$1 log=$2 part parts=() status=0
+    for ((part = 0; part < jobs; part++)); do
+        # xargs takes the quotes off.
+        GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$part xargs timeout 1200 env <<<"$command --gtest_brief=1" \
+            >"$log.$part" 2>&1 &
+        parts+=($!)
+    done
+    for part in "${!parts[@]}"; do
+        wait "${parts[part]}" || { cat "$log.$part" >&2 && status=1; }
+    done
+    return "$status"
+}
+
+# whole_count LOG...: the tests that GoogleTest counted in these logs, and those that it skipped.
+whole_count() {
+    awk '/^\[=+\] [0-9]+ tests? from / { ran += $2 } /^\[  SKIPPED \] [0-9]+ tests?/ { skipped += $4 }
+        END { printf "%d tests%s", ran, skipped ? sprintf(", of which %d skipped", skipped) : "" }' "$@"
+}
+
+# test_whole FOLDER [EXCLUDED]: GoogleTest's programs whole, and what else ctest knows and no expression excludes.
+test_whole() {
+    local folder=$1 excluded=${2-^$} commands program programs others status=0
+    commands=$(tests_of "$folder") || return 1
+    rm -rf "$folder/whole"
+    mkdir -p "$folder/whole"
+    mapfile -t programs < <(sed -nE 's/^[0-9]+ (.*) "--gtest_filter=.*/\1/p' <<<"$commands" | sort -u)
+    for program in "${!programs[@]}"; do
+        whole_program "${programs[program]}" "$folder/whole/program.$program" || status=1
+    done
+    echo "$(whole_count "$folder"/whole/program.*) in ${#programs[@]} programs"
+    others=$(sed -E '/"--gtest_filter=/d; s/ .*//' <<<"$commands" | paste -sd,)
+    if [ -n "$others" ]; then
+        ctest --test-dir "$folder" --output-on-failure --timeout 600 --parallel "$jobs" -I "0,0,0,$others" \
+            --exclude-regex "$excluded" >"$folder/whole/others" 2>&1 || { cat "$folder/whole/others" >&2 && status=1; }
+        # Neither times nor names.
+        echo "others: $(sed -nE '/^[0-9]+% tests passed/p' "$folder/whole/others")"
+        sed -nE 's/^\t[0-9]+ - (.* \(Skipped\))/others: \1/p' "$folder/whole/others"
+    fi
+    return "$status"
+}

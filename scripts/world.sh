@@ -1,0 +1,142 @@
+# shellcheck shell=bash
+# help: world [--unstable] build and test with GCC 14 and Clang 19 in a bare Debian 13, with Clang 14 here (as root)
+
+source scripts/lib/system.sh
+source scripts/lib/tests.sh
+
+# world_configure NAME COMPILER [CMAKE-ARGUMENT...]: into build/world/NAME.
+world_configure() {
+    local name=$1 compilers
+    case $2 in
+    gcc) compilers=(-DCMAKE_C_COMPILER=gcc -DCMAKE_CXX_COMPILER=g++) ;;
+    clang) compilers=(-DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++) ;;
+    esac
+    shift 2
+    quietly env -u CC -u CXX -u CFLAGS -u CXXFLAGS -u LDFLAGS cmake -S . -B "build/world/$name" -G Ninja \
+        "${compilers[@]}" "$@" || fail "cannot configure build/world/$name"
+}
+
+# world_compile NAME TARGET...
+world_compile() {
+    local name=$1
+    shift
+    quietly cmake --build "build/world/$name" --parallel "$jobs" --target "$@" || {
+        echo "$name: does not build"
+        return 1
+    }
+}
+
+# world_tests COMPILER: everything as it ships, and all tests.
+world_tests() {
+    say "All with $("$1" --version | head -1), libxml2 $(pkg-config --modversion libxml-2.0)"
+    world_configure "$1" "$1" -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    world_compile "$1" all && test_whole "build/world/$1"
+}
+
+# world_relink COMPILER CELL PROGRAM [OPTION...]: a test program of the whole build, with the library of a cell. The tests
+# themselves are compiled without optimisation everywhere, so that each cell would compile the same.
+world_relink() {
+    local folder=build/world/$1 cell=$root/build/world/$2 program=$3 command
+    shift 3
+    command=$(ninja -C "$folder" -t commands "$program" | tail -n 1)
+    [[ $command == *' libdcm.a '* && $command == *" -o tests/$program "* ]] || fail "$program is not linked as expected"
+    command=${command// libdcm.a / $cell/libdcm.a }
+    (cd "$folder" && quietly bash -c "${command/ -o tests\/$program / $* -o $cell\/$program }") || fail "$program does not link"
+}
+
+# world_cell COMPILER NAME TARGETS FLAGS [CMAKE-ARGUMENT...]: compiles without a warning; the library keeps its needs, and
+# gives the tests what they expect.
+world_cell() {
+    local compiler=$1 cell=$1-$2 targets=$3 flags=$4 status=0 start=$SECONDS
+    shift 4
+    world_configure "$cell" "$compiler" -DCMAKE_BUILD_TYPE=None "-DCMAKE_C_FLAGS=$flags" "-DCMAKE_CXX_FLAGS=$flags" "$@"
+    # shellcheck disable=SC2086  # a list
+    world_compile "$cell" $targets || return 1
+    if [[ " $targets " != *' all '* ]]; then
+        tests/abi/check_symbols.sh "build/world/$cell/libdcm.so" || status=1
+        world_relink "$compiler" "$cell" dcm_tests "$flags"
+        whole_program "build/world/$cell/dcm_tests" "build/world/$cell/log" || status=1
+    fi
+    echo "$cell: $([ "$status" -eq 0 ] && echo passed || echo FAILED) after $((SECONDS - start)) s"
+    return "$status"
+}
+
+# world_cells COMPILER
+world_cells() {
+    local compiler=$1 library='dcm_static dcm_shared' standard status=0 linker=
+    # GNU's linker has no plugin for Clang.
+    [ "$compiler" != clang ] || linker=-fuse-ld=lld
+    say "Standards and options ($compiler)"
+    for standard in 20 23; do
+        world_cell "$compiler" "c++$standard" all -O0 "-DCMAKE_CXX_STANDARD=$standard" || status=1
+    done
+    world_cell "$compiler" O3 "$library" '-O3 -g' || status=1
+    world_cell "$compiler" Os "$library" '-Os -g' || status=1
+    world_cell "$compiler" flto "$library dcm_tool" "-O2 -g -flto $linker" || status=1
+    world_cell "$compiler" assertions "$library dcm_tool" '-O1 -g -D_GLIBCXX_ASSERTIONS' || status=1
+    if [ "$compiler" = gcc ]; then
+        world_cell "$compiler" fhardened "$library dcm_tool" '-O2 -g -fhardened' || status=1
+    fi
+    return "$status"
+}
+
+# What Clang makes of library and tool with its own C++ library; a GoogleTest for that is not to be had.
+world_libcxx() {
+    local name=clang-libc++ tool status=0
+    say 'The tool with libc++'
+    world_configure "$name" clang -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS=-stdlib=libc++ -DDCM_BUILD_TESTS=OFF
+    world_compile "$name" all || return 1
+    for tool in clang "$name"; do
+        {
+            build/world/$tool/dcm list --file examples/device.xml
+            build/world/$tool/dcm export --file examples/device.xml
+            build/world/$tool/dcm frame 1 --file examples/device.xml
+            build/world/$tool/dcm check --format json tests/tool/corpus/*.xml || [ $? -eq 2 ]
+        } >"build/world/$tool.output" || status=1
+    done
+    ldd "build/world/$name/dcm" | grep -q libc++ || fail 'the tool does not use libc++'
+    cmp "build/world/clang.output" "build/world/$name.output" || status=1
+    echo "$(wc -c <"build/world/$name.output") bytes of output: the same"
+    return "$status"
+}
+
+# world_here [PART...]: on the system that this runs on.
+world_here() {
+    local part status=0
+    for part in "$@"; do
+        case $part in
+        gcc | clang) world_tests "$part" || status=1 ;;
+        gcc-options | clang-options) world_cells "${part%-options}" || status=1 ;;
+        libc++) world_libcxx || status=1 ;;
+        *) fail "no such part: $part" ;;
+        esac
+    done
+    return "$status"
+}
+
+# world_in SUITE PART...: in a bare system, which stays, and keeps there what it has built.
+world_in() {
+    local suite=$1 folder=$root/build/world-$1
+    shift
+    system_make "$suite" "$folder/system"
+    system_run "$folder/system" "$root" "$folder/build" "./dev world --here $*"
+}
+
+verb_world() {
+    local status=0
+    case ${1-} in
+    --here)
+        shift
+        need g++ clang lld binutils "${build_packages[@]}" "${test_packages[@]}"
+        world_here "$@"
+        ;;
+    --unstable) world_in unstable gcc ;;
+    '')
+        need clang libc++-dev libc++abi-dev "${build_packages[@]}" "${test_packages[@]}"
+        world_here clang libc++ || status=1
+        world_in trixie gcc gcc-options clang clang-options || status=1
+        return "$status"
+        ;;
+    *) fail 'world takes nothing, or --unstable' ;;
+    esac
+}
