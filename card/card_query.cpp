@@ -109,10 +109,10 @@ struct Panel : Table {
 // An attribute that may be left out, and then leaves the count as it was.
 Result takeOptionalNum(Node element, const Attribute &attribute, uint8_t &count, const Reporter &reporter)
 {
-    const Text text = attributeText(element, attribute, reporter);
-    if (text)
-        count = static_cast<uint8_t>(text.number());
-    return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
+    uint32_t number = count;
+    const Result read = readOptional(element, attribute, number, reporter);
+    count = static_cast<uint8_t>(number);
+    return read;
 }
 
 Result takePanel(Node element, DcmCardInfo &card, const QueryReporter &reporter)

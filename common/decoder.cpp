@@ -143,10 +143,11 @@ Result takeBits(Node element, size_t maximum, uint8_t *bits, size_t size, const 
     return resultOf(dcmStr2BitList(list.c_str(), 1, static_cast<uint32_t>(maximum), bits, static_cast<uint32_t>(size)));
 }
 
-Result readAttribute(Node element, const char *attribute, uint32_t &number, const Reporter &reporter)
+Result readOptional(Node element, const char *attribute, uint32_t &number, const Reporter &reporter)
 {
     const Text text = Text::attribute(element, attribute, reporter);
-    number = text ? text.number() : 0;
+    if (text)
+        number = text.number();
     return text.isOutOfMemory() ? Result::outOfMemory : Result::ok;
 }
 

@@ -153,11 +153,18 @@ inline Text attributeText(Node element, const Attribute &attribute, const Report
     return Text::attribute(element, attribute.name, reporter);
 }
 
-// The number in an attribute; 0 where there is none.
-Result readAttribute(Node element, const char *attribute, uint32_t &number, const Reporter &reporter);
+// The number in an attribute; `number` stays as it is where there is none.
+Result readOptional(Node element, const char *attribute, uint32_t &number, const Reporter &reporter);
+inline Result readOptional(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
+{
+    return readOptional(element, attribute.name, number, reporter);
+}
+
+// The same, but 0 where there is none.
 inline Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
 {
-    return readAttribute(element, attribute.name, number, reporter);
+    number = 0;
+    return readOptional(element, attribute.name, number, reporter);
 }
 
 // The same of an attribute that must be there: `message` reports that it is not.

@@ -28,10 +28,9 @@ struct State : Table {
 
     uint32_t priority = DCM_LED_STATE_MAX;
     if (state != 0) {
-        const Text pri = attributeText(element, State::priority, reporter);
-        if (pri.isOutOfMemory())
-            return Result::outOfMemory;
-        priority = pri ? pri.number() : position + 1;
+        priority = position + 1;
+        if (const Result read = readOptional(element, State::priority, priority, reporter); read != Result::ok)
+            return read;
         if (priority < 1 || priority > DCM_LED_STATE_MAX)
             return Result::ok;
         if (led.states[priority - 1].pri != 0)
