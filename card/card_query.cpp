@@ -239,7 +239,7 @@ Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const Reporte
 {
     const CardQuery wanted = {typeId, mode, info};
     Document document;
-    if (const Result parsed = document.parseDevice(reporter, {kCardName, compareCard, &wanted}); parsed != Result::ok) {
+    if (const Result parsed = document.parseDevice(reporter, kCardName, compareCard, &wanted); parsed != Result::ok) {
         // The cards before the fault may have left their names.
         clearCard(typeId, mode, info);
         return parsed;
