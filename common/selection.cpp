@@ -122,8 +122,7 @@ void Selection::startRoot(xmlParserCtxtPtr parser)
         handler.startElementNs = xmlSAX2StartElementNs;
         return;
     }
-    if (parser->node != nullptr && isNamed(parser->node, kDeviceName))
-        root_ = parser->node;
+    root_ = parser->node;
     skipNodes(handler);
 }
 
