@@ -8,6 +8,10 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -23,37 +27,94 @@ namespace {
 
 constexpr uint32_t kMode = 1; // of all cards that are made
 
-Case frameCase(const std::string &name, const std::string &file, uint32_t typeId, double limit)
+Case frameCase(const std::string &name, const std::string &file, uint32_t typeId, const Limits &limits)
 {
-    return {name, file, limit, [file, typeId] {
+    return {name, file, limits, [file, typeId] {
                 static DcmFrameInfo frame;
                 return dcmFrameInfoGet(file.c_str(), typeId, &frame);
             }};
 }
 
-Case slotCase(const std::string &name, const std::string &file, uint32_t typeId, double limit)
+Case slotCase(const std::string &name, const std::string &file, uint32_t typeId, const Limits &limits)
 {
-    return {name, file, limit, [file, typeId] {
+    return {name, file, limits, [file, typeId] {
                 static DcmSlotInfo slot;
                 return dcmSlotInfoGet(file.c_str(), typeId, &slot);
             }};
 }
 
-Case cardCase(const std::string &name, const std::string &file, uint32_t typeId, uint32_t mode, double limit)
+Case cardCase(const std::string &name, const std::string &file, uint32_t typeId, uint32_t mode, const Limits &limits)
 {
-    return {name, file, limit, [file, typeId, mode] {
+    return {name, file, limits, [file, typeId, mode] {
                 static DcmCardInfo card;
                 return dcmCardInfoGet(file.c_str(), typeId, mode, &card);
             }};
 }
 
 // A port list lies at DEVICE-FOLDER/vm-ID.xml below a base folder.
-Case vmCase(const std::string &name, const std::string &baseFolder, const std::string &file, uint8_t id, double limit)
+Case vmCase(const std::string &name, const std::string &baseFolder, const std::string &file, uint8_t id,
+            const Limits &limits)
 {
-    return {name, file, limit, [baseFolder, id] {
+    return {name, file, limits, [baseFolder, id] {
                 static DcmVmPortInfo ports;
                 return dcm::readVmPorts(baseFolder.c_str(), id, ports);
             }};
+}
+
+// Sends standard output nowhere while it lives.
+class Silence {
+public:
+    Silence() : saved_(dup(STDOUT_FILENO))
+    {
+        std::fflush(stdout);
+        static const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nowhere, STDOUT_FILENO);
+    }
+    ~Silence()
+    {
+        std::fflush(stdout);
+        dup2(saved_, STDOUT_FILENO);
+        close(saved_);
+    }
+    Silence(const Silence &) = delete;
+    Silence &operator=(const Silence &) = delete;
+
+private:
+    int saved_;
+};
+
+// A type that no card has.
+Case cardCaseInVain(const std::string &name, const std::string &file, const Limits &limits)
+{
+    return {name, file, limits, [file] {
+                static DcmCardInfo card;
+                const Silence silence;
+                return dcmCardInfoGet(file.c_str(), 0xFFFF, 0, &card) == -1 ? 0 : -1;
+            }};
+}
+
+// What a process asks of the example when it starts.
+Case bootCase(const std::string &name, const std::string &file)
+{
+    constexpr uint32_t frames[] = {1, 2};
+    constexpr uint32_t slots[] = {1, 2, 3, 4, 5, 6, 0x12, 0x21, 0x22, 0x24, 0x25};
+    constexpr uint32_t cards[] = {0x0101, 0x0102, 0x0201, 0x0301, 0x0302, 0x0303,
+                                  0x0401, 0x0402, 0x0403, 0x0501, 0x0701};
+    std::vector<std::function<int()>> queries;
+    for (const uint32_t type : frames)
+        queries.push_back(frameCase("", file, type, kBoot).query);
+    for (const uint32_t type : slots)
+        queries.push_back(slotCase("", file, type, kBoot).query);
+    for (const uint32_t type : cards)
+        queries.push_back(cardCase("", file, type, 0, kBoot).query);
+    queries.push_back(cardCase("", file, 0x0402, 1, kBoot).query);
+    const auto all = [queries] {
+        int result = 0;
+        for (const auto &query : queries)
+            result |= query();
+        return result;
+    };
+    return {name, file, kBoot, all, static_cast<unsigned>(queries.size())};
 }
 
 } // namespace
@@ -84,7 +145,12 @@ std::string TemporaryFolder::write(const std::string &name, const std::string &t
 
 Case cardCase(const std::string &name, const std::string &file, uint32_t typeId, size_t count)
 {
-    return cardCase(name, file, typeId, kMode, count >= 20 ? kTwentiethLimit : kWholeLimit);
+    const size_t size = fileSize(file);
+    const Limits &limits = count < 15          ? kWhole
+                           : size >= 4'900'000 ? kFifteenthOf5Megabytes
+                           : size >= 490'000   ? kFifteenthOfHalfAMegabyte
+                                               : kFifteenth;
+    return cardCase(name, file, typeId, kMode, limits);
 }
 
 std::vector<Case> standardCases(const TemporaryFolder &folder)
@@ -95,17 +161,19 @@ std::vector<Case> standardCases(const TemporaryFolder &folder)
         return std::string(std::istreambuf_iterator<char>(stream), {});
     }());
     std::vector<Case> cases = {
-        frameCase("example: frame 1", example, 1, kWholeLimit),
-        slotCase("example: slot 2", example, 2, kWholeLimit),
-        cardCase("example: card 0x0101", example, 0x0101, 0, kWholeLimit),
-        cardCase("example: card 0x0701, the last", example, 0x0701, 0, kWholeLimit),
-        vmCase("example: VM 3", folder.path() + "/example", exampleVm, 3, 0),
+        frameCase("example: frame 1, a quarter", example, 1, kQuarter),
+        frameCase("example: frame 2", example, 2, kFifteenth),
+        slotCase("example: slot 2", example, 2, kFifteenth),
+        cardCase("example: card 0x0101", example, 0x0101, 0, kFifteenth),
+        cardCase("example: card 0x0701, the last", example, 0x0701, 0, kFifteenth),
+        cardCaseInVain("example: a card that it lacks", example, kFifteenth),
+        bootCase("example: 25 queries, a boot", example),
+        vmCase("example: VM 3", folder.path() + "/example", exampleVm, 3, {0, 0, 1.00}),
         cardCase("one large card", folder.write("card.xml", largeCard(Layout::indented)), kTypeId, 1),
         cardCase("one large card, no blanks", folder.write("compact.xml", largeCard(Layout::compact)), kTypeId, 1),
-        frameCase("one large frame", folder.write("frame.xml", largeFrame()), kTypeId, kWholeLimit),
-        slotCase("one large slot", folder.write("slot.xml", largeSlot()), kTypeId, kWholeLimit),
-        vmCase("one large VM", folder.path() + "/large", folder.write("large/device/vm-7.xml", largeVm()), 7,
-               kWholeLimit),
+        frameCase("one large frame", folder.write("frame.xml", largeFrame()), kTypeId, kWhole),
+        slotCase("one large slot", folder.write("slot.xml", largeSlot()), kTypeId, kWhole),
+        vmCase("one large VM", folder.path() + "/large", folder.write("large/device/vm-7.xml", largeVm()), 7, kWhole),
     };
     for (const uint32_t count : {20U, 200U, 2000U}) {
         const std::string many = std::to_string(count) + " cards";
@@ -113,13 +181,15 @@ std::vector<Case> standardCases(const TemporaryFolder &folder)
         cases.push_back(cardCase(many + ", the first", file, kTypeId, count));
         cases.push_back(cardCase(many + ", the middle one", file, kTypeId + count / 2, count));
         cases.push_back(cardCase(many + ", the last", file, kTypeId + count - 1, count));
+        cases.push_back(cardCaseInVain(many + ", none", file, cases.back().limits));
     }
     return cases;
 }
 
-void parseAndFree(const std::string &file)
+void parseAndFree(const Case &one)
 {
-    xmlFreeDoc(xmlParseFile(file.c_str()));
+    for (unsigned i = 0; i < one.parses; i++)
+        xmlFreeDoc(xmlParseFile(one.file.c_str()));
 }
 
 size_t fileSize(const std::string &file)

@@ -26,16 +26,30 @@ private:
     std::string path_;
 };
 
+// The most that a query may cost, in floors; 0: whatever it costs.
+struct Limits {
+    double instructions;
+    double time;
+    double peak; // of memory
+};
+
 struct Case {
     std::string name;
     std::string file;
-    double limit; // the most that the query may cost, in floors; 0: whatever it costs
+    Limits limits;
     std::function<int()> query;
+    unsigned parses = 1; // of the file, one for each query
 };
 
-// What is wanted is the whole file, and a twentieth of it or less.
-constexpr double kWholeLimit = 1.10;
-constexpr double kTwentiethLimit = 1.02;
+// The whole file is wanted, about a quarter of it, at most a fifteenth of it, and so much of 0.5 MB or of 5 MB and
+// more.
+constexpr Limits kWhole = {1.10, 0, 1.00};
+constexpr Limits kQuarter = {0.60, 0, 0.30};
+constexpr Limits kFifteenth = {0.45, 0, 0.20};
+constexpr Limits kFifteenthOfHalfAMegabyte = {0.45, 0.35, 0.20};
+constexpr Limits kFifteenthOf5Megabytes = {0.45, 0.35, 0.02};
+// 25 queries in a row.
+constexpr Limits kBoot = {0, 0.40, 0.30};
 
 // Every query on the example, on files of one large element, and on many cards with the wanted one in several places.
 std::vector<Case> standardCases(const TemporaryFolder &folder);
@@ -44,7 +58,7 @@ std::vector<Case> standardCases(const TemporaryFolder &folder);
 Case cardCase(const std::string &name, const std::string &file, uint32_t typeId, size_t count);
 
 // The floor.
-void parseAndFree(const std::string &file);
+void parseAndFree(const Case &one);
 
 size_t fileSize(const std::string &file);
 

@@ -33,9 +33,9 @@ void countAll(const std::string &wanted)
         if (!wanted.empty() && one.name != wanted)
             continue;
         char limit[16];
-        std::snprintf(limit, sizeof limit, "%.2f", one.limit);
+        std::snprintf(limit, sizeof limit, "%.2f", one.limits.instructions);
         const std::string name = "|" + std::to_string(dcmbench::fileSize(one.file)) + "|" + limit + "|" + one.name;
-        count("floor" + name, [&] { dcmbench::parseAndFree(one.file); });
+        count("floor" + name, [&] { dcmbench::parseAndFree(one); });
         count("query" + name, [&] { static_cast<void>(one.query()); });
     }
     CALLGRIND_STOP_INSTRUMENTATION;

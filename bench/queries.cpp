@@ -53,10 +53,10 @@ void measure(benchmark::State &state, const Case &one)
     std::vector<double> floors;
     std::vector<double> queries;
     std::vector<double> ratios;
-    const auto floor = [&] { floors.push_back(secondsFor([&] { dcmbench::parseAndFree(one.file); })); };
+    const auto floor = [&] { floors.push_back(secondsFor([&] { dcmbench::parseAndFree(one); })); };
     const auto query = [&] { queries.push_back(secondsFor([&] { benchmark::DoNotOptimize(one.query()); })); };
     // The first pair finds the memory as the next ones do.
-    dcmbench::parseAndFree(one.file);
+    dcmbench::parseAndFree(one);
     while (state.KeepRunning()) {
         if (random() % 2 == 0) {
             floor();
@@ -72,8 +72,8 @@ void measure(benchmark::State &state, const Case &one)
     state.counters["floor_us"] = median(floors) * 1e6;
     state.counters["query_us"] = median(queries) * 1e6;
     state.counters["ratio"] = median(ratios);
-    if (one.limit > 0)
-        state.counters["limit"] = one.limit;
+    if (one.limits.time > 0)
+        state.counters["limit"] = one.limits.time;
 }
 
 // One line for each benchmark, in the order in which they were added: the medians of its repetitions, and the smallest
@@ -105,8 +105,10 @@ public:
         std::printf("%-48s %9s %9s %9s %8s %6s  %-13s %5s\n", "", "bytes", "floor us", "query us", "ns/byte", "ratio",
                     "from - to", "limit");
         for (const Row &row : rows_)
-            print(row);
+            isGood_ = print(row) && isGood_;
     }
+    // Whether no limit was exceeded.
+    bool isGood() const { return isGood_; }
 
 private:
     struct Row {
@@ -118,19 +120,24 @@ private:
         std::vector<double> ratios;
     };
 
-    static void print(const Row &row)
+    static bool print(const Row &row)
     {
         const double bytes = row.counters.at("bytes");
         const double ratio = median(row.ratios);
         const auto [least, most] = std::minmax_element(row.ratios.begin(), row.ratios.end());
         std::printf("%-48s %9.0f %9.1f %9.1f %8.2f %6.3f  %.3f - %.3f", row.name.c_str(), bytes, median(row.floors),
                     median(row.queries), median(row.queries) * 1e3 / bytes, ratio, *least, *most);
-        if (const auto limit = row.counters.find("limit"); limit != row.counters.end())
-            std::printf(" %5.2f%s", static_cast<double>(limit->second), ratio > limit->second ? " exceeded" : "");
+        bool isOver = false;
+        if (const auto limit = row.counters.find("limit"); limit != row.counters.end()) {
+            isOver = ratio > limit->second;
+            std::printf(" %5.2f%s", static_cast<double>(limit->second), isOver ? " exceeded" : "");
+        }
         std::printf("\n");
+        return !isOver;
     }
 
     std::vector<Row> rows_;
+    bool isGood_ = true;
 };
 
 // As many pairs in a repetition as make some megabytes: small files get many, and all of it takes a few minutes.
@@ -166,7 +173,7 @@ void addSideBySide(const std::string &name, const std::string &file, uint32_t ty
                             {"streaming reader", dcmbench::readWithTextReader},
                             {"pugixml", dcmbench::readWithPugixml}};
     const Case query = dcmbench::cardCase("side by side: " + name + "/query", file, typeId, 1);
-    add({query.name, file, 0, query.query});
+    add({query.name, file, {}, query.query});
 
     DcmCardInfo card;
     if (dcmCardInfoGet(file.c_str(), typeId, 1, &card) != 0)
@@ -176,8 +183,9 @@ void addSideBySide(const std::string &name, const std::string &file, uint32_t ty
         auto panel = std::make_shared<dcmbench::Panel>();
         if (!read(file.c_str(), typeId, *panel) || bytesOf(panel->ports) != bytesOf(card.panelIf))
             throw std::runtime_error(std::string(way.name) + " reads other ports than the library in " + file);
-        add({"side by side: " + name + "/" + way.name, file, 0,
-             [=] { return read(file.c_str(), typeId, *panel) ? 0 : -1; }});
+        add({"side by side: " + name + "/" + way.name, file, {}, [=] {
+                 return read(file.c_str(), typeId, *panel) ? 0 : -1;
+             }});
     }
 }
 
@@ -217,9 +225,9 @@ int main(int argc, char **argv)
         Table table;
         benchmark::RunSpecifiedBenchmarks(&table);
         benchmark::Shutdown();
+        return table.isGood() ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return EXIT_FAILURE;
     }
-    return EXIT_SUCCESS;
 }

@@ -265,18 +265,25 @@ Result findCard(Node device, const CardQuery &wanted, Node &card, const QueryRep
                       wanted.typeId, wanted.mode);
 }
 
-Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const QueryReporter &reporter)
+// Not inlined: the stack of the search is free again when the card is decoded.
+[[gnu::noinline]] Result openCard(uint32_t typeId, uint32_t mode, Document &document, Node &card, DcmCardInfo &info,
+                                  const QueryReporter &reporter)
 {
     const CardQuery wanted = {typeId, mode, info};
-    Document document;
-    if (const Result parsed = document.parseDevice(reporter, {kCardName, compareCard, &wanted}); parsed != Result::ok) {
+    if (const Result parsed = document.parseDevice(reporter, kCardName, compareCard, &wanted); parsed != Result::ok) {
         // The cards before the fault may have left their names.
         clearCard(typeId, mode, info);
         return parsed;
     }
+    return findCard(document.root(), wanted, card, reporter);
+}
+
+Result readCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info, const QueryReporter &reporter)
+{
+    Document document;
     Node card = nullptr;
-    if (const Result found = findCard(document.root(), wanted, card, reporter); found != Result::ok)
-        return found;
+    if (const Result opened = openCard(typeId, mode, document, card, info, reporter); opened != Result::ok)
+        return opened;
     return decodeCard(card, info, reporter);
 }
 

@@ -88,8 +88,10 @@ Result Document::parse(const QueryReporter &reporter, const Wanted *wanted)
     return rootOf(document_, root_, reporter);
 }
 
-Result Document::parseDevice(const QueryReporter &reporter, const Wanted &wanted)
+Result Document::parseDevice(const QueryReporter &reporter, const char *name, Wanted::Compare compare,
+                             const void *query)
 {
+    const Wanted wanted = {name, compare, query};
     if (const Result parsed = parse(reporter, &wanted); parsed != Result::ok)
         return parsed;
     return isNamed(root_, kDeviceName) ? Result::ok

@@ -19,8 +19,8 @@ public:
     // Parses the reporter's file.
     Result parse(const QueryReporter &reporter) { return parse(reporter, nullptr); }
     // Parses the reporter's file, which must be a device description. The tree may have no more than is needed to find
-    // and decode what is wanted.
-    Result parseDevice(const QueryReporter &reporter, const Wanted &wanted);
+    // and decode what is wanted: the child of the root that has this name and compares equal with the query.
+    Result parseDevice(const QueryReporter &reporter, const char *name, Wanted::Compare compare, const void *query);
     Node root() const { return root_; }
 
 private:

@@ -1,5 +1,7 @@
 #include "common/selection.h"
 
+#include <libxml/SAX2.h>
+
 #include <cstring>
 
 namespace dcm {
@@ -17,7 +19,7 @@ struct Selection::Handlers {
     template <class... Rest> static void startRoot(void *context, Rest... rest)
     {
         const auto parser = static_cast<xmlParserCtxtPtr>(context);
-        of(parser).libxml2s_.startElementNs(context, rest...);
+        xmlSAX2StartElementNs(context, rest...);
         of(parser).startRoot(parser);
     }
 
@@ -32,7 +34,7 @@ struct Selection::Handlers {
             selection.skipStart(parser);
             return;
         }
-        selection.libxml2s_.startElementNs(context, name, prefix, uri, rest...);
+        xmlSAX2StartElementNs(context, name, prefix, uri, rest...);
         selection.startCandidate(parser);
     }
 
@@ -46,10 +48,10 @@ struct Selection::Handlers {
             return;
         }
         const Node ended = parser->node;
-        selection.libxml2s_.endElementNs(context, name, prefix, uri);
+        xmlSAX2EndElementNs(context, name, prefix, uri);
         if (parser->node == nullptr) {
             // What follows the root is built as what precedes it.
-            *parser->sax = selection.libxml2s_;
+            buildNodes(*parser->sax);
         } else if (ended != parser->node) {
             // The search has passed it.
             xmlUnlinkNode(ended);
@@ -62,11 +64,11 @@ struct Selection::Handlers {
         const auto parser = static_cast<xmlParserCtxtPtr>(context);
         Selection &selection = of(parser);
         const bool isFound = parser->node == selection.found_;
-        selection.libxml2s_.endElementNs(context, name, prefix, uri);
+        xmlSAX2EndElementNs(context, name, prefix, uri);
         if (!isFound)
             return;
         selection.root_ = nullptr;
-        selection.skipNodes(*parser->sax);
+        skipNodes(*parser->sax);
     }
 
     static void text(void *context, const xmlChar *, int size)
@@ -86,13 +88,11 @@ struct Selection::Handlers {
 void Selection::attach(xmlParserCtxtPtr parser)
 {
     parser->_private = this;
-    libxml2s_ = *parser->sax;
     parser->sax->startElementNs = Handlers::startRoot;
 }
 
-void Selection::skipNodes(xmlSAXHandler &handler) const
+void Selection::skipNodes(xmlSAXHandler &handler)
 {
-    handler = libxml2s_;
     handler.startElementNs = Handlers::start;
     handler.endElementNs = Handlers::end;
     handler.characters = Handlers::text;
@@ -102,23 +102,28 @@ void Selection::skipNodes(xmlSAXHandler &handler) const
     handler.processingInstruction = Handlers::instruction;
 }
 
-void Selection::buildNodes(xmlSAXHandler &handler) const
+void Selection::buildNodes(xmlSAXHandler &handler)
 {
-    handler = libxml2s_;
-    handler.endElementNs = Handlers::endBuilt;
+    handler.startElementNs = xmlSAX2StartElementNs;
+    handler.endElementNs = xmlSAX2EndElementNs;
+    handler.characters = xmlSAX2Characters;
+    handler.ignorableWhitespace = xmlSAX2Characters;
+    handler.cdataBlock = xmlSAX2CDataBlock;
+    handler.comment = xmlSAX2Comment;
+    handler.processingInstruction = xmlSAX2ProcessingInstruction;
 }
 
 void Selection::startRoot(xmlParserCtxtPtr parser)
 {
+    xmlSAXHandler &handler = *parser->sax;
     // libxml2 looks at its nodes to know which blanks to drop, and a document type may give elements more than they
     // have.
-    if (parser->myDoc->intSubset != nullptr || libxml2s_.ignorableWhitespace != libxml2s_.characters) {
-        *parser->sax = libxml2s_;
+    if (parser->myDoc->intSubset != nullptr || handler.ignorableWhitespace != handler.characters) {
+        handler.startElementNs = xmlSAX2StartElementNs;
         return;
     }
-    if (parser->node != nullptr && isNamed(parser->node, kDeviceName))
-        root_ = parser->node;
-    skipNodes(*parser->sax);
+    root_ = parser->node;
+    skipNodes(handler);
 }
 
 bool Selection::isCandidate(xmlParserCtxtPtr parser, const char *name) const
@@ -141,6 +146,7 @@ void Selection::startCandidate(xmlParserCtxtPtr parser)
     if (isWanted) {
         found_ = parser->node;
         buildNodes(*parser->sax);
+        parser->sax->endElementNs = Handlers::endBuilt;
     }
 }
 

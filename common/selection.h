@@ -26,10 +26,12 @@ namespace dcm {
 
 // What a query looks for: the first child of the root that has this name and compares equal.
 struct Wanted {
-    const char *name;
     // Whether `child`, which may have no more than its attributes, is the one. Fails only without memory. What it does
     // besides must not change when it is done twice for the same children in the same order.
-    Result (*compare)(Node child, const void *query, bool &isWanted, const Reporter &reporter);
+    using Compare = Result (*)(Node child, const void *query, bool &isWanted, const Reporter &reporter);
+
+    const char *name;
+    Compare compare;
     const void *query;
 };
 
@@ -48,8 +50,8 @@ private:
     struct Handlers;
 
     static Selection &of(xmlParserCtxtPtr parser) { return *static_cast<Selection *>(parser->_private); }
-    void skipNodes(xmlSAXHandler &handler) const;
-    void buildNodes(xmlSAXHandler &handler) const;
+    static void skipNodes(xmlSAXHandler &handler);
+    static void buildNodes(xmlSAXHandler &handler);
     void startRoot(xmlParserCtxtPtr parser);
     bool isCandidate(xmlParserCtxtPtr parser, const char *name) const;
     void startCandidate(xmlParserCtxtPtr parser);
@@ -58,11 +60,10 @@ private:
 
     const Wanted &wanted_;
     const Reporter &reporter_;
-    xmlSAXHandler libxml2s_ = {}; // the handlers that build a whole tree
-    Node root_ = nullptr;         // whose children are still of interest
-    Node found_ = nullptr;        // what is wanted, until its end
-    unsigned depth_ = 0;          // open elements without a node
-    size_t textSize_ = 0;         // bytes of skipped text since the last tag
+    Node root_ = nullptr;  // whose children are still of interest
+    Node found_ = nullptr; // what is wanted, until its end
+    unsigned depth_ = 0;   // open elements without a node
+    size_t textSize_ = 0;  // bytes of skipped text since the last tag
     bool hasGivenUp_ = false;
 };
 

@@ -81,13 +81,6 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
         if (const xmlChar *text = soleText(attribute->children))
             return Text(text);
     }
-    return copyAttribute(element, name, attribute, reporter);
-}
-
-// A function of its own, as copyContent() is: what it needs is off the stack of the many that are borrowed.
-[[gnu::noinline]] Text Text::copyAttribute(Node element, const char *name, const xmlAttr *attribute,
-                                           const Reporter &reporter)
-{
     const MemoryWatch watch;
     unsigned char *copy =
         isExpandable(attribute->children, kTextExpansionMax) ? xmlGetProp(element, xmlText(name)) : nullptr;

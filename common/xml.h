@@ -117,7 +117,6 @@ private:
         return first->content != nullptr ? first->content : kEmpty;
     }
     static Text copyContent(Node element, const Reporter &reporter);
-    static Text copyAttribute(Node element, const char *name, const xmlAttr *attribute, const Reporter &reporter);
     // `isCut`: memory ran out while the copy was made.
     static Text owned(unsigned char *copy, bool isCut, const Reporter &reporter);
 

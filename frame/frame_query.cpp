@@ -263,7 +263,7 @@ Result findFrame(Node device, uint32_t typeId, Node &frame, const QueryReporter 
 Result readFrame(uint32_t typeId, DcmFrameInfo &info, const QueryReporter &reporter)
 {
     Document document;
-    if (const Result parsed = document.parseDevice(reporter, {kFrameName, compareFrame, &typeId}); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, kFrameName, compareFrame, &typeId); parsed != Result::ok)
         return parsed;
     Node frame = nullptr;
     if (const Result found = findFrame(document.root(), typeId, frame, reporter); found != Result::ok)

@@ -159,6 +159,7 @@ namespace {
 using ReportText = char[2048];
 
 size_t reportCount;
+std::string reports;
 const char *loggedFormat; // of a report that has been logged and not yet printed
 ReportText loggedText;
 
@@ -180,6 +181,7 @@ void checkLogCall(int module, int level, int flags, const char *format, va_list 
     loggedFormat = format;
     std::vsnprintf(loggedText, sizeof loggedText, format, arguments);
     reportCount++;
+    reports += loggedText;
 }
 
 void checkPrinted(const char *format, const char *text)
@@ -197,7 +199,16 @@ size_t takeReportCount()
     DCM_FUZZ_CHECK(loggedFormat == nullptr);
     const size_t count = reportCount;
     reportCount = 0;
+    reports.clear();
     return count;
+}
+
+std::string takeReports()
+{
+    std::string taken;
+    taken.swap(reports);
+    takeReportCount();
+    return taken;
 }
 
 } // namespace dcmfuzz

@@ -83,6 +83,8 @@ bool mayHold(const char *name);
 // How many reports there were since the last call. Each was checked: the log call has the leading arguments 0, 3, 0 and
 // a format that begins "[%s:%u]: " and ends "\r\n", and the same text was printed before anything else was.
 size_t takeReportCount();
+// What they said.
+std::string takeReports();
 
 } // namespace dcmfuzz
 

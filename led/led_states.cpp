@@ -14,17 +14,23 @@ struct State : Table {
     };
 };
 
-// The display of a state, which is not in use; nullptr when the LED has none for it. `position` counts the LED's
-// "state" elements from 0. A function of its own, so that its texts are off the stack when the display is read.
-[[gnu::noinline]] Result findDisplay(Node element, const LedStates &led, uint32_t position, DcmLedStateInfo *&display,
-                                     const Reporter &reporter)
+// What a "state" is about. A function of its own, so that its text is off the stack when the display is read.
+[[gnu::noinline]] Result readState(Node element, uint32_t ledType, uint32_t &state, const Reporter &reporter)
 {
     const Text type = attributeText(element, State::type, reporter);
     if (!type)
         return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
     // An unknown state has been reported, where the LED has states at all, and is taken for "default".
+    static_cast<void>(dcmLedStateStr2Val(ledType, type.word(), &state));
+    return Result::ok;
+}
+
+// One "state"; `position` counts the LED's "state" elements from 0.
+Result decodeState(Node element, uint32_t position, const LedStates &led, const Reporter &reporter)
+{
     uint32_t state = 0;
-    static_cast<void>(dcmLedStateStr2Val(led.ledType, type.word(), &state));
+    if (const Result read = readState(element, led.ledType, state, reporter); read != Result::ok)
+        return read;
 
     uint32_t priority = DCM_LED_STATE_MAX;
     if (state != 0) {
@@ -32,22 +38,19 @@ struct State : Table {
         if (const Result read = readOptional(element, State::priority, priority, reporter); read != Result::ok)
             return read;
         if (priority < 1 || priority > DCM_LED_STATE_MAX)
-            return Result::ok;
+            return Result::ok; // an LED has no display for it
         if (led.states[priority - 1].pri != 0)
             return reporter.report(DCM_MESSAGE_ID("duplicate state priority(%u)."), priority);
     }
-    display = &led.states[priority - 1];
-    display->pri = static_cast<uint8_t>(priority);
-    display->state = static_cast<uint8_t>(state);
-    return Result::ok;
+    DcmLedStateInfo &display = led.states[priority - 1];
+    display.pri = static_cast<uint8_t>(priority);
+    display.state = static_cast<uint8_t>(state);
+    return walk<State>(element, display, reporter);
 }
 
 Result _dcmLedDecodeStates(Node element, LedStates &led)
 {
-    const Reporter here{__func__};
-    DcmLedStateInfo *display = nullptr;
-    const Result found = findDisplay(element, led, led.position++, display, here);
-    return display != nullptr ? walk<State>(element, *display, here) : found;
+    return decodeState(element, led.position++, led, Reporter{__func__});
 }
 
 } // namespace

@@ -89,7 +89,7 @@ Result findSlot(Node device, uint32_t typeId, Node &slot, const QueryReporter &r
 Result readSlot(uint32_t typeId, DcmSlotInfo &info, const QueryReporter &reporter)
 {
     Document document;
-    if (const Result parsed = document.parseDevice(reporter, {kSlotName, compareSlot, &typeId}); parsed != Result::ok)
+    if (const Result parsed = document.parseDevice(reporter, kSlotName, compareSlot, &typeId); parsed != Result::ok)
         return parsed;
     Node slot = nullptr;
     if (const Result found = findSlot(document.root(), typeId, slot, reporter); found != Result::ok)

@@ -278,6 +278,12 @@ std::vector<std::string> specialFiles()
         files.push_back(start + device("\xE4<x a='\xFC'/>" + kFrame + kCard));
         files.push_back(start + device("<frame typeid='&e;'>&f;&x;</frame><card typeid='&e;' name='a&e;'/>" + kCard));
     }
+    files.push_back(
+        "<!DOCTYPE device [<!ENTITY c \"<card typeid='1' name='e'><occupyslotnum>4</occupyslotnum></card>\">]>" +
+        device("&c;" + kFrame + kCard));
+    files.push_back(
+        device("<card typeid='1'><cpu-entity num='1'><cpu id='1'><modelname> <!-- --> x <!-- --> </modelname>"
+               "</cpu></cpu-entity></card>"));
     for (const bool isBigEndian : {false, true}) {
         files.push_back(wide(plain, isBigEndian));
         files.push_back(wide("<?xml version='1.0' encoding='UTF-16'?>" + plain, isBigEndian));
@@ -398,6 +404,17 @@ TEST(Selection, ChangesNothingOfSpecialFiles)
     for (const std::string &file : specialFiles())
         comparison.compare(file);
     comparison.finish(comparison.count() / 20);
+}
+
+// They have a limit for all of a description, also for what is not wanted.
+TEST(Selection, ChangesNothingOfEntities)
+{
+    Comparison comparison;
+    for (const size_t count : {1, 17}) {
+        const std::string type = "<!DOCTYPE device [<!ENTITY e '" + std::string(size_t{1} << 20, 'x') + "'>]>";
+        comparison.compare(type + device("<x>" + repeated("<y>&e;</y>", count) + "</x>" + kFrame + kSlot + kCard));
+    }
+    comparison.finish(3);
 }
 
 TEST(Selection, ChangesNothingWhateverDefaultsTheProcessHasSet)
