@@ -135,6 +135,71 @@ every_command_opens_regular_files_only() {
     expect 'standard output is silent' silent out
 }
 
+# What a terminal would obey, or a reader mistake for the tool's own words: in a value, and in a file's name, where also
+# bytes may stand that no document can hold. U+009B is CSI, U+202E an override, U+2028 a line separator.
+hostile_value='&#10;forged&#13;&#10;forged&#x9b;31m&#x202e;&#x2028;'
+hostile_bytes=$'\nforged\e[31m\r\nforged\xc2\x9b31m\xe2\x80\xae\xff'
+
+# run_hostile ARGUMENT...: runs a command that says something, and keeps what it prints and says for are_harmless.
+run_hostile() {
+    run "$@"
+    expect "'$(printf %q "$*")' says something" [ -s "$folder/out" -o -s "$folder/err" ]
+    cat "$folder/out" "$folder/err" >>"$folder/all"
+    echo >>"$folder/all"
+}
+
+# All that was kept is valid UTF-8 without control characters but those that end lines, and without a line that a file has
+# made up.
+all_is_harmless() {
+    python3 - "$folder/all" <<'PYTHON'
+import re, sys, unicodedata
+text = open(sys.argv[1], "rb").read().decode("utf-8")
+lines = text.replace("\n\r==", "\n==").replace("\r\n", "\n").split("\n")
+bad = [line for line in lines if line.startswith("forged")
+       or re.search("[\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]", line)
+       or any(unicodedata.category(c) == "Cc" and c != "\t" for c in line)]
+sys.exit(f"not harmless: {bad[:9]!r}" if bad else 0)
+PYTHON
+}
+
+nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
+    local name="$folder/$hostile_bytes" kind type
+    local value=${hostile_value//&/\\&} # for sed
+    mkdir -p "$name/device"
+    # Each text of the example, then each word, too, so that queries fail.
+    sed -E "s/<(description|ifname|ifname-prefix|modelname)>[^<]*/<\1>$value/; s/ (name|abbrname|name-prefix)=\"[^\"]*/&$value/" \
+        "$example" >"$name/texts.xml"
+    sed -E "s/>([a-z][a-z0-9-]*)</>\1$value</; s/ (typeid|id)=\"/&$value/" "$name/texts.xml" >"$name/words.xml"
+    printf '<device><card typeid="\x9b\x1b[31m\n\nforged\xff"></device>' >"$name/torn.xml"
+    printf '<panel-port num="1%s"><ifindex>1</ifindex><forged typeid="%s"/></panel-port>' "$hostile_value" "$hostile_value" \
+        >"$name/device/vm-3.xml"
+    while read -r kind type _; do
+        run_hostile "$kind" "${type%%,*}" --file "$name/texts.xml"
+        expect "$kind $type is found" exits 0
+        expect 'its report has an end' says out '}'
+    done < <(tool list --file "$example" | tail -n +2)
+    run card 0x201 --file "$name/texts.xml"
+    expect 'what is escaped is still there' says out 'description=?forged??forged'
+    for file in texts words torn none; do
+        for command in 'frame 1' 'frame 0' 'slot 1' 'slot 0' 'card 1' 'card 0' list 'list --json' export 'export card' 'export card 77'; do
+            # shellcheck disable=SC2086 # words of a command
+            run_hostile --log $command --file "$name/$file.xml"
+        done
+        for format in text json sarif; do
+            run_hostile check --format "$format" "$name/$file.xml"
+        done
+    done
+    run_hostile --log vm 3 --root "$name"
+    run_hostile list --file "$name/device/vm-3.xml"
+    run_hostile check "$name/device/vm-3.xml"
+    run_hostile check -W "no-$hostile_bytes" "$example"
+    run_hostile frame 1 "$hostile_bytes"
+    for command in list export; do
+        run_hostile $command --file - <"$name/torn.xml"
+    done
+    expect 'all of it is harmless' all_is_harmless
+}
+
 standard_input_may_be_as_long_as_a_file() {
     head -c $((64 * 1024 * 1024 + 1)) /dev/zero >"$folder/long"
     status=0

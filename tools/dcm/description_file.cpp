@@ -32,6 +32,11 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // ---- Encodings ------------------------------------------------------------------------------------------------------
 
+bool hasByteOrderMark(const std::string &text)
+{
+    return text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0;
+}
+
 // The encoding that an XML declaration in ASCII names; empty when it names none.
 std::string declaredEncoding(const std::string &text)
 {
@@ -212,8 +217,15 @@ void DescriptionFile::convertToUtf8()
     xmlCharEncCloseFunc(encoding);
     if (xmlBufferLength(in.get()) >= kLongestCharacter)
         return;
-    text_.assign(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
-                 static_cast<size_t>(xmlBufferLength(out.get())));
+    std::string converted(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
+                          static_cast<size_t>(xmlBufferLength(out.get())));
+    // A declaration that contradicts the bytes is the parser's to judge.
+    const std::string declared =
+        declaredEncoding(hasByteOrderMark(converted) ? converted.substr(kByteOrderMark.size()) : converted);
+    if (!declared.empty() && declared != declaredEncoding(text_) &&
+        xmlStrncasecmp(BAD_CAST declared.c_str(), BAD_CAST "UTF", 3) != 0)
+        return;
+    text_ = std::move(converted);
     isConverted_ = true;
 }
 
@@ -494,7 +506,7 @@ Place DescriptionFile::place(size_t offset) const
 std::string_view DescriptionFile::line(size_t number) const
 {
     if (lineStarts_.empty()) {
-        lineStarts_.push_back(text_.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0 ? kByteOrderMark.size() : 0);
+        lineStarts_.push_back(hasByteOrderMark(text_) ? kByteOrderMark.size() : 0);
         for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
             lineStarts_.push_back(end + 1);
     }

@@ -15,31 +15,36 @@ namespace dcmtool {
 
 namespace {
 
-// Says on a line what the parser finds.
-void sayFault(const std::string &file, int line, const char *message)
-{
-    std::string text = message != nullptr ? message : "not well-formed";
-    text.resize(text.find_last_not_of(" \r\n") + 1);
-    std::fprintf(stderr, "%s:%d: %s\n", printable(file).c_str(), line, printable(text).c_str());
-}
-
-// Takes what the parser finds while it lives.
-class ParserMessages {
+// Says on standard error why a file is not well-formed while it lives: what follows the first fault follows from it.
+class ParserFault {
 public:
-    explicit ParserMessages(const std::string &file)
+    explicit ParserFault(const std::string &file) : file_(file)
     {
-        const auto take = [](void *name, auto *error) {
-            sayFault(*static_cast<const std::string *>(name), error->line, error->message);
-        };
-        xmlSetStructuredErrorFunc(const_cast<std::string *>(&file),
-                                  take); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+        xmlSetStructuredErrorFunc(this, [](void *self, auto *error) {
+            if (error->level == XML_ERR_FATAL)
+                static_cast<ParserFault *>(self)->say(error->line, error->message);
+        });
     }
-    ~ParserMessages()
+    ~ParserFault()
     {
         xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
     }
-    ParserMessages(const ParserMessages &) = delete;
-    ParserMessages &operator=(const ParserMessages &) = delete;
+    ParserFault(const ParserFault &) = delete;
+    ParserFault &operator=(const ParserFault &) = delete;
+
+private:
+    void say(int line, const char *message)
+    {
+        if (isSaid_)
+            return;
+        isSaid_ = true;
+        std::string text = message != nullptr ? message : "not well-formed";
+        text.resize(text.find_last_not_of(" \r\n") + 1);
+        std::fprintf(stderr, "%s:%d: %s\n", printable(file_).c_str(), line, printable(text).c_str());
+    }
+
+    const std::string &file_;
+    bool isSaid_ = false;
 };
 
 } // namespace
@@ -57,7 +62,7 @@ Exit askQuery(const std::string &file, const std::function<int()> &query)
         // The library prints each report as it is; it is logged, too.
         const OwnOutput output;
         const ReportCapture capture(reports);
-        const ParserMessages messages(file);
+        const ParserFault parserFault(file);
         errno = 0;
         result = query();
         // What libc allocates for the library, to open the file, ends no process.
