@@ -115,7 +115,8 @@ const Command commands[] = {
     {"Export", {"export", "-f", "FOLDER/vm-3.xml"}, 0},
     {"ExportOfAFailingCard", {"export", "card", "4", "-f", "FOLDER/device.xml"}, 1},
     {"ExportOfACard", {"export", "card", "3", "-f", "FOLDER/device.xml"}, 0},
-    {"Check", {"check", "FOLDER/device.xml", "FOLDER/torn.xml", "FOLDER/windows.xml"}, 66, false},
+    {"Check", {"check", "FOLDER/device.xml"}, 2},
+    {"CheckOfSeveral", {"check", "FOLDER/device.xml", "FOLDER/torn.xml", "FOLDER/windows.xml"}, 66, false},
     {"CheckAsJson", {"check", "-W", "error", "--format", "json", "FOLDER/device.xml"}, 2},
     // Most of it is the table of the checks.
     {"CheckAsSarif", {"check", "--format", "sarif", "FOLDER/device.xml", "FOLDER/none.xml"}, 66, true, 31},

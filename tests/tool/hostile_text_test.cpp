@@ -1,5 +1,5 @@
-// Texts that are no description, or only the beginning of one, in any encoding: what is found is inside the text, and what
-// is printed of it is harmless.
+// Texts that are no description, or only the beginning of one, in any encoding: what is found is inside the text, and
+// what is printed of it is harmless.
 #include "common/xml.h"
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
@@ -91,7 +91,10 @@ void expectNoHarm(const std::string &content)
 // What the parser finds is looked at, not printed.
 class HostileText : public testing::Test {
 protected:
-    static void SetUpTestSuite() { xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {}); }
+    static void SetUpTestSuite()
+    {
+        xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
+    }
     static void TearDownTestSuite() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
 };
 
@@ -105,9 +108,10 @@ std::string wide(const std::string &ascii, bool isBigEndian)
     return text;
 }
 
-const std::string kDevice = "<!-- dcm-check: allow octal-number: \"label\" -->\n"
-                            "<device>\n<card\ttypeid='010' name=\"A&gt;B\"><cpu-entity num='x'/>&lt;<![CDATA[ ]]></card>"
-                            "<slot typeid=''/></device>\n";
+const std::string kDevice =
+    "<!-- dcm-check: allow octal-number: \"label\" -->\n"
+    "<device>\n<card\ttypeid='010' name=\"A&gt;B\"><cpu-entity num='x'/>&lt;<![CDATA[ ]]></card>"
+    "<slot typeid=''/></device>\n";
 const std::string kUtf8Mark = "\xEF\xBB\xBF";
 
 std::string declared(const std::string &encoding)
@@ -140,7 +144,8 @@ const Encoded encodings[] = {
     {"Utf16DeclaredAsUtf8", "\xFF\xFE" + wide(declared("UTF-8") + kDevice, false)},
     {"Utf8DeclaredAsUtf16", declared("UTF-16") + kDevice},
     {"UnknownEncoding", declared("none-such") + kDevice},
-    {"WithEntities", "<!DOCTYPE device [<!ENTITY e '<card typeid=\"1\"><!-- dcm-check: x --></card>'>]><device>&e;</device>"},
+    {"WithEntities",
+     "<!DOCTYPE device [<!ENTITY e '<card typeid=\"1\"><!-- dcm-check: x --></card>'>]><device>&e;</device>"},
 };
 
 class CutText : public testing::WithParamInterface<Encoded>, public HostileText {};

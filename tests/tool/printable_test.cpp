@@ -26,7 +26,8 @@ TEST(Printable, EscapesWhatATerminalObeysOrALineEndsWith)
         {"a\nb\r\tc", "a\\nb\\r\\tc"},
         {std::string("\x1b[31m\0\x07", 7), "\\x1b[31m\\x00\\x07"},
         {"\x7f", "\\x7f"},
-        {"\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0", "\\u0080\\u009b\\u009f\xC2\xA0"}, // C1; a blank that does not break is none
+        {"\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0",
+         "\\u0080\\u009b\\u009f\xC2\xA0"}, // C1; a blank that does not break is none
         {"\xD8\x9C\xE2\x80\x8E\xE2\x80\x8F", "\\u061c\\u200e\\u200f"},
         {"\xE2\x80\xA7\xE2\x80\xA8\xE2\x80\xA9\xE2\x80\xAA\xE2\x80\xAE\xE2\x80\xAF",
          "\xE2\x80\xA7\\u2028\\u2029\\u202a\\u202e\xE2\x80\xAF"},
@@ -39,12 +40,12 @@ TEST(Printable, EscapesWhatATerminalObeysOrALineEndsWith)
 TEST(Printable, EscapesEachByteThatIsNotUtf8)
 {
     const Case cases[] = {
-        {"\x80z\xBF", "\\x80z\\xbf"},                             // continuations without a beginning
-        {"\xE6\x97", "\\xe6\\x97"},                               // cut
-        {"\xE6\x97z", "\\xe6\\x97z"},                             // broken off
-        {"\xC0\x8A\xE0\x80\x8A", "\\xc0\\x8a\\xe0\\x80\\x8a"},    // longer than need be
-        {"\xED\xA0\x80", "\\xed\\xa0\\x80"},                      // half of a pair of UTF-16
-        {"\xF4\x90\x80\x80\xFF", "\\xf4\\x90\\x80\\x80\\xff"},    // beyond Unicode
+        {"\x80z\xBF", "\\x80z\\xbf"},                          // continuations without a beginning
+        {"\xE6\x97", "\\xe6\\x97"},                            // cut
+        {"\xE6\x97z", "\\xe6\\x97z"},                          // broken off
+        {"\xC0\x8A\xE0\x80\x8A", "\\xc0\\x8a\\xe0\\x80\\x8a"}, // longer than need be
+        {"\xED\xA0\x80", "\\xed\\xa0\\x80"},                   // half of a pair of UTF-16
+        {"\xF4\x90\x80\x80\xFF", "\\xf4\\x90\\x80\\x80\\xff"}, // beyond Unicode
         {"\xF0\x9F\x94\x8C\xF0\x9F\x94", "\xF0\x9F\x94\x8C\\xf0\\x9f\\x94"},
     };
     for (const Case &each : cases)

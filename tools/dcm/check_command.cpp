@@ -241,6 +241,12 @@ bool isColoured(const Options &options, const OwnOutput &output)
                                                : options.colour == Colour::always;
 }
 
+// What is printed behind the last file's findings as text, or in their place.
+std::string endOf(Format format, const std::vector<FileReport> &reports, const Totals &totals)
+{
+    return format == Format::text ? summaryOf(totals) : format == Format::json ? asJson(reports) : asSarif(reports);
+}
+
 Exit runCheck(const Options &options)
 {
     const Warnings warnings(options.warnings);
@@ -252,18 +258,19 @@ Exit runCheck(const Options &options)
     static std::vector<FileReport> &reports = *new std::vector<FileReport>;
     Workers workers(options.files, options.jobs, warnings);
     for (size_t i = 0; i < options.files.size(); i++) {
+        const bool isLast = i + 1 == options.files.size();
         FileReport report = workers.take(i);
         totals.add(report);
-        progress.advance(i + 1);
-        if (options.format == Format::text && !output.print(asText(report, areColoured)))
-            return kErrors;
-        if (options.format != Format::text || i + 1 == options.files.size())
+        std::string text = options.format == Format::text ? asText(report, areColoured) : "";
+        if (options.format != Format::text || isLast)
             reports.push_back(std::move(report));
+        if (isLast)
+            text += endOf(options.format, reports, totals);
+        progress.advance(i + 1);
+        if (!output.print(text))
+            return kErrors;
     }
-    const std::string end = options.format == Format::text   ? summaryOf(totals)
-                            : options.format == Format::json ? asJson(reports)
-                                                             : asSarif(reports);
-    return output.print(end) ? exitOf(totals) : kErrors;
+    return exitOf(totals);
 }
 
 // ---- What there is to check -----------------------------------------------------------------------------------------

@@ -4,9 +4,6 @@
 #include "tools/dcm/printable.h"
 #include "tools/dcm/process.h"
 
-#include <new>
-#include <stdexcept>
-
 namespace {
 
 // A word of the command line may be the name of a file.
@@ -50,9 +47,8 @@ int main(int argc, char **argv)
     try {
         dcmtool::prepareProcess();
         return run(argc, argv);
-    } catch (const std::bad_alloc &) {
-        dcmtool::runOutOfMemory();
-    } catch (const std::length_error &) {
+    } catch (...) {
+        // Only lengths that no memory has are left to come here.
         dcmtool::runOutOfMemory();
     }
 }

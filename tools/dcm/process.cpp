@@ -44,6 +44,12 @@ char *duplicateOrEnd(const char *text)
     return static_cast<char *>(std::memcpy(allocateOrEnd(size), text, size));
 }
 
+// Before the objects of any file are made: some of CLI11's need memory.
+[[gnu::constructor(101)]] void watchCxx()
+{
+    std::set_new_handler(runOutOfMemory);
+}
+
 void dropParserMessages()
 {
     xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
@@ -53,7 +59,6 @@ void dropParserMessages()
 
 void prepareProcess()
 {
-    std::set_new_handler(runOutOfMemory);
     xmlStrdupFunc duplicate = nullptr;
     xmlMemGet(&release, &allocate, &resize, &duplicate);
     xmlMemSetup(release, allocateOrEnd, resizeOrEnd, duplicateOrEnd);

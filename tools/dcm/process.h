@@ -4,9 +4,9 @@
 
 namespace dcmtool {
 
-// To be called before anything else is used of libxml2. From then on the process ends with "out of memory" on standard
-// error and kOutOfMemory as soon as C++ or libxml2 cannot get memory, so that no caller has to notice that a tree, a
-// text or a list is incomplete; and libxml2 prints nothing by itself.
+// A process that this is linked into ends with "out of memory" on standard error and kOutOfMemory as soon as C++ cannot
+// get memory. From this call on, which comes before anything else is used of libxml2, it does so when libxml2 cannot:
+// no caller has to notice that a tree or a text is incomplete. And libxml2 prints nothing by itself.
 void prepareProcess();
 // The same in a thread that was started later.
 void prepareThread();
