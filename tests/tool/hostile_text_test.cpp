@@ -142,6 +142,7 @@ const Encoded encodings[] = {
     {"Utf16WithoutMark", wide(declared("UTF-16") + kDevice, false)},
     {"Utf16DeclaredAsLatin1", "\xFF\xFE" + wide(declared("ISO-8859-1") + kDevice, false)},
     {"Utf16DeclaredAsUtf8", "\xFF\xFE" + wide(declared("UTF-8") + kDevice, false)},
+    {"Utf16WithHalfAPairBehindItsRoot", "\xFF\xFE" + wide("<device/>", false) + "\xDC\xD8" + wide("\n<!-- -->", false)},
     {"Utf8DeclaredAsUtf16", declared("UTF-16") + kDevice},
     {"UnknownEncoding", declared("none-such") + kDevice},
     {"WithEntities",
