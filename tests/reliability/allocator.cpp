@@ -149,6 +149,11 @@ void *operator new(size_t size)
     }
 }
 
+void *operator new(size_t size, const std::nothrow_t &) noexcept
+{
+    return operator new(size); // the tool's handler does not come back
+}
+
 void operator delete(void *block) noexcept
 {
     std::free(block);
