@@ -35,9 +35,8 @@ bool isParsedByQueries(const std::string &content)
         dcmFrameInfoGet(name.c_str(), 1, &info);
     }
     close(descriptor);
-    return std::none_of(reports.begin(), reports.end(), [](const std::string &report) {
-        return report.find(" parse failed(") != std::string::npos;
-    });
+    return std::none_of(reports.begin(), reports.end(),
+                        [](const std::string &report) { return report.find(" parse failed(") != std::string::npos; });
 }
 
 void expectInside(const DescriptionFile &file, Span span)
