@@ -2,6 +2,7 @@
 
 #include "card/card_query.h"
 #include "common/paths.h"
+#include "tools/dcm/printable.h"
 
 #include <cinttypes>
 #include <cstdio>
@@ -10,22 +11,29 @@
 
 namespace dcmtool {
 
+namespace {
+
+// Says on standard error what is wrong at a place of a file.
+void say(const DescriptionFile &file, size_t offset, const std::string &text)
+{
+    const Place place = file.place(offset);
+    std::fprintf(stderr, "%s:%zu:%zu: %s\n", printable(file.name()).c_str(), place.line, place.column,
+                 printable(text).c_str());
+}
+
+} // namespace
+
 std::unique_ptr<DescriptionFile> openDescription(const std::string &name)
 {
     auto file = DescriptionFile::open(name.empty() ? dcm::kDefaultFile : name);
-    const char *fault = nullptr;
-    if (file->state() != DescriptionFile::State::parsed)
-        fault = file->fault().c_str();
+    if (file->state() == DescriptionFile::State::unreadable)
+        std::fprintf(stderr, "dcm: %s: %s\n", printable(file->name()).c_str(), file->fault().c_str());
+    else if (file->state() == DescriptionFile::State::notXml)
+        say(*file, file->faultSpan().begin, file->fault());
     else if (!file->isDevice() && !file->isVm())
-        fault = "no description of a device";
-    if (fault == nullptr)
+        say(*file, file->faultSpan().begin, "no description of a device");
+    else
         return file;
-    if (file->state() == DescriptionFile::State::unreadable) {
-        std::fprintf(stderr, "dcm: %s: %s\n", file->name().c_str(), fault);
-    } else {
-        const Place place = file->place(file->faultSpan().begin);
-        std::fprintf(stderr, "%s:%zu:%zu: %s\n", file->name().c_str(), place.line, place.column, fault);
-    }
     return nullptr;
 }
 
@@ -65,9 +73,8 @@ template <class Record> bool Queries::run(const DescribedType &type, Record &inf
         info.nameLen = names_.nameLen;
         info.abbrNameLen = names_.abbrNameLen;
     }
-    const Place place = placeOf(file_, type);
     for (const Message &message : outcome.messages)
-        std::fprintf(stderr, "%s:%zu:%zu: %s\n", file_.name().c_str(), place.line, place.column, message.text.c_str());
+        say(file_, file_.nameSpan(type.element).begin, message.text);
     return outcome.isDecoded;
 }
 

@@ -6,6 +6,7 @@
 #include "frame/frame_query.h"
 #include "slot/slot_format.h"
 #include "slot/slot_query.h"
+#include "tools/dcm/input_file.h"
 #include "vm/vm.h"
 #include "vm/vm_format.h"
 
@@ -26,31 +27,15 @@ namespace dcmtool {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-
-// ---- Reading --------------------------------------------------------------------------------------------------------
-
-struct CloseFile {
-    void operator()(std::FILE *file) const
-    {
-        if (file != stdin)
-            static_cast<void>(std::fclose(file));
-    }
-};
-
-// Reads a whole file; the error number when that fails.
-int readFile(const std::string &name, std::string &text)
-{
-    const std::unique_ptr<std::FILE, CloseFile> file(name == "-" ? stdin : std::fopen(name.c_str(), "rb"));
-    if (file == nullptr)
-        return errno;
-    std::vector<char> block(size_t{1} << 20);
-    size_t length = 0;
-    while ((length = std::fread(block.data(), 1, block.size(), file.get())) > 0)
-        text.append(block.data(), length);
-    return std::ferror(file.get()) != 0 ? errno : 0;
-}
+constexpr int kLongestCharacter = 4; // in bytes, of any encoding; fewer at the end of a file are a part of one
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // ---- Encodings ------------------------------------------------------------------------------------------------------
+
+bool hasByteOrderMark(const std::string &text)
+{
+    return text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0;
+}
 
 // The encoding that an XML declaration in ASCII names; empty when it names none.
 std::string declaredEncoding(const std::string &text)
@@ -120,13 +105,11 @@ struct ParserEvents {
                         file.text_.size());
     }
 
-    // The last `character` before the place of the parser: '<' cannot stand inside a tag, nor '&' inside a reference.
-    static size_t offsetOfLast(const DescriptionFile &file, char character)
+    // The last `mark` up to the place of the parser; npos where there is none, as in a text that the parser converts.
+    // '<' cannot stand inside a tag, nor '&' inside a reference.
+    static size_t offsetOfLast(const DescriptionFile &file, std::string_view mark)
     {
-        size_t at = offset(file);
-        while (at > 0 && file.text_[at] != character)
-            at--;
-        return at;
+        return std::string_view(file.text_).rfind(mark, offset(file));
     }
 
     static void startElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
@@ -137,8 +120,11 @@ struct ParserEvents {
                               attributes);
         const auto *context = static_cast<xmlParserCtxt *>(parser);
         const DescriptionFile &file = fileOf(context);
-        if (context->node != nullptr && !hasOffset(context->node))
-            setOffset(context->node, offsetOfLast(file, context == file.parser_ ? '<' : '&'));
+        if (context->node == nullptr || hasOffset(context->node))
+            return;
+        const size_t begin = offsetOfLast(file, context == file.parser_ ? "<" : "&");
+        if (begin != std::string_view::npos)
+            setOffset(context->node, begin);
     }
 
     static bool speaksToTheTool(const char *comment)
@@ -156,8 +142,9 @@ struct ParserEvents {
         if (context != file.parser_ || node == nullptr || node->type != XML_COMMENT_NODE ||
             !speaksToTheTool(reinterpret_cast<const char *>(text)))
             return;
-        const size_t end = offset(file);
-        file.comments_.push_back({node, {file.text_.rfind("<!--", end), end}});
+        const size_t begin = offsetOfLast(file, "<!--");
+        if (begin != std::string_view::npos)
+            file.comments_.push_back({node, {begin, offset(file)}});
     }
 
     static void error(void *, xmlError *error)
@@ -179,12 +166,13 @@ struct ParserEvents {
 std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name)
 {
     std::string text;
-    const int error = readFile(name, text);
-    if (error == 0)
-        return parse(name == "-" ? "<stdin>" : name, std::move(text));
+    std::string fault = readInput(name, text);
+    std::string shown = name == "-" ? "<stdin>" : name;
+    if (fault.empty())
+        return parse(std::move(shown), std::move(text));
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
-    file->name_ = name;
-    file->fail(State::unreadable, std::strerror(error)); // NOLINT(concurrency-mt-unsafe)
+    file->name_ = std::move(shown);
+    file->fail(State::unreadable, std::move(fault));
     return file;
 }
 
@@ -219,12 +207,25 @@ void DescriptionFile::convertToUtf8()
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> in(xmlBufferCreateStatic(text_.data(), text_.size()),
                                                                xmlBufferFree);
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> out(xmlBufferCreate(), xmlBufferFree);
-    const int status = xmlCharEncInFunc(encoding, out.get(), in.get());
+    // A call ends early where its room is too small.
+    for (int before = 0, left = xmlBufferLength(in.get()); left > 0 && left != before;
+         left = xmlBufferLength(in.get())) {
+        before = left;
+        if (xmlCharEncInFunc(encoding, out.get(), in.get()) < 0)
+            break;
+    }
     xmlCharEncCloseFunc(encoding);
-    if (status < 0)
+    if (xmlBufferLength(in.get()) >= kLongestCharacter)
         return;
-    text_.assign(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
-                 static_cast<size_t>(xmlBufferLength(out.get())));
+    std::string converted(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
+                          static_cast<size_t>(xmlBufferLength(out.get())));
+    // A declaration that contradicts the bytes is the parser's to judge.
+    const std::string declared =
+        declaredEncoding(hasByteOrderMark(converted) ? converted.substr(kByteOrderMark.size()) : converted);
+    if (!declared.empty() && declared != declaredEncoding(text_) &&
+        xmlStrncasecmp(BAD_CAST declared.c_str(), BAD_CAST "UTF", 3) != 0)
+        return;
+    text_ = std::move(converted);
     isConverted_ = true;
 }
 
@@ -232,15 +233,11 @@ void DescriptionFile::convertToUtf8()
 void DescriptionFile::parseText()
 {
     xmlInitParser();
+    convertToUtf8();
     if (text_.empty())
         return fail(State::notXml, "Document is empty");
-    if (text_.size() > INT_MAX)
-        return fail(State::unreadable, "larger than 2 GB");
-    convertToUtf8();
     const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt *)> context(
         xmlCreateMemoryParserCtxt(text_.data(), static_cast<int>(text_.size())), xmlFreeParserCtxt);
-    if (context == nullptr)
-        return fail(State::notXml, "out of memory");
     parser_ = context.get();
     context->_private = this;
     context->linenumbers = 0;
@@ -262,8 +259,10 @@ void DescriptionFile::parseText()
     }
     std::vector<Message> messages;
     const MessageCapture capture(messages);
-    if (dcm::rootOf(document_, root_, dcm::QueryReporter{"dcm", name_.c_str()}) != dcm::Result::ok)
-        return fail(State::notXml, messages.empty() ? "out of memory." : messages.front().text);
+    const dcm::Result found = dcm::rootOf(document_, root_, dcm::QueryReporter{"dcm", name_.c_str()});
+    if (found != dcm::Result::ok)
+        return fail(State::notXml, found == dcm::Result::outOfMemory ? "entities add more than the library reads"
+                                                                     : messages.front().text);
     state_ = State::parsed;
 }
 
@@ -380,6 +379,13 @@ bool isBlank(char character)
     return kBlanks.find(character) != std::string_view::npos;
 }
 
+// The end of the first `mark` from `at` on; the end of the text where there is none.
+size_t endOf(std::string_view mark, std::string_view text, size_t at)
+{
+    const size_t begin = text.find(mark, at);
+    return begin == std::string_view::npos ? text.size() : begin + mark.size();
+}
+
 size_t skipBlanks(std::string_view text, size_t at)
 {
     while (at < text.size() && isBlank(text[at]))
@@ -426,11 +432,11 @@ Span DescriptionFile::tagSpan(Node element) const
         return {};
     const size_t begin = offsetOf(element);
     if (text_[begin] == '&')
-        return {begin, std::min(text_.size(), text_.find(';', begin) + 1)};
+        return {begin, endOf(";", text_, begin)};
     size_t at = nameEnd(text_, begin + 1);
     WrittenAttribute attribute;
     while (nextAttribute(text_, at, attribute)) {}
-    return {begin, std::min(text_.size(), text_.find('>', at) + 1)};
+    return {begin, endOf(">", text_, at)};
 }
 
 Span DescriptionFile::nameSpan(Node element) const
@@ -480,14 +486,15 @@ Span DescriptionFile::contentSpan(Node element) const
     while (end > begin && isBlank(text_[end - 1]))
         end--;
     if (end == begin && text_.compare(begin, 9, "<![CDATA[") == 0)
-        end = std::min(text_.size(), text_.find("]]>", begin) + 3);
+        end = endOf("]]>", text_, begin);
     return begin < end ? Span{begin, end} : nameSpan(element);
 }
 
 Place DescriptionFile::place(size_t offset) const
 {
     static_cast<void>(line(1));
-    offset = std::min(offset, text_.size());
+    // A byte order mark belongs to the first character.
+    offset = std::clamp(offset, lineStarts_.front(), text_.size());
     const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
     const size_t start = *(next - 1);
     const auto isCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
@@ -499,8 +506,7 @@ Place DescriptionFile::place(size_t offset) const
 std::string_view DescriptionFile::line(size_t number) const
 {
     if (lineStarts_.empty()) {
-        // A byte order mark is no column.
-        lineStarts_.push_back(text_.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0);
+        lineStarts_.push_back(hasByteOrderMark(text_) ? kByteOrderMark.size() : 0);
         for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
             lineStarts_.push_back(end + 1);
     }

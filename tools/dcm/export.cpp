@@ -2,6 +2,7 @@
 #include "tools/dcm/described.h"
 #include "tools/dcm/json_text.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
 #include "tools/dcm/record_json.h"
 
 #include <algorithm>
@@ -90,14 +91,15 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
 
 void sayNotFound(const DescriptionFile &file, const Options &options)
 {
-    std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, file.name().c_str(), kindName(*options.kind),
+    std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, printable(file.name()).c_str(), kindName(*options.kind),
                  *options.type);
     if (*options.kind == RecordKind::card)
         std::fprintf(stderr, " and mode %" PRIu32, options.mode);
     std::fputs(".\n", stderr);
 }
 
-Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
+// The text of an export; empty when what was asked for is not there.
+std::string exportFrom(const DescriptionFile &file, const Options &options, Exit &exit)
 {
     Json json = {{"format", "dcm-export"}, {"version", kVersion}, {"file", file.name()}};
     for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
@@ -105,7 +107,6 @@ Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOu
             json[arrayName(kind)] = Json::array();
 
     Queries queries(file);
-    Exit exit = kSuccess;
     bool isFound = false;
     for (const DescribedType &type : file.types()) {
         // A query takes the first that it finds.
@@ -123,16 +124,22 @@ Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOu
     }
     if (options.type && !isFound) {
         sayNotFound(file, options);
-        return kQueryFailed;
+        exit = kQueryFailed;
+        return "";
     }
-    return output.print(jsonText(json)) ? exit : kQueryFailed;
+    return jsonText(json);
 }
 
 Exit runExport(const Options &options)
 {
     const OwnOutput output;
     const auto file = openDescription(options.file);
-    return file != nullptr ? exportFrom(*file, options, output) : kUnreadable;
+    if (file == nullptr)
+        return kUnreadable;
+    Exit exit = kSuccess;
+    // The JSON is gone when it is printed: to take it apart may need memory.
+    const std::string text = exportFrom(*file, options, exit);
+    return output.print(text) ? exit : kQueryFailed;
 }
 
 void addKind(CLI::App &command, RecordKind kind, const std::shared_ptr<Options> &options)

@@ -1,5 +1,7 @@
 #include "tools/dcm/json_text.h"
 
+#include "tools/dcm/printable.h"
+
 namespace dcmtool {
 
 namespace {
@@ -38,7 +40,7 @@ std::string jsonText(const Json &json)
 {
     std::string text;
     append(text, json, 0);
-    return text + "\n";
+    return printableJson(text) + "\n";
 }
 
 } // namespace dcmtool

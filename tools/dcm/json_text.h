@@ -11,7 +11,8 @@ namespace dcmtool {
 using Json = nlohmann::ordered_json;
 
 // For programs and people: what fits on a line stands on one. A byte that is no UTF-8, as where a field cuts a text in
-// the middle of a character, becomes U+FFFD. Ends with a line end.
+// the middle of a character, becomes U+FFFD, and what printable() escapes is written as JSON's escape. Ends with a line
+// end.
 std::string jsonText(const Json &json);
 
 } // namespace dcmtool

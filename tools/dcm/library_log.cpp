@@ -1,6 +1,7 @@
 #include "tools/dcm/library_log.h"
 
 #include "host/host.h"
+#include "tools/dcm/printable.h"
 
 #include <atomic>
 #include <cstdarg>
@@ -12,6 +13,7 @@ namespace {
 
 std::atomic<bool> isShown{false};
 thread_local std::vector<Message> *captured = nullptr;
+thread_local std::vector<std::string> *capturedReports = nullptr;
 
 // Every report of the library is "[FUNCTION:LINE]: TEXT" and a line end.
 Message messageOf(const std::string &report)
@@ -24,7 +26,7 @@ Message messageOf(const std::string &report)
     return {report.substr(1, colon - 1), report.substr(text + 3, end - text - 2)};
 }
 
-void capture(const char *format, va_list arguments)
+std::string reportOf(const char *format, va_list arguments)
 {
     va_list again;
     va_copy(again, arguments);
@@ -33,20 +35,20 @@ void capture(const char *format, va_list arguments)
     std::string report(static_cast<size_t>(length) + 1, '\0');
     static_cast<void>(std::vsnprintf(report.data(), report.size(), format, arguments));
     report.pop_back();
-    captured->push_back(messageOf(report));
+    return report;
 }
 
 void takeLog(int module, int level, int flags, const char *format, va_list arguments)
 {
-    if (isShown) {
-        va_list again;
-        va_copy(again, arguments);
-        std::fprintf(stderr, "log(%d, %d, %d) ", module, level, flags);
-        std::vfprintf(stderr, format, again);
-        va_end(again);
-    }
+    if (!isShown && captured == nullptr && capturedReports == nullptr)
+        return;
+    const std::string report = reportOf(format, arguments);
+    if (isShown)
+        std::fprintf(stderr, "log(%d, %d, %d) %s", module, level, flags, printableReport(report).c_str());
     if (captured != nullptr)
-        capture(format, arguments);
+        captured->push_back(messageOf(report));
+    if (capturedReports != nullptr)
+        capturedReports->push_back(report);
 }
 
 } // namespace
@@ -66,6 +68,17 @@ MessageCapture::MessageCapture(std::vector<Message> &messages) : before_(capture
 MessageCapture::~MessageCapture()
 {
     captured = before_;
+}
+
+ReportCapture::ReportCapture(std::vector<std::string> &reports) : before_(capturedReports)
+{
+    hostSetLogHandler(takeLog);
+    capturedReports = &reports;
+}
+
+ReportCapture::~ReportCapture()
+{
+    capturedReports = before_;
 }
 
 } // namespace dcmtool

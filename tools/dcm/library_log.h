@@ -28,6 +28,18 @@ private:
     std::vector<Message> *before_;
 };
 
+// The same, each report whole, as the library prints it.
+class ReportCapture {
+public:
+    explicit ReportCapture(std::vector<std::string> &reports);
+    ~ReportCapture();
+    ReportCapture(const ReportCapture &) = delete;
+    ReportCapture &operator=(const ReportCapture &) = delete;
+
+private:
+    std::vector<std::string> *before_;
+};
+
 } // namespace dcmtool
 
 #endif

@@ -2,6 +2,7 @@
 #include "tools/dcm/described.h"
 #include "tools/dcm/json_text.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
 
 #include <algorithm>
 #include <cinttypes>
@@ -133,13 +134,10 @@ std::string typeCell(const Row &row)
     return cell.empty() ? "-" : cell;
 }
 
-// Control characters of a name would break the line.
 std::string nameCell(const Row &row)
 {
-    std::string cell = row.name.value_or("");
-    std::replace_if(
-        cell.begin(), cell.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }, ' ');
-    return cell.empty() ? "-" : cell;
+    const std::string name = row.name.value_or("");
+    return name.empty() ? "-" : printable(name);
 }
 
 constexpr Column kColumns[] = {
