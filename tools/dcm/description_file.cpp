@@ -324,48 +324,52 @@ std::vector<DescribedType> DescriptionFile::types() const
 }
 
 template <class Record, class Clear, class Decode>
-Outcome DescriptionFile::decodeWith(const char *query, Record &info, const Clear &clear, const Decode &decode) const
+Outcome DescriptionFile::decodeWith(const char *query, size_t firstMessage, Record &info, const Clear &clear,
+                                    const Decode &decode) const
 {
     Outcome outcome;
-    const MessageCapture capture(outcome.messages);
+    const MessageCapture capture(outcome.messages, firstMessage);
     clear(info);
     outcome.isDecoded = decode(info, dcm::Reporter{query, name_.c_str()}) == dcm::Result::ok;
+    outcome.messageCount = capture.count();
     return outcome;
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmFrameInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmFrameInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmFrameInfoGet", info, [&](DcmFrameInfo &frame) { dcm::clearFrame(type.typeIds.front(), frame); },
+        "dcmFrameInfoGet", firstMessage, info,
+        [&](DcmFrameInfo &frame) { dcm::clearFrame(type.typeIds.front(), frame); },
         [&](DcmFrameInfo &frame, const dcm::Reporter &reporter) {
             return dcm::decodeFrame(type.element, frame, reporter);
         });
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmSlotInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmSlotInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmSlotInfoGet", info,
+        "dcmSlotInfoGet", firstMessage, info,
         [&](DcmSlotInfo &slot) { dcm::clearSlot(type.typeIds.empty() ? 0 : type.typeIds.front(), slot); },
         [&](DcmSlotInfo &slot, const dcm::Reporter &reporter) {
             return dcm::decodeSlot(type.element, slot, reporter);
         });
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmCardInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmCardInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmCardInfoGet", info, [&](DcmCardInfo &card) { dcm::clearCard(type.typeIds.front(), type.mode, card); },
+        "dcmCardInfoGet", firstMessage, info,
+        [&](DcmCardInfo &card) { dcm::clearCard(type.typeIds.front(), type.mode, card); },
         [&](DcmCardInfo &card, const dcm::Reporter &reporter) {
             const dcm::Result named = dcm::takeCardNames(type.element, card, reporter);
             return named == dcm::Result::ok ? dcm::decodeCard(type.element, card, reporter) : named;
         });
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmVmPortInfoGet", info, [](DcmVmPortInfo &vm) { vm = {}; },
+        "dcmVmPortInfoGet", firstMessage, info, [](DcmVmPortInfo &vm) { vm = {}; },
         [&](DcmVmPortInfo &vm, const dcm::Reporter &reporter) {
             return dcm::decodeVmPorts(type.element, vm, reporter);
         });
@@ -435,8 +439,11 @@ Span DescriptionFile::tagSpan(Node element) const
 
 Span DescriptionFile::nameSpan(Node element) const
 {
-    const Span tag = tagSpan(element);
-    return tag.end == 0 || text_[tag.begin] == '&' ? tag : Span{tag.begin + 1, nameEnd(text_, tag.begin + 1)};
+    // The rest of the tag may be long.
+    if (!hasOffset(element) || text_[offsetOf(element)] == '&')
+        return tagSpan(element);
+    const size_t begin = offsetOf(element) + 1;
+    return {begin, nameEnd(text_, begin)};
 }
 
 Span DescriptionFile::attributePart(Node element, const char *attribute, bool isValue) const
@@ -484,30 +491,59 @@ Span DescriptionFile::contentSpan(Node element) const
     return begin < end ? Span{begin, end} : nameSpan(element);
 }
 
+namespace {
+
+bool isCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+
+} // namespace
+
+// All lines of a file may be one, and all that is found in it.
+void DescriptionFile::indexLines() const
+{
+    if (!lineStarts_.empty())
+        return;
+    // A byte order mark is no column.
+    lineStarts_.push_back(text_.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0);
+    size_t characters = 0;
+    for (size_t i = 0; i < text_.size(); i++) {
+        if (i % kStride == 0)
+            characters_.push_back(characters);
+        characters += isCharacter(text_[i]) ? 1 : 0;
+        if (text_[i] == '\n')
+            lineStarts_.push_back(i + 1);
+    }
+    if (text_.size() % kStride == 0)
+        characters_.push_back(characters);
+}
+
+size_t DescriptionFile::charactersBefore(size_t offset) const
+{
+    const size_t stride = offset / kStride;
+    const auto rest = std::count_if(text_.begin() + static_cast<std::ptrdiff_t>(stride * kStride),
+                                    text_.begin() + static_cast<std::ptrdiff_t>(offset), isCharacter);
+    return characters_[stride] + static_cast<size_t>(rest);
+}
+
 Place DescriptionFile::place(size_t offset) const
 {
-    static_cast<void>(line(1));
-    offset = std::min(offset, text_.size());
+    indexLines();
+    offset = std::max(std::min(offset, text_.size()), lineStarts_.front());
     const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
-    const size_t start = *(next - 1);
-    const auto isCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
-    const auto column = std::count_if(text_.begin() + static_cast<std::ptrdiff_t>(start),
-                                      text_.begin() + static_cast<std::ptrdiff_t>(offset), isCharacter);
-    return {static_cast<size_t>(next - lineStarts_.begin()), static_cast<size_t>(column) + 1};
+    const size_t column = charactersBefore(offset) - charactersBefore(*(next - 1));
+    return {static_cast<size_t>(next - lineStarts_.begin()), column + 1};
 }
 
 std::string_view DescriptionFile::line(size_t number) const
 {
-    if (lineStarts_.empty()) {
-        // A byte order mark is no column.
-        lineStarts_.push_back(text_.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0);
-        for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
-            lineStarts_.push_back(end + 1);
-    }
+    indexLines();
     if (number < 1 || number > lineStarts_.size())
         return {};
     const size_t start = lineStarts_[number - 1];
-    std::string_view line = std::string_view(text_).substr(start, text_.find('\n', start) - start);
+    const size_t end = number < lineStarts_.size() ? lineStarts_[number] - 1 : text_.size();
+    std::string_view line = std::string_view(text_).substr(start, end - start);
     if (!line.empty() && line.back() == '\r')
         line.remove_suffix(1);
     return line;

@@ -7,26 +7,56 @@ namespace {
 constexpr size_t kLineWidth = 120;
 constexpr size_t kStep = 2;
 
-std::string onOneLine(const Json &json)
+std::string scalar(const Json &json)
 {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-void append(std::string &text, const Json &json, size_t indent)
+// Appends a value without line ends while the text stays within `end`; false when it does not.
+bool appendOnOneLine(std::string &text, const Json &json, size_t end)
 {
-    const std::string line = onOneLine(json);
-    const size_t used = text.size() - (text.rfind('\n') + 1);
-    if (!json.is_structured() || used + line.size() <= kLineWidth) {
-        text += line;
+    if (!json.is_structured()) {
+        // A long text is not even looked through.
+        if (!json.is_string() || text.size() + json.get_ref<const std::string &>().size() <= end)
+            text += scalar(json);
+        else
+            return false;
+        return text.size() <= end;
+    }
+    const bool isObject = json.is_object();
+    const char *separator = isObject ? "{" : "[";
+    for (const auto &item : json.items()) {
+        text += separator;
+        separator = ",";
+        if (isObject)
+            text.append(scalar(item.key())).append(":");
+        if (!appendOnOneLine(text, item.value(), end))
+            return false;
+    }
+    text += json.empty() ? (isObject ? "{}" : "[]") : isObject ? "}" : "]";
+    return text.size() <= end;
+}
+
+// `lineStart` is where the last line of the text begins.
+void append(std::string &text, size_t lineStart, const Json &json, size_t indent)
+{
+    const size_t start = text.size();
+    if (appendOnOneLine(text, json, lineStart + kLineWidth))
+        return;
+    text.resize(start);
+    if (!json.is_structured()) {
+        text += scalar(json);
         return;
     }
     const bool isObject = json.is_object();
     const char *separator = isObject ? "{" : "[";
     for (const auto &item : json.items()) {
-        text.append(separator).append("\n").append(indent + kStep, ' ');
+        text.append(separator).append("\n");
+        lineStart = text.size();
+        text.append(indent + kStep, ' ');
         if (isObject)
-            text.append(onOneLine(item.key())).append(": ");
-        append(text, item.value(), indent + kStep);
+            text.append(scalar(item.key())).append(": ");
+        append(text, lineStart, item.value(), indent + kStep);
         separator = ",";
     }
     text.append("\n").append(indent, ' ').append(isObject ? "}" : "]");
@@ -37,7 +67,7 @@ void append(std::string &text, const Json &json, size_t indent)
 std::string jsonText(const Json &json)
 {
     std::string text;
-    append(text, json, 0);
+    append(text, 0, json, 0);
     return text + "\n";
 }
 

@@ -3,7 +3,6 @@
 #include "host/host.h"
 
 #include <atomic>
-#include <cstdarg>
 #include <cstdio>
 
 namespace dcmtool {
@@ -11,7 +10,7 @@ namespace dcmtool {
 namespace {
 
 std::atomic<bool> isShown{false};
-thread_local std::vector<Message> *captured = nullptr;
+thread_local MessageCapture *capture = nullptr;
 
 // Every report of the library is "[FUNCTION:LINE]: TEXT" and a line end.
 Message messageOf(const std::string &report)
@@ -24,8 +23,13 @@ Message messageOf(const std::string &report)
     return {report.substr(1, colon - 1), report.substr(text + 3, end - text - 2)};
 }
 
-void capture(const char *format, va_list arguments)
+} // namespace
+
+void MessageCapture::take(const char *format, va_list arguments)
 {
+    const size_t index = count_++;
+    if (index < first_ || messages_.size() >= kMostMessages)
+        return;
     va_list again;
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, again);
@@ -33,8 +37,10 @@ void capture(const char *format, va_list arguments)
     std::string report(static_cast<size_t>(length) + 1, '\0');
     static_cast<void>(std::vsnprintf(report.data(), report.size(), format, arguments));
     report.pop_back();
-    captured->push_back(messageOf(report));
+    messages_.push_back(messageOf(report));
 }
+
+namespace {
 
 void takeLog(int module, int level, int flags, const char *format, va_list arguments)
 {
@@ -45,8 +51,8 @@ void takeLog(int module, int level, int flags, const char *format, va_list argum
         std::vfprintf(stderr, format, again);
         va_end(again);
     }
-    if (captured != nullptr)
-        capture(format, arguments);
+    if (capture != nullptr)
+        capture->take(format, arguments);
 }
 
 } // namespace
@@ -57,15 +63,16 @@ void showLog()
     hostSetLogHandler(takeLog);
 }
 
-MessageCapture::MessageCapture(std::vector<Message> &messages) : before_(captured)
+MessageCapture::MessageCapture(std::vector<Message> &messages, size_t first)
+    : messages_(messages), first_(first), before_(capture)
 {
     hostSetLogHandler(takeLog);
-    captured = &messages;
+    capture = this;
 }
 
 MessageCapture::~MessageCapture()
 {
-    captured = before_;
+    capture = before_;
 }
 
 } // namespace dcmtool
