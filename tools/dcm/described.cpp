@@ -2,13 +2,25 @@
 
 #include "card/card_query.h"
 #include "common/paths.h"
+#include "tools/dcm/check/check.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <type_traits>
 
 namespace dcmtool {
+
+namespace {
+
+constexpr size_t kMostShownMessages = 100; // of a file
+constexpr size_t kLongestMessage = 300;
+constexpr size_t kMostOutputOfByte =
+    9; // with the messages and the rest of the last entry, less than ten times the file
+constexpr size_t kMostOutputOfAny = size_t{4} * 1000 * 1000;
+
+} // namespace
 
 std::unique_ptr<DescriptionFile> openDescription(const std::string &name)
 {
@@ -49,6 +61,24 @@ Place placeOf(const DescriptionFile &file, const DescribedType &type)
     return file.place(file.nameSpan(type.element).begin);
 }
 
+size_t mostOutputOf(const DescriptionFile &file)
+{
+    return std::max(kMostOutputOfAny, kMostOutputOfByte * file.text().size());
+}
+
+void sayOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice)
+{
+    std::fprintf(stderr, "dcm: %s: the output has reached %zu kB: the last %zu %s are left out; %s\n",
+                 file.name().c_str(), mostOutputOf(file) / 1000, count, what, advice);
+}
+
+Queries::~Queries()
+{
+    if (!isSilent_ && messageCount_ > kMostShownMessages)
+        std::fprintf(stderr, "dcm: %s: and %zu more messages; dcm check shows their causes\n", file_.name().c_str(),
+                     messageCount_ - kMostShownMessages);
+}
+
 void Queries::pass(const DescribedType &type)
 {
     if (type.kind == RecordKind::card)
@@ -65,9 +95,13 @@ template <class Record> bool Queries::run(const DescribedType &type, Record &inf
         info.nameLen = names_.nameLen;
         info.abbrNameLen = names_.abbrNameLen;
     }
+    if (isSilent_)
+        return outcome.isDecoded;
     const Place place = placeOf(file_, type);
-    for (const Message &message : outcome.messages)
-        std::fprintf(stderr, "%s:%zu:%zu: %s\n", file_.name().c_str(), place.line, place.column, message.text.c_str());
+    for (size_t i = 0; i < outcome.messages.size() && messageCount_ + i < kMostShownMessages; i++)
+        std::fprintf(stderr, "%s:%zu:%zu: %s\n", file_.name().c_str(), place.line, place.column,
+                     shortened(outcome.messages[i].text, kLongestMessage).c_str());
+    messageCount_ += outcome.messageCount;
     return outcome.isDecoded;
 }
 

@@ -6,6 +6,7 @@
 #include "frame/frame_query.h"
 #include "slot/slot_format.h"
 #include "slot/slot_query.h"
+#include "tools/dcm/parse_limits.h"
 #include "vm/vm.h"
 #include "vm/vm_format.h"
 
@@ -103,6 +104,14 @@ size_t offsetOf(const xmlNode *node)
 
 } // namespace
 
+struct DescriptionFile::Parsing {
+    ParseLimits limits;
+    FormatPosition position;
+    // The last answer of offsetOfLast(): inside an entity, the parser stands at one place for all elements.
+    size_t lastAt = SIZE_MAX;
+    size_t lastFound = 0;
+};
+
 // What the parser tells on its way.
 struct ParserEvents {
     static DescriptionFile &fileOf(const xmlParserCtxt *context)
@@ -124,21 +133,168 @@ struct ParserEvents {
     static size_t offsetOfLast(const DescriptionFile &file, char character)
     {
         size_t at = offset(file);
+        DescriptionFile::Parsing &parsing = *file.parsing_;
+        if (at == parsing.lastAt)
+            return parsing.lastFound;
+        parsing.lastAt = at;
         while (at > 0 && file.text_[at] != character)
             at--;
+        parsing.lastFound = at;
         return at;
     }
+
+    // True when a limit has been reached: the parser then ends as soon as it can.
+    static bool isRefused(xmlParserCtxt *context)
+    {
+        DescriptionFile &file = fileOf(context);
+        const std::string &excess = file.parsing_->limits.excess();
+        if (excess.empty())
+            return false;
+        if (file.fault_.empty()) {
+            const size_t at = offset(file);
+            file.fail(DescriptionFile::State::unreadable, excess, {at, at});
+        }
+        xmlStopParser(context);
+        return true;
+    }
+
+    static ParseLimits &limitsOf(void *parser) { return fileOf(static_cast<xmlParserCtxt *>(parser)).parsing_->limits; }
 
     static void startElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
                              int namespaceCount, const xmlChar **namespaces, int attributeCount, int defaultedCount,
                              const xmlChar **attributes)
     {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        const DescriptionFile &file = fileOf(context);
+        ParseLimits &limits = file.parsing_->limits;
+        limits.takeNode();
+        for (int i = 0; i < namespaceCount; i++)
+            limits.takeNode();
+        // Five pointers each: the last two are where the value begins and ends.
+        for (int i = 0; i < attributeCount; i++) {
+            const auto *value = reinterpret_cast<const char *>(attributes[5 * i + 3]);
+            const auto *end = reinterpret_cast<const char *>(attributes[5 * i + 4]);
+            limits.takeAttribute({value, static_cast<size_t>(end - value)}, context->myDoc);
+        }
+        if (isRefused(context))
+            return;
+        if (context == file.parser_)
+            file.parsing_->position.enter(reinterpret_cast<const char *>(name));
         xmlSAX2StartElementNs(parser, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
                               attributes);
-        const auto *context = static_cast<xmlParserCtxt *>(parser);
-        const DescriptionFile &file = fileOf(context);
         if (context->node != nullptr && !hasOffset(context->node))
             setOffset(context->node, offsetOfLast(file, context == file.parser_ ? '<' : '&'));
+    }
+
+    static void endElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri)
+    {
+        const auto *context = static_cast<xmlParserCtxt *>(parser);
+        const DescriptionFile &file = fileOf(context);
+        if (context == file.parser_)
+            file.parsing_->position.leave();
+        xmlSAX2EndElementNs(parser, name, prefix, uri);
+    }
+
+    // Blanks between the elements of a container take as much memory as elements, and nobody looks at them.
+    static void characters(void *parser, const xmlChar *text, int length)
+    {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        const DescriptionFile &file = fileOf(context);
+        const std::string_view characters(reinterpret_cast<const char *>(text), static_cast<size_t>(length));
+        if (context == file.parser_ && file.parsing_->position.isInContainer() &&
+            characters.find_first_not_of(kBlanks) == std::string_view::npos)
+            return;
+        // A text may come in pieces.
+        const bool isMore =
+            context->node != nullptr && context->node->last != nullptr && context->node->last->type == XML_TEXT_NODE;
+        if (!isMore)
+            file.parsing_->limits.takeNode(characters.size());
+        if (!isRefused(context))
+            xmlSAX2Characters(parser, text, length);
+    }
+
+    static void cdataBlock(void *parser, const xmlChar *text, int length)
+    {
+        limitsOf(parser).takeNode(static_cast<size_t>(length));
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2CDataBlock(parser, text, length);
+    }
+
+    static void processingInstruction(void *, const xmlChar *, const xmlChar *) {} // nobody looks at one
+
+    static void reference(void *parser, const xmlChar *name)
+    {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        limitsOf(parser).takeReference(reinterpret_cast<const char *>(name), context->myDoc);
+        if (!isRefused(context))
+            xmlSAX2Reference(parser, name);
+    }
+
+    static void entityDeclaration(void *parser, const xmlChar *name, int type, const xmlChar *publicId,
+                                  const xmlChar *systemId, xmlChar *content)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (content != nullptr)
+            limitsOf(parser).scanAttributes(reinterpret_cast<const char *>(content));
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2EntityDecl(parser, name, type, publicId, systemId, content);
+    }
+
+    static void attributeDeclaration(void *parser, const xmlChar *element, const xmlChar *name, int type, int kind,
+                                     const xmlChar *value, xmlEnumeration *words)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlFreeEnumeration(words);
+        else
+            xmlSAX2AttributeDecl(parser, element, name, type, kind, value, words);
+    }
+
+    static void elementDeclaration(void *parser, const xmlChar *name, int type, xmlElementContent *content)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2ElementDecl(parser, name, type, content);
+    }
+
+    static void notationDeclaration(void *parser, const xmlChar *name, const xmlChar *publicId, const xmlChar *systemId)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2NotationDecl(parser, name, publicId, systemId);
+    }
+
+    static void unparsedEntityDeclaration(void *parser, const xmlChar *name, const xmlChar *publicId,
+                                          const xmlChar *systemId, const xmlChar *notation)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2UnparsedEntityDecl(parser, name, publicId, systemId, notation);
+    }
+
+    static xmlEntity *parameterEntity(void *parser, const xmlChar *name)
+    {
+        limitsOf(parser).takeDeclaration();
+        return isRefused(static_cast<xmlParserCtxt *>(parser)) ? nullptr : xmlSAX2GetParameterEntity(parser, name);
+    }
+
+    static void watch(xmlSAXHandler &sax)
+    {
+        sax.startElementNs = startElement;
+        sax.endElementNs = endElement;
+        sax.characters = characters;
+        sax.ignorableWhitespace = characters;
+        sax.cdataBlock = cdataBlock;
+        sax.processingInstruction = processingInstruction;
+        sax.reference = reference;
+        sax.entityDecl = entityDeclaration;
+        sax.attributeDecl = attributeDeclaration;
+        sax.elementDecl = elementDeclaration;
+        sax.notationDecl = notationDeclaration;
+        sax.unparsedEntityDecl = unparsedEntityDeclaration;
+        sax.getParameterEntity = parameterEntity;
+        sax.comment = comment;
+        sax.serror = error;
     }
 
     static bool speaksToTheTool(const char *comment)
@@ -148,13 +304,19 @@ struct ParserEvents {
 
     static void comment(void *parser, const xmlChar *text)
     {
-        xmlSAX2Comment(parser, text);
-        const auto *context = static_cast<xmlParserCtxt *>(parser);
+        auto *context = static_cast<xmlParserCtxt *>(parser);
         DescriptionFile &file = fileOf(context);
+        // One in an entity speaks of nothing.
+        const char *characters = reinterpret_cast<const char *>(text);
+        if (context != file.parser_ || !speaksToTheTool(characters))
+            return;
+        file.parsing_->limits.takeNode(std::strlen(characters));
+        if (isRefused(context))
+            return;
+        xmlSAX2Comment(parser, text);
         xmlNode *node = context->node != nullptr ? context->node->last : context->myDoc->last;
-        // One in an entity or a document type speaks of nothing.
-        if (context != file.parser_ || node == nullptr || node->type != XML_COMMENT_NODE ||
-            !speaksToTheTool(reinterpret_cast<const char *>(text)))
+        // Nor does one in a document type.
+        if (node == nullptr || node->type != XML_COMMENT_NODE)
             return;
         const size_t end = offset(file);
         file.comments_.push_back({node, {file.text_.rfind("<!--", end), end}});
@@ -237,25 +399,29 @@ void DescriptionFile::parseText()
     if (text_.size() > INT_MAX)
         return fail(State::unreadable, "larger than 2 GB");
     convertToUtf8();
+    Parsing parsing = {ParseLimits(text_.size()), {}};
+    parsing.limits.scanAttributes(text_);
+    if (!parsing.limits.excess().empty())
+        return fail(State::unreadable, parsing.limits.excess());
     const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt *)> context(
         xmlCreateMemoryParserCtxt(text_.data(), static_cast<int>(text_.size())), xmlFreeParserCtxt);
     if (context == nullptr)
         return fail(State::notXml, "out of memory");
     parser_ = context.get();
+    parsing_ = &parsing;
     context->_private = this;
     context->linenumbers = 0;
     // A short text lies in its node.
     context->options |= XML_PARSE_COMPACT;
     if (isConverted_)
         context->options |= XML_PARSE_IGNORE_ENC;
-    context->sax->startElementNs = ParserEvents::startElement;
-    context->sax->comment = ParserEvents::comment;
-    context->sax->serror = ParserEvents::error;
+    ParserEvents::watch(*context->sax);
     xmlParseDocument(context.get());
     parser_ = nullptr;
+    parsing_ = nullptr;
     document_ = context->myDoc;
     context->myDoc = nullptr;
-    if (context->wellFormed == 0 || document_ == nullptr) {
+    if (!fault_.empty() || context->wellFormed == 0 || document_ == nullptr) {
         if (fault_.empty())
             fail(State::notXml, "not well-formed");
         return;
@@ -312,6 +478,10 @@ std::vector<DescribedType> DescriptionFile::types() const
         types.push_back({RecordKind::vm, root_, {}, 0});
     if (!isDevice())
         return types;
+    size_t count = 0;
+    for ([[maybe_unused]] const Node child : dcm::children(root_))
+        count++;
+    types.reserve(count);
     for (const Node child : dcm::children(root_)) {
         if (dcm::isNamed(child, dcm::kFrameName))
             types.push_back({RecordKind::frame, child, {numberOf(child, kTypeId)}, 0});

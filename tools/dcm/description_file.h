@@ -116,6 +116,8 @@ private:
     Span faultSpan_;
     ::_xmlDoc *document_ = nullptr;
     ::_xmlParserCtxt *parser_ = nullptr; // while it runs
+    struct Parsing;
+    Parsing *parsing_ = nullptr; // what is kept track of meanwhile
     Node root_ = nullptr;
     bool isConverted_ = false;
     std::vector<Comment> comments_;

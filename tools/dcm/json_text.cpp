@@ -1,5 +1,9 @@
 #include "tools/dcm/json_text.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
 namespace dcmtool {
 
 namespace {
@@ -7,8 +11,17 @@ namespace {
 constexpr size_t kLineWidth = 120;
 constexpr size_t kStep = 2;
 
+// Nearly all that is printed are numbers and short plain words.
 std::string scalar(const Json &json)
 {
+    if (json.is_number_unsigned())
+        return std::to_string(json.get<uint64_t>());
+    if (json.is_string()) {
+        const auto &text = json.get_ref<const std::string &>();
+        const auto isPlain = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
+        if (std::all_of(text.begin(), text.end(), isPlain))
+            return '"' + text + '"';
+    }
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -29,12 +42,33 @@ bool appendOnOneLine(std::string &text, const Json &json, size_t end)
         text += separator;
         separator = ",";
         if (isObject)
-            text.append(scalar(item.key())).append(":");
+            text.append(1, '"').append(item.key()).append("\":");
         if (!appendOnOneLine(text, item.value(), end))
             return false;
     }
     text += json.empty() ? (isObject ? "{}" : "[]") : isObject ? "}" : "]";
     return text.size() <= end;
+}
+
+// As many numbers on each line as fit: a line of its own would make some of the longest lists ten times as long.
+constexpr size_t kLongList = 1000;
+
+void appendLongList(std::string &text, const Json &numbers, size_t indent)
+{
+    const char *separator = "[";
+    size_t lineStart = text.size();
+    for (const Json &number : numbers) {
+        const std::string item = scalar(number);
+        text.append(separator);
+        if (*separator == '[' || text.size() - lineStart + item.size() >= kLineWidth) {
+            text.append("\n");
+            lineStart = text.size();
+            text.append(indent + kStep, ' ');
+        }
+        text.append(item);
+        separator = ",";
+    }
+    text.append("\n").append(indent, ' ').append("]");
 }
 
 // `lineStart` is where the last line of the text begins.
@@ -48,6 +82,8 @@ void append(std::string &text, size_t lineStart, const Json &json, size_t indent
         text += scalar(json);
         return;
     }
+    if (json.size() > kLongList && json.front().is_number())
+        return appendLongList(text, json, indent);
     const bool isObject = json.is_object();
     const char *separator = isObject ? "{" : "[";
     for (const auto &item : json.items()) {
@@ -55,7 +91,7 @@ void append(std::string &text, size_t lineStart, const Json &json, size_t indent
         lineStart = text.size();
         text.append(indent + kStep, ' ');
         if (isObject)
-            text.append(scalar(item.key())).append(": ");
+            text.append(1, '"').append(item.key()).append("\": ");
         append(text, lineStart, item.value(), indent + kStep);
         separator = ",";
     }
@@ -69,6 +105,136 @@ std::string jsonText(const Json &json)
     std::string text;
     append(text, 0, json, 0);
     return text + "\n";
+}
+
+// ---- Bit by bit -----------------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr size_t kBlock = size_t{1} << 16;
+
+// Whether a value fits on a line of its own.
+bool isShort(const Json &json)
+{
+    std::string text;
+    return appendOnOneLine(text, json, kLineWidth);
+}
+
+} // namespace
+
+void JsonStream::add(const char *name, Json value)
+{
+    if (isWhole_) {
+        whole_[name] = std::move(value);
+        return;
+    }
+    beginMember(name);
+    append(text_, text_.rfind('\n') + 1, value, kStep);
+}
+
+void JsonStream::beginArray(const char *name)
+{
+    isInArray_ = true;
+    arrayName_ = name;
+    isArrayWhole_ = true;
+    array_ = Json::array();
+    if (isWhole_)
+        whole_[name] = array_;
+    else
+        beginMember(name);
+}
+
+bool JsonStream::addEntry(Json entry)
+{
+    if (isWhole_) {
+        whole_[arrayName_].push_back(std::move(entry));
+        if (!isShort(whole_))
+            spill();
+        return true;
+    }
+    if (isArrayWhole_) {
+        array_.push_back(std::move(entry));
+        if (!isShort(array_))
+            spillArray();
+        return true;
+    }
+    const size_t before = text_.size();
+    appendEntry(entry);
+    if (size_ + text_.size() > most_) {
+        text_.resize(before);
+        return false;
+    }
+    flush(kBlock);
+    return true;
+}
+
+void JsonStream::endArray()
+{
+    isInArray_ = false;
+    if (isWhole_)
+        return;
+    if (isArrayWhole_)
+        append(text_, text_.rfind('\n') + 1, array_, kStep);
+    else
+        text_.append("\n").append(kStep, ' ').append("]");
+}
+
+bool JsonStream::end()
+{
+    if (isWhole_)
+        text_ = jsonText(whole_);
+    else
+        text_ += "\n}\n";
+    flush(0);
+    return isPrinted_;
+}
+
+void JsonStream::beginMember(const char *name)
+{
+    text_.append(separator_).append("\n").append(kStep, ' ').append("\"").append(name).append("\": ");
+    separator_ = ",";
+}
+
+// It is too long for one line: what there is so far goes out member by member.
+void JsonStream::spill()
+{
+    isWhole_ = false;
+    const Json members = std::move(whole_);
+    size_t left = members.size();
+    for (const auto &member : members.items()) {
+        beginMember(member.key().c_str());
+        if (--left > 0 || !isInArray_)
+            append(text_, text_.rfind('\n') + 1, member.value(), kStep);
+        else if (array_ = member.value(); !isShort(array_))
+            spillArray();
+    }
+}
+
+void JsonStream::spillArray()
+{
+    isArrayWhole_ = false;
+    entrySeparator_ = "[";
+    const Json entries = std::move(array_);
+    for (const Json &entry : entries)
+        appendEntry(entry);
+}
+
+void JsonStream::appendEntry(const Json &entry)
+{
+    text_.append(entrySeparator_).append("\n");
+    entrySeparator_ = ",";
+    const size_t lineStart = text_.size();
+    text_.append(2 * kStep, ' ');
+    append(text_, lineStart, entry, 2 * kStep);
+}
+
+void JsonStream::flush(size_t least)
+{
+    if (text_.size() < least)
+        return;
+    isPrinted_ = isPrinted_ && output_.print(text_);
+    size_ += text_.size();
+    text_.clear();
 }
 
 } // namespace dcmtool
