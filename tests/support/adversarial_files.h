@@ -4,6 +4,7 @@
 #define DCM_TESTS_SUPPORT_ADVERSARIAL_FILES_H
 
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@ namespace adversarial {
 struct Shape {
     const char *name;
     std::string (*make)(size_t size); // a file of about `size` bytes
+
+    friend void PrintTo(const Shape &shape, std::ostream *out) { *out << shape.name; }
 };
 
 const std::vector<Shape> &shapes();

@@ -675,6 +675,7 @@ void DescriptionFile::indexLines() const
 {
     if (!lineStarts_.empty())
         return;
+    lineStarts_.reserve(static_cast<size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
     // A byte order mark is no column.
     lineStarts_.push_back(text_.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0);
     size_t characters = 0;

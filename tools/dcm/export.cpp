@@ -74,17 +74,17 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
 {
     Json entry = Json::object();
     if (type.kind != RecordKind::vm)
-        entry["typeIds"] = type.typeIds;
+        addTypeIds(entry, type.typeIds);
     if (type.kind == RecordKind::card)
         entry["mode"] = type.mode;
     const Place place = placeOf(file, type);
     entry["line"] = place.line;
     entry["column"] = place.column;
     // Of several ids a record holds the one that was asked for.
-    DescribedType asked = type;
     if (options.type)
-        asked.typeIds = {*options.type};
-    entry["record"] = recordOf(queries, asked);
+        entry["record"] = recordOf(queries, {type.kind, type.element, {*options.type}, type.mode});
+    else
+        entry["record"] = recordOf(queries, type);
     return entry;
 }
 

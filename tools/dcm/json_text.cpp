@@ -50,27 +50,6 @@ bool appendOnOneLine(std::string &text, const Json &json, size_t end)
     return text.size() <= end;
 }
 
-// As many numbers on each line as fit: a line of its own would make some of the longest lists ten times as long.
-constexpr size_t kLongList = 1000;
-
-void appendLongList(std::string &text, const Json &numbers, size_t indent)
-{
-    const char *separator = "[";
-    size_t lineStart = text.size();
-    for (const Json &number : numbers) {
-        const std::string item = scalar(number);
-        text.append(separator);
-        if (*separator == '[' || text.size() - lineStart + item.size() >= kLineWidth) {
-            text.append("\n");
-            lineStart = text.size();
-            text.append(indent + kStep, ' ');
-        }
-        text.append(item);
-        separator = ",";
-    }
-    text.append("\n").append(indent, ' ').append("]");
-}
-
 // `lineStart` is where the last line of the text begins.
 void append(std::string &text, size_t lineStart, const Json &json, size_t indent)
 {
@@ -82,8 +61,6 @@ void append(std::string &text, size_t lineStart, const Json &json, size_t indent
         text += scalar(json);
         return;
     }
-    if (json.size() > kLongList && json.front().is_number())
-        return appendLongList(text, json, indent);
     const bool isObject = json.is_object();
     const char *separator = isObject ? "{" : "[";
     for (const auto &item : json.items()) {
@@ -105,6 +82,16 @@ std::string jsonText(const Json &json)
     std::string text;
     append(text, 0, json, 0);
     return text + "\n";
+}
+
+void addTypeIds(Json &entry, const std::vector<uint32_t> &typeIds)
+{
+    constexpr size_t kMost = 1000;
+    Json &shown = entry["typeIds"] = Json::array();
+    for (size_t i = 0; i < std::min(typeIds.size(), kMost); i++)
+        shown.push_back(typeIds[i]);
+    if (typeIds.size() > kMost)
+        entry["moreTypeIds"] = typeIds.size() - kMost;
 }
 
 // ---- Bit by bit -----------------------------------------------------------------------------------------------------

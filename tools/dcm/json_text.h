@@ -6,6 +6,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
 #include <string>
 
 namespace dcmtool {
@@ -15,6 +20,9 @@ using Json = nlohmann::ordered_json;
 // For programs and people: what fits on a line stands on one. A byte that is no UTF-8, as where a field cuts a text in
 // the middle of a character, becomes U+FFFD. Ends with a line end.
 std::string jsonText(const Json &json);
+
+// The type ids of an entry, of very many the first ones: "moreTypeIds" then says how many there are beside them.
+void addTypeIds(Json &entry, const std::vector<uint32_t> &typeIds);
 
 // The same text of an object whose arrays may be too long to be held in memory, printed while it is made. Beyond so
 // many bytes, entries of arrays are left out.

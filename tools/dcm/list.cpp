@@ -228,18 +228,19 @@ template <class Value> Json orNull(const std::optional<Value> &value)
 
 Json entryOf(const Row &row)
 {
-    return {{"kind", kindName(row.type->kind)},
-            {"typeIds", row.type->typeIds},
-            {"mode", row.type->kind == RecordKind::card ? Json(row.type->mode) : Json()},
-            {"name", orNull(row.name)},
-            {"slots", orNull(row.slots)},
-            {"ports", orNull(row.ports)},
-            {"fans", orNull(row.fans)},
-            {"supplies", orNull(row.supplies)},
-            {"leds", orNull(row.leds)},
-            {"line", row.place.line},
-            {"column", row.place.column},
-            {"isDecoded", row.isDecoded}};
+    Json entry = {{"kind", kindName(row.type->kind)}};
+    addTypeIds(entry, row.type->typeIds);
+    entry["mode"] = row.type->kind == RecordKind::card ? Json(row.type->mode) : Json();
+    entry["name"] = orNull(row.name);
+    entry["slots"] = orNull(row.slots);
+    entry["ports"] = orNull(row.ports);
+    entry["fans"] = orNull(row.fans);
+    entry["supplies"] = orNull(row.supplies);
+    entry["leds"] = orNull(row.leds);
+    entry["line"] = row.place.line;
+    entry["column"] = row.place.column;
+    entry["isDecoded"] = row.isDecoded;
+    return entry;
 }
 
 bool printJson(const DescriptionFile &file, const std::vector<DescribedType> &types, const OwnOutput &output,

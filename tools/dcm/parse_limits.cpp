@@ -76,7 +76,7 @@ void ParseLimits::takeNode(size_t textLength)
 
 void ParseLimits::takeAttribute(std::string_view value, const ::_xmlDoc *document)
 {
-    takeTree(kAttributeSize + (value.empty() ? 0 : kNodeSize + sizeOfText(value.size())));
+    takeTree(kAttributeSize + kNodeSize + sizeOfText(value.size()));
     if (document == nullptr || document->intSubset == nullptr)
         return;
     expansion_ += expandedSizeOfReferences(value, document, 0);
