@@ -299,6 +299,9 @@ std::vector<Finding> Findings::take()
             found.kept.resize(kMostOfCheck);
         if (!found.kept.empty())
             found.kept.back().more = found.count - found.kept.size();
+        // The finding that says so may be one that is only counted.
+        if (found.count > found.kept.size() && ended_.count(check) != 0)
+            found.kept.back().text += "; the search for others has ended because it takes too long";
         std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));
     }
     found_.clear();

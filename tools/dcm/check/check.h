@@ -169,6 +169,8 @@ public:
     void setApart(const Check &check, Node element);
     // Takes it out; false when nothing was found there.
     bool takeOut(const Check &check, Node element);
+    // Notes that the running check has not looked for all that there is.
+    void endSearch() { ended_.insert(running_); }
     // All that is kept, in the order of the file.
     std::vector<Finding> take();
 
@@ -195,6 +197,7 @@ private:
     std::unordered_map<const Check *, Found> found_;
     std::unordered_map<Key, Found, Hash> apart_;
     std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
+    std::set<const Check *> ended_;
     size_t order_ = 0;
     Finding counted_; // takes what is said of one that is not kept
 };

@@ -179,7 +179,7 @@ void checkType(CheckedType &type, Record &record, const Record *CheckedType::*pl
 }
 
 // What may be decoded again to find why queries fail, in bytes: of small files, all that people will ever mend at once.
-constexpr size_t kMostDecoded = size_t{16} << 20;
+constexpr size_t kMostDecoded = size_t{64} << 20;
 constexpr size_t kMostDecodedOfByte = 16;
 
 struct Records {

@@ -567,6 +567,7 @@ void tellOrder(const Guilty &guilty, Node sibling, Findings &findings)
 // To find each fault, what stands before it is decoded again and again.
 void tellEnd(const DescribedType &type, const Outcome &outcome, Findings &findings)
 {
+    findings.endSearch();
     findings.atName(
         type.element,
         "there is more that makes the query fail, but the search for it has ended because it takes too long" +
