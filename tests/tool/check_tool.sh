@@ -226,7 +226,11 @@ ends_with_71_without_memory() {
         expect 'in any file' says out '300 files, nothing found'
     fi
     # A tree that is larger than the memory.
-    { echo '<device>' && head -c 10000000 < <(yes '<a/><a/><a/><a/>') && echo '</device>'; } >"$folder/many.xml"
+    {
+        echo "<device><frame typeid='1'>"
+        head -n 600000 < <(yes '<a/><a/><a/><a/>')
+        echo '</frame></device>'
+    } >"$folder/many.xml"
     for command in 'frame 1 -f' 'list -f' 'export -f' check; do
         status=0
         # shellcheck disable=SC2086 # words of a command

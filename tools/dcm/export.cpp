@@ -39,9 +39,9 @@ const char *arrayName(RecordKind kind)
     return "vms";
 }
 
-bool isWanted(const Options &options, const DescribedType &type)
+bool isWanted(const Options &options, RecordKind kind, const DescribedType &type)
 {
-    if (options.kind && *options.kind != type.kind)
+    if (type.kind != kind)
         return false;
     if (!options.type)
         return true;
@@ -75,17 +75,17 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
 {
     Json entry = Json::object();
     if (type.kind != RecordKind::vm)
-        entry["typeIds"] = type.typeIds;
+        addTypeIds(entry, type.typeIds);
     if (type.kind == RecordKind::card)
         entry["mode"] = type.mode;
     const Place place = placeOf(file, type);
     entry["line"] = place.line;
     entry["column"] = place.column;
     // Of several ids a record holds the one that was asked for.
-    DescribedType asked = type;
     if (options.type)
-        asked.typeIds = {*options.type};
-    entry["record"] = recordOf(queries, asked);
+        entry["record"] = recordOf(queries, {type.kind, type.element, {*options.type}, type.mode});
+    else
+        entry["record"] = recordOf(queries, type);
     return entry;
 }
 
@@ -98,48 +98,64 @@ void sayNotFound(const DescriptionFile &file, const Options &options)
     std::fputs(".\n", stderr);
 }
 
-// The text of an export; empty when what was asked for is not there.
-std::string exportFrom(const DescriptionFile &file, const Options &options, Exit &exit)
+// Prints the entries of one kind; those for which there is no room are counted.
+void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &types, const Options &options,
+                RecordKind kind, JsonStream &json, Exit &exit, size_t &omitted)
 {
-    Json json = {{"format", "dcm-export"}, {"version", kVersion}, {"file", file.name()}};
-    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
-        if (options.kind ? *options.kind == kind : file.isVm() == (kind == RecordKind::vm))
-            json[arrayName(kind)] = Json::array();
-
     Queries queries(file);
     bool isFound = false;
-    for (const DescribedType &type : file.types()) {
+    json.beginArray(arrayName(kind));
+    for (const DescribedType &type : types) {
         // A query takes the first that it finds.
         if (isFound && options.type)
             break;
-        if (!isWanted(options, type)) {
+        if (!isWanted(options, kind, type)) {
             queries.pass(type);
             continue;
         }
         isFound = true;
-        Json &entries = json[arrayName(type.kind)];
-        entries.push_back(entryOf(file, queries, options, type));
-        if (entries.back()["record"].is_null())
-            exit = kQueryFailed;
+        if (omitted == 0) {
+            Json entry = entryOf(file, queries, options, type);
+            if (entry["record"].is_null())
+                exit = kQueryFailed;
+            omitted += json.addEntry(std::move(entry)) ? 0 : 1;
+        } else {
+            omitted++;
+        }
     }
-    if (options.type && !isFound) {
+    json.endArray();
+}
+
+Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
+{
+    const std::vector<DescribedType> types = file.types();
+    const auto isWantedOne = [&](const DescribedType &type) { return isWanted(options, *options.kind, type); };
+    if (options.type && std::none_of(types.begin(), types.end(), isWantedOne)) {
         sayNotFound(file, options);
-        exit = kQueryFailed;
-        return "";
+        return kQueryFailed;
     }
-    return jsonText(json);
+    JsonStream json(output, mostOutputOf(file));
+    json.add("format", "dcm-export");
+    json.add("version", kVersion);
+    json.add("file", file.name());
+    Exit exit = kSuccess;
+    size_t omitted = 0;
+    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
+        if (options.kind ? *options.kind == kind : file.isVm() == (kind == RecordKind::vm))
+            exportKind(file, types, options, kind, json, exit, omitted);
+    if (omitted != 0) {
+        json.add("omitted", omitted);
+        sayOmitted(file, omitted, "records", "ask for one with its type");
+        exit = kQueryFailed;
+    }
+    return json.end() ? exit : kQueryFailed;
 }
 
 Exit runExport(const Options &options)
 {
     const OwnOutput output;
     const auto file = openDescription(options.file);
-    if (file == nullptr)
-        return kUnreadable;
-    Exit exit = kSuccess;
-    // The JSON is gone when it is printed: to take it apart may need memory.
-    const std::string text = exportFrom(*file, options, exit);
-    return output.print(text) ? exit : kQueryFailed;
+    return file != nullptr ? exportFrom(*file, options, output) : kUnreadable;
 }
 
 void addKind(CLI::App &command, RecordKind kind, const std::shared_ptr<Options> &options)

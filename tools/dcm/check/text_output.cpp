@@ -85,6 +85,8 @@ std::string textOf(const DescriptionFile &file, const Finding &finding, const Co
     text += printable((finding.path.empty() ? "" : finding.path + ": ") + finding.text);
     if (!finding.meant.empty())
         text += "; did you mean '" + printable(finding.meant) + "'?";
+    if (finding.more != 0)
+        text += "; and " + std::to_string(finding.more) + " more like it";
     text += std::string(" [") + finding.check->name + "]\n";
     if (isPlaced)
         text += excerpt(file, finding.span, colours);
@@ -106,7 +108,7 @@ void Totals::add(const FileReport &report)
     files++;
     unread += report.file->state() == DescriptionFile::State::parsed ? 0 : 1;
     for (const Finding &finding : report.findings)
-        (finding.severity == Severity::error ? errors : warnings)++;
+        (finding.severity == Severity::error ? errors : warnings) += 1 + finding.more;
 }
 
 std::string asText(const FileReport &report, bool isColoured)
