@@ -91,6 +91,7 @@ std::string readInput(const std::string &name, std::string &text)
             return tooLarge();
         if (count == 0) {
             text.resize(length);
+            text.shrink_to_fit(); // it is kept beside the tree
             return "";
         }
     }

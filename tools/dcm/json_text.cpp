@@ -83,7 +83,8 @@ std::string jsonText(const Json &json)
 {
     std::string text;
     append(text, 0, json, 0);
-    return text + "\n";
+    text += '\n';
+    return text;
 }
 
 void addTypeIds(Json &entry, const std::vector<uint32_t> &typeIds)

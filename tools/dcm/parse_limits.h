@@ -21,7 +21,7 @@ public:
     // The parser compares the attributes of an element each with each.
     static constexpr size_t kMostAttributes = 256;
     static constexpr size_t kMostDeclarations = 1000; // in a document type, and references to what it declares there
-    static constexpr size_t kMostTreeOfByte = 22;     // bytes of the tree for a byte of the file
+    static constexpr size_t kMostTreeOfByte = 18;     // bytes of the tree for a byte of the file
     static constexpr size_t kMostTreeOfAny = 8 * 1000 * 1000; // what every tree may have
     static constexpr size_t kMostExpansion = 1000 * 1000;     // by entities, beside as much as the file has
 

@@ -31,8 +31,7 @@ xmlChar *xmlText(const char *text)
     return reinterpret_cast<xmlChar *>(const_cast<char *>(text)); // NOLINT(cppcoreguidelines-pro-type-const-cast)
 }
 
-// ---- Changes, for a while
-// --------------------------------------------------------------------------------------------
+// ---- Changes, for a while -------------------------------------------------------------------------------------------
 
 // Changes a frame, slot or card until it goes out of scope.
 class Repairs {
