@@ -239,19 +239,20 @@ int dcmCardInfoPrint(const DcmCardInfo *info)
     return puts(dcm::kEmptyLine);
 }
 
-dcm::Shown dcm::showCard(const char *fileName, uint32_t typeId, uint32_t mode)
+int dcm::printCardAnswer(const char *fileName, const DcmCardInfo *info)
 {
-    DcmCardInfo info;
-    if (dcmCardInfoGet(fileName, typeId, mode, &info) != 0)
-        return {false, puts("\r\n!!Failed to get card info.\r")};
+    if (info == nullptr)
+        return puts("\r\n!!Failed to get card info.\r");
     puts(kEmptyLine);
     printf("file: %s: \r\n", fileOrDefault(fileName));
-    return {true, dcmCardInfoPrint(&info)};
+    return dcmCardInfoPrint(info);
 }
 
 int dcmCardInfoShowFilename(const char *fileName, uint32_t typeId, uint32_t mode)
 {
-    return dcm::showCard(fileName, typeId, mode).written;
+    DcmCardInfo info;
+    const bool isFound = dcmCardInfoGet(fileName, typeId, mode, &info) == 0;
+    return dcm::printCardAnswer(fileName, isFound ? &info : nullptr);
 }
 
 int dcmCardInfoShow(uint32_t typeId, uint32_t mode)

@@ -1,14 +1,12 @@
 #ifndef DCM_CARD_CARD_REPORT_H
 #define DCM_CARD_CARD_REPORT_H
 
-#include "common/shown.h"
-
-#include <cstdint>
+#include <dcm.h>
 
 namespace dcm {
 
-// As dcmCardInfoShowFilename().
-Shown showCard(const char *fileName, uint32_t typeId, uint32_t mode);
+// What dcmCardInfoShowFilename() prints when the query has answered; `info` is nullptr when it has failed.
+int printCardAnswer(const char *fileName, const DcmCardInfo *info);
 
 } // namespace dcm
 

@@ -1,3 +1,5 @@
+#include "frame/frame_report.h"
+
 #include "common/console.h"
 #include "common/fan_ctrl.h"
 #include "common/paths.h"
@@ -83,17 +85,22 @@ int dcmFrameInfoPrint(const DcmFrameInfo *info)
     return puts(dcm::kEmptyLine);
 }
 
+int dcm::printFrameAnswer(const char *fileName, const DcmFrameInfo *info)
+{
+    if (info == nullptr) {
+        puts("\r\n!!Failed to get frame info.\r");
+        return -1;
+    }
+    puts(kEmptyLine);
+    printf("file: %s: \r\n", fileOrDefault(fileName));
+    return dcmFrameInfoPrint(info);
+}
+
 int dcmFrameInfoShowFilename(const char *fileName, uint32_t typeId)
 {
     DcmFrameInfo info;
-    const int result = dcmFrameInfoGet(fileName, typeId, &info);
-    if (result != 0) {
-        puts("\r\n!!Failed to get frame info.\r");
-        return result;
-    }
-    puts(dcm::kEmptyLine);
-    printf("file: %s: \r\n", dcm::fileOrDefault(fileName));
-    return dcmFrameInfoPrint(&info);
+    const bool isFound = dcmFrameInfoGet(fileName, typeId, &info) == 0;
+    return dcm::printFrameAnswer(fileName, isFound ? &info : nullptr);
 }
 
 int dcmFrameInfoShow(uint32_t typeId)

@@ -272,6 +272,13 @@ try {
     writeSeed("vm", readFile(source / "examples/vm-3.xml"));
     for (const fs::directory_entry &file : fs::directory_iterator(source / "tests/tool/corpus"))
         writeSeed("check", readFile(file.path()));
+    for (const std::string mark : {"\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE"})
+        for (const std::string behind : {"", "<x/>", "<?xml version='1.0' encoding='ISO-8859-1'?><x/>"})
+            writeSeed("check", mark + behind);
+    std::string wide = "\xFF\xFE";
+    for (const char byte : withType1("card", "<!-- dcm-check: allow octal-number: x -->"))
+        wide.append(1, byte).append(1, '\0');
+    writeSeed("check", wide);
     for (const char *target : {"frame", "slot", "card", "vm"})
         takeTests(source / "tests" / target, {target});
     takeTests(source / "tests/led", {"frame", "card"});

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size; --check
+# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size, --adversarial; --check
 
 bench_folder=build/bench
 
@@ -201,12 +201,22 @@ bench_check() {
     }' "$bench_folder-tool"/median.{check,noout,relaxng}
 }
 
+# bench_adversarial [KILOBYTES...]: the tool, as "./dev build" makes it, on files that are made to cost it much.
+bench_adversarial() {
+    build
+    configure release -DDCM_BUILD_BENCHMARKS=ON
+    compile release dcm_bench_adversarial
+    say 'Measuring for some minutes'
+    build/release/bench/dcm_bench_adversarial build/release/dcm "$@"
+}
+
 verb_bench() {
     case ${1-} in
     --instructions) bench_instructions ;;
     --functions) bench_functions "${2-one large card}" ;;
     --memory) bench_memory ;;
     --size) bench_size ;;
+    --adversarial) bench_adversarial "${@:2}" ;;
     --check) bench_check ;;
     *) bench_time "$@" ;;
     esac

@@ -99,19 +99,20 @@ int dcmSlotInfoPrint(const DcmSlotInfo *info)
     return puts(dcm::kEmptyLine);
 }
 
-dcm::Shown dcm::showSlot(const char *fileName, uint32_t typeId)
+int dcm::printSlotAnswer(const char *fileName, const DcmSlotInfo *info)
 {
-    DcmSlotInfo info;
-    if (dcmSlotInfoGet(fileName, typeId, &info) != 0)
-        return {false, puts("\r\n!!Failed to get slot info.\r")};
+    if (info == nullptr)
+        return puts("\r\n!!Failed to get slot info.\r");
     puts(kEmptyLine);
     printf("file: %s: \r\n", fileOrDefault(fileName));
-    return {true, dcmSlotInfoPrint(&info)};
+    return dcmSlotInfoPrint(info);
 }
 
 int dcmSlotInfoShowFilename(const char *fileName, uint32_t typeId)
 {
-    return dcm::showSlot(fileName, typeId).written;
+    DcmSlotInfo info;
+    const bool isFound = dcmSlotInfoGet(fileName, typeId, &info) == 0;
+    return dcm::printSlotAnswer(fileName, isFound ? &info : nullptr);
 }
 
 int dcmSlotInfoShow(uint32_t typeId)

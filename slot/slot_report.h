@@ -1,14 +1,12 @@
 #ifndef DCM_SLOT_SLOT_REPORT_H
 #define DCM_SLOT_SLOT_REPORT_H
 
-#include "common/shown.h"
-
-#include <cstdint>
+#include <dcm.h>
 
 namespace dcm {
 
-// As dcmSlotInfoShowFilename().
-Shown showSlot(const char *fileName, uint32_t typeId);
+// What dcmSlotInfoShowFilename() prints when the query has answered; `info` is nullptr when it has failed.
+int printSlotAnswer(const char *fileName, const DcmSlotInfo *info);
 
 } // namespace dcm
 

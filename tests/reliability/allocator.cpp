@@ -19,21 +19,28 @@ std::atomic<size_t> blocksNow;
 std::atomic<size_t> bytesNow;
 std::atomic<size_t> bytesAtMost;
 
+#ifdef DCM_SANITIZED
+constexpr bool kIsSanitized = true;
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
 struct Plan {
     size_t first = 0; // 0: none fails
     Failing failing = Failing::once;
     Of allocations = Of::libxml2;
-    size_t count = 0;
 };
 Plan plan;
+std::atomic<size_t> planned; // allocations that the plan has seen
 
 // Whether the allocation that is asked for now fails; then errno is set as every malloc() does.
-bool fails()
+bool fails(Of asked)
 {
-    if (plan.first == 0)
+    const bool isPlanned = plan.allocations == asked || (kIsSanitized && plan.allocations == Of::all);
+    if (plan.first == 0 || !isPlanned)
         return false;
-    plan.count++;
-    if (plan.failing == Failing::once ? plan.count != plan.first : plan.count < plan.first)
+    const size_t count = ++planned;
+    if (plan.failing == Failing::once ? count != plan.first : count < plan.first)
         return false;
     errno = ENOMEM;
     return true;
@@ -59,12 +66,12 @@ void forget(void *block)
 
 void *countedMalloc(size_t size)
 {
-    return fails() ? nullptr : counted(std::malloc(size));
+    return fails(Of::libxml2) ? nullptr : counted(std::malloc(size));
 }
 
 void *countedRealloc(void *old, size_t size)
 {
-    if (fails())
+    if (fails(Of::libxml2))
         return nullptr;
     forget(old);
     void *block = std::realloc(old, size);
@@ -109,7 +116,8 @@ size_t PeakMemory::bytes() const
 
 FailingAllocation::FailingAllocation(size_t first, Failing failing, Of allocations)
 {
-    plan = {first, failing, allocations, 0};
+    planned = 0;
+    plan = {first, failing, allocations};
 }
 
 FailingAllocation::~FailingAllocation()
@@ -119,20 +127,31 @@ FailingAllocation::~FailingAllocation()
 
 bool FailingAllocation::hasFailed() const // NOLINT(readability-convert-member-functions-to-static): while it lives
 {
-    return plan.count >= plan.first;
+    return planned >= plan.first;
 }
 
 } // namespace dcmtest
 
-// ---- The memory of C++ ----------------------------------------------------------------------------------------------
+// ---- All memory -----------------------------------------------------------------------------------------------------
+
+#ifdef DCM_SANITIZED
 
 void *operator new(size_t size)
 {
-    const bool isFailing = dcmtest::plan.allocations == dcmtest::Of::libxml2AndCxx && dcmtest::fails();
-    void *block = isFailing ? nullptr : std::malloc(size != 0 ? size : 1);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    return block;
+    for (;;) {
+        void *block = dcmtest::fails(dcmtest::Of::all) ? nullptr : std::malloc(size != 0 ? size : 1);
+        if (block != nullptr)
+            return block;
+        const std::new_handler handler = std::get_new_handler();
+        if (handler == nullptr)
+            throw std::bad_alloc();
+        handler();
+    }
+}
+
+void *operator new(size_t size, const std::nothrow_t &) noexcept
+{
+    return operator new(size); // the tool's handler does not come back
 }
 
 void operator delete(void *block) noexcept
@@ -144,3 +163,28 @@ void operator delete(void *block, size_t) noexcept
 {
     std::free(block);
 }
+
+#else
+
+extern "C" {
+void *__libc_malloc(size_t size);
+void *__libc_calloc(size_t count, size_t size);
+void *__libc_realloc(void *old, size_t size);
+
+void *malloc(size_t size) noexcept
+{
+    return dcmtest::fails(dcmtest::Of::all) ? nullptr : __libc_malloc(size);
+}
+
+void *calloc(size_t count, size_t size) noexcept
+{
+    return dcmtest::fails(dcmtest::Of::all) ? nullptr : __libc_calloc(count, size);
+}
+
+void *realloc(void *old, size_t size) noexcept
+{
+    return dcmtest::fails(dcmtest::Of::all) ? nullptr : __libc_realloc(old, size);
+}
+}
+
+#endif

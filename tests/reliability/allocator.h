@@ -1,4 +1,4 @@
-// The memory of the test program. libxml2's is counted, and fails when a test says so; with it that of C++.
+// The memory of the test program. libxml2's is counted, and fails when a test says so; or all of malloc()'s does.
 #ifndef DCM_TESTS_RELIABILITY_ALLOCATOR_H
 #define DCM_TESTS_RELIABILITY_ALLOCATOR_H
 
@@ -29,10 +29,11 @@ inline std::ostream &operator<<(std::ostream &out, Failing failing)
     return out << (failing == Failing::once ? "once" : "from then on");
 }
 
-enum class Of { libxml2, libxml2AndCxx };
+// All allocations are those of malloc() and its like in the whole process, libc's own included. With sanitizers, which
+// have a malloc() of their own, they are those of libxml2 and of C++.
+enum class Of { libxml2, all };
 
-// While it lives, allocation number `first`, counted from 1, fails, or it and all that follow it. Only for tests with
-// one thread.
+// While it lives, allocation number `first`, counted from 1, fails, or it and all that follow it.
 class FailingAllocation {
 public:
     FailingAllocation(size_t first, Failing failing, Of allocations = Of::libxml2);

@@ -96,12 +96,172 @@ fails_with_1_when_the_query_fails() {
         expect "$command says why" says out 'can not find'
         expect "$command shows that it failed" says out '!!Failed to get'
     done
-    run frame 1 --file "$folder/none.xml"
-    expect 'a missing file fails' exits 1
-    expect 'a missing file is named' says out "xmlfile($folder/none.xml) parse failed(err#2, No such file or directory)"
-    run vm 200 --root "$folder"
-    expect 'a missing port list fails' exits 1
-    expect 'a missing port list is named' says out 'vm-200.xml is not exist.'
+    printf '<device>\n<card>\n</device>' >"$folder/torn.xml"
+    run card 1 --file "$folder/torn.xml"
+    expect 'a file that is not well-formed fails' exits 1
+    expect 'the library names it' says out "xmlfile($folder/torn.xml) parse failed("
+    expect 'the parser says where' says err "$folder/torn.xml:3: Opening and ending tag mismatch: card line 2 and device"
+}
+
+# What the tool does not open, and why.
+write_unopened() {
+    mkdir -p "$folder/unopened/device"
+    mkfifo "$folder/fifo"
+    python3 -c 'import socket, sys; socket.socket(socket.AF_UNIX).bind(sys.argv[1])' "$folder/socket"
+    truncate -s $((64 * 1024 * 1024 + 1)) "$folder/large"
+    cat >"$folder/reasons" <<TEXT
+$folder/none.xml: No such file or directory
+$folder/unopened: not a regular file but a directory
+$folder/fifo: not a regular file but a FIFO
+$folder/socket: not a regular file but a socket
+/dev/zero: not a regular file but a device
+$folder/large: larger than 64 MiB
+TEXT
+}
+
+every_command_opens_regular_files_only() {
+    write_unopened
+    while IFS= read -r reason; do
+        local file=${reason%%: *}
+        for command in 'frame 1' 'slot 1' 'card 1' list 'list --json' export; do
+            # shellcheck disable=SC2086 # words of a command
+            run $command --file "$file"
+            expect "$command does not open $file" exits 66
+            expect 'standard error says why, and nothing else' [ "$(cat "$folder/err")" = "dcm: $reason" ]
+            expect 'standard output is silent' silent out
+        done
+        run check "$file"
+        expect "check does not open $file" exits 66
+        expect 'the finding says why' says out "$file: error: cannot be read: ${reason#*: } [unreadable]"
+    done <"$folder/reasons"
+    mkfifo "$folder/unopened/device/vm-3.xml"
+    run vm 3 --root "$folder/unopened"
+    expect 'vm does not open a FIFO' exits 66
+    expect 'standard error says why' says err "dcm: $folder/unopened/device/vm-3.xml: not a regular file but a FIFO"
+    expect 'standard output is silent' silent out
+}
+
+# What a terminal would obey, or a reader mistake for the tool's own words: in a value, and in a file's name, where also
+# bytes may stand that no document can hold. U+009B is CSI, U+202E an override, U+2028 a line separator.
+hostile_value='&#10;forged&#13;&#10;forged&#x9b;31m&#x202e;&#x2028;'
+hostile_bytes=$'\nforged\e[31m\r\nforged\xc2\x9b31m\xe2\x80\xae\xff'
+
+# run_hostile ARGUMENT...: runs a command that says something, and keeps what it prints and says for are_harmless.
+run_hostile() {
+    run "$@"
+    expect "'$(printf %q "$*")' says something" [ -s "$folder/out" -o -s "$folder/err" ]
+    cat "$folder/out" "$folder/err" >>"$folder/all"
+    echo >>"$folder/all"
+}
+
+# All that was kept is valid UTF-8 without control characters but those that end lines, and without a line that a file has
+# made up.
+all_is_harmless() {
+    python3 - "$folder/all" <<'PYTHON'
+import re, sys, unicodedata
+text = open(sys.argv[1], "rb").read().decode("utf-8")
+lines = text.replace("\n\r==", "\n==").replace("\r\n", "\n").split("\n")
+bad = [line for line in lines if line.startswith("forged")
+       or re.search("[\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]", line)
+       or any(unicodedata.category(c) == "Cc" and c != "\t" for c in line)]
+sys.exit(f"not harmless: {bad[:9]!r}" if bad else 0)
+PYTHON
+}
+
+nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
+    local name="$folder/$hostile_bytes" kind type
+    local value=${hostile_value//&/\\&} # for sed
+    mkdir -p "$name/device"
+    # Each text of the example, then each word, too, so that queries fail.
+    sed -E "s/<(description|ifname|ifname-prefix|modelname)>[^<]*/<\1>$value/; s/ (name|abbrname|name-prefix)=\"[^\"]*/&$value/" \
+        "$example" >"$name/texts.xml"
+    sed -E "s/>([a-z][a-z0-9-]*)</>\1$value</; s/ (typeid|id)=\"/&$value/" "$name/texts.xml" >"$name/words.xml"
+    printf '<device><card typeid="\x9b\x1b[31m\n\nforged\xff"></device>' >"$name/torn.xml"
+    printf '<panel-port num="1%s"><ifindex>1</ifindex><forged typeid="%s"/></panel-port>' "$hostile_value" "$hostile_value" \
+        >"$name/device/vm-3.xml"
+    while read -r kind type _; do
+        run_hostile "$kind" "${type%%,*}" --file "$name/texts.xml"
+        expect "$kind $type is found" exits 0
+        expect 'its report has an end' says out '}'
+    done < <(tool list --file "$example" | tail -n +2)
+    run card 0x201 --file "$name/texts.xml"
+    expect 'what is escaped is still there' says out 'description=?forged??forged'
+    for file in texts words torn none; do
+        for command in 'frame 1' 'frame 0' 'slot 1' 'slot 0' 'card 1' 'card 0' list 'list --json' export 'export card' 'export card 77'; do
+            # shellcheck disable=SC2086 # words of a command
+            run_hostile --log $command --file "$name/$file.xml"
+        done
+        for format in text json sarif; do
+            run_hostile check --format "$format" "$name/$file.xml"
+        done
+    done
+    run_hostile --log vm 3 --root "$name"
+    run_hostile list --file "$name/device/vm-3.xml"
+    run_hostile check "$name/device/vm-3.xml"
+    run_hostile check -W "no-$hostile_bytes" "$example"
+    run_hostile frame 1 "$hostile_bytes"
+    for command in list export; do
+        run_hostile $command --file - <"$name/torn.xml"
+    done
+    expect 'all of it is harmless' all_is_harmless
+}
+
+standard_input_may_be_as_long_as_a_file() {
+    head -c $((64 * 1024 * 1024 + 1)) /dev/zero >"$folder/long"
+    status=0
+    # A pipe has no length.
+    # shellcheck disable=SC2002
+    cat "$folder/long" | tool list --file - >"$folder/out" 2>"$folder/err" || status=$?
+    expect 'standard input that is longer is not read' exits 66
+    expect 'standard error says why' says err 'dcm: <stdin>: larger than 64 MiB'
+    run check - <"$folder"
+    expect 'standard input that is a directory is not read' says out '<stdin>: error: cannot be read: Is a directory'
+}
+
+ends_with_71_without_memory() {
+    for ((i = 0; i < 300; i++)); do cp "$example" "$folder/$i.xml"; done
+    status=0
+    (
+        ulimit -v 600000
+        tool check --jobs 256 "$folder"/*.xml
+    ) >"$folder/out" 2>"$folder/err" || status=$?
+    if exits 71; then
+        expect 'standard error says so' says err 'dcm: out of memory'
+    else
+        expect 'or nothing is found' exits 0
+        expect 'in any file' says out '300 files, nothing found'
+    fi
+    # A tree that is larger than the memory.
+    {
+        echo "<device><frame typeid='1'>"
+        head -n 600000 < <(yes '<a/><a/><a/><a/>')
+        echo '</frame></device>'
+    } >"$folder/many.xml"
+    for command in 'frame 1 -f' 'list -f' 'export -f' check; do
+        status=0
+        # shellcheck disable=SC2086 # words of a command
+        (
+            ulimit -v 100000
+            tool $command "$folder/many.xml"
+        ) >"$folder/out" 2>"$folder/err" || status=$?
+        expect "$command ends with 71" exits 71
+        expect "$command says out of memory" says err 'dcm: out of memory'
+        expect "$command prints nothing" silent out
+    done
+}
+
+check_does_alone_what_it_gets_no_threads_for() {
+    write_checked
+    run check "$folder/warning.xml" "$folder/error.xml"
+    cp "$folder/out" "$folder/alone"
+    status=0
+    (
+        # Each thread would have a stack of this size.
+        ulimit -s 1000000 -v 600000
+        tool check --jobs 4 "$folder/warning.xml" "$folder/error.xml"
+    ) >"$folder/out" 2>"$folder/err" || status=$?
+    expect 'it exits as with one job' exits 2
+    expect 'it finds the same' cmp -s "$folder/alone" "$folder/out"
 }
 
 fails_with_64_on_wrong_usage() {
@@ -122,7 +282,7 @@ helps() {
     for command in frame slot card vm list check export; do
         expect "help names $command" says out "$command"
     done
-    expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read.'
+    expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read, 71 out of memory.'
     for command in frame slot card vm list check export; do
         run "$command" --help
         expect "$command --help succeeds" exits 0
@@ -356,16 +516,15 @@ check_says_the_same_with_several_jobs() {
 }
 
 check_shows_on_a_terminal_what_it_waits_for() {
-    local file=$folder/slow.xml
     script --quiet --command true /dev/null </dev/null >"$folder/out" 2>&1 || skip 'this system has no pseudo-terminal'
-    mkfifo "$file"
+    mkfifo "$folder/slow"
     # A file that comes when the line stands there.
-    { until grep -qF checking "$folder/terminal" 2>/dev/null; do sleep 0.1; done; cat "$example"; } >"$file" &
+    { until grep -qF checking "$folder/terminal" 2>/dev/null; do sleep 0.1; done; cat "$example"; } >"$folder/slow" &
     status=0
-    script --quiet --flush --command "${DCM_EMULATOR:+$DCM_EMULATOR }$dcm check $file >$folder/out" "$folder/terminal" \
-        </dev/null >"$folder/err" || status=$?
+    script --quiet --flush --command "${DCM_EMULATOR:+$DCM_EMULATOR }$dcm check - <$folder/slow >$folder/out" \
+        "$folder/terminal" </dev/null >"$folder/err" || status=$?
     wait
-    expect 'a terminal shows the file that is being checked' says err "checking $file (1 of 1)"
+    expect 'a terminal shows the file that is being checked' says err "checking - (1 of 1)"
     expect 'the line goes in the end' ends_with_a_cleared_line
     expect 'standard output holds the findings alone' says out '1 file, nothing found'
 

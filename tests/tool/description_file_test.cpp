@@ -95,6 +95,12 @@ TEST(DescriptionFile, KnowsPlacesInOtherEncodings)
     EXPECT_EQ(placeOf(*latin, latin->nameSpan(find(latin->root(), "a"))), "2:26");
     EXPECT_EQ(cut(*latin, latin->valueSpan(find(latin->root(), "card"), "name")), "\xC3\xA9\xC3\xA9");
 
+    // Each of these bytes takes three in UTF-8.
+    const auto windows = parse("<?xml version='1.0' encoding='windows-1252'?>\n<device><!--" +
+                               std::string(20000, '\x80') + "--><a/></device>");
+    ASSERT_EQ(windows->state(), DescriptionFile::State::parsed);
+    EXPECT_EQ(placeOf(*windows, windows->nameSpan(find(windows->root(), "a"))), "2:20017");
+
     std::string wide = "\xFF\xFE";
     for (const char byte : std::string("<?xml version='1.0' encoding='UTF-16'?><device>\n<slot/></device>")) {
         wide += byte;

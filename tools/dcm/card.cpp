@@ -1,5 +1,6 @@
 #include "card/card_report.h"
 #include "tools/dcm/command.h"
+#include "tools/dcm/query_report.h"
 
 #include <memory>
 
@@ -13,6 +14,9 @@ void addCardCommand(CLI::App &app, Exit &exit)
     options->addTo(*command, "card");
     command->add_option("MODE", options->mode, "Mode of the card [0]")->type_name("");
     command->callback([options, &exit] {
-        exit = dcm::showCard(options->fileName(), options->type, options->mode).isFound ? kSuccess : kQueryFailed;
+        const auto get = [&](const char *file, DcmCardInfo *info) {
+            return dcmCardInfoGet(file, options->type, options->mode, info);
+        };
+        exit = dcmtool::printQuery<DcmCardInfo>(options->fileName(), get, dcm::printCardAnswer);
     });
 }

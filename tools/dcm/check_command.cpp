@@ -2,6 +2,8 @@
 #include "tools/dcm/check/output.h"
 #include "tools/dcm/command.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
+#include "tools/dcm/process.h"
 
 #include <unistd.h>
 
@@ -15,6 +17,7 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <system_error>
 #include <thread>
 
 using namespace dcmtool;
@@ -87,13 +90,26 @@ private:
 
 // ---- Progress -------------------------------------------------------------------------------------------------------
 
+// Starts a thread; none when the system has no room for another.
+template <class Work> std::thread startThread(const Work &work)
+{
+    try {
+        return std::thread([work] {
+            prepareThread();
+            work();
+        });
+    } catch (const std::system_error &) {
+        return {};
+    }
+}
+
 // A line on a terminal for those who wait, shown from a thread of its own.
 class Progress {
 public:
     Progress(const std::vector<std::string> &files, bool isShown) : files_(files)
     {
         if (isShown)
-            thread_ = std::thread([this] { show(); });
+            thread_ = startThread([this] { show(); });
     }
     ~Progress()
     {
@@ -122,7 +138,8 @@ private:
     {
         std::unique_lock<std::mutex> lock(mutex_);
         while (!isOver_.wait_for(lock, std::chrono::milliseconds(400), [this] { return done_ == files_.size(); })) {
-            std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", files_[done_].c_str(), done_ + 1, files_.size());
+            std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", printable(files_[done_]).c_str(), done_ + 1,
+                         files_.size());
             isThere_ = true;
         }
         clear();
@@ -159,8 +176,15 @@ public:
     Workers(const std::vector<std::string> &files, unsigned jobs, const Warnings &warnings)
         : files_(files), warnings_(warnings), reports_(files.size()), isDone_(files.size())
     {
-        for (size_t i = 0; jobs > 1 && i < std::min<size_t>(jobs, files.size()); i++)
-            threads_.emplace_back([this] { work(); });
+        const size_t wanted = jobs > 1 ? std::min<size_t>(jobs, files.size()) : 0;
+        threads_.reserve(wanted);
+        while (threads_.size() < wanted) {
+            std::thread thread = startThread([this] { work(); });
+            // Those that are there do the work of all; without any, take() does it.
+            if (!thread.joinable())
+                break;
+            threads_.push_back(std::move(thread));
+        }
     }
     ~Workers()
     {
@@ -217,6 +241,12 @@ bool isColoured(const Options &options, const OwnOutput &output)
                                                : options.colour == Colour::always;
 }
 
+// What is printed behind the last file's findings as text, or in their place.
+std::string endOf(Format format, const std::vector<FileReport> &reports, const Totals &totals)
+{
+    return format == Format::text ? summaryOf(totals) : format == Format::json ? asJson(reports) : asSarif(reports);
+}
+
 Exit runCheck(const Options &options)
 {
     const Warnings warnings(options.warnings);
@@ -228,18 +258,19 @@ Exit runCheck(const Options &options)
     static std::vector<FileReport> &reports = *new std::vector<FileReport>;
     Workers workers(options.files, options.jobs, warnings);
     for (size_t i = 0; i < options.files.size(); i++) {
+        const bool isLast = i + 1 == options.files.size();
         FileReport report = workers.take(i);
         totals.add(report);
-        progress.advance(i + 1);
-        if (options.format == Format::text && !output.print(asText(report, areColoured)))
-            return kErrors;
-        if (options.format != Format::text || i + 1 == options.files.size())
+        std::string text = options.format == Format::text ? asText(report, areColoured) : "";
+        if (options.format != Format::text || isLast)
             reports.push_back(std::move(report));
+        if (isLast)
+            text += endOf(options.format, reports, totals);
+        progress.advance(i + 1);
+        if (!output.print(text))
+            return kErrors;
     }
-    const std::string end = options.format == Format::text   ? summaryOf(totals)
-                            : options.format == Format::json ? asJson(reports)
-                                                             : asSarif(reports);
-    return output.print(end) ? exitOf(totals) : kErrors;
+    return exitOf(totals);
 }
 
 // ---- What there is to check -----------------------------------------------------------------------------------------
@@ -300,6 +331,6 @@ void addCheckCommand(CLI::App &app, Exit &exit)
     command->add_option("--explain", options->explained, "Explain a check: why it matters, and examples; or all")
         ->type_name("NAME");
     command->footer("Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
-                    "66 a file cannot be read or is no XML.");
+                    "66 a file cannot be read or is no XML, 71 out of memory.");
     command->callback([options, &exit] { exit = run(*options); });
 }

@@ -2,10 +2,9 @@
 #ifndef DCM_TOOLS_COMMAND_H
 #define DCM_TOOLS_COMMAND_H
 
-#include <CLI/CLI.hpp>
+#include "tools/dcm/exit.h"
 
-// What the tool exits with.
-enum Exit { kSuccess = 0, kQueryFailed = 1, kWarnings = 1, kErrors = 2, kWrongUsage = 64, kUnreadable = 66 };
+#include <CLI/CLI.hpp>
 
 void addFrameCommand(CLI::App &app, Exit &exit);
 void addSlotCommand(CLI::App &app, Exit &exit);

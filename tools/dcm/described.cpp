@@ -2,7 +2,10 @@
 
 #include "card/card_query.h"
 #include "common/paths.h"
+#include "tools/dcm/check/check.h"
+#include "tools/dcm/printable.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -10,22 +13,35 @@
 
 namespace dcmtool {
 
+namespace {
+
+constexpr size_t kMostShownMessages = 100; // of a file
+constexpr size_t kLongestMessage = 300;
+constexpr size_t kMostOutputOfByte =
+    9; // with the messages and the rest of the last entry, less than ten times the file
+constexpr size_t kMostOutputOfAny = size_t{4} * 1000 * 1000;
+
+// Says on standard error what is wrong at a place of a file.
+void say(const DescriptionFile &file, size_t offset, const std::string &text)
+{
+    const Place place = file.place(offset);
+    std::fprintf(stderr, "%s:%zu:%zu: %s\n", printable(file.name()).c_str(), place.line, place.column,
+                 printable(text).c_str());
+}
+
+} // namespace
+
 std::unique_ptr<DescriptionFile> openDescription(const std::string &name)
 {
     auto file = DescriptionFile::open(name.empty() ? dcm::kDefaultFile : name);
-    const char *fault = nullptr;
-    if (file->state() != DescriptionFile::State::parsed)
-        fault = file->fault().c_str();
+    if (file->state() == DescriptionFile::State::unreadable)
+        std::fprintf(stderr, "dcm: %s: %s\n", printable(file->name()).c_str(), file->fault().c_str());
+    else if (file->state() == DescriptionFile::State::notXml)
+        say(*file, file->faultSpan().begin, file->fault());
     else if (!file->isDevice() && !file->isVm())
-        fault = "no description of a device";
-    if (fault == nullptr)
+        say(*file, file->faultSpan().begin, "no description of a device");
+    else
         return file;
-    if (file->state() == DescriptionFile::State::unreadable) {
-        std::fprintf(stderr, "dcm: %s: %s\n", file->name().c_str(), fault);
-    } else {
-        const Place place = file->place(file->faultSpan().begin);
-        std::fprintf(stderr, "%s:%zu:%zu: %s\n", file->name().c_str(), place.line, place.column, fault);
-    }
     return nullptr;
 }
 
@@ -49,6 +65,24 @@ Place placeOf(const DescriptionFile &file, const DescribedType &type)
     return file.place(file.nameSpan(type.element).begin);
 }
 
+size_t mostOutputOf(const DescriptionFile &file)
+{
+    return std::max(kMostOutputOfAny, kMostOutputOfByte * file.text().size());
+}
+
+void sayOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice)
+{
+    std::fprintf(stderr, "dcm: %s: the output has reached %zu kB: the last %zu %s are left out; %s\n",
+                 printable(file.name()).c_str(), mostOutputOf(file) / 1000, count, what, advice);
+}
+
+Queries::~Queries()
+{
+    if (!isSilent_ && messageCount_ > kMostShownMessages)
+        std::fprintf(stderr, "dcm: %s: and %zu more messages; dcm check shows their causes\n",
+                     printable(file_.name()).c_str(), messageCount_ - kMostShownMessages);
+}
+
 void Queries::pass(const DescribedType &type)
 {
     if (type.kind == RecordKind::card)
@@ -65,9 +99,11 @@ template <class Record> bool Queries::run(const DescribedType &type, Record &inf
         info.nameLen = names_.nameLen;
         info.abbrNameLen = names_.abbrNameLen;
     }
-    const Place place = placeOf(file_, type);
-    for (const Message &message : outcome.messages)
-        std::fprintf(stderr, "%s:%zu:%zu: %s\n", file_.name().c_str(), place.line, place.column, message.text.c_str());
+    if (isSilent_)
+        return outcome.isDecoded;
+    for (size_t i = 0; i < outcome.messages.size() && messageCount_ + i < kMostShownMessages; i++)
+        say(file_, file_.nameSpan(type.element).begin, shortened(outcome.messages[i].text, kLongestMessage));
+    messageCount_ += outcome.messageCount;
     return outcome.isDecoded;
 }
 

@@ -20,11 +20,20 @@ const char *kindName(RecordKind kind);
 // Where it stands in its file.
 Place placeOf(const DescriptionFile &file, const DescribedType &type);
 
+// How much a command may print of a file, in bytes: each entry holds a whole record, however little describes it.
+size_t mostOutputOf(const DescriptionFile &file);
+// Says on standard error that some of what is described is not printed.
+void sayOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice);
+
 // Decodes what is described one after the other, in the order of the file, each as its query does: what the library
-// reports is said on standard error.
+// reports is said on standard error, up to a number of messages for the whole file.
 class Queries {
 public:
-    explicit Queries(const DescriptionFile &file) : file_(file) {}
+    // `isSilent`: nothing is said, as it has been before.
+    explicit Queries(const DescriptionFile &file, bool isSilent = false) : file_(file), isSilent_(isSilent) {}
+    ~Queries();
+    Queries(const Queries &) = delete;
+    Queries &operator=(const Queries &) = delete;
 
     // Whether it succeeds.
     template <class Record> bool run(const DescribedType &type, Record &info);
@@ -33,7 +42,9 @@ public:
 
 private:
     const DescriptionFile &file_;
+    bool isSilent_;
     DcmCardInfo names_ = {};
+    size_t messageCount_ = 0;
 };
 
 } // namespace dcmtool

@@ -6,6 +6,8 @@
 #include "frame/frame_query.h"
 #include "slot/slot_format.h"
 #include "slot/slot_query.h"
+#include "tools/dcm/input_file.h"
+#include "tools/dcm/parse_limits.h"
 #include "vm/vm.h"
 #include "vm/vm_format.h"
 
@@ -26,31 +28,15 @@ namespace dcmtool {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-
-// ---- Reading --------------------------------------------------------------------------------------------------------
-
-struct CloseFile {
-    void operator()(std::FILE *file) const
-    {
-        if (file != stdin)
-            static_cast<void>(std::fclose(file));
-    }
-};
-
-// Reads a whole file; the error number when that fails.
-int readFile(const std::string &name, std::string &text)
-{
-    const std::unique_ptr<std::FILE, CloseFile> file(name == "-" ? stdin : std::fopen(name.c_str(), "rb"));
-    if (file == nullptr)
-        return errno;
-    std::vector<char> block(size_t{1} << 20);
-    size_t length = 0;
-    while ((length = std::fread(block.data(), 1, block.size(), file.get())) > 0)
-        text.append(block.data(), length);
-    return std::ferror(file.get()) != 0 ? errno : 0;
-}
+constexpr int kLongestCharacter = 4; // in bytes, of any encoding; fewer at the end of a file are a part of one
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // ---- Encodings ------------------------------------------------------------------------------------------------------
+
+bool hasByteOrderMark(const std::string &text)
+{
+    return text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0;
+}
 
 // The encoding that an XML declaration in ASCII names; empty when it names none.
 std::string declaredEncoding(const std::string &text)
@@ -109,6 +95,21 @@ using ParserFault = const xmlError;
 using ParserFault = xmlError;
 #endif
 
+struct DescriptionFile::Parsing {
+    explicit Parsing(size_t fileSize) : limits(fileSize) {}
+
+    ParseLimits limits;
+    FormatPosition position;
+    // The last mark of a kind up to a place.
+    struct LastMark {
+        size_t at = 0;
+        size_t found = std::string_view::npos;
+    };
+    LastMark lastTag;
+    LastMark lastReference;
+    LastMark lastComment;
+};
+
 // What the parser tells on its way.
 struct ParserEvents {
     static DescriptionFile &fileOf(const xmlParserCtxt *context)
@@ -126,25 +127,180 @@ struct ParserEvents {
                         file.text_.size());
     }
 
-    // The last `character` before the place of the parser: '<' cannot stand inside a tag, nor '&' inside a reference.
-    static size_t offsetOfLast(const DescriptionFile &file, char character)
+    // The last `mark` up to the place of the parser; npos where there is none, as in a text that the parser converts.
+    // '<' cannot stand inside a tag, nor '&' inside a reference. Only what is behind the place of the last call is
+    // looked at: no mark may be near, and inside an entity the parser stands at one place for all elements.
+    static size_t offsetOfLast(const DescriptionFile &file, std::string_view mark,
+                               DescriptionFile::Parsing::LastMark &last)
     {
-        size_t at = offset(file);
-        while (at > 0 && file.text_[at] != character)
-            at--;
-        return at;
+        const std::string_view text = file.text_;
+        const size_t at = offset(file);
+        const size_t begin = at < last.at ? 0 : last.at;
+        const size_t found = text.substr(begin, at - begin + mark.size()).rfind(mark);
+        if (found != std::string_view::npos)
+            last = {at, begin + found};
+        else
+            last = {at, begin == 0 ? found : last.found};
+        return last.found;
     }
+
+    // True when a limit has been reached: the parser then ends as soon as it can.
+    static bool isRefused(xmlParserCtxt *context)
+    {
+        DescriptionFile &file = fileOf(context);
+        const std::string &excess = file.parsing_->limits.excess();
+        if (excess.empty())
+            return false;
+        if (file.fault_.empty()) {
+            const size_t at = offset(file);
+            file.fail(DescriptionFile::State::unreadable, excess, {at, at});
+        }
+        xmlStopParser(context);
+        return true;
+    }
+
+    static ParseLimits &limitsOf(void *parser) { return fileOf(static_cast<xmlParserCtxt *>(parser)).parsing_->limits; }
 
     static void startElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
                              int namespaceCount, const xmlChar **namespaces, int attributeCount, int defaultedCount,
                              const xmlChar **attributes)
     {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        const DescriptionFile &file = fileOf(context);
+        ParseLimits &limits = file.parsing_->limits;
+        limits.takeNode();
+        for (int i = 0; i < namespaceCount; i++)
+            limits.takeNode();
+        // Five pointers each: the last two are where the value begins and ends.
+        for (int i = 0; i < attributeCount; i++) {
+            const auto *value = reinterpret_cast<const char *>(attributes[5 * i + 3]);
+            const auto *end = reinterpret_cast<const char *>(attributes[5 * i + 4]);
+            limits.takeAttribute({value, static_cast<size_t>(end - value)}, context->myDoc);
+        }
+        if (isRefused(context))
+            return;
+        if (context == file.parser_)
+            file.parsing_->position.enter(reinterpret_cast<const char *>(name));
         xmlSAX2StartElementNs(parser, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
                               attributes);
+        if (context->node == nullptr || hasOffset(context->node))
+            return;
+        DescriptionFile::Parsing &parsing = *file.parsing_;
+        const size_t begin = context == file.parser_ ? offsetOfLast(file, "<", parsing.lastTag)
+                                                     : offsetOfLast(file, "&", parsing.lastReference);
+        if (begin != std::string_view::npos)
+            setOffset(context->node, begin);
+    }
+
+    static void endElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri)
+    {
         const auto *context = static_cast<xmlParserCtxt *>(parser);
         const DescriptionFile &file = fileOf(context);
-        if (context->node != nullptr && !hasOffset(context->node))
-            setOffset(context->node, offsetOfLast(file, context == file.parser_ ? '<' : '&'));
+        if (context == file.parser_)
+            file.parsing_->position.leave();
+        xmlSAX2EndElementNs(parser, name, prefix, uri);
+    }
+
+    // Blanks between the elements of a container take as much memory as elements, and nobody looks at them.
+    static void characters(void *parser, const xmlChar *text, int length)
+    {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        const DescriptionFile &file = fileOf(context);
+        const std::string_view characters(reinterpret_cast<const char *>(text), static_cast<size_t>(length));
+        if (context == file.parser_ && file.parsing_->position.isInContainer() &&
+            characters.find_first_not_of(kBlanks) == std::string_view::npos)
+            return;
+        // A text may come in pieces.
+        const bool isMore =
+            context->node != nullptr && context->node->last != nullptr && context->node->last->type == XML_TEXT_NODE;
+        if (!isMore)
+            file.parsing_->limits.takeNode(characters.size());
+        if (!isRefused(context))
+            xmlSAX2Characters(parser, text, length);
+    }
+
+    static void cdataBlock(void *parser, const xmlChar *text, int length)
+    {
+        limitsOf(parser).takeNode(static_cast<size_t>(length));
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2CDataBlock(parser, text, length);
+    }
+
+    static void processingInstruction(void *, const xmlChar *, const xmlChar *) {} // nobody looks at one
+
+    static void reference(void *parser, const xmlChar *name)
+    {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        limitsOf(parser).takeReference(reinterpret_cast<const char *>(name), context->myDoc);
+        if (!isRefused(context))
+            xmlSAX2Reference(parser, name);
+    }
+
+    static void entityDeclaration(void *parser, const xmlChar *name, int type, const xmlChar *publicId,
+                                  const xmlChar *systemId, xmlChar *content)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (content != nullptr)
+            limitsOf(parser).scanAttributes(reinterpret_cast<const char *>(content));
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2EntityDecl(parser, name, type, publicId, systemId, content);
+    }
+
+    static void attributeDeclaration(void *parser, const xmlChar *element, const xmlChar *name, int type, int kind,
+                                     const xmlChar *value, xmlEnumeration *words)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlFreeEnumeration(words);
+        else
+            xmlSAX2AttributeDecl(parser, element, name, type, kind, value, words);
+    }
+
+    static void elementDeclaration(void *parser, const xmlChar *name, int type, xmlElementContent *content)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2ElementDecl(parser, name, type, content);
+    }
+
+    static void notationDeclaration(void *parser, const xmlChar *name, const xmlChar *publicId, const xmlChar *systemId)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2NotationDecl(parser, name, publicId, systemId);
+    }
+
+    static void unparsedEntityDeclaration(void *parser, const xmlChar *name, const xmlChar *publicId,
+                                          const xmlChar *systemId, const xmlChar *notation)
+    {
+        limitsOf(parser).takeDeclaration();
+        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+            xmlSAX2UnparsedEntityDecl(parser, name, publicId, systemId, notation);
+    }
+
+    static xmlEntity *parameterEntity(void *parser, const xmlChar *name)
+    {
+        limitsOf(parser).takeDeclaration();
+        return isRefused(static_cast<xmlParserCtxt *>(parser)) ? nullptr : xmlSAX2GetParameterEntity(parser, name);
+    }
+
+    static void watch(xmlSAXHandler &sax)
+    {
+        sax.startElementNs = startElement;
+        sax.endElementNs = endElement;
+        sax.characters = characters;
+        sax.ignorableWhitespace = characters;
+        sax.cdataBlock = cdataBlock;
+        sax.processingInstruction = processingInstruction;
+        sax.reference = reference;
+        sax.entityDecl = entityDeclaration;
+        sax.attributeDecl = attributeDeclaration;
+        sax.elementDecl = elementDeclaration;
+        sax.notationDecl = notationDeclaration;
+        sax.unparsedEntityDecl = unparsedEntityDeclaration;
+        sax.getParameterEntity = parameterEntity;
+        sax.comment = comment;
+        sax.serror = error;
     }
 
     static bool speaksToTheTool(const char *comment)
@@ -154,16 +310,23 @@ struct ParserEvents {
 
     static void comment(void *parser, const xmlChar *text)
     {
-        xmlSAX2Comment(parser, text);
-        const auto *context = static_cast<xmlParserCtxt *>(parser);
+        auto *context = static_cast<xmlParserCtxt *>(parser);
         DescriptionFile &file = fileOf(context);
-        xmlNode *node = context->node != nullptr ? context->node->last : context->myDoc->last;
-        // One in an entity or a document type speaks of nothing.
-        if (context != file.parser_ || node == nullptr || node->type != XML_COMMENT_NODE ||
-            !speaksToTheTool(reinterpret_cast<const char *>(text)))
+        // One in an entity speaks of nothing.
+        const char *characters = reinterpret_cast<const char *>(text);
+        if (context != file.parser_ || !speaksToTheTool(characters))
             return;
-        const size_t end = offset(file);
-        file.comments_.push_back({node, {file.text_.rfind("<!--", end), end}});
+        file.parsing_->limits.takeNode(std::strlen(characters));
+        if (isRefused(context))
+            return;
+        xmlSAX2Comment(parser, text);
+        xmlNode *node = context->node != nullptr ? context->node->last : context->myDoc->last;
+        // Nor does one in a document type.
+        if (node == nullptr || node->type != XML_COMMENT_NODE)
+            return;
+        const size_t begin = offsetOfLast(file, "<!--", file.parsing_->lastComment);
+        if (begin != std::string_view::npos)
+            file.comments_.push_back({node, {begin, offset(file)}});
     }
 
     static void error(void *, ParserFault *error)
@@ -185,12 +348,13 @@ struct ParserEvents {
 std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name)
 {
     std::string text;
-    const int error = readFile(name, text);
-    if (error == 0)
-        return parse(name == "-" ? "<stdin>" : name, std::move(text));
+    std::string fault = readInput(name, text);
+    std::string shown = name == "-" ? "<stdin>" : name;
+    if (fault.empty())
+        return parse(std::move(shown), std::move(text));
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
-    file->name_ = name;
-    file->fail(State::unreadable, std::strerror(error)); // NOLINT(concurrency-mt-unsafe)
+    file->name_ = std::move(shown);
+    file->fail(State::unreadable, std::move(fault));
     return file;
 }
 
@@ -225,12 +389,25 @@ void DescriptionFile::convertToUtf8()
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> in(xmlBufferCreateStatic(text_.data(), text_.size()),
                                                                xmlBufferFree);
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> out(xmlBufferCreate(), xmlBufferFree);
-    const int status = xmlCharEncInFunc(encoding, out.get(), in.get());
+    // A call ends early where its room is too small.
+    for (int before = 0, left = xmlBufferLength(in.get()); left > 0 && left != before;
+         left = xmlBufferLength(in.get())) {
+        before = left;
+        if (xmlCharEncInFunc(encoding, out.get(), in.get()) < 0)
+            break;
+    }
     xmlCharEncCloseFunc(encoding);
-    if (status < 0)
+    if (xmlBufferLength(in.get()) >= kLongestCharacter)
         return;
-    text_.assign(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
-                 static_cast<size_t>(xmlBufferLength(out.get())));
+    std::string converted(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
+                          static_cast<size_t>(xmlBufferLength(out.get())));
+    // A declaration that contradicts the bytes is the parser's to judge.
+    const std::string declared =
+        declaredEncoding(hasByteOrderMark(converted) ? converted.substr(kByteOrderMark.size()) : converted);
+    if (!declared.empty() && declared != declaredEncoding(text_) &&
+        xmlStrncasecmp(BAD_CAST declared.c_str(), BAD_CAST "UTF", 3) != 0)
+        return;
+    text_ = std::move(converted);
     isConverted_ = true;
 }
 
@@ -238,37 +415,39 @@ void DescriptionFile::convertToUtf8()
 void DescriptionFile::parseText()
 {
     xmlInitParser();
+    convertToUtf8();
     if (text_.empty())
         return fail(State::notXml, "Document is empty");
-    if (text_.size() > INT_MAX)
-        return fail(State::unreadable, "larger than 2 GB");
-    convertToUtf8();
+    Parsing parsing(text_.size());
+    parsing.limits.scanAttributes(text_);
+    if (!parsing.limits.excess().empty())
+        return fail(State::unreadable, parsing.limits.excess());
     const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt *)> context(
         xmlCreateMemoryParserCtxt(text_.data(), static_cast<int>(text_.size())), xmlFreeParserCtxt);
-    if (context == nullptr)
-        return fail(State::notXml, "out of memory");
     parser_ = context.get();
+    parsing_ = &parsing;
     context->_private = this;
     // A short text lies in its node.
     context->options |= XML_PARSE_COMPACT;
     if (isConverted_)
         context->options |= XML_PARSE_IGNORE_ENC;
-    context->sax->startElementNs = ParserEvents::startElement;
-    context->sax->comment = ParserEvents::comment;
-    context->sax->serror = ParserEvents::error;
+    ParserEvents::watch(*context->sax);
     xmlParseDocument(context.get());
     parser_ = nullptr;
+    parsing_ = nullptr;
     document_ = context->myDoc;
     context->myDoc = nullptr;
-    if (context->wellFormed == 0 || document_ == nullptr) {
+    if (!fault_.empty() || context->wellFormed == 0 || document_ == nullptr) {
         if (fault_.empty())
             fail(State::notXml, "not well-formed");
         return;
     }
     std::vector<Message> messages;
     const MessageCapture capture(messages);
-    if (dcm::rootOf(document_, root_, dcm::QueryReporter{"dcm", name_.c_str()}) != dcm::Result::ok)
-        return fail(State::notXml, messages.empty() ? "out of memory." : messages.front().text);
+    const dcm::Result found = dcm::rootOf(document_, root_, dcm::QueryReporter{"dcm", name_.c_str()});
+    if (found != dcm::Result::ok)
+        return fail(State::notXml, found == dcm::Result::outOfMemory ? "entities add more than the library reads"
+                                                                     : messages.front().text);
     state_ = State::parsed;
 }
 
@@ -317,6 +496,10 @@ std::vector<DescribedType> DescriptionFile::types() const
         types.push_back({RecordKind::vm, root_, {}, 0});
     if (!isDevice())
         return types;
+    size_t count = 0;
+    for ([[maybe_unused]] const Node child : dcm::children(root_))
+        count++;
+    types.reserve(count);
     for (const Node child : dcm::children(root_)) {
         if (dcm::isNamed(child, dcm::kFrameName))
             types.push_back({RecordKind::frame, child, {numberOf(child, kTypeId)}, 0});
@@ -329,48 +512,52 @@ std::vector<DescribedType> DescriptionFile::types() const
 }
 
 template <class Record, class Clear, class Decode>
-Outcome DescriptionFile::decodeWith(const char *query, Record &info, const Clear &clear, const Decode &decode) const
+Outcome DescriptionFile::decodeWith(const char *query, size_t firstMessage, Record &info, const Clear &clear,
+                                    const Decode &decode) const
 {
     Outcome outcome;
-    const MessageCapture capture(outcome.messages);
+    const MessageCapture capture(outcome.messages, firstMessage);
     clear(info);
     outcome.isDecoded = decode(info, dcm::QueryReporter{query, name_.c_str()}) == dcm::Result::ok;
+    outcome.messageCount = capture.count();
     return outcome;
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmFrameInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmFrameInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmFrameInfoGet", info, [&](DcmFrameInfo &frame) { dcm::clearFrame(type.typeIds.front(), frame); },
+        "dcmFrameInfoGet", firstMessage, info,
+        [&](DcmFrameInfo &frame) { dcm::clearFrame(type.typeIds.front(), frame); },
         [&](DcmFrameInfo &frame, const dcm::QueryReporter &reporter) {
             return dcm::decodeFrame(type.element, frame, reporter);
         });
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmSlotInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmSlotInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmSlotInfoGet", info,
+        "dcmSlotInfoGet", firstMessage, info,
         [&](DcmSlotInfo &slot) { dcm::clearSlot(type.typeIds.empty() ? 0 : type.typeIds.front(), slot); },
         [&](DcmSlotInfo &slot, const dcm::QueryReporter &reporter) {
             return dcm::decodeSlot(type.element, slot, reporter);
         });
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmCardInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmCardInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmCardInfoGet", info, [&](DcmCardInfo &card) { dcm::clearCard(type.typeIds.front(), type.mode, card); },
+        "dcmCardInfoGet", firstMessage, info,
+        [&](DcmCardInfo &card) { dcm::clearCard(type.typeIds.front(), type.mode, card); },
         [&](DcmCardInfo &card, const dcm::QueryReporter &reporter) {
             const dcm::Result named = dcm::takeCardNames(type.element, card, reporter);
             return named == dcm::Result::ok ? dcm::decodeCard(type.element, card, reporter) : named;
         });
 }
 
-Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info) const
+Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info, size_t firstMessage) const
 {
     return decodeWith(
-        "dcmVmPortInfoGet", info, [](DcmVmPortInfo &vm) { vm = {}; },
+        "dcmVmPortInfoGet", firstMessage, info, [](DcmVmPortInfo &vm) { vm = {}; },
         [&](DcmVmPortInfo &vm, const dcm::QueryReporter &reporter) {
             return dcm::decodeVmPorts(type.element, vm, reporter);
         });
@@ -383,6 +570,13 @@ namespace {
 bool isBlank(char character)
 {
     return kBlanks.find(character) != std::string_view::npos;
+}
+
+// The end of the first `mark` from `at` on; the end of the text where there is none.
+size_t endOf(std::string_view mark, std::string_view text, size_t at)
+{
+    const size_t begin = text.find(mark, at);
+    return begin == std::string_view::npos ? text.size() : begin + mark.size();
 }
 
 size_t skipBlanks(std::string_view text, size_t at)
@@ -431,17 +625,20 @@ Span DescriptionFile::tagSpan(Node element) const
         return {};
     const size_t begin = offsetOf(element);
     if (text_[begin] == '&')
-        return {begin, std::min(text_.size(), text_.find(';', begin) + 1)};
+        return {begin, endOf(";", text_, begin)};
     size_t at = nameEnd(text_, begin + 1);
     WrittenAttribute attribute;
     while (nextAttribute(text_, at, attribute)) {}
-    return {begin, std::min(text_.size(), text_.find('>', at) + 1)};
+    return {begin, endOf(">", text_, at)};
 }
 
 Span DescriptionFile::nameSpan(Node element) const
 {
-    const Span tag = tagSpan(element);
-    return tag.end == 0 || text_[tag.begin] == '&' ? tag : Span{tag.begin + 1, nameEnd(text_, tag.begin + 1)};
+    // The rest of the tag may be long.
+    if (!hasOffset(element) || text_[offsetOf(element)] == '&')
+        return tagSpan(element);
+    const size_t begin = offsetOf(element) + 1;
+    return {begin, nameEnd(text_, begin)};
 }
 
 Span DescriptionFile::attributePart(Node element, const char *attribute, bool isValue) const
@@ -485,34 +682,65 @@ Span DescriptionFile::contentSpan(Node element) const
     while (end > begin && isBlank(text_[end - 1]))
         end--;
     if (end == begin && text_.compare(begin, 9, "<![CDATA[") == 0)
-        end = std::min(text_.size(), text_.find("]]>", begin) + 3);
+        end = endOf("]]>", text_, begin);
     return begin < end ? Span{begin, end} : nameSpan(element);
+}
+
+namespace {
+
+bool isCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+
+} // namespace
+
+// All lines of a file may be one, and all that is found in it.
+void DescriptionFile::indexLines() const
+{
+    if (!lineStarts_.empty())
+        return;
+    lineStarts_.reserve(static_cast<size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
+    // A byte order mark is no column.
+    lineStarts_.push_back(hasByteOrderMark(text_) ? kByteOrderMark.size() : 0);
+    size_t characters = 0;
+    for (size_t i = 0; i < text_.size(); i++) {
+        if (i % kStride == 0)
+            characters_.push_back(characters);
+        characters += isCharacter(text_[i]) ? 1 : 0;
+        if (text_[i] == '\n')
+            lineStarts_.push_back(i + 1);
+    }
+    if (text_.size() % kStride == 0)
+        characters_.push_back(characters);
+}
+
+size_t DescriptionFile::charactersBefore(size_t offset) const
+{
+    const size_t stride = offset / kStride;
+    const auto rest = std::count_if(text_.begin() + static_cast<std::ptrdiff_t>(stride * kStride),
+                                    text_.begin() + static_cast<std::ptrdiff_t>(offset), isCharacter);
+    return characters_[stride] + static_cast<size_t>(rest);
 }
 
 Place DescriptionFile::place(size_t offset) const
 {
-    static_cast<void>(line(1));
-    offset = std::min(offset, text_.size());
+    indexLines();
+    // A byte order mark belongs to the first character.
+    offset = std::clamp(offset, lineStarts_.front(), text_.size());
     const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
-    const size_t start = *(next - 1);
-    const auto isCharacter = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
-    const auto column = std::count_if(text_.begin() + static_cast<std::ptrdiff_t>(start),
-                                      text_.begin() + static_cast<std::ptrdiff_t>(offset), isCharacter);
-    return {static_cast<size_t>(next - lineStarts_.begin()), static_cast<size_t>(column) + 1};
+    const size_t column = charactersBefore(offset) - charactersBefore(*(next - 1));
+    return {static_cast<size_t>(next - lineStarts_.begin()), column + 1};
 }
 
 std::string_view DescriptionFile::line(size_t number) const
 {
-    if (lineStarts_.empty()) {
-        // A byte order mark is no column.
-        lineStarts_.push_back(text_.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0);
-        for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
-            lineStarts_.push_back(end + 1);
-    }
+    indexLines();
     if (number < 1 || number > lineStarts_.size())
         return {};
     const size_t start = lineStarts_[number - 1];
-    std::string_view line = std::string_view(text_).substr(start, text_.find('\n', start) - start);
+    const size_t end = number < lineStarts_.size() ? lineStarts_[number] - 1 : text_.size();
+    std::string_view line = std::string_view(text_).substr(start, end - start);
     if (!line.empty() && line.back() == '\r')
         line.remove_suffix(1);
     return line;

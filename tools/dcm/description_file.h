@@ -46,6 +46,7 @@ struct DescribedType {
 struct Outcome {
     bool isDecoded = false;
     std::vector<Message> messages; // innermost first; there may be some of a success, too
+    size_t messageCount = 0;       // with those that are not kept
 };
 
 class DescriptionFile {
@@ -71,11 +72,12 @@ public:
     // Every frame, slot and card in document order, or the port list.
     std::vector<DescribedType> types() const;
 
-    // Decodes one as its query does, into a record that is cleared first. The names of a card are its own.
-    Outcome decode(const DescribedType &type, DcmFrameInfo &info) const;
-    Outcome decode(const DescribedType &type, DcmSlotInfo &info) const;
-    Outcome decode(const DescribedType &type, DcmCardInfo &info) const;
-    Outcome decode(const DescribedType &type, DcmVmPortInfo &info) const;
+    // Decodes one as its query does, into a record that is cleared first. The names of a card are its own. The messages
+    // are kept from `firstMessage` on.
+    Outcome decode(const DescribedType &type, DcmFrameInfo &info, size_t firstMessage = 0) const;
+    Outcome decode(const DescribedType &type, DcmSlotInfo &info, size_t firstMessage = 0) const;
+    Outcome decode(const DescribedType &type, DcmCardInfo &info, size_t firstMessage = 0) const;
+    Outcome decode(const DescribedType &type, DcmVmPortInfo &info, size_t firstMessage = 0) const;
 
     // Places of what is written. What an entity brings has the place of the reference to it; what is not written, such
     // as an attribute by default, that of its element.
@@ -103,7 +105,8 @@ private:
     void convertToUtf8();
     Span attributePart(Node element, const char *attribute, bool isValue) const;
     template <class Record, class Clear, class Decode>
-    Outcome decodeWith(const char *query, Record &info, const Clear &clear, const Decode &decode) const;
+    Outcome decodeWith(const char *query, size_t firstMessage, Record &info, const Clear &clear,
+                       const Decode &decode) const;
     friend struct ParserEvents;
 
     std::string name_;
@@ -113,10 +116,18 @@ private:
     Span faultSpan_;
     ::_xmlDoc *document_ = nullptr;
     ::_xmlParserCtxt *parser_ = nullptr; // while it runs
+    struct Parsing;
+    Parsing *parsing_ = nullptr; // what is kept track of meanwhile
     Node root_ = nullptr;
     bool isConverted_ = false;
     std::vector<Comment> comments_;
-    mutable std::vector<size_t> lineStarts_; // made when first asked for
+    void indexLines() const;
+    size_t charactersBefore(size_t offset) const;
+
+    // Made when first asked for: where lines begin, and how many characters stand before every kStride-th byte.
+    static constexpr size_t kStride = 1024;
+    mutable std::vector<size_t> lineStarts_;
+    mutable std::vector<size_t> characters_;
 };
 
 } // namespace dcmtool

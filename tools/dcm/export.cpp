@@ -2,6 +2,7 @@
 #include "tools/dcm/described.h"
 #include "tools/dcm/json_text.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
 #include "tools/dcm/record_json.h"
 
 #include <algorithm>
@@ -38,9 +39,9 @@ const char *arrayName(RecordKind kind)
     return "vms";
 }
 
-bool isWanted(const Options &options, const DescribedType &type)
+bool isWanted(const Options &options, RecordKind kind, const DescribedType &type)
 {
-    if (options.kind && *options.kind != type.kind)
+    if (type.kind != kind)
         return false;
     if (!options.type)
         return true;
@@ -74,58 +75,80 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
 {
     Json entry = Json::object();
     if (type.kind != RecordKind::vm)
-        entry["typeIds"] = type.typeIds;
+        addTypeIds(entry, type.typeIds);
     if (type.kind == RecordKind::card)
         entry["mode"] = type.mode;
     const Place place = placeOf(file, type);
     entry["line"] = place.line;
     entry["column"] = place.column;
     // Of several ids a record holds the one that was asked for.
-    DescribedType asked = type;
     if (options.type)
-        asked.typeIds = {*options.type};
-    entry["record"] = recordOf(queries, asked);
+        entry["record"] = recordOf(queries, {type.kind, type.element, {*options.type}, type.mode});
+    else
+        entry["record"] = recordOf(queries, type);
     return entry;
 }
 
 void sayNotFound(const DescriptionFile &file, const Options &options)
 {
-    std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, file.name().c_str(), kindName(*options.kind),
+    std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, printable(file.name()).c_str(), kindName(*options.kind),
                  *options.type);
     if (*options.kind == RecordKind::card)
         std::fprintf(stderr, " and mode %" PRIu32, options.mode);
     std::fputs(".\n", stderr);
 }
 
-Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
+// Prints the entries of one kind; those for which there is no room are counted.
+void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &types, const Options &options,
+                RecordKind kind, JsonStream &json, Exit &exit, size_t &omitted)
 {
-    Json json = {{"format", "dcm-export"}, {"version", kVersion}, {"file", file.name()}};
-    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
-        if (options.kind ? *options.kind == kind : file.isVm() == (kind == RecordKind::vm))
-            json[arrayName(kind)] = Json::array();
-
     Queries queries(file);
-    Exit exit = kSuccess;
     bool isFound = false;
-    for (const DescribedType &type : file.types()) {
+    json.beginArray(arrayName(kind));
+    for (const DescribedType &type : types) {
         // A query takes the first that it finds.
         if (isFound && options.type)
             break;
-        if (!isWanted(options, type)) {
+        if (!isWanted(options, kind, type)) {
             queries.pass(type);
             continue;
         }
         isFound = true;
-        Json &entries = json[arrayName(type.kind)];
-        entries.push_back(entryOf(file, queries, options, type));
-        if (entries.back()["record"].is_null())
-            exit = kQueryFailed;
+        if (omitted == 0) {
+            Json entry = entryOf(file, queries, options, type);
+            if (entry["record"].is_null())
+                exit = kQueryFailed;
+            omitted += json.addEntry(std::move(entry)) ? 0 : 1;
+        } else {
+            omitted++;
+        }
     }
-    if (options.type && !isFound) {
+    json.endArray();
+}
+
+Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
+{
+    const std::vector<DescribedType> types = file.types();
+    const auto isWantedOne = [&](const DescribedType &type) { return isWanted(options, *options.kind, type); };
+    if (options.type && std::none_of(types.begin(), types.end(), isWantedOne)) {
         sayNotFound(file, options);
         return kQueryFailed;
     }
-    return output.print(jsonText(json)) ? exit : kQueryFailed;
+    JsonStream json(output, mostOutputOf(file));
+    json.add("format", "dcm-export");
+    json.add("version", kVersion);
+    json.add("file", file.name());
+    Exit exit = kSuccess;
+    size_t omitted = 0;
+    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
+        if (options.kind ? *options.kind == kind : file.isVm() == (kind == RecordKind::vm))
+            exportKind(file, types, options, kind, json, exit, omitted);
+    if (omitted != 0) {
+        json.add("omitted", omitted);
+        sayOmitted(file, omitted, "records", "ask for one with its type");
+        exit = kQueryFailed;
+    }
+    return json.end() ? exit : kQueryFailed;
 }
 
 Exit runExport(const Options &options)

@@ -1,6 +1,6 @@
+#include "frame/frame_report.h"
 #include "tools/dcm/command.h"
-
-#include <dcm.h>
+#include "tools/dcm/query_report.h"
 
 #include <memory>
 
@@ -10,7 +10,9 @@ void addFrameCommand(CLI::App &app, Exit &exit)
     const auto options = std::make_shared<DeviceOptions>();
     options->addTo(*command, "frame");
     command->callback([options, &exit] {
-        const int result = dcmFrameInfoShowFilename(options->fileName(), options->type);
-        exit = result < 0 ? kQueryFailed : kSuccess;
+        const auto get = [&](const char *file, DcmFrameInfo *info) {
+            return dcmFrameInfoGet(file, options->type, info);
+        };
+        exit = dcmtool::printQuery<DcmFrameInfo>(options->fileName(), get, dcm::printFrameAnswer);
     });
 }

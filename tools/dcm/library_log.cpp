@@ -1,9 +1,9 @@
 #include "tools/dcm/library_log.h"
 
 #include "host/host.h"
+#include "tools/dcm/printable.h"
 
 #include <atomic>
-#include <cstdarg>
 #include <cstdio>
 
 namespace dcmtool {
@@ -11,7 +11,8 @@ namespace dcmtool {
 namespace {
 
 std::atomic<bool> isShown{false};
-thread_local std::vector<Message> *captured = nullptr;
+thread_local MessageCapture *capture = nullptr;
+thread_local std::vector<std::string> *capturedReports = nullptr;
 
 // Every report of the library is "[FUNCTION:LINE]: TEXT" and a line end.
 Message messageOf(const std::string &report)
@@ -24,32 +25,40 @@ Message messageOf(const std::string &report)
     return {report.substr(1, colon - 1), report.substr(text + 3, end - text - 2)};
 }
 
-void capture(const char *format, va_list arguments)
+// Leaves the arguments as they are.
+std::string reportOf(const char *format, va_list arguments)
 {
     va_list again;
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, again);
     va_end(again);
     std::string report(static_cast<size_t>(length) + 1, '\0');
-    static_cast<void>(std::vsnprintf(report.data(), report.size(), format, arguments));
+    va_copy(again, arguments);
+    static_cast<void>(std::vsnprintf(report.data(), report.size(), format, again));
+    va_end(again);
     report.pop_back();
-    captured->push_back(messageOf(report));
+    return report;
 }
 
 void takeLog(int module, int level, int flags, const char *format, va_list arguments)
 {
-    if (isShown) {
-        va_list again;
-        va_copy(again, arguments);
-        std::fprintf(stderr, "log(%d, %d, %d) ", module, level, flags);
-        std::vfprintf(stderr, format, again);
-        va_end(again);
-    }
-    if (captured != nullptr)
-        capture(format, arguments);
+    if (isShown)
+        std::fprintf(stderr, "log(%d, %d, %d) %s", module, level, flags,
+                     printableReport(reportOf(format, arguments)).c_str());
+    if (capture != nullptr)
+        capture->take(format, arguments);
+    if (capturedReports != nullptr)
+        capturedReports->push_back(reportOf(format, arguments));
 }
 
 } // namespace
+
+void MessageCapture::take(const char *format, va_list arguments)
+{
+    const size_t index = count_++;
+    if (index >= first_ && messages_.size() < kMostMessages)
+        messages_.push_back(messageOf(reportOf(format, arguments)));
+}
 
 void showLog()
 {
@@ -57,15 +66,27 @@ void showLog()
     hostSetLogHandler(takeLog);
 }
 
-MessageCapture::MessageCapture(std::vector<Message> &messages) : before_(captured)
+MessageCapture::MessageCapture(std::vector<Message> &messages, size_t first)
+    : messages_(messages), first_(first), before_(capture)
 {
     hostSetLogHandler(takeLog);
-    captured = &messages;
+    capture = this;
 }
 
 MessageCapture::~MessageCapture()
 {
-    captured = before_;
+    capture = before_;
+}
+
+ReportCapture::ReportCapture(std::vector<std::string> &reports) : before_(capturedReports)
+{
+    hostSetLogHandler(takeLog);
+    capturedReports = &reports;
+}
+
+ReportCapture::~ReportCapture()
+{
+    capturedReports = before_;
 }
 
 } // namespace dcmtool

@@ -2,6 +2,8 @@
 #ifndef DCM_TOOLS_LIBRARY_LOG_H
 #define DCM_TOOLS_LIBRARY_LOG_H
 
+#include <cstdarg>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -16,16 +18,36 @@ struct Message {
     std::string text;
 };
 
-// Collects what the library reports in this thread while the object lives.
+// Collects what the library reports in this thread while the object lives: kMostMessages from message `first` on. The
+// others are counted.
+constexpr size_t kMostMessages = 100;
 class MessageCapture {
 public:
-    explicit MessageCapture(std::vector<Message> &messages);
+    explicit MessageCapture(std::vector<Message> &messages, size_t first = 0);
     ~MessageCapture();
     MessageCapture(const MessageCapture &) = delete;
     MessageCapture &operator=(const MessageCapture &) = delete;
 
+    size_t count() const { return count_; }
+    void take(const char *format, va_list arguments);
+
 private:
-    std::vector<Message> *before_;
+    std::vector<Message> &messages_;
+    size_t first_;
+    size_t count_ = 0;
+    MessageCapture *before_;
+};
+
+// The same, each report whole, as the library prints it.
+class ReportCapture {
+public:
+    explicit ReportCapture(std::vector<std::string> &reports);
+    ~ReportCapture();
+    ReportCapture(const ReportCapture &) = delete;
+    ReportCapture &operator=(const ReportCapture &) = delete;
+
+private:
+    std::vector<std::string> *before_;
 };
 
 } // namespace dcmtool

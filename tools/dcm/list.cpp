@@ -2,6 +2,7 @@
 #include "tools/dcm/described.h"
 #include "tools/dcm/json_text.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
 
 #include <algorithm>
 #include <cinttypes>
@@ -15,18 +16,24 @@ namespace {
 
 constexpr int kVersion = 1; // of what is listed: docs/schema/list.schema.json
 
+// What came of all queries.
+struct Outcomes {
+    bool areAllDecoded = true;
+    size_t omitted = 0; // rows for which there was no room
+};
+
 // What is there of a kind; nothing where the kind means nothing, or the query fails.
 using Count = std::optional<uint32_t>;
 
 struct Row {
-    DescribedType type;
+    const DescribedType *type;
     Place place;
-    std::optional<std::string> name;
-    Count slots;
-    Count ports;
-    Count fans;
-    Count supplies;
-    Count leds;
+    std::optional<std::string> name = std::nullopt;
+    Count slots = std::nullopt;
+    Count ports = std::nullopt;
+    Count fans = std::nullopt;
+    Count supplies = std::nullopt;
+    Count leds = std::nullopt;
     bool isDecoded = false;
 };
 
@@ -77,36 +84,29 @@ void count(const DcmVmPortInfo &vm, Row &row)
 template <class Record> void countBy(Queries &queries, Row &row)
 {
     Record info;
-    row.isDecoded = queries.run(row.type, info);
+    row.isDecoded = queries.run(*row.type, info);
     if (row.isDecoded)
         count(info, row);
 }
 
-std::vector<Row> rowsOf(const DescriptionFile &file)
+Row rowOf(const DescriptionFile &file, Queries &queries, const DescribedType &type)
 {
-    std::vector<Row> rows;
-    Queries queries(file);
-    for (const DescribedType &type : file.types()) {
-        Row row;
-        row.type = type;
-        row.place = placeOf(file, type);
-        switch (type.kind) {
-        case RecordKind::frame:
-            countBy<DcmFrameInfo>(queries, row);
-            break;
-        case RecordKind::slot:
-            countBy<DcmSlotInfo>(queries, row);
-            break;
-        case RecordKind::card:
-            countBy<DcmCardInfo>(queries, row);
-            break;
-        case RecordKind::vm:
-            countBy<DcmVmPortInfo>(queries, row);
-            break;
-        }
-        rows.push_back(row);
+    Row row = {&type, placeOf(file, type)};
+    switch (type.kind) {
+    case RecordKind::frame:
+        countBy<DcmFrameInfo>(queries, row);
+        break;
+    case RecordKind::slot:
+        countBy<DcmSlotInfo>(queries, row);
+        break;
+    case RecordKind::card:
+        countBy<DcmCardInfo>(queries, row);
+        break;
+    case RecordKind::vm:
+        countBy<DcmVmPortInfo>(queries, row);
+        break;
     }
-    return rows;
+    return row;
 }
 
 // ---- For people -----------------------------------------------------------------------------------------------------
@@ -122,30 +122,32 @@ std::string shown(const Count &count)
     return count ? std::to_string(*count) : "-";
 }
 
+// The table is as wide as the longest list of types: of many only the first ones are shown.
 std::string typeCell(const Row &row)
 {
+    constexpr size_t kShown = 16;
+    const std::vector<uint32_t> &ids = row.type->typeIds;
     std::string cell;
-    for (const uint32_t id : row.type.typeIds) {
+    for (size_t i = 0; i < ids.size() && i < kShown; i++) {
         char text[16];
-        std::snprintf(text, sizeof text, "%s0x%" PRIx32, cell.empty() ? "" : ",", id);
+        std::snprintf(text, sizeof text, "%s0x%" PRIx32, cell.empty() ? "" : ",", ids[i]);
         cell += text;
     }
+    if (ids.size() > kShown)
+        cell += ",... (" + std::to_string(ids.size()) + ")";
     return cell.empty() ? "-" : cell;
 }
 
-// Control characters of a name would break the line.
 std::string nameCell(const Row &row)
 {
-    std::string cell = row.name.value_or("");
-    std::replace_if(
-        cell.begin(), cell.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }, ' ');
-    return cell.empty() ? "-" : cell;
+    const std::string name = row.name.value_or("");
+    return name.empty() ? "-" : printable(name);
 }
 
 constexpr Column kColumns[] = {
-    {"KIND", false, [](const Row &row) { return std::string(kindName(row.type.kind)); }},
+    {"KIND", false, [](const Row &row) { return std::string(kindName(row.type->kind)); }},
     {"TYPE", false, typeCell},
-    {"MODE", true, [](const Row &row) { return row.type.kind == RecordKind::card ? shown(row.type.mode) : "-"; }},
+    {"MODE", true, [](const Row &row) { return row.type->kind == RecordKind::card ? shown(row.type->mode) : "-"; }},
     {"NAME", false, nameCell},
     {"SLOTS", true, [](const Row &row) { return shown(row.slots); }},
     {"PORTS", true, [](const Row &row) { return shown(row.ports); }},
@@ -164,28 +166,55 @@ size_t widthOf(const std::string &text)
         text.begin(), text.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
 }
 
-std::string tableOf(const std::vector<Row> &rows)
+// The first line of the table, or that of a row.
+std::string lineOf(const Row *row, const std::vector<size_t> &widths)
 {
-    std::vector<std::string> lines(rows.size() + 1);
-    for (const Column &column : kColumns) {
-        std::vector<std::string> cells = {column.title};
-        for (const Row &row : rows)
-            cells.push_back(column.cell(row));
-        size_t width = 0;
-        for (const std::string &cell : cells)
-            width = std::max(width, widthOf(cell));
-        const bool isFirst = &column == std::begin(kColumns);
-        const bool isLast = &column == std::end(kColumns) - 1;
-        for (size_t i = 0; i < cells.size(); i++) {
-            const std::string blanks(width - widthOf(cells[i]), ' ');
-            lines[i] += isFirst ? "" : "  ";
-            lines[i] += column.isNumber ? blanks + cells[i] : cells[i] + (isLast ? "" : blanks);
+    std::string line;
+    for (size_t i = 0; i < std::size(kColumns); i++) {
+        const std::string cell = row != nullptr ? kColumns[i].cell(*row) : kColumns[i].title;
+        const std::string blanks(widths[i] - widthOf(cell), ' ');
+        line += i == 0 ? "" : "  ";
+        line += kColumns[i].isNumber ? blanks + cell : cell + (i + 1 == std::size(kColumns) ? "" : blanks);
+    }
+    return line + "\n";
+}
+
+// Everything is decoded twice, first to see how wide the columns are: rows may take more memory than the file.
+bool printTable(const DescriptionFile &file, const std::vector<DescribedType> &types, const OwnOutput &output,
+                Outcomes &outcomes)
+{
+    constexpr size_t kBlock = size_t{1} << 16;
+    std::vector<size_t> widths;
+    for (const Column &column : kColumns)
+        widths.push_back(widthOf(column.title));
+    {
+        Queries queries(file);
+        for (const DescribedType &type : types) {
+            const Row row = rowOf(file, queries, type);
+            outcomes.areAllDecoded = outcomes.areAllDecoded && row.isDecoded;
+            for (size_t i = 0; i < widths.size(); i++)
+                widths[i] = std::max(widths[i], widthOf(kColumns[i].cell(row)));
         }
     }
-    std::string table;
-    for (const std::string &line : lines)
-        table += line + "\n";
-    return table;
+    Queries queries(file, true);
+    std::string text = lineOf(nullptr, widths);
+    size_t size = text.size();
+    for (const DescribedType &type : types) {
+        const Row row = rowOf(file, queries, type);
+        const std::string line = lineOf(&row, widths);
+        if (outcomes.omitted != 0 || size + line.size() > mostOutputOf(file)) {
+            outcomes.omitted++;
+            continue;
+        }
+        size += line.size();
+        text += line;
+        if (text.size() < kBlock)
+            continue;
+        if (!output.print(text))
+            return false;
+        text.clear();
+    }
+    return output.print(text);
 }
 
 // ---- For programs ---------------------------------------------------------------------------------------------------
@@ -195,23 +224,44 @@ template <class Value> Json orNull(const std::optional<Value> &value)
     return value ? Json(*value) : Json();
 }
 
-std::string jsonOf(const DescriptionFile &file, const std::vector<Row> &rows)
+Json entryOf(const Row &row)
 {
-    Json types = Json::array();
-    for (const Row &row : rows)
-        types.push_back({{"kind", kindName(row.type.kind)},
-                         {"typeIds", row.type.typeIds},
-                         {"mode", row.type.kind == RecordKind::card ? Json(row.type.mode) : Json()},
-                         {"name", orNull(row.name)},
-                         {"slots", orNull(row.slots)},
-                         {"ports", orNull(row.ports)},
-                         {"fans", orNull(row.fans)},
-                         {"supplies", orNull(row.supplies)},
-                         {"leds", orNull(row.leds)},
-                         {"line", row.place.line},
-                         {"column", row.place.column},
-                         {"isDecoded", row.isDecoded}});
-    return jsonText({{"format", "dcm-list"}, {"version", kVersion}, {"file", file.name()}, {"types", types}});
+    Json entry = {{"kind", kindName(row.type->kind)}};
+    addTypeIds(entry, row.type->typeIds);
+    entry["mode"] = row.type->kind == RecordKind::card ? Json(row.type->mode) : Json();
+    entry["name"] = orNull(row.name);
+    entry["slots"] = orNull(row.slots);
+    entry["ports"] = orNull(row.ports);
+    entry["fans"] = orNull(row.fans);
+    entry["supplies"] = orNull(row.supplies);
+    entry["leds"] = orNull(row.leds);
+    entry["line"] = row.place.line;
+    entry["column"] = row.place.column;
+    entry["isDecoded"] = row.isDecoded;
+    return entry;
+}
+
+bool printJson(const DescriptionFile &file, const std::vector<DescribedType> &types, const OwnOutput &output,
+               Outcomes &outcomes)
+{
+    JsonStream json(output, mostOutputOf(file));
+    json.add("format", "dcm-list");
+    json.add("version", kVersion);
+    json.add("file", file.name());
+    json.beginArray("types");
+    {
+        Queries queries(file);
+        for (const DescribedType &type : types) {
+            const Row row = rowOf(file, queries, type);
+            outcomes.areAllDecoded = outcomes.areAllDecoded && row.isDecoded;
+            if (outcomes.omitted != 0 || !json.addEntry(entryOf(row)))
+                outcomes.omitted++;
+        }
+    }
+    json.endArray();
+    if (outcomes.omitted != 0)
+        json.add("omitted", outcomes.omitted);
+    return json.end();
 }
 
 Exit runList(const std::string &fileName, bool asJson)
@@ -220,11 +270,13 @@ Exit runList(const std::string &fileName, bool asJson)
     const auto file = openDescription(fileName);
     if (file == nullptr)
         return kUnreadable;
-    const std::vector<Row> rows = rowsOf(*file);
-    if (!output.print(asJson ? jsonOf(*file, rows) : tableOf(rows)))
-        return kQueryFailed;
-    const bool isAllDecoded = std::all_of(rows.begin(), rows.end(), [](const Row &row) { return row.isDecoded; });
-    return isAllDecoded ? kSuccess : kQueryFailed;
+    const std::vector<DescribedType> types = file->types();
+    Outcomes outcomes;
+    const bool isPrinted =
+        asJson ? printJson(*file, types, output, outcomes) : printTable(*file, types, output, outcomes);
+    if (outcomes.omitted != 0)
+        sayOmitted(*file, outcomes.omitted, "rows", "the file has more types than a device");
+    return isPrinted && outcomes.areAllDecoded && outcomes.omitted == 0 ? kSuccess : kQueryFailed;
 }
 
 } // namespace

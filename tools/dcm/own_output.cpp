@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
 namespace dcmtool {
@@ -17,13 +18,23 @@ void redirect(int descriptor)
     static_cast<void>(dup2(descriptor, STDOUT_FILENO));
 }
 
+void sayThatWritingFailed(int error)
+{
+    if (error != EPIPE)
+        std::fprintf(stderr, "dcm: standard output: %s\n", std::strerror(error)); // NOLINT(concurrency-mt-unsafe)
+}
+
 } // namespace
 
 OwnOutput::OwnOutput() : descriptor_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3))
 {
     const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (nowhere < 0)
+    if (nowhere < 0) {
+        // Nowhere else is what is closed.
+        static_cast<void>(std::fflush(stdout));
+        close(STDOUT_FILENO);
         return;
+    }
     redirect(nowhere);
     if (nowhere != STDOUT_FILENO)
         close(nowhere);
@@ -44,9 +55,7 @@ bool OwnOutput::print(const std::string &text) const
         if (written >= 0) {
             done += static_cast<size_t>(written);
         } else if (errno != EINTR) {
-            if (errno != EPIPE)
-                std::fprintf(stderr, "dcm: standard output: %s\n",
-                             std::strerror(errno)); // NOLINT(concurrency-mt-unsafe)
+            sayThatWritingFailed(errno);
             return false;
         }
     }
@@ -56,6 +65,16 @@ bool OwnOutput::print(const std::string &text) const
 bool OwnOutput::isTerminal() const
 {
     return isatty(descriptor_) == 1;
+}
+
+bool endOutput()
+{
+    // An error of an earlier write leaves no number behind.
+    errno = EIO;
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return true;
+    sayThatWritingFailed(errno);
+    return false;
 }
 
 } // namespace dcmtool

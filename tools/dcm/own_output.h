@@ -2,7 +2,6 @@
 #ifndef DCM_TOOLS_OWN_OUTPUT_H
 #define DCM_TOOLS_OWN_OUTPUT_H
 
-#include <cstdio>
 #include <string>
 
 namespace dcmtool {
@@ -22,6 +21,9 @@ public:
 private:
     int descriptor_;
 };
+
+// Completes what was printed through stdio. False when that failed, which is said as by OwnOutput::print().
+bool endOutput();
 
 } // namespace dcmtool
 

@@ -44,25 +44,31 @@ Json wordOf(uint32_t value, const char *text)
 
 class Object {
 public:
-    Json &operator[](const char *name) { return json_[name]; }
+    // A record has each name once: to look for it among those before would take most of the time.
+    Json &operator[](const char *name)
+    {
+        auto &members = json_.get_ref<Json::object_t &>();
+        members.Json::object_t::Container::emplace_back(name, Json());
+        return members.back().second;
+    }
 
-    template <class Number> void number(const char *name, Number value) { json_[name] = value; }
+    template <class Number> void number(const char *name, Number value) { (*this)[name] = value; }
     // A field that keeps the low bits of a number which may be negative.
-    void signedNumber(const char *name, uint16_t value) { json_[name] = static_cast<int16_t>(value); }
-    void word(const char *name, uint32_t value, Words words) { json_[name] = wordOf(value, words(value)); }
+    void signedNumber(const char *name, uint16_t value) { (*this)[name] = static_cast<int16_t>(value); }
+    void word(const char *name, uint32_t value, Words words) { (*this)[name] = wordOf(value, words(value)); }
 
     template <class Number, size_t Size>
     void numbers(const char *name, const Number (&values)[Size], size_t count = Size)
     {
-        Json &array = json_[name] = Json::array();
+        Json &array = (*this)[name] = Json::array();
         for (size_t i = 0; i < std::min(count, Size); i++)
             array.push_back(values[i]);
     }
     // The numbers of a list, from 1.
-    template <size_t Size> void list(const char *name, const uint8_t (&bits)[Size]) { json_[name] = listOf(bits); }
+    template <size_t Size> void list(const char *name, const uint8_t (&bits)[Size]) { (*this)[name] = listOf(bits); }
     template <size_t Size, size_t Entries> void lists(const char *name, const uint8_t (&entries)[Entries][Size])
     {
-        Json &array = json_[name] = Json::array();
+        Json &array = (*this)[name] = Json::array();
         for (const auto &bits : entries)
             array.push_back(listOf(bits));
     }
@@ -70,27 +76,27 @@ public:
     template <size_t Size>
     void capabilities(const char *name, const uint8_t (&bits)[Size], Words words, uint32_t first = 0)
     {
-        Json &array = json_[name] = Json::array();
+        Json &array = (*this)[name] = Json::array();
         for (uint32_t bit = 0; bit < Size * 8; bit++)
             if (dcm::_dcmBitTest(bits, bit) != 0)
                 array.push_back(wordOf(bit + first, words(bit + first)));
     }
     template <size_t Size> void text(const char *name, const char (&text)[Size], size_t length = Size)
     {
-        json_[name] = std::string(text, strnlen(text, std::min(length, Size)));
+        (*this)[name] = std::string(text, strnlen(text, std::min(length, Size)));
     }
-    template <class Record> void record(const char *name, const Record &info) { json_[name] = toJson(info); }
+    template <class Record> void record(const char *name, const Record &info) { (*this)[name] = toJson(info); }
     template <class Record, size_t Size>
     void records(const char *name, const Record (&entries)[Size], size_t count = Size)
     {
-        Json &array = json_[name] = Json::array();
+        Json &array = (*this)[name] = Json::array();
         for (size_t i = 0; i < std::min(count, Size); i++)
             array.push_back(toJson(entries[i]));
     }
     // The displays of an LED that are in use.
     void states(const char *name, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX], uint32_t ledType)
     {
-        Json &array = json_[name] = Json::array();
+        Json &array = (*this)[name] = Json::array();
         for (const DcmLedStateInfo &state : states)
             if (state.pri != 0)
                 array.push_back(toJson(state, ledType));
@@ -98,7 +104,7 @@ public:
     // One half of the pairs of a state map, in the words of `ledType`.
     void stateWords(const char *name, const uint8_t (&states)[DCM_LED_STATE_MAX], size_t count, uint32_t ledType)
     {
-        Json &array = json_[name] = Json::array();
+        Json &array = (*this)[name] = Json::array();
         for (size_t i = 0; i < std::min<size_t>(count, DCM_LED_STATE_MAX); i++)
             array.push_back(wordOf(states[i], dcmLedStateVal2Str(ledType, states[i])));
     }

@@ -1,5 +1,6 @@
 #include "slot/slot_report.h"
 #include "tools/dcm/command.h"
+#include "tools/dcm/query_report.h"
 
 #include <memory>
 
@@ -9,6 +10,7 @@ void addSlotCommand(CLI::App &app, Exit &exit)
     const auto options = std::make_shared<DeviceOptions>();
     options->addTo(*command, "slot");
     command->callback([options, &exit] {
-        exit = dcm::showSlot(options->fileName(), options->type).isFound ? kSuccess : kQueryFailed;
+        const auto get = [&](const char *file, DcmSlotInfo *info) { return dcmSlotInfoGet(file, options->type, info); };
+        exit = dcmtool::printQuery<DcmSlotInfo>(options->fileName(), get, dcm::printSlotAnswer);
     });
 }

@@ -1,6 +1,7 @@
 #include "vm/vm.h"
 #include "common/paths.h"
 #include "tools/dcm/command.h"
+#include "tools/dcm/query_report.h"
 
 #include <memory>
 
@@ -23,12 +24,13 @@ void addVmCommand(CLI::App &app, Exit &exit)
     command->callback([options, &exit] {
         const auto id = static_cast<uint8_t>(options->id);
         DcmVmPortInfo info = {};
-        if (dcm::readVmPorts(options->root.c_str(), id, info) != 0) {
-            exit = kQueryFailed;
-            return;
-        }
         char path[dcm::kVmPathSize];
         dcm::vmPath(options->root.c_str(), id, path);
-        dcmVmPortInfoShow(path, &info);
+        exit = dcmtool::askQuery(path, [&] { return dcm::readVmPorts(options->root.c_str(), id, info); });
+        if (exit == kUnreadable)
+            return;
+        if (exit == kSuccess)
+            dcmVmPortInfoShow(dcmtool::printable(path).c_str(), &info);
+        exit = dcmtool::exitOfQuery(exit);
     });
 }

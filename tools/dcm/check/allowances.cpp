@@ -4,7 +4,8 @@
 
 #include <libxml/tree.h>
 
-#include <algorithm>
+#include <string>
+#include <vector>
 
 namespace dcmtool {
 
@@ -63,69 +64,94 @@ bool takeWord(std::string &text, const std::string &word)
     return true;
 }
 
-// The check that a comment names; nullptr when it allows nothing, and `fault` says why.
-const Check *checkOf(const std::string &comment, std::string &fault, std::string &meant)
+// What a comment allows. Without a check it has a fault, and allows nothing.
+struct Allowance {
+    const Check *check;
+    std::string name; // of a check that there is not
+    const char *fault;
+};
+
+Allowance allowanceIn(const DescriptionFile::Comment &comment)
 {
-    std::string text = trimmed(comment);
-    if (!takeWord(text, "dcm-check:") || !takeWord(text, "allow ")) {
-        fault = "expected 'dcm-check: allow NAME: REASON'";
-        return nullptr;
-    }
+    std::string text = trimmed(reinterpret_cast<const char *>(comment.node->content));
+    if (!takeWord(text, "dcm-check:") || !takeWord(text, "allow "))
+        return {nullptr, "", "expected 'dcm-check: allow NAME: REASON'"};
     const size_t colon = text.find(':');
     const std::string name = trimmed(text.substr(0, colon));
     const Check *check = findCheck(name);
-    if (check == nullptr) {
+    if (check == nullptr)
+        return {nullptr, name, "there is no check "};
+    if (colon == std::string::npos || trimmed(text.substr(colon + 1)).empty())
+        return {nullptr, check->name, "a reason is missing: expected "};
+    return {check, "", nullptr};
+}
+
+void tellFault(const DescriptionFile::Comment &comment, const Allowance &allowance, Node element, Findings &findings)
+{
+    findings.run(kFaulty);
+    if (findings.counts(element))
+        return;
+    const std::string start = "the comment allows nothing: " + std::string(allowance.fault);
+    if (allowance.name.empty()) {
+        findings.at(element, comment.span, start);
+    } else if (findCheck(allowance.name) != nullptr) {
+        findings.at(element, comment.span, start + "'dcm-check: allow " + allowance.name + ": REASON'");
+    } else {
         std::vector<std::string> names;
         for (const Checks &checks : allChecks())
             for (const Check &other : checks)
                 names.emplace_back(other.name);
-        fault = "there is no check '" + name + "'";
-        meant = nearest(name, names);
-    } else if (colon == std::string::npos || trimmed(text.substr(colon + 1)).empty()) {
-        fault = "a reason is missing: expected 'dcm-check: allow " + name + ": REASON'";
-        return nullptr;
+        findings.at(element, comment.span, start + quoted(allowance.name)).meaning(nearest(allowance.name, names));
     }
-    return check;
 }
 
-Node elementBehind(const xmlNode *comment)
+// The element in which a comment stands; nullptr behind or before the root.
+Node elementAround(const xmlNode *comment)
 {
-    Node next = comment->next;
-    while (next != nullptr && next->type != XML_ELEMENT_NODE)
-        next = next->next;
-    return next;
+    const Node around = comment->parent;
+    return around != nullptr && around->type == XML_ELEMENT_NODE ? around : nullptr;
 }
 
-// Takes out the findings of a check at an element; false when there are none.
-bool takeOut(std::vector<Finding> &all, const Check *check, Node element)
+// The element behind each comment, or nullptr. Of comments in a row, each is passed only once.
+std::vector<Node> elementsBehind(const std::vector<DescriptionFile::Comment> &comments)
 {
-    const auto rest = std::remove_if(all.begin(), all.end(), [&](const Finding &finding) {
-        return finding.check == check && finding.element == element;
-    });
-    const bool isAny = element != nullptr && rest != all.end();
-    if (isAny)
-        all.erase(rest, all.end());
-    return isAny;
+    std::vector<Node> elements(comments.size());
+    for (size_t i = comments.size(); i-- > 0;) {
+        const Node following = i + 1 < comments.size() ? comments[i + 1].node : nullptr;
+        Node next = comments[i].node->next;
+        while (next != nullptr && next->type != XML_ELEMENT_NODE && next != following)
+            next = next->next;
+        elements[i] = next != nullptr && next == following ? elements[i + 1] : next;
+    }
+    return elements;
 }
 
 } // namespace
 
+void setAllowedApart(Findings &findings)
+{
+    const std::vector<DescriptionFile::Comment> &comments = findings.file().comments();
+    const std::vector<Node> behind = elementsBehind(comments);
+    for (size_t i = 0; i < comments.size(); i++)
+        if (const Check *check = allowanceIn(comments[i]).check)
+            for (const Node element : {behind[i], elementAround(comments[i].node)})
+                if (element != nullptr)
+                    findings.setApart(*check, element);
+}
+
 void applyAllowances(Findings &findings)
 {
-    for (const DescriptionFile::Comment &comment : findings.file().comments()) {
-        std::string fault;
-        std::string meant;
-        const Check *check = checkOf(reinterpret_cast<const char *>(comment.node->content), fault, meant);
-        const Node around = comment.node->parent;
-        const Node element = around != nullptr && around->type == XML_ELEMENT_NODE ? around : nullptr;
-        if (check == nullptr) {
-            findings.run(kFaulty);
-            findings.at(element, comment.span, "the comment allows nothing: " + fault).meaning(meant);
-        } else if (!takeOut(findings.all(), check, elementBehind(comment.node)) &&
-                   !takeOut(findings.all(), check, element)) {
+    const std::vector<DescriptionFile::Comment> &comments = findings.file().comments();
+    const std::vector<Node> behind = elementsBehind(comments);
+    for (size_t i = 0; i < comments.size(); i++) {
+        const Allowance allowance = allowanceIn(comments[i]);
+        const Node element = elementAround(comments[i].node);
+        if (allowance.check == nullptr) {
+            tellFault(comments[i], allowance, element, findings);
+        } else if (!findings.takeOut(*allowance.check, behind[i]) && !findings.takeOut(*allowance.check, element)) {
             findings.run(kUnused);
-            findings.at(element, comment.span,
-                        "the comment allows '" + std::string(check->name) + "', which is not found here");
+            findings.at(element, comments[i].span,
+                        "the comment allows '" + std::string(allowance.check->name) + "', which is not found here");
         }
     }
 }

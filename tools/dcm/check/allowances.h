@@ -6,6 +6,9 @@
 
 namespace dcmtool {
 
+// Has what the comments of the file may allow kept apart from other findings, before any check runs.
+void setAllowedApart(Findings &findings);
+
 // Takes out what the comments of the file allow: findings of that name at the element behind the comment, or else at
 // the element in which it stands. Adds what is wrong with the comments themselves.
 void applyAllowances(Findings &findings);

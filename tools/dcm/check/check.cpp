@@ -5,12 +5,14 @@
 #include "frame/frame_format.h"
 #include "slot/slot_format.h"
 #include "tools/dcm/check/format_lookup.h"
+#include "tools/dcm/check/query_failures.h"
 #include "vm/vm_format.h"
 
 #include <libxml/tree.h>
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace dcmtool {
 
@@ -112,6 +114,13 @@ const dcm::Attribute *Spot::attribute(const char *attributeName) const
     return findAttribute(*format, attributeName);
 }
 
+const std::vector<uint32_t> &Spot::ids() const
+{
+    if (!readIds)
+        readIds = idsOf(node, *format);
+    return *readIds;
+}
+
 // ---- Paths ----------------------------------------------------------------------------------------------------------
 
 namespace {
@@ -119,18 +128,18 @@ namespace {
 // An element among others of its kind goes by its first attribute.
 std::string stepOf(Node element)
 {
-    std::string step = dcm::nameOf(element);
+    std::string step = shortened(dcm::nameOf(element));
     const dcm::Element *format = formatOf(element);
     if (format == nullptr || format->most == 1 || format->attributeCount == 0)
         return step;
     const dcm::Text id = dcm::Text::attribute(element, format->attributes[0].name, {"dcm"});
     if (id && *id.c_str() != '\0')
-        step.append(" ").append(id.c_str());
+        step.append(" ").append(shortened(id.c_str()));
     // A card has a second one.
     if (format == &dcm::kCardElement) {
         const dcm::Text mode = dcm::Text::attribute(element, format->attributes[1].name, {"dcm"});
         if (mode && mode.number() != 0)
-            step.append(" ").append(format->attributes[1].name).append(" ").append(mode.c_str());
+            step.append(" ").append(format->attributes[1].name).append(" ").append(shortened(mode.c_str()));
     }
     return step;
 }
@@ -146,45 +155,158 @@ std::string pathOf(Node element)
     return pathOf(parent) + "/" + stepOf(element);
 }
 
+// ---- Texts of the file ----------------------------------------------------------------------------------------------
+
+std::string shortened(std::string_view text, size_t most)
+{
+    if (text.size() <= most)
+        return std::string(text);
+    const auto isInCharacter = [&](size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
+    while (most > 0 && isInCharacter(most))
+        most--;
+    return std::string(text.substr(0, most)) + "...";
+}
+
+std::string quoted(std::string_view text)
+{
+    return "'" + shortened(text) + "'";
+}
+
 // ---- Findings -------------------------------------------------------------------------------------------------------
 
-Finding &Findings::at(Node element, Span span, std::string text)
+namespace {
+
+constexpr size_t kLongestText = 1000; // of a finding, whose parts are cut where they are quoted
+
+bool isBefore(const Finding &one, const Finding &other)
 {
+    return std::pair(one.span.begin, one.order) < std::pair(other.span.begin, other.order);
+}
+
+} // namespace
+
+Findings::Found &Findings::foundAt(Node element)
+{
+    if (!apart_.empty())
+        if (const auto apart = apart_.find({running_, element}); apart != apart_.end())
+            return apart->second;
+    return found_[running_];
+}
+
+// Whether a check that says nothing where the query fails for the very fault may be about such a place.
+bool Findings::isToldAt(Node element) const
+{
+    if (!running_->look.isOfIgnoredFaults)
+        return false;
+    const auto next = told_.lower_bound({element, 0});
+    return next != told_.end() && next->first == element;
+}
+
+bool Findings::counts(Node element)
+{
+    Found &found = foundAt(element);
+    if (found.kept.size() < kMostOfCheck || isToldAt(element))
+        return false;
+    found.count++;
+    return true;
+}
+
+template <class SpanOf> Finding &Findings::add(Node element, const SpanOf &spanOf, std::string text)
+{
+    counted_ = {};
+    if (isToldAt(element) && told_.count({element, spanOf().begin}) != 0)
+        return counted_;
+    Found &found = foundAt(element);
+    found.count++;
+    if (running_ == &kQueryFails)
+        told_.emplace(element, spanOf().begin);
+    if (found.kept.size() >= kMostOfCheck)
+        return counted_;
     Finding finding;
     finding.check = running_;
     finding.severity = running_->severity;
     finding.element = element;
-    finding.span = span;
+    finding.span = spanOf();
     finding.path = element != nullptr ? pathOf(element) : "";
-    finding.text = std::move(text);
-    all_.push_back(std::move(finding));
-    return all_.back();
+    finding.text = shortened(text, kLongestText);
+    finding.order = order_++;
+    found.kept.push_back(std::move(finding));
+    return found.kept.back();
+}
+
+Finding &Findings::at(Node element, Span span, std::string text)
+{
+    return add(
+        element, [&] { return span; }, std::move(text));
 }
 
 Finding &Findings::at(const Value &value, std::string text)
 {
-    return value.attribute != nullptr ? atValue(value.spot, value.attribute->name, std::move(text))
-                                      : atContent(value.spot, std::move(text));
+    return value.attribute != nullptr ? atValue(value.spot.node, value.attribute->name, std::move(text))
+                                      : atContent(value.spot.node, std::move(text));
 }
 
-Finding &Findings::atName(const Spot &spot, std::string text)
+Finding &Findings::atName(Node element, std::string text)
 {
-    return at(spot.node, file_.nameSpan(spot.node), std::move(text));
+    return add(
+        element, [&] { return file_.nameSpan(element); }, std::move(text));
 }
 
-Finding &Findings::atAttribute(const Spot &spot, const char *attribute, std::string text)
+Finding &Findings::atAttribute(Node element, const char *attribute, std::string text)
 {
-    return at(spot.node, file_.attributeSpan(spot.node, attribute), std::move(text));
+    return add(
+        element, [&] { return file_.attributeSpan(element, attribute); }, std::move(text));
 }
 
-Finding &Findings::atValue(const Spot &spot, const char *attribute, std::string text)
+Finding &Findings::atValue(Node element, const char *attribute, std::string text)
 {
-    return at(spot.node, file_.valueSpan(spot.node, attribute), std::move(text));
+    return add(
+        element, [&] { return file_.valueSpan(element, attribute); }, std::move(text));
 }
 
-Finding &Findings::atContent(const Spot &spot, std::string text)
+Finding &Findings::atContent(Node element, std::string text)
 {
-    return at(spot.node, file_.contentSpan(spot.node), std::move(text));
+    return add(
+        element, [&] { return file_.contentSpan(element); }, std::move(text));
+}
+
+void Findings::setApart(const Check &check, Node element)
+{
+    apart_.try_emplace({&check, element});
+}
+
+bool Findings::takeOut(const Check &check, Node element)
+{
+    const auto apart = apart_.find({&check, element});
+    if (apart == apart_.end() || apart->second.count == 0)
+        return false;
+    apart->second = {};
+    return true;
+}
+
+std::vector<Finding> Findings::take()
+{
+    for (auto &[key, apart] : apart_) {
+        Found &found = found_[key.first];
+        found.count += apart.count;
+        std::move(apart.kept.begin(), apart.kept.end(), std::back_inserter(found.kept));
+    }
+    apart_.clear();
+    std::vector<Finding> all;
+    for (auto &[check, found] : found_) {
+        std::sort(found.kept.begin(), found.kept.end(), isBefore);
+        if (found.kept.size() > kMostOfCheck)
+            found.kept.resize(kMostOfCheck);
+        if (!found.kept.empty())
+            found.kept.back().more = found.count - found.kept.size();
+        // The finding that says so may be one that is only counted.
+        if (found.count > found.kept.size() && ended_.count(check) != 0)
+            found.kept.back().text += "; the search for others has ended because it takes too long";
+        std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));
+    }
+    found_.clear();
+    std::sort(all.begin(), all.end(), isBefore);
+    return all;
 }
 
 // ---- Words ----------------------------------------------------------------------------------------------------------

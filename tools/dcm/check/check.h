@@ -10,13 +10,19 @@
 
 #include "common/format.h"
 #include "common/xml.h"
+#include "tools/dcm/check/declarations.h"
 #include "tools/dcm/check/finding.h"
 #include "tools/dcm/description_file.h"
 #include "tools/words.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace dcmtool {
@@ -25,7 +31,7 @@ namespace dcmtool {
 // query fails, its record is that of a copy without what makes it fail; none when there is no such copy.
 struct CheckedType {
     const DescriptionFile &file;
-    const std::vector<DescribedType> &types; // all of the file
+    const Declarations &declarations; // of the whole file
     const DescribedType &described;
     const DcmFrameInfo *frame = nullptr;
     const DcmSlotInfo *slot = nullptr;
@@ -47,8 +53,11 @@ struct Spot {
     const char *name;
     const dcm::Element *format;
     const std::vector<KnownChild> &known; // the children that the format knows, in document order
+    mutable std::optional<std::vector<uint32_t>> readIds = std::nullopt;
 
     const dcm::NamedElement &rowOf(const KnownChild &child) const { return format->children[child.row]; }
+    // What its id or list of ids says, read once for all of its children.
+    const std::vector<uint32_t> &ids() const;
     // Its attribute as the format describes it; nullptr when the format knows none of this name.
     const dcm::Attribute *attribute(const char *attributeName) const;
     dcm::Text text(const char *attributeName) const { return dcm::Text::attribute(node, attributeName, {"dcm"}); }
@@ -133,31 +142,74 @@ struct Check {
     Look look;
 };
 
-// Takes what checks find. The path of the element is added, and the check that is running.
+// Takes what checks find. The path of the element is added, and the check that is running. Of each check the first
+// findings are kept, and the others counted: their places are not even looked up, so that a file of nothing but faults
+// costs no more than another.
 class Findings {
 public:
+    static constexpr size_t kMostOfCheck = 100;
+
     explicit Findings(const DescriptionFile &file) : file_(file) {}
 
-    Finding &at(const Value &value, std::string text);                               // under the value
-    Finding &atName(const Spot &spot, std::string text);                             // under the element's name
-    Finding &atAttribute(const Spot &spot, const char *attribute, std::string text); // under an attribute's name
-    Finding &atValue(const Spot &spot, const char *attribute, std::string text);     // under an attribute's value
-    Finding &atContent(const Spot &spot, std::string text);                          // under the content
-    Finding &at(Node element, Span span, std::string text);                          // anywhere
+    Finding &at(const Value &value, std::string text);                           // under the value
+    Finding &atName(Node element, std::string text);                             // under the element's name
+    Finding &atAttribute(Node element, const char *attribute, std::string text); // under an attribute's name
+    Finding &atValue(Node element, const char *attribute, std::string text);     // under an attribute's value
+    Finding &atContent(Node element, std::string text);                          // under the content
+    Finding &at(Node element, Span span, std::string text);                      // anywhere
+
+    // True when what the running check finds at an element is only counted, which is then done: for checks whose texts
+    // cost much to make.
+    bool counts(Node element);
 
     // For those who run checks.
     void run(const Check &check) { running_ = &check; }
-    std::vector<Finding> &all() { return all_; }
     const DescriptionFile &file() const { return file_; }
+    // Keeps what a check finds at an element apart, so that it can be taken out.
+    void setApart(const Check &check, Node element);
+    // Takes it out; false when nothing was found there.
+    bool takeOut(const Check &check, Node element);
+    // Notes that the running check has not looked for all that there is.
+    void endSearch() { ended_.insert(running_); }
+    // All that is kept, in the order of the file.
+    std::vector<Finding> take();
 
 private:
+    // What a check found, in the whole file or at one element.
+    struct Found {
+        std::vector<Finding> kept;
+        size_t count = 0;
+    };
+    using Key = std::pair<const Check *, Node>;
+    struct Hash {
+        size_t operator()(const Key &key) const
+        {
+            return std::hash<const void *>()(key.first) * 31 + std::hash<const void *>()(key.second);
+        }
+    };
+
+    Found &foundAt(Node element);
+    bool isToldAt(Node element) const;
+    template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, std::string text);
+
     const DescriptionFile &file_;
     const Check *running_ = nullptr;
-    std::vector<Finding> all_;
+    std::unordered_map<const Check *, Found> found_;
+    std::unordered_map<Key, Found, Hash> apart_;
+    std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
+    std::set<const Check *> ended_;
+    size_t order_ = 0;
+    Finding counted_; // takes what is said of one that is not kept
 };
 
 // Where an element stands in the device's terms: "card 0x21/panel-port/port-group 1-4".
 std::string pathOf(Node element);
+
+// A text of the file as messages show it: cut behind a character, with "...", where it is long.
+constexpr size_t kMostShown = 80;
+std::string shortened(std::string_view text, size_t most = kMostShown);
+// Such a text in quotes.
+std::string quoted(std::string_view text);
 
 // The nearest of some words to what was written; empty when none is near.
 std::string nearest(const std::string &written, const std::vector<std::string> &words);

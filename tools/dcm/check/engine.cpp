@@ -10,7 +10,6 @@
 #include <array>
 #include <deque>
 #include <memory>
-#include <set>
 
 namespace dcmtool {
 
@@ -112,6 +111,12 @@ private:
             known_.emplace_back();
         std::vector<KnownChild> &known = known_[depth];
         known.clear();
+        // Of thousands, all at once: a vector that grows takes three times as much.
+        const dcm::Children all = dcm::children(node);
+        size_t count = 0;
+        for (auto child = all.begin(); child != dcm::Children::end(); ++child)
+            count++;
+        known.reserve(count);
         areStrangers_ = false;
         size_t from = 0;
         for (const Node child : dcm::children(node)) {
@@ -164,13 +169,18 @@ private:
 };
 
 template <class Record>
-void checkType(CheckedType &type, Record &record, const Record *CheckedType::*place, Findings &findings)
+void checkType(CheckedType &type, Record &record, const Record *CheckedType::*place, Findings &findings,
+               DecodingWork &work)
 {
     const Outcome outcome = type.file.decode(type.described, record);
-    if (outcome.isDecoded || explainFailures(type.file, type.described, record, findings))
+    if (outcome.isDecoded || explainFailures(type.file, type.described, record, findings, work))
         type.*place = &record;
     Walk(type, findings).visit(nullptr, type.described.element, rowOf(type.described.kind));
 }
+
+// What may be decoded again to find why queries fail, in bytes: of small files, all that people will ever mend at once.
+constexpr size_t kMostDecoded = size_t{64} << 20;
+constexpr size_t kMostDecodedOfByte = 16;
 
 struct Records {
     DcmFrameInfo frame;
@@ -180,49 +190,38 @@ struct Records {
 };
 
 // The root holds frames, slots and cards, and nothing else.
-void checkRoot(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
+void checkRoot(const DescriptionFile &file, const Declarations &declarations, Findings &findings)
 {
     const std::vector<dcm::NamedElement> &children = deviceChildren();
     const dcm::Element device = {{}, nullptr, 0, children.data(), children.size()};
     const DescribedType described = {RecordKind::frame, file.root(), {}, 0};
-    Walk({file, types, described}, findings).visitAlone(file.root(), {dcm::kDeviceName, &device});
+    Walk({file, declarations, described}, findings).visitAlone(file.root(), {dcm::kDeviceName, &device});
 }
 
 void checkTypes(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
 {
     const auto records = std::make_unique<Records>();
+    const Declarations declarations(types);
+    DecodingWork work = {kMostDecoded + kMostDecodedOfByte * file.text().size()};
     if (file.isDevice())
-        checkRoot(file, types, findings);
+        checkRoot(file, declarations, findings);
     for (const DescribedType &described : types) {
-        CheckedType type = {file, types, described};
+        CheckedType type = {file, declarations, described};
         switch (described.kind) {
         case RecordKind::frame:
-            checkType(type, records->frame, &CheckedType::frame, findings);
+            checkType(type, records->frame, &CheckedType::frame, findings, work);
             break;
         case RecordKind::slot:
-            checkType(type, records->slot, &CheckedType::slot, findings);
+            checkType(type, records->slot, &CheckedType::slot, findings, work);
             break;
         case RecordKind::card:
-            checkType(type, records->card, &CheckedType::card, findings);
+            checkType(type, records->card, &CheckedType::card, findings, work);
             break;
         case RecordKind::vm:
-            checkType(type, records->vm, &CheckedType::vm, findings);
+            checkType(type, records->vm, &CheckedType::vm, findings, work);
             break;
         }
     }
-}
-
-// A fault for which a query fails is not told a second time as one that it passes over.
-void dropToldFaults(std::vector<Finding> &findings)
-{
-    std::set<std::pair<Node, size_t>> told;
-    for (const Finding &finding : findings)
-        if (finding.check == &kQueryFails)
-            told.emplace(finding.element, finding.span.begin);
-    const auto isTold = [&](const Finding &finding) {
-        return finding.check->look.isOfIgnoredFaults && told.count({finding.element, finding.span.begin}) != 0;
-    };
-    findings.erase(std::remove_if(findings.begin(), findings.end(), isTold), findings.end());
 }
 
 } // namespace
@@ -230,18 +229,15 @@ void dropToldFaults(std::vector<Finding> &findings)
 std::vector<Finding> checkFile(const DescriptionFile &file)
 {
     Findings findings(file);
+    setAllowedApart(findings);
     const std::vector<DescribedType> types = file.types();
     for (const Check *check : lineup().files) {
         findings.run(*check);
         check->look.file(file, types, findings);
     }
     checkTypes(file, types, findings);
-    std::vector<Finding> &all = findings.all();
-    dropToldFaults(all);
     applyAllowances(findings);
-    std::stable_sort(all.begin(), all.end(),
-                     [](const Finding &one, const Finding &other) { return one.span.begin < other.span.begin; });
-    return std::move(all);
+    return findings.take();
 }
 
 } // namespace dcmtool

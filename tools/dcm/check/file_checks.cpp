@@ -6,8 +6,9 @@
 #include "tools/dcm/check/format_lookup.h"
 #include "vm/vm_format.h"
 
-#include <algorithm>
 #include <map>
+#include <set>
+#include <tuple>
 #include <utility>
 
 namespace dcmtool {
@@ -32,7 +33,7 @@ void wrongRoot(const DescriptionFile &file, const std::vector<DescribedType> &, 
         return;
     findings
         .at(nullptr, file.nameSpan(file.root()),
-            "the root is \"" + std::string(dcm::nameOf(file.root())) + "\": every query fails; expected \"" +
+            "the root is \"" + shortened(dcm::nameOf(file.root())) + "\": every query fails; expected \"" +
                 dcm::kDeviceName + "\", or \"" + dcm::kVmName + "\" for the ports of a virtual machine")
         .meaning(nearest(dcm::nameOf(file.root()), {dcm::kDeviceName, dcm::kVmName}));
 }
@@ -49,18 +50,17 @@ void shadowedType(const DescriptionFile &file, const std::vector<DescribedType> 
     std::map<Identity, Node> found;
     for (const DescribedType &type : types) {
         const dcm::NamedElement &row = rowOf(type.kind);
-        std::vector<uint32_t> told;
-        for (const uint32_t typeId : type.kind == RecordKind::vm ? std::vector<uint32_t>() : type.typeIds) {
+        std::set<uint32_t> told;
+        for (const uint32_t typeId : type.typeIds) {
             const auto [first, isFirst] = found.emplace(Identity(type.kind, typeId, type.mode), type.element);
-            if (isFirst || std::find(told.begin(), told.end(), typeId) != told.end())
+            if (isFirst || !told.insert(typeId).second)
                 continue;
-            told.push_back(typeId);
             // A slot may list a type twice.
             const std::string again = first->second == type.element ? " is listed twice" : " is described already";
             Finding &finding =
-                findings.at(type.element, file.valueSpan(type.element, row.element->attributes[0].name),
-                            std::string(row.name) + " " + shown(typeId, type.mode) + again +
-                                (first->second == type.element ? "" : ": queries find the first one, never this"));
+                findings.atValue(type.element, row.element->attributes[0].name,
+                                 std::string(row.name) + " " + shown(typeId, type.mode) + again +
+                                     (first->second == type.element ? "" : ": queries find the first one, never this"));
             if (first->second != type.element)
                 finding.noting(file.nameSpan(first->second), "the first one");
         }

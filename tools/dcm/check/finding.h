@@ -32,6 +32,8 @@ struct Finding {
     std::string text;
     std::string meant; // the nearest known word; empty when none is near
     std::vector<Note> notes;
+    size_t more = 0;  // how many others of the check are counted with it and not kept
+    size_t order = 0; // in which they were found
 
     Finding &noting(Span where, std::string what)
     {

@@ -48,6 +48,8 @@ Json findingOf(const DescriptionFile &file, const Finding &finding)
     json["text"] = finding.text;
     if (!finding.meant.empty())
         json["meant"] = finding.meant;
+    if (finding.more != 0)
+        json["count"] = 1 + finding.more;
     for (const Note &note : finding.notes)
         json["notes"].push_back({{"place", placeOf(file, note.span)}, {"text", note.text}});
     return json;
@@ -96,6 +98,8 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
     std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
     if (!finding.meant.empty())
         text += "; did you mean '" + finding.meant + "'?";
+    if (finding.more != 0)
+        text += "; and " + std::to_string(finding.more) + " more like it";
     Json location = locationOf(file, finding.span, isPlaced(finding));
     if (!finding.path.empty())
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
@@ -104,6 +108,8 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
                    {"level", nameOf(finding.severity)},
                    {"message", {{"text", text}}},
                    {"locations", Json::array({location})}};
+    if (finding.more != 0)
+        result["occurrenceCount"] = 1 + finding.more;
     for (const Note &note : finding.notes) {
         Json related = locationOf(file, note.span, true);
         related["message"] = {{"text", note.text}};

@@ -19,11 +19,6 @@ using dcm::Kind;
 constexpr size_t kSystemRow = 0;
 constexpr size_t kCardRow = 2;
 
-std::string quoted(const std::string &text)
-{
-    return "'" + text + "'";
-}
-
 // ---- Names ----------------------------------------------------------------------------------------------------------
 
 // "led-TYPE-ID@ATTACH[SLOT][/CARD]", where a slot or card is a number, or "#" for the holder's own.
@@ -46,8 +41,12 @@ std::string takeUntil(std::string &text, char mark, bool &isThere)
     return part;
 }
 
-LedName splitName(std::string text)
+// Far more than any name has: a name is taken apart for each state that is shown on its LED.
+constexpr size_t kLongestName = 200;
+
+LedName splitName(const char *written)
 {
+    std::string text(written, strnlen(written, kLongestName));
     LedName name;
     bool hasLed = false;
     bool hasType = false;
@@ -85,6 +84,8 @@ bool isLedName(const LedName &name)
 void ledName(const Value &value, Findings &findings)
 {
     const LedName name = splitName(value.text);
+    if (isLedName(name) || findings.counts(value.spot.node))
+        return;
     const std::string start = quoted(value.text) + " is no LED name: ";
     const std::string end = "; it is reported and the entry counts all the same, partly filled";
     if (!name.isComplete)
@@ -99,14 +100,14 @@ void ledName(const Value &value, Findings &findings)
             .at(value, start + quoted(name.attach) + " is nothing to be attached to; expected " +
                            listed(wordsOf(dcm::kEttAttachWords)) + end)
             .meaning(nearest(name.attach, wordsOf(dcm::kEttAttachWords)));
-    else if (!isPlace(name.slot) || !isPlace(name.card))
+    else
         findings.at(value, start + quoted(isPlace(name.slot) ? name.card : name.slot) +
                                " is neither '#' nor a number up to 255" + end);
 }
 
 void ledSource(const Value &value, Findings &findings)
 {
-    const std::string text = value.text;
+    const std::string text(value.text, strnlen(value.text, kLongestName));
     const size_t slash = text.find('/');
     const auto isNumber = [](const std::string &part) {
         return !part.empty() && part.size() < 10 && part.find_first_not_of("0123456789") == std::string::npos;
@@ -117,40 +118,10 @@ void ledSource(const Value &value, Findings &findings)
                                           "like 'src-3/1'");
 }
 
-// Whether a unit's own "led-entity" declares an LED of this type and number.
-bool declares(Node holder, const dcm::Element &format, const LedName &name)
-{
-    for (const Node block : dcm::children(holder)) {
-        const size_t row = findRow(format, dcm::nameOf(block));
-        if (row == format.childCount || format.children[row].element != &dcm::kLedEntityElement)
-            continue;
-        for (const Node led : dcm::children(block)) {
-            const dcm::NamedElement &ledRow = dcm::kLedEntityElement.children[0];
-            if (!dcm::isNamed(led, ledRow.name))
-                continue;
-            const dcm::Attribute *type = findAttribute(*ledRow.element, Kind::keyword);
-            const dcm::Text typeText = dcm::Text::attribute(led, type->name, {"dcm"});
-            const std::vector<uint32_t> ids = idsOf(led, *ledRow.element);
-            const auto id = static_cast<uint32_t>(std::stoi(name.id));
-            if (typeText && name.type == typeText.c_str() && std::find(ids.begin(), ids.end(), id) != ids.end())
-                return true;
-        }
-    }
-    return false;
-}
-
 // Whether a frame or card of the file may have the LED, whichever of the two it is attached to.
-bool declaresAnywhere(const std::vector<DescribedType> &types, RecordKind kind, const LedName &name)
+bool isDeclaredAnywhere(const Declarations &declarations, RecordKind kind, const LedName &name, uint32_t id)
 {
-    bool isAny = false;
-    for (const DescribedType &type : types) {
-        if (type.kind != kind)
-            continue;
-        isAny = true;
-        if (declares(type.element, *rowOf(kind).element, name))
-            return true;
-    }
-    return !isAny;
+    return !declarations.has(kind) || declarations.leds(kind).has(name.type.c_str(), id);
 }
 
 void ledNotDeclared(const Value &value, Findings &findings)
@@ -159,8 +130,11 @@ void ledNotDeclared(const Value &value, Findings &findings)
     const Spot *map = &value.spot;
     while (map != nullptr && map->format != &dcm::kLedMapElement)
         map = map->parent;
-    if (map == nullptr || map->parent == nullptr || !isLedName(name) ||
-        declares(map->parent->node, *map->parent->format, name))
+    if (map == nullptr || map->parent == nullptr || !isLedName(name))
+        return;
+    const Declarations &declarations = value.spot.type.declarations;
+    const auto id = static_cast<uint32_t>(std::stoi(name.id));
+    if (declarations.ledsOf(map->parent->node, *map->parent->format).has(name.type.c_str(), id))
         return;
     const bool isOfSystem = name.attach == gDcmEttAttachStrs[kSystemRow];
     const bool isOfCard = name.attach == gDcmEttAttachStrs[kCardRow];
@@ -168,7 +142,7 @@ void ledNotDeclared(const Value &value, Findings &findings)
     // What is attached to something else is declared there.
     if (!isOwn) {
         const RecordKind kind = isOfSystem ? RecordKind::frame : RecordKind::card;
-        if ((!isOfSystem && !isOfCard) || declaresAnywhere(value.spot.type.types, kind, name))
+        if ((!isOfSystem && !isOfCard) || isDeclaredAnywhere(declarations, kind, name, id))
             return;
     }
     findings.at(value, "no LED of type " + quoted(name.type) + " and number " + name.id + " is declared " +
@@ -192,7 +166,7 @@ std::string ledTypeOf(const Value &value)
     const bool isOfSource = name == nullptr || value.attribute != nullptr;
     if (isOfSource && type != nullptr)
         if (const dcm::Text text = led->text(type->name))
-            return text.c_str();
+            return {text.c_str(), strnlen(text.c_str(), kLongestName)};
     if (name != nullptr)
         if (const dcm::Text text = led->text(name->name))
             return splitName(text.c_str()).type;
@@ -210,11 +184,11 @@ void ledState(const Value &value, Findings &findings)
     const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(row));
     if (states == nullptr) {
         // What every LED shows by default needs no table.
-        if (!isDisplay || std::strcmp(value.text, "default") != 0)
+        if ((!isDisplay || std::strcmp(value.text, "default") != 0) && !findings.counts(value.spot.node))
             findings.at(value, "LEDs of type " + quoted(type) + " have no states, not " + quoted(value.text) + end);
         return;
     }
-    if (!isWord(value.text, *states))
+    if (!isWord(value.text, *states) && !findings.counts(value.spot.node))
         findings
             .at(value, quoted(value.text) + " is no state of LEDs of type " + quoted(type) + end + "; expected " +
                            listed(wordsOf(*states)))
@@ -257,19 +231,18 @@ void ledPriority(const Spot &spot, Findings &findings)
         if (row.element != &dcm::kLedStateElement)
             continue;
         const Display display = displayOf(child.node, *row.element, ledType, ++position);
-        const DescriptionFile &file = findings.file();
-        const auto span = [&] { return file.valueSpan(child.node, findAttribute(*row.element, Kind::id)->name); };
+        const char *pri = findAttribute(*row.element, Kind::id)->name;
         if (display.priority == 0) {
-            findings.at(child.node, span(),
-                        "an LED has displays of priority 1 to " + std::to_string(DCM_LED_STATE_MAX) +
-                            " only: this one is passed over");
+            findings.atValue(child.node, pri,
+                             "an LED has displays of priority 1 to " + std::to_string(DCM_LED_STATE_MAX) +
+                                 " only: this one is passed over");
         } else if (taken[display.priority] != nullptr) {
             findings
-                .at(child.node, span(),
-                    "priority " + std::to_string(display.priority) + " is given twice: " +
-                        (display.isDefault ? "the default takes the place of the first display"
-                                           : "this display is reported and passed over"))
-                .noting(file.nameSpan(taken[display.priority]), "the first one");
+                .atValue(child.node, pri,
+                         "priority " + std::to_string(display.priority) + " is given twice: " +
+                             (display.isDefault ? "the default takes the place of the first display"
+                                                : "this display is reported and passed over"))
+                .noting(findings.file().nameSpan(taken[display.priority]), "the first one");
         } else {
             taken[display.priority] = child.node;
         }

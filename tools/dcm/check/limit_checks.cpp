@@ -9,7 +9,7 @@ namespace dcmtool {
 
 namespace {
 
-std::string quoted(const std::string &name)
+std::string named(const std::string &name)
 {
     return "\"" + name + "\"";
 }
@@ -56,12 +56,10 @@ std::optional<Stored> numberIn(const Spot &spot, std::string_view name, std::str
 Finding &tell(const Stored &number, const std::string &relation, const Stored &other, const std::string &outcome,
               Findings &findings)
 {
-    const DescriptionFile &file = findings.file();
     return findings
-        .at(number.node, file.contentSpan(number.node),
-            quoted(number.name) + " " + std::to_string(number.value) + " is " + relation + " " + quoted(other.name) +
-                " " + std::to_string(other.value) + ": " + outcome)
-        .noting(file.contentSpan(other.node), quoted(other.name) + " stands here");
+        .atContent(number.node, named(number.name) + " " + std::to_string(number.value) + " is " + relation + " " +
+                                    named(other.name) + " " + std::to_string(other.value) + ": " + outcome)
+        .noting(findings.file().contentSpan(other.node), named(other.name) + " stands here");
 }
 
 constexpr char kHigh[] = "high";

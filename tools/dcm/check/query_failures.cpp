@@ -7,13 +7,16 @@
 #include <algorithm>
 #include <cctype>
 #include <functional>
-#include <unordered_map>
+#include <utility>
 
 namespace dcmtool {
 
 namespace {
 
 constexpr size_t kMostFailures = 256; // of one type
+constexpr size_t kMostIdsTried = 16;
+constexpr size_t kMostNeighboursTried = 32;
+constexpr size_t kLongestMessage = 300;
 
 std::vector<Node> childrenOf(Node parent)
 {
@@ -28,51 +31,83 @@ xmlChar *xmlText(const char *text)
     return reinterpret_cast<xmlChar *>(const_cast<char *>(text)); // NOLINT(cppcoreguidelines-pro-type-const-cast)
 }
 
-// ---- A copy that may be changed -------------------------------------------------------------------------------------
+// ---- Changes, for a while -------------------------------------------------------------------------------------------
 
-// A frame, slot or card of its own, each of whose elements knows the one that it was copied from.
-class Copy {
+// Changes a frame, slot or card until it goes out of scope.
+class Repairs {
 public:
-    explicit Copy(Node original) : root_(xmlDocCopyNode(original, original->doc, 1))
-    {
-        // Some texts and names lead up to the root of the description.
-        if (root_ != nullptr) {
-            root_->parent = original->parent;
-            match(root_, original);
-        }
-    }
-    ~Copy()
-    {
-        if (root_ != nullptr)
-            root_->parent = nullptr;
-        xmlFreeNode(root_);
-        for (xmlNode *node : removed_)
-            xmlFreeNode(node);
-    }
-    Copy(const Copy &) = delete;
-    Copy &operator=(const Copy &) = delete;
+    explicit Repairs(Node root) : root_(root) {}
+    ~Repairs() { undoTo(0); }
+    Repairs(const Repairs &) = delete;
+    Repairs &operator=(const Repairs &) = delete;
 
     Node root() const { return root_; }
-    Node originalOf(Node copy) const { return originals_.at(copy); }
+
     void remove(Node node)
     {
+        undoes_.push_back([back = Position(node)] { back.restore(); });
         xmlUnlinkNode(node);
-        removed_.push_back(node);
+    }
+    void moveBehind(Node sibling, Node node)
+    {
+        undoes_.push_back([back = Position(node)] { back.restore(); });
+        xmlAddNextSibling(sibling, node);
+    }
+    // Gives an attribute another value, or none.
+    void setAttribute(Node element, const char *name, const char *value)
+    {
+        if (xmlAttr *attribute = xmlHasProp(element, xmlText(name)))
+            if (attribute->type == XML_ATTRIBUTE_NODE)
+                removeAttribute(attribute);
+        if (value == nullptr)
+            return;
+        if (xmlAttr *added = xmlNewProp(element, xmlText(name), xmlText(value)))
+            undoes_.push_back([added] { xmlRemoveProp(added); });
+    }
+    // Takes the last changes back, down to so many.
+    size_t count() const { return undoes_.size(); }
+    void undoTo(size_t count)
+    {
+        while (undoes_.size() > count) {
+            undoes_.back()();
+            undoes_.pop_back();
+        }
     }
 
 private:
-    void match(Node copy, Node original)
+    // Where a node stands.
+    class Position {
+    public:
+        explicit Position(Node node) : node_(node), parent_(node->parent), next_(node->next) {}
+        void restore() const
+        {
+            if (next_ != nullptr)
+                xmlAddPrevSibling(next_, node_);
+            else
+                xmlAddChild(parent_, node_);
+        }
+
+    private:
+        Node node_;
+        Node parent_;
+        Node next_;
+    };
+
+    void removeAttribute(xmlAttr *attribute)
     {
-        originals_.emplace(copy, original);
-        const std::vector<Node> copies = childrenOf(copy);
-        const std::vector<Node> children = childrenOf(original);
-        for (size_t i = 0; i < copies.size() && i < children.size(); i++)
-            match(copies[i], children[i]);
+        xmlAttr **link = attribute->prev != nullptr ? &attribute->prev->next : &attribute->parent->properties;
+        *link = attribute->next;
+        if (attribute->next != nullptr)
+            attribute->next->prev = attribute->prev;
+        undoes_.push_back([attribute, link] {
+            *link = attribute;
+            if (attribute->next != nullptr)
+                attribute->next->prev = attribute;
+        });
     }
 
     Node root_;
-    std::unordered_map<Node, Node> originals_;
-    std::vector<xmlNode *> removed_;
+    std::vector<std::function<void()>> undoes_;
 };
 
 // Hides the siblings behind a node, or all children of one, until it goes out of scope.
@@ -107,15 +142,35 @@ private:
 
 // ---- Finding the guilty element -------------------------------------------------------------------------------------
 
-using Run = std::function<Outcome()>;
+// Decodes what is not hidden, as long as there is room for that.
+class Decoding {
+public:
+    Decoding(std::function<Outcome(size_t)> run, size_t cost, DecodingWork &work)
+        : run_(std::move(run)), cost_(cost), work_(work)
+    {
+    }
+
+    // The messages of the outcome begin with `firstMessage`.
+    Outcome operator()(size_t firstMessage = 0) const
+    {
+        work_.left -= std::min(work_.left, cost_);
+        return run_(firstMessage);
+    }
+    bool isTooMuch() const { return work_.left < cost_; }
+
+private:
+    std::function<Outcome(size_t)> run_;
+    size_t cost_;
+    DecodingWork &work_;
+};
 
 struct Guilty {
-    Node element = nullptr; // of the copy
-    std::string message;    // the innermost of those that follow from it
+    Node element = nullptr;
+    std::string message; // the innermost of those that follow from it
 };
 
 // The first of `children` with which decoding fails; `decoded` is what came of those before it.
-Node firstFailing(const std::vector<Node> &children, const Run &run, Outcome &decoded)
+Node firstFailing(const std::vector<Node> &children, const Decoding &run, Outcome &decoded)
 {
     size_t from = 0;
     size_t to = children.size() - 1;
@@ -136,7 +191,7 @@ Node firstFailing(const std::vector<Node> &children, const Run &run, Outcome &de
 
 // Goes down from an element with which decoding fails to the innermost of which that is true. Decoding keeps to the
 // order of the document: what comes behind the first fault is hidden.
-Guilty findGuilty(Node root, const Run &run)
+Guilty findGuilty(Node root, const Decoding &run)
 {
     Hiding hiding;
     Node element = root;
@@ -154,11 +209,11 @@ Guilty findGuilty(Node root, const Run &run)
         if (!decoded.isDecoded)
             break;
         element = firstFailing(children, run, decoded);
-        told = decoded.messages.size();
+        told = decoded.messageCount;
         hiding.behind(element);
     }
-    const Outcome failed = run();
-    return {element, told < failed.messages.size() ? failed.messages[told].text : ""};
+    const Outcome failed = run(told);
+    return {element, failed.messages.empty() ? "" : failed.messages.front().text};
 }
 
 // ---- What is wrong with it ------------------------------------------------------------------------------------------
@@ -169,7 +224,7 @@ struct Fault {
     bool mayBeOrder = false; // something behind it may be what it lacks
     std::string text;
     std::string meant;
-    Node first = nullptr; // which is described twice, of the copy
+    Node first = nullptr; // which is described twice
 };
 
 bool isBitList(const char *text, const dcm::Content &content)
@@ -214,11 +269,6 @@ bool announced(Node element, uint32_t &count)
     if (text)
         count = text.number();
     return static_cast<bool>(text);
-}
-
-std::string quoted(const std::string &text)
-{
-    return "'" + text + "'";
 }
 
 // Whether a value is wrong whatever stands around it; `fault` then says why.
@@ -364,11 +414,10 @@ Fault faultOf(const Guilty &guilty, const dcm::Element *format)
     return fault;
 }
 
-// ---- Mending
-// ---------------------------------------------------------------------------------------------------------
+// ---- Mending --------------------------------------------------------------------------------------------------------
 
 // Whether decoding gets past the head of an element, with nothing in it and behind it.
-bool isMended(Node root, Node element, const Run &run)
+bool isMended(Node root, Node element, const Decoding &run)
 {
     Hiding hiding;
     for (Node node = element; node != root; node = node->parent)
@@ -377,7 +426,7 @@ bool isMended(Node root, Node element, const Run &run)
     return run().isDecoded;
 }
 
-// The ids that no sibling has.
+// The first ids that no sibling has.
 std::vector<std::string> freeIds(Node element, const dcm::Attribute &id)
 {
     std::vector<bool> isTaken(DCM_PANEL_IF_MAX + 1);
@@ -391,7 +440,7 @@ std::vector<std::string> freeIds(Node element, const dcm::Attribute &id)
                     isTaken[number] = true;
     }
     std::vector<std::string> ids;
-    for (size_t number = id.content.least; number < isTaken.size(); number++)
+    for (size_t number = id.content.least; number < isTaken.size() && ids.size() < kMostIdsTried; number++)
         if (!isTaken[number])
             ids.push_back(std::to_string(number));
     return ids;
@@ -413,113 +462,168 @@ std::vector<std::string> betterValues(Node element, const dcm::Attribute &attrib
     }
 }
 
-// Takes a fault out of the copy, and as little else as possible; false when nothing but the whole would be left out.
-bool mend(Copy &copy, const Guilty &guilty, const Fault &fault, const Run &run)
+// Takes a fault out, and as little else as possible; false when nothing but the whole would be left out.
+bool mend(Repairs &repairs, const Guilty &guilty, const Fault &fault, const Decoding &run)
 {
     const Node element = guilty.element;
     if (fault.attribute != nullptr) {
-        const dcm::Text before = textOf(element, fault.attribute);
-        const std::string text = before ? before.c_str() : "";
-        if (fault.attribute->need == dcm::Need::optional) {
-            xmlUnsetProp(element, xmlText(fault.attribute->name));
-            if (isMended(copy.root(), element, run))
+        const size_t before = repairs.count();
+        const auto isMendedBy = [&](const char *value) {
+            repairs.setAttribute(element, fault.attribute->name, value);
+            if (isMended(repairs.root(), element, run))
                 return true;
-        }
-        for (const std::string &value : betterValues(element, *fault.attribute)) {
-            xmlSetProp(element, xmlText(fault.attribute->name), xmlText(value.c_str()));
-            if (isMended(copy.root(), element, run))
+            repairs.undoTo(before);
+            return false;
+        };
+        if (fault.attribute->need == dcm::Need::optional && isMendedBy(nullptr))
+            return true;
+        for (const std::string &value : betterValues(element, *fault.attribute))
+            if (isMendedBy(value.c_str()))
                 return true;
-        }
-        xmlSetProp(element, xmlText(fault.attribute->name), xmlText(text.c_str()));
     }
-    if (element == copy.root())
+    if (element == repairs.root())
         return false;
-    copy.remove(element);
+    repairs.remove(element);
     return true;
 }
 
-// Moves an element behind each later sibling in turn until decoding gets past it; the sibling that it takes, or
-// nullptr.
-Node siblingItNeeds(Copy &copy, const Guilty &guilty, const Run &run)
+// Moves an element behind the first of some later siblings with which decoding gets past the guilty one; that sibling,
+// or nullptr. The near ones are tried one by one. Farther away, what comes to stand before an element in which decoding
+// goes well also does before the next.
+Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &siblings, Node guilty, const Decoding &run)
 {
-    for (Node moved = guilty.element; moved != copy.root(); moved = moved->parent) {
-        const std::vector<Node> siblings = childrenOf(moved->parent);
-        const size_t position =
-            static_cast<size_t>(std::find(siblings.begin(), siblings.end(), moved) - siblings.begin());
-        for (size_t i = position + 1; i < siblings.size(); i++) {
-            if (dcm::nameOf(siblings[i]) == nullptr || dcm::isNamed(siblings[i], dcm::nameOf(moved)))
-                continue;
-            xmlAddNextSibling(siblings[i], moved);
-            if (isMended(copy.root(), guilty.element, run))
-                return siblings[i];
-        }
-        // Back to where it was.
-        if (position + 1 < siblings.size())
-            xmlAddPrevSibling(siblings[position + 1], moved);
+    const size_t before = repairs.count();
+    const auto helps = [&](size_t i) {
+        repairs.moveBehind(siblings[i], moved);
+        if (isMended(repairs.root(), guilty, run))
+            return true;
+        repairs.undoTo(before);
+        return false;
+    };
+    size_t from = 0; // those before do not help
+    size_t probe = 0;
+    while (!helps(probe)) {
+        from = probe + 1;
+        if (from == siblings.size() || run.isTooMuch())
+            return nullptr;
+        probe = std::min(from < kMostNeighboursTried ? from : 2 * from, siblings.size() - 1);
+    }
+    size_t to = probe;
+    while (from < to) {
+        const size_t middle = from + (to - from) / 2;
+        repairs.undoTo(before);
+        if (helps(middle))
+            to = middle;
+        else
+            from = middle + 1;
+    }
+    repairs.undoTo(before);
+    repairs.moveBehind(siblings[to], moved);
+    return siblings[to];
+}
+
+// The same for an element and those around it.
+Node siblingItNeeds(Repairs &repairs, const Guilty &guilty, const Decoding &run)
+{
+    for (Node moved = guilty.element; moved != repairs.root(); moved = moved->parent) {
+        std::vector<Node> siblings;
+        for (Node next = moved->next; next != nullptr; next = next->next)
+            if (next->type == XML_ELEMENT_NODE && !dcm::isNamed(next, dcm::nameOf(moved)))
+                siblings.push_back(next);
+        if (siblings.empty())
+            continue;
+        if (const Node needed = siblingThatHelps(repairs, moved, siblings, guilty.element, run))
+            return needed;
     }
     return nullptr;
 }
 
-void tell(const Copy &copy, const Guilty &guilty, const Fault &fault, Findings &findings)
+std::string failing(const std::string &message)
 {
-    const Node element = copy.originalOf(guilty.element);
-    const DescriptionFile &file = findings.file();
-    Span span = file.nameSpan(element);
-    if (fault.attribute != nullptr)
-        span = file.valueSpan(element, fault.attribute->name);
-    else if (fault.isContent)
-        span = file.contentSpan(element);
-    Finding &finding = findings.at(element, span, fault.text + "; the query fails: \"" + guilty.message + "\"");
-    finding.meaning(fault.meant);
-    if (fault.first != nullptr)
-        finding.noting(file.nameSpan(copy.originalOf(fault.first)), "described here");
+    return "; the query fails: \"" + shortened(message, kLongestMessage) + "\"";
 }
 
-void tellOrder(const Copy &copy, const Guilty &guilty, Node needed, Findings &findings)
+void tell(const Guilty &guilty, const Fault &fault, Findings &findings)
 {
-    const Node element = copy.originalOf(guilty.element);
-    const Node sibling = copy.originalOf(needed);
+    const DescriptionFile &file = findings.file();
+    const std::string text = fault.text + failing(guilty.message);
+    Finding &finding = fault.attribute != nullptr ? findings.atValue(guilty.element, fault.attribute->name, text)
+                       : fault.isContent          ? findings.atContent(guilty.element, text)
+                                                  : findings.atName(guilty.element, text);
+    finding.meaning(fault.meant);
+    if (fault.first != nullptr)
+        finding.noting(file.nameSpan(fault.first), "described here");
+}
+
+void tellOrder(const Guilty &guilty, Node sibling, Findings &findings)
+{
     findings
-        .at(element, findings.file().nameSpan(element),
-            "stands before \"" + std::string(dcm::nameOf(sibling)) + "\", which it needs; the query fails: \"" +
-                guilty.message + "\"")
+        .atName(guilty.element,
+                "stands before \"" + std::string(dcm::nameOf(sibling)) + "\", which it needs" + failing(guilty.message))
         .noting(findings.file().nameSpan(sibling), "expected before it");
+}
+
+// To find each fault, what stands before it is decoded again and again.
+void tellEnd(const DescribedType &type, const Outcome &outcome, Findings &findings)
+{
+    findings.endSearch();
+    findings.atName(
+        type.element,
+        "there is more that makes the query fail, but the search for it has ended because it takes too long" +
+            failing(outcome.messages.empty() ? "" : outcome.messages.back().text));
+}
+
+// How much of the file a frame, slot or card takes, and what the record of one costs beside that.
+template <class Record> size_t costOf(const DescriptionFile &file, Node element)
+{
+    Node next = element->next;
+    while (next != nullptr && next->type != XML_ELEMENT_NODE)
+        next = next->next;
+    const size_t begin = file.nameSpan(element).begin;
+    const size_t end = next != nullptr ? file.nameSpan(next).begin : file.text().size();
+    return (end > begin ? end - begin : file.text().size()) + sizeof(Record) / 16;
 }
 
 } // namespace
 
 template <class Record>
-bool explainFailures(const DescriptionFile &file, const DescribedType &type, Record &record, Findings &findings)
+bool explainFailures(const DescriptionFile &file, const DescribedType &type, Record &record, Findings &findings,
+                     DecodingWork &work)
 {
     findings.run(kQueryFails);
-    Copy copy(type.element);
-    if (copy.root() == nullptr)
-        return false;
-    DescribedType described = type;
-    described.element = copy.root();
-    const Run run = [&] { return file.decode(described, record); };
-    for (size_t i = 0; i < kMostFailures; i++) {
-        if (run().isDecoded)
+    Repairs repairs(type.element);
+    const Decoding run([&](size_t firstMessage) { return file.decode(type, record, firstMessage); },
+                       costOf<Record>(file, type.element), work);
+    for (size_t i = 0;; i++) {
+        const Outcome outcome = run();
+        if (outcome.isDecoded)
             return true;
-        const Guilty guilty = findGuilty(copy.root(), run);
+        if (i == kMostFailures || run.isTooMuch()) {
+            tellEnd(type, run(outcome.messageCount - std::min<size_t>(outcome.messageCount, 1)), findings);
+            return false;
+        }
+        const Guilty guilty = findGuilty(repairs.root(), run);
         const Fault fault = faultOf(guilty, formatOf(guilty.element));
         if (fault.mayBeOrder) {
-            if (const Node needed = siblingItNeeds(copy, guilty, run)) {
-                tellOrder(copy, guilty, needed, findings);
+            if (const Node needed = siblingItNeeds(repairs, guilty, run)) {
+                tellOrder(guilty, needed, findings);
                 continue;
             }
         }
-        tell(copy, guilty, fault, findings);
-        if (!mend(copy, guilty, fault, run))
+        tell(guilty, fault, findings);
+        if (!mend(repairs, guilty, fault, run))
             return false;
     }
-    return false;
 }
 
-template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmFrameInfo &, Findings &);
-template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmSlotInfo &, Findings &);
-template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmCardInfo &, Findings &);
-template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmVmPortInfo &, Findings &);
+template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmFrameInfo &, Findings &,
+                              DecodingWork &);
+template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmSlotInfo &, Findings &,
+                              DecodingWork &);
+template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmCardInfo &, Findings &,
+                              DecodingWork &);
+template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmVmPortInfo &, Findings &,
+                              DecodingWork &);
 
 // ---- The check ------------------------------------------------------------------------------------------------------
 

@@ -14,6 +14,8 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <optional>
+#include <set>
 #include <tuple>
 
 namespace dcmtool {
@@ -24,9 +26,12 @@ using dcm::Kind;
 
 std::string listedNumbers(const std::vector<uint32_t> &numbers)
 {
+    constexpr size_t kShown = 24;
     std::string list;
-    for (size_t i = 0; i < numbers.size(); i++)
+    for (size_t i = 0; i < numbers.size() && i < kShown; i++)
         list += (i == 0 ? "" : i + 1 == numbers.size() ? " and " : ", ") + std::to_string(numbers[i]);
+    if (numbers.size() > kShown)
+        list += " and " + std::to_string(numbers.size() - kShown) + " more";
     return list;
 }
 
@@ -69,9 +74,9 @@ void tellAt(const Spot &spot, const char *name, const char *otherName, std::stri
     if (child == nullptr)
         child = lastChild(spot, otherName);
     if (child != nullptr)
-        findings.at(child->node, findings.file().contentSpan(child->node), std::move(text));
+        findings.atContent(child->node, std::move(text));
     else
-        findings.atValue(spot, idAttribute(*spot.format)->name, std::move(text));
+        findings.atValue(spot.node, idAttribute(*spot.format)->name, std::move(text));
 }
 
 // ---- Slots ----------------------------------------------------------------------------------------------------------
@@ -103,7 +108,7 @@ void slotBeyondFrame(const Spot &spot, Findings &findings)
     if (spot.parent != nullptr && spot.parent->format == &dcm::kSlotInfoElement) {
         const std::vector<uint32_t> ids = idsOf(spot.node, *spot.format);
         if (!ids.empty() && ids[0] > frame->maxSlotId && ids[0] <= DCM_SLOT_MAX)
-            findings.atValue(spot, idAttribute(*spot.format)->name, beyond(ids, *frame));
+            findings.atValue(spot.node, idAttribute(*spot.format)->name, beyond(ids, *frame));
     }
     if (spot.format != &dcm::kFanModuleElement)
         return;
@@ -120,24 +125,26 @@ void slotBeyondFrame(const Spot &spot, Findings &findings)
 
 void cardNotDescribed(const Value &value, Findings &findings)
 {
-    const std::vector<DescribedType> &types = value.spot.type.types;
-    const auto isCard = [](const DescribedType &type) { return type.kind == RecordKind::card; };
+    const std::set<uint32_t> &described = value.spot.type.declarations.cards();
     // A description of frames alone knows no cards.
-    if (std::none_of(types.begin(), types.end(), isCard))
+    if (described.empty())
         return;
     // No list has more numbers than characters; those that the record has no room for are told elsewhere.
     std::vector<uint32_t> cards(std::strlen(value.text) + 1);
     const auto size = static_cast<int32_t>(std::min<size_t>(cards.size() * sizeof(uint32_t), INT32_MAX));
     static_cast<void>(dcmStr2Array(value.text, cards.data(), size));
+    constexpr size_t kShown = 24;
     std::string unknown;
     size_t count = 0;
     for (size_t i = 0; i < DCM_SLOT_CARD_TYPE_MAX && cards[i] != 0; i++) {
-        const auto isThis = [&](const DescribedType &type) { return isCard(type) && type.typeIds.front() == cards[i]; };
-        if (std::none_of(types.begin(), types.end(), isThis)) {
-            unknown += (count == 0 ? "" : ", ") + hex(cards[i]);
+        if (described.count(cards[i]) == 0) {
+            if (count < kShown)
+                unknown += (count == 0 ? "" : ", ") + hex(cards[i]);
             count++;
         }
     }
+    if (count > kShown)
+        unknown += " and " + std::to_string(count - kShown) + " more";
     if (count != 0)
         findings.at(value, std::string(count == 1 ? "card type " : "card types ") + unknown +
                                (count == 1 ? " is" : " are") +
@@ -161,8 +168,9 @@ void fanWithoutController(const Spot &spot, Findings &findings)
         lastChild(spot, dcm::kFanCtrlOffsetName) == nullptr)
         return;
     std::vector<uint32_t> controllers;
-    for (const uint32_t module : idsOf(spot.parent->node, *spot.parent->format))
-        for (const uint32_t fan : idsOf(spot.node, *spot.format)) {
+    const std::vector<uint32_t> fans = idsOf(spot.node, *spot.format);
+    for (const uint32_t module : spot.parent->ids())
+        for (const uint32_t fan : fans) {
             if (module < 1 || module > DCM_FAN_MODULE_MAX || fan < 1 || fan > DCM_FAN_MAX)
                 continue;
             const uint32_t controller = frame->fanModuleInfo[module - 1].fan[fan - 1].fanCtrlId;
@@ -227,9 +235,8 @@ void tellMissingControllers(Node sensor, const IsThere &isThere, const char *whe
         return;
     const std::vector<uint32_t> controllers = missing(numbersOf(text.c_str(), *content), isThere);
     if (!controllers.empty())
-        findings.at(list, findings.file().contentSpan(list),
-                    named("fan controller", controllers) + " not described in " + where +
-                        ": no fan runs faster when the sensor gets hot");
+        findings.atContent(list, named("fan controller", controllers) + " not described in " + where +
+                                     ": no fan runs faster when the sensor gets hot");
 }
 
 void sensorWithoutController(const DescriptionFile &, const std::vector<DescribedType> &types, Findings &findings)
@@ -273,8 +280,8 @@ void cooledUnitMissing(const Spot &spot, Findings &findings)
         const auto isThere = [&](uint32_t id) { return units[id - 1].id != 0; };
         const auto numbers = missing(numbersOf(text.c_str(), spot.rowOf(*list).element->content), isThere);
         if (!numbers.empty())
-            findings.at(list->node, findings.file().contentSpan(list->node),
-                        named(what, numbers) + " not described in this frame: the controller cools what is not there");
+            findings.atContent(list->node, named(what, numbers) +
+                                               " not described in this frame: the controller cools what is not there");
     };
     look(dcm::kCooledPowerName, "power supply", frame->powerInfo);
     look(dcm::kCooledFanModuleName, "fan module", frame->fanModuleInfo);
@@ -291,16 +298,17 @@ bool isPort(const dcm::Element *format)
     return std::find(std::begin(ports), std::end(ports), format) != std::end(ports);
 }
 
-// Where a block describes its port `id`: what comes last holds.
-const KnownChild *describerOf(const Spot &block, uint32_t id)
+// Where a block describes each of its ports, by their ids: what comes last holds.
+using Describers = std::array<const KnownChild *, DCM_PANEL_IF_MAX + 1>;
+
+Describers describersIn(const Spot &block)
 {
-    const KnownChild *last = nullptr;
-    for (const KnownChild &child : block.known) {
-        const std::vector<uint32_t> ids = idsOf(child.node, *block.rowOf(child).element);
-        if (std::find(ids.begin(), ids.end(), id) != ids.end())
-            last = &child;
-    }
-    return last;
+    Describers describers = {};
+    for (const KnownChild &child : block.known)
+        for (const uint32_t id : idsOf(child.node, *block.rowOf(child).element))
+            if (id < describers.size())
+                describers[id] = &child;
+    return describers;
 }
 
 Span idSpan(const Spot &block, const KnownChild &port, const Findings &findings)
@@ -326,6 +334,8 @@ Identity identityOf(const DcmEthpppIfInfo &port)
 
 template <class Port, size_t Size> void findSamePorts(const Spot &block, const Port (&ports)[Size], Findings &findings)
 {
+    static_assert(Size <= DCM_PANEL_IF_MAX);
+    std::optional<Describers> describers; // mostly no one asks
     for (uint32_t i = 1; i < Size; i++) {
         const Identity identity = identityOf(ports[i]);
         if (std::get<3>(identity) == DCM_PORT_UNSPEC)
@@ -335,14 +345,18 @@ template <class Port, size_t Size> void findSamePorts(const Spot &block, const P
             first++;
         if (first == i)
             continue;
-        const KnownChild *one = describerOf(block, first + 1);
-        const KnownChild *other = describerOf(block, i + 1);
+        if (!describers)
+            describers = describersIn(block);
+        const KnownChild *one = (*describers)[first + 1];
+        const KnownChild *other = (*describers)[i + 1];
         if (one == nullptr || other == nullptr)
             continue;
-        Finding &finding =
-            findings.at(other->node, idSpan(block, *other, findings),
-                        "port " + std::to_string(i + 1) + " has the port id " + std::to_string(ports[i].portId) +
-                            " of port " + std::to_string(first + 1) + ": what comes from one is taken for the other's");
+        if (findings.counts(other->node))
+            continue;
+        Finding &finding = findings.atValue(
+            other->node, idAttribute(*block.rowOf(*other).element)->name,
+            "port " + std::to_string(i + 1) + " has the port id " + std::to_string(ports[i].portId) + " of port " +
+                std::to_string(first + 1) + ": what comes from one is taken for the other's");
         if (one->node != other->node)
             finding.noting(idSpan(block, *one, findings), "port " + std::to_string(first + 1) + " stands here");
     }
@@ -422,9 +436,10 @@ void overwrittenPort(const Spot &spot, Findings &findings)
             if (!entries[id].isTaken)
                 entries[id] = {&child, takes};
         }
-        if (first != nullptr)
+        if (first != nullptr && !findings.counts(child.node))
             findings
-                .at(child.node, idSpan(spot, child, findings),
+                .atValue(
+                    child.node, idAttribute(format)->name,
                     named("port", overwritten) +
                         " described before, without what marks an entry as taken: what stands here is written over it")
                 .noting(idSpan(spot, *first, findings), "described here before");

@@ -10,18 +10,21 @@
 
 #include <libxml/tree.h>
 
-#include <algorithm>
+#include <array>
+#include <bitset>
 #include <cstring>
 #include <map>
 #include <set>
+#include <string_view>
 
 namespace dcmtool {
 
 namespace {
 
-std::string quoted(const std::string &name)
+// A name in the quotes of names: those of values are others.
+std::string named(const std::string &name)
 {
-    return "\"" + name + "\"";
+    return "\"" + shortened(name) + "\"";
 }
 
 // ---- What the format does not know ----------------------------------------------------------------------------------
@@ -76,7 +79,7 @@ std::string listedNames(const std::vector<std::string> &names)
 {
     std::string list;
     for (size_t i = 0; i < names.size(); i++)
-        list += (i == 0 ? "" : i + 1 == names.size() ? " or " : ", ") + quoted(names[i]);
+        list += (i == 0 ? "" : i + 1 == names.size() ? " or " : ", ") + named(names[i]);
     return list;
 }
 
@@ -91,31 +94,33 @@ bool isForeign(const Stranger &stranger)
 
 Finding &tell(const Stranger &stranger, std::string text, Findings &findings)
 {
-    const DescriptionFile &file = findings.file();
-    const Span span =
-        stranger.isAttribute ? file.attributeSpan(stranger.node, stranger.name) : file.nameSpan(stranger.node);
-    return findings.at(stranger.node, span, std::move(text));
+    return stranger.isAttribute ? findings.atAttribute(stranger.node, stranger.name, std::move(text))
+                                : findings.atName(stranger.node, std::move(text));
 }
 
 void unknown(const Stranger &stranger, Findings &findings)
 {
+    if (findings.counts(stranger.node))
+        return;
     const std::vector<std::string> known = namesIn(*stranger.parent.format, stranger.isAttribute);
-    const std::string around = quoted(stranger.parent.name);
+    const std::string around = named(stranger.parent.name);
     std::string expected = "; " + around + (stranger.isAttribute ? " has no attributes" : " holds no elements");
     if (!known.empty() && known.size() <= 12)
         expected = "; expected " + listedNames(known);
     else if (!known.empty())
         expected = "; " + around + " knows " + std::to_string(known.size()) + " others";
-    tell(stranger, quoted(stranger.name) + " is not known and is passed over" + expected, findings)
+    tell(stranger, named(stranger.name) + " is not known and is passed over" + expected, findings)
         .meaning(nearest(stranger.name, known));
 }
 
 void misplaced(const Stranger &stranger, Findings &findings)
 {
+    if (findings.counts(stranger.node))
+        return;
     const std::set<std::string> &homes = homesOf(stranger).at(stranger.name);
     const std::vector<std::string> known = namesIn(*stranger.parent.format, stranger.isAttribute);
     tell(stranger,
-         quoted(stranger.name) + " means nothing in " + quoted(stranger.parent.name) + " and is passed over; it " +
+         named(stranger.name) + " means nothing in " + named(stranger.parent.name) + " and is passed over; it " +
              (stranger.isAttribute ? "is an attribute of " : "belongs into ") +
              listedNames({homes.begin(), homes.end()}),
          findings)
@@ -147,14 +152,16 @@ void misplacedAttribute(const Stranger &stranger, Findings &findings)
 }
 
 // Text where only elements mean something.
+constexpr size_t kMostOfStrayText = 32;
+
 void strayText(const Spot &spot, Findings &findings)
 {
     if (spot.format->content.kind != dcm::Kind::none)
         return;
     for (const xmlNode *child = spot.node->children; child != nullptr; child = child->next) {
         if (child->type == XML_ENTITY_REF_NODE) {
-            findings.atName(spot, "what the entity \"&" + std::string(reinterpret_cast<const char *>(child->name)) +
-                                      ";\" brings is passed over: elements count only where they are written");
+            findings.atName(spot.node, "what the entity \"&" + shortened(reinterpret_cast<const char *>(child->name)) +
+                                           ";\" brings is passed over: elements count only where they are written");
             continue;
         }
         if ((child->type != XML_TEXT_NODE && child->type != XML_CDATA_SECTION_NODE) || child->content == nullptr)
@@ -163,11 +170,13 @@ void strayText(const Spot &spot, Findings &findings)
         start += std::strspn(start, " \t\r\n");
         if (*start == '\0')
             continue;
-        const std::string text = start;
+        const std::string_view text = start;
         // Its place is known only where it comes first.
         const auto add = child == spot.node->children ? &Findings::atContent : &Findings::atName;
-        (findings.*add)(spot, "the text '" + text.substr(0, text.find_last_not_of(" \t\r\n") + 1).substr(0, 32) +
-                                  "' in " + quoted(spot.name) + " is passed over: only elements count there");
+        (findings.*add)(spot.node,
+                        "the text '" +
+                            shortened(text.substr(0, text.find_last_not_of(" \t\r\n") + 1), kMostOfStrayText) +
+                            "' in " + named(spot.name) + " is passed over: only elements count there");
         return;
     }
 }
@@ -195,7 +204,7 @@ void missingAttribute(const Spot &spot, Findings &findings)
         const bool isIdentity = spot.parent == nullptr && i == 0;
         if ((attribute.need != dcm::Need::required && !isIdentity) || spot.text(attribute.name))
             continue;
-        findings.atName(spot, quoted(attribute.name) + " is missing: " + effectOfMissing(spot, attribute));
+        findings.atName(spot.node, named(attribute.name) + " is missing: " + effectOfMissing(spot, attribute));
     }
 }
 
@@ -203,21 +212,19 @@ void missingAttribute(const Spot &spot, Findings &findings)
 
 void repeatedElement(const Spot &spot, Findings &findings)
 {
-    uint64_t seen = 0;
+    std::array<Node, 64> first = {};
     for (const KnownChild &child : spot.known) {
         const dcm::NamedElement &row = spot.rowOf(child);
-        const uint64_t bit = uint64_t{1} << child.row;
-        if (row.element->most == 1 && (seen & bit) != 0) {
-            const auto first = std::find_if(spot.known.begin(), spot.known.end(),
-                                            [&](const KnownChild &other) { return other.row == child.row; });
+        if (row.element->most == 1 && first[child.row] != nullptr) {
             const bool isFirstKept = spot.format == &dcm::kChipElement;
             findings
-                .at(child.node, findings.file().nameSpan(child.node),
-                    quoted(row.name) + " stands in " + quoted(spot.name) + " a second time: " +
-                        (isFirstKept ? "the first one holds" : "it takes the place of the first or is mixed with it"))
-                .noting(findings.file().nameSpan(first->node), "the first one");
+                .atName(child.node, named(row.name) + " stands in " + named(spot.name) + " a second time: " +
+                                        (isFirstKept ? "the first one holds"
+                                                     : "it takes the place of the first or is mixed with it"))
+                .noting(findings.file().nameSpan(first[child.row]), "the first one");
+        } else {
+            first[child.row] = child.node;
         }
-        seen |= bit;
     }
 }
 
@@ -231,11 +238,11 @@ void tooMany(const Spot &spot, Findings &findings)
         for (const KnownChild &child : spot.known) {
             if (child.row != row || ++count != most + 1)
                 continue;
-            findings.at(child.node, findings.file().nameSpan(child.node),
-                        "the record has room for " + std::to_string(most) + " of " +
-                            quoted(spot.format->children[row].name) +
-                            (spot.format == &dcm::kVmElement ? ": from here on they take the places of the first ones"
-                                                             : ": from here on they are passed over"));
+            findings.atName(child.node, "the record has room for " + std::to_string(most) + " of " +
+                                            named(spot.format->children[row].name) +
+                                            (spot.format == &dcm::kVmElement
+                                                 ? ": from here on they take the places of the first ones"
+                                                 : ": from here on they are passed over"));
         }
     }
 }
@@ -249,20 +256,42 @@ const dcm::Attribute *countOf(const Spot &spot)
     return findAttribute(*spot.format, dcm::Kind::count);
 }
 
-// Tells entries apart: by their id, and by their type where each type counts for itself. False when they have no ids.
-bool keysOf(Node node, const dcm::Element &format, std::vector<std::string> &keys)
-{
-    keys.clear();
-    const dcm::Attribute *id = idAttribute(format);
-    if (id == nullptr || !dcm::Text::attribute(node, id->name, {"dcm"}))
-        return false;
-    const dcm::Attribute *type = findAttribute(format, dcm::Kind::keyword);
-    const dcm::Text typeText = dcm::Text::attribute(node, type != nullptr ? type->name : "", {"dcm"});
-    const std::string prefix = typeText ? typeText.c_str() : "";
-    for (const uint32_t number : idsOf(node, format))
-        keys.push_back(prefix + "/" + std::to_string(number));
-    return true;
-}
+// Counts entries, which go by their ids, and by their types where each type counts for itself.
+class Entries {
+public:
+    void add(Node node, const dcm::Element &format)
+    {
+        const dcm::Attribute *id = idAttribute(format);
+        if (id == nullptr || !dcm::Text::attribute(node, id->name, {"dcm"})) {
+            withoutId_++;
+            return;
+        }
+        const dcm::Attribute *type = findAttribute(format, dcm::Kind::keyword);
+        const dcm::Text typeText = dcm::Text::attribute(node, type != nullptr ? type->name : "", {"dcm"});
+        Ids &ids = typed_[typeText ? typeText.c_str() : ""];
+        for (const uint32_t number : idsOf(node, format)) {
+            if (number < ids.small.size())
+                ids.small[number] = true;
+            else
+                ids.large.insert(number);
+        }
+    }
+    size_t count() const
+    {
+        size_t count = withoutId_;
+        for (const auto &[type, ids] : typed_)
+            count += ids.small.count() + ids.large.size();
+        return count;
+    }
+
+private:
+    struct Ids {
+        std::bitset<DCM_PANEL_IF_MAX + 1> small;
+        std::set<uint32_t> large;
+    };
+    std::map<std::string, Ids> typed_;
+    size_t withoutId_ = 0;
+};
 
 void countDiffers(const Spot &spot, Findings &findings)
 {
@@ -272,18 +301,14 @@ void countDiffers(const Spot &spot, Findings &findings)
     const dcm::Text text = dcm::Text::attribute(spot.node, num->name, {"dcm"});
     if (!text)
         return;
-    std::set<std::string> keyed;
-    std::vector<std::string> keys;
-    size_t count = 0;
-    for (const KnownChild &child : spot.known) {
-        count += keysOf(child.node, *spot.rowOf(child).element, keys) ? 0 : 1;
-        keyed.insert(keys.begin(), keys.end());
-    }
-    count += keyed.size();
+    Entries entries;
+    for (const KnownChild &child : spot.known)
+        entries.add(child.node, *spot.rowOf(child).element);
+    const size_t count = entries.count();
     const uint32_t announced = text.number();
     if (count == announced)
         return;
-    findings.atValue(spot, num->name,
+    findings.atValue(spot.node, num->name,
                      std::to_string(announced) + (announced == 1 ? " entry is" : " entries are") + " announced, but " +
                          std::to_string(count) + (count == 1 ? " is" : " are") + " described: " +
                          (count < announced ? "the others stay empty and count all the same"
@@ -308,10 +333,10 @@ void slotGap(const Spot &spot, Findings &findings)
         }
         // Those that follow in order are lost with it.
         if (passed == 0 || id != passed + 1)
-            findings.at(child.node, findings.file().valueSpan(child.node, name),
-                        "slot " + std::to_string(id) + " stands where slot " + std::to_string(next) +
-                            " is expected, and is passed over: slots are listed 1, 2, 3, ... without a gap" +
-                            (id > next ? "; none behind it counts until then" : ""));
+            findings.atValue(child.node, name,
+                             "slot " + std::to_string(id) + " stands where slot " + std::to_string(next) +
+                                 " is expected, and is passed over: slots are listed 1, 2, 3, ... without a gap" +
+                                 (id > next ? "; none behind it counts until then" : ""));
         passed = id;
     }
 }
@@ -334,9 +359,9 @@ void lostByOrder(const Spot &spot, Findings &findings)
         static_cast<void>(dcm::readWord(dcm::kYesNoWords, mediumText.word(), isChangeable));
         if (isLaser == 0 && isChangeable != 0)
             findings
-                .at(medium->node, findings.file().nameSpan(medium->node),
-                    quoted(dcm::kSupportMediaChgName) + " stands before " + quoted(dcm::kSupportLaserName) +
-                        ", whose '" + laserText.c_str() + "' takes it back; expected behind it")
+                .atName(medium->node, named(dcm::kSupportMediaChgName) + " stands before " +
+                                          named(dcm::kSupportLaserName) + ", whose '" + laserText.c_str() +
+                                          "' takes it back; expected behind it")
                 .noting(findings.file().contentSpan(child.node), "takes it back");
     }
 }

@@ -1,5 +1,6 @@
 #include "tools/dcm/check/file_checks.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/printable.h"
 
 #include <algorithm>
 
@@ -42,6 +43,15 @@ std::string blanksFor(std::string_view text)
     return blanks;
 }
 
+// Where the character begins that the byte at `at` belongs to.
+size_t characterAt(std::string_view line, size_t at)
+{
+    constexpr size_t kMostContinuations = 3;
+    for (size_t i = 0; i < kMostContinuations && at > 0 && at < line.size() && isContinuation(line[at]); i++)
+        at--;
+    return at;
+}
+
 // The source line of a span, cut to what fits, and a line with a caret under the span.
 std::string excerpt(const DescriptionFile &file, Span span, const Colours &colours)
 {
@@ -50,40 +60,39 @@ std::string excerpt(const DescriptionFile &file, Span span, const Colours &colou
     const char *text = file.text().data();
     const size_t start = line.empty() ? span.begin : static_cast<size_t>(line.data() - text);
     const size_t caret = std::min(span.begin > start ? span.begin - start : 0, line.size());
-    size_t from = line.size() > kWidest && caret > kBefore ? caret - kBefore : 0;
-    while (from > 0 && isContinuation(line[from]))
-        from--;
-    size_t to = std::min(line.size(), from + kWidest);
-    while (to < line.size() && isContinuation(line[to]))
-        to++;
-    const size_t end = std::max(caret, std::min(span.end - start, to));
-    const std::string_view guilty = line.substr(caret, end - caret);
+    const size_t from = characterAt(line, line.size() > kWidest && caret > kBefore ? caret - kBefore : 0);
+    const size_t to = std::max(caret, characterAt(line, std::min(line.size(), from + kWidest)));
+    const size_t end = std::max(caret, std::min(span.end > start ? span.end - start : 0, to));
+    const std::string before = printableLine(line.substr(from, caret - from));
+    const std::string guilty = printableLine(line.substr(caret, end - caret));
     const std::string tildes(std::max<size_t>(charactersIn(guilty), 1) - 1, '~');
-    return "    " + std::string(line.substr(from, to - from)) + "\n    " + blanksFor(line.substr(from, caret - from)) +
+    return "    " + before + guilty + printableLine(line.substr(end, to - end)) + "\n    " + blanksFor(before) +
            colours.caret + "^" + tildes + colours.none + "\n";
 }
 
 std::string placeOf(const DescriptionFile &file, Span span)
 {
     const Place place = file.place(span.begin);
-    return file.name() + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+    return printable(file.name()) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 
 std::string textOf(const DescriptionFile &file, const Finding &finding, const Colours &colours)
 {
     const bool isPlaced = finding.check != &kUnreadable;
     const bool isError = finding.severity == Severity::error;
-    std::string text = colours.bold + (isPlaced ? placeOf(file, finding.span) : file.name()) + ": ";
+    std::string text = colours.bold + (isPlaced ? placeOf(file, finding.span) : printable(file.name())) + ": ";
     text += std::string(isError ? colours.error : colours.warning) + (isError ? "error: " : "warning: ") + colours.none;
-    text += (finding.path.empty() ? "" : finding.path + ": ") + finding.text;
+    text += printable((finding.path.empty() ? "" : finding.path + ": ") + finding.text);
     if (!finding.meant.empty())
-        text += "; did you mean '" + finding.meant + "'?";
+        text += "; did you mean '" + printable(finding.meant) + "'?";
+    if (finding.more != 0)
+        text += "; and " + std::to_string(finding.more) + " more like it";
     text += std::string(" [") + finding.check->name + "]\n";
     if (isPlaced)
         text += excerpt(file, finding.span, colours);
     for (const Note &note : finding.notes)
-        text += colours.bold + placeOf(file, note.span) + ": " + colours.note + "note: " + colours.none + note.text +
-                "\n" + excerpt(file, note.span, colours);
+        text += colours.bold + placeOf(file, note.span) + ": " + colours.note + "note: " + colours.none +
+                printable(note.text) + "\n" + excerpt(file, note.span, colours);
     return text;
 }
 
@@ -99,7 +108,7 @@ void Totals::add(const FileReport &report)
     files++;
     unread += report.file->state() == DescriptionFile::State::parsed ? 0 : 1;
     for (const Finding &finding : report.findings)
-        (finding.severity == Severity::error ? errors : warnings)++;
+        (finding.severity == Severity::error ? errors : warnings) += 1 + finding.more;
 }
 
 std::string asText(const FileReport &report, bool isColoured)

@@ -1,0 +1,15 @@
+// What the tool exits with.
+#ifndef DCM_TOOLS_EXIT_H
+#define DCM_TOOLS_EXIT_H
+
+enum Exit {
+    kSuccess = 0,
+    kQueryFailed = 1,
+    kWarnings = 1,
+    kErrors = 2,
+    kWrongUsage = 64,
+    kUnreadable = 66,
+    kOutOfMemory = 71
+};
+
+#endif

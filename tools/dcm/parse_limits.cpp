@@ -1,0 +1,159 @@
+#include "tools/dcm/parse_limits.h"
+
+#include "tools/dcm/check/format_lookup.h"
+#include "vm/vm_format.h"
+
+#include <libxml/entities.h>
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace dcmtool {
+
+namespace {
+
+// Blocks of memory as they are on 64-bit machines.
+constexpr size_t kNodeSize = 128;
+constexpr size_t kAttributeSize = 112;
+constexpr size_t kTextInNode = 15; // a short text lies in its node
+constexpr unsigned kDeepestEntity = 40;
+
+size_t sizeOfText(size_t length)
+{
+    return length > kTextInNode ? length + 16 : 0;
+}
+
+} // namespace
+
+ParseLimits::ParseLimits(size_t fileSize)
+    : mostTree_(std::max(kMostTreeOfAny, kMostTreeOfByte * fileSize)), mostExpansion_(kMostExpansion + fileSize)
+{
+}
+
+void ParseLimits::refuse(std::string excess)
+{
+    if (excess_.empty())
+        excess_ = std::move(excess);
+}
+
+// Whether a quote stands in a tag is left open: what looks like an attribute behind a '<' is counted as one.
+void ParseLimits::scanAttributes(std::string_view text)
+{
+    size_t count = 0;
+    for (size_t i = 0; i < text.size(); i++) {
+        if (text[i] == '<')
+            count = 0;
+        if (text[i] != '=')
+            continue;
+        const size_t quote = text.find_first_not_of(std::string_view(" \t\r\n\0", 5), i + 1);
+        if (quote == std::string_view::npos || (text[quote] != '"' && text[quote] != '\''))
+            continue;
+        if (++count > kMostAttributes)
+            return refuse("an element has more than " + std::to_string(kMostAttributes) + " attributes");
+    }
+}
+
+void ParseLimits::takeDeclaration()
+{
+    if (++declarations_ > kMostDeclarations)
+        refuse("the document type has more than " + std::to_string(kMostDeclarations) +
+               " declarations and references to them");
+}
+
+void ParseLimits::takeTree(size_t size)
+{
+    tree_ += size;
+    if (tree_ > mostTree_)
+        refuse("too many elements, attributes and texts for a file of this size: their tree takes more than " +
+               std::to_string(mostTree_ / 1000) + " kB");
+}
+
+void ParseLimits::takeNode(size_t textLength)
+{
+    takeTree(kNodeSize + sizeOfText(textLength));
+}
+
+void ParseLimits::takeAttribute(std::string_view value, const ::_xmlDoc *document)
+{
+    takeTree(kAttributeSize + kNodeSize + sizeOfText(value.size()));
+    if (document == nullptr || document->intSubset == nullptr)
+        return;
+    expansion_ += expandedSizeOfReferences(value, document, 0);
+    if (expansion_ > mostExpansion_)
+        refuse("entities spell out more than " + std::to_string(mostExpansion_ / 1000) + " kB");
+}
+
+void ParseLimits::takeReference(std::string_view name, const ::_xmlDoc *document)
+{
+    takeNode();
+    expansion_ += expandedSize(name, document, 0);
+    if (expansion_ > mostExpansion_)
+        refuse("entities spell out more than " + std::to_string(mostExpansion_ / 1000) + " kB");
+}
+
+// Each reference counts, so that those without a text end, too.
+size_t ParseLimits::expandedSize(std::string_view name, const ::_xmlDoc *document, unsigned depth)
+{
+    const std::string key(name);
+    const xmlEntity *entity = xmlGetDocEntity(document, reinterpret_cast<const xmlChar *>(key.c_str()));
+    if (entity == nullptr || entity->content == nullptr || entity->etype == XML_INTERNAL_PREDEFINED_ENTITY)
+        return 1;
+    if (const auto known = sizes_.find(entity); known != sizes_.end())
+        return known->second;
+    if (depth > kDeepestEntity) {
+        refuse("entities refer to one another more than " + std::to_string(kDeepestEntity) + " deep");
+        return 1;
+    }
+    const std::string_view content = reinterpret_cast<const char *>(entity->content);
+    const size_t size = 1 + content.size() + expandedSizeOfReferences(content, document, depth + 1);
+    return sizes_[entity] = std::min(size, mostExpansion_ + 1);
+}
+
+size_t ParseLimits::expandedSizeOfReferences(std::string_view text, const ::_xmlDoc *document, unsigned depth)
+{
+    size_t size = 0;
+    for (size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+        const size_t end = text.find(';', at);
+        if (end == std::string_view::npos)
+            break;
+        if (text[at + 1] != '#')
+            size += expandedSize(text.substr(at + 1, end - at - 1), document, depth);
+        if (size > mostExpansion_)
+            break;
+    }
+    return size;
+}
+
+void FormatPosition::enter(const char *name)
+{
+    const size_t depth = formats_.size();
+    const dcm::Element *format = nullptr;
+    if (depth == 0) {
+        isDevice_ = std::strcmp(name, dcm::kDeviceName) == 0;
+        format = std::strcmp(name, dcm::kVmName) == 0 ? &dcm::kVmElement : nullptr;
+    } else if (depth == 1 && isDevice_) {
+        for (const dcm::NamedElement &child : deviceChildren())
+            if (std::strcmp(name, child.name) == 0)
+                format = child.element;
+    } else if (const dcm::Element *around = formats_.back()) {
+        const size_t row = findRow(*around, name);
+        format = row < around->childCount ? around->children[row].element : nullptr;
+    }
+    formats_.push_back(format);
+}
+
+void FormatPosition::leave()
+{
+    if (!formats_.empty())
+        formats_.pop_back();
+}
+
+bool FormatPosition::isInContainer() const
+{
+    if (formats_.size() == 1 && isDevice_)
+        return true;
+    return !formats_.empty() && formats_.back() != nullptr && formats_.back()->content.kind == dcm::Kind::none;
+}
+
+} // namespace dcmtool

@@ -1,0 +1,69 @@
+// What a description may cost once it is parsed. The tree of an XML file can take many times the file's size, and a
+// document type can make it grow without end: a file that goes beyond these limits is refused.
+#ifndef DCM_TOOLS_PARSE_LIMITS_H
+#define DCM_TOOLS_PARSE_LIMITS_H
+
+#include "common/format.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+struct _xmlEntity;
+struct _xmlDoc;
+
+namespace dcmtool {
+
+class ParseLimits {
+public:
+    // The parser compares the attributes of an element each with each.
+    static constexpr size_t kMostAttributes = 256;
+    static constexpr size_t kMostDeclarations = 1000; // in a document type, and references to what it declares there
+    static constexpr size_t kMostTreeOfByte = 18;     // bytes of the tree for a byte of the file
+    static constexpr size_t kMostTreeOfAny = 8 * 1000 * 1000; // what every tree may have
+    static constexpr size_t kMostExpansion = 1000 * 1000;     // by entities, beside as much as the file has
+
+    explicit ParseLimits(size_t fileSize);
+
+    // Why the file is refused; empty while it is not.
+    const std::string &excess() const { return excess_; }
+
+    // Looks for an element with too many attributes in a text, which the parser has not seen yet.
+    void scanAttributes(std::string_view text);
+    void takeDeclaration();
+    void takeNode(size_t textLength = 0);
+    void takeAttribute(std::string_view value, const ::_xmlDoc *document);
+    void takeReference(std::string_view name, const ::_xmlDoc *document);
+
+private:
+    void refuse(std::string excess);
+    void takeTree(size_t size);
+    size_t expandedSize(std::string_view name, const ::_xmlDoc *document, unsigned depth);
+    size_t expandedSizeOfReferences(std::string_view text, const ::_xmlDoc *document, unsigned depth);
+
+    size_t mostTree_;
+    size_t mostExpansion_;
+    size_t tree_ = 0;
+    size_t expansion_ = 0;
+    size_t declarations_ = 0;
+    std::unordered_map<const ::_xmlEntity *, size_t> sizes_;
+    std::string excess_;
+};
+
+// Where in the format the parser is: between the elements of a container, blanks mean nothing.
+class FormatPosition {
+public:
+    void enter(const char *name);
+    void leave();
+    bool isInContainer() const;
+
+private:
+    std::vector<const dcm::Element *> formats_; // nullptr for what the format does not know
+    bool isDevice_ = false;
+};
+
+} // namespace dcmtool
+
+#endif

@@ -1,0 +1,97 @@
+#include "tools/dcm/process.h"
+
+#include "tools/dcm/exit.h"
+
+#include <libxml/globals.h>
+#include <libxml/parser.h>
+#include <libxml/threads.h>
+#include <libxml/xmlerror.h>
+#include <libxml/xmlmemory.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace dcmtool {
+
+namespace {
+
+xmlFreeFunc release;
+xmlMallocFunc allocate;
+xmlReallocFunc resize;
+
+void *allocateOrEnd(size_t size)
+{
+    void *block = allocate(size);
+    if (block == nullptr && size != 0)
+        runOutOfMemory();
+    return block;
+}
+
+void *resizeOrEnd(void *old, size_t size)
+{
+    void *block = resize(old, size);
+    if (block == nullptr && size != 0)
+        runOutOfMemory();
+    return block;
+}
+
+char *duplicateOrEnd(const char *text)
+{
+    const size_t size = std::strlen(text) + 1;
+    return static_cast<char *>(std::memcpy(allocateOrEnd(size), text, size));
+}
+
+// Before the objects of any file are made: some of CLI11's need memory.
+[[gnu::constructor(101)]] void watchCxx()
+{
+    std::set_new_handler(runOutOfMemory);
+}
+
+void dropParserMessages()
+{
+    xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
+}
+
+} // namespace
+
+void prepareProcess()
+{
+    xmlStrdupFunc duplicate = nullptr;
+    xmlMemGet(&release, &allocate, &resize, &duplicate);
+    xmlMemSetup(release, allocateOrEnd, resizeOrEnd, duplicateOrEnd);
+    xmlInitParser();
+    dropParserMessages();
+}
+
+void prepareThread()
+{
+#if LIBXML_VERSION >= 21200
+    const bool isReady = xmlCheckThreadLocalStorage() == 0;
+#else
+    // libxml2 takes the memory for what it keeps of a thread from malloc() itself, and does not notice when there is
+    // none; what has just been freed is there to be had.
+    void *room = std::malloc(size_t{64} << 10);
+    std::free(room);
+    const bool isReady = room != nullptr && xmlGetGlobalState() != nullptr;
+#endif
+    if (!isReady)
+        runOutOfMemory();
+    dropParserMessages();
+}
+
+void runOutOfMemory()
+{
+    // A line of progress may be there.
+    static constexpr char kClear[] = "\r\x1b[K";
+    static constexpr char kText[] = "dcm: out of memory\n";
+    if (isatty(STDERR_FILENO) == 1)
+        static_cast<void>(!write(STDERR_FILENO, kClear, sizeof kClear - 1));
+    static_cast<void>(!write(STDERR_FILENO, kText, sizeof kText - 1));
+    // Nothing of what is not yet written is printed, and no destructor runs: they may need what could not be allocated.
+    _exit(kOutOfMemory);
+}
+
+} // namespace dcmtool
