@@ -322,5 +322,5 @@ Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter)
 int dcmCardInfoGet(const char *fileName, uint32_t typeId, uint32_t mode, DcmCardInfo *info)
 {
     dcm::clearCard(typeId, mode, *info);
-    return status(dcm::readCard(typeId, mode, *info, dcm::QueryReporter{__func__, dcm::fileOrDefault(fileName)}));
+    return status(dcm::readCard(typeId, mode, *info, dcm::QueryReporter{{__func__}, dcm::fileOrDefault(fileName)}));
 }

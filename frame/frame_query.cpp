@@ -292,5 +292,5 @@ Result decodeFrame(Node frame, DcmFrameInfo &info, const QueryReporter &reporter
 int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info)
 {
     dcm::clearFrame(typeId, *info);
-    return status(dcm::readFrame(typeId, *info, dcm::QueryReporter{__func__, dcm::fileOrDefault(fileName)}));
+    return status(dcm::readFrame(typeId, *info, dcm::QueryReporter{{__func__}, dcm::fileOrDefault(fileName)}));
 }

@@ -122,5 +122,5 @@ Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter)
 int dcmSlotInfoGet(const char *fileName, uint32_t typeId, DcmSlotInfo *info)
 {
     dcm::clearSlot(typeId, *info);
-    return status(dcm::readSlot(typeId, *info, dcm::QueryReporter{__func__, dcm::fileOrDefault(fileName)}));
+    return status(dcm::readSlot(typeId, *info, dcm::QueryReporter{{__func__}, dcm::fileOrDefault(fileName)}));
 }

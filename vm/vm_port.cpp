@@ -70,7 +70,7 @@ int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info)
     vmPath(baseFolder, vmId, path);
     if (access(path, F_OK) != 0)
         return status(DCM_REPORT(function, "dcmVmPortInfoGet vm-%d.xml is not exist.", int{vmId}));
-    return status(readPorts(info, QueryReporter{function, path}));
+    return status(readPorts(info, QueryReporter{{function}, path}));
 }
 
 } // namespace dcm

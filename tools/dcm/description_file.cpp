@@ -444,7 +444,7 @@ void DescriptionFile::parseText()
     }
     std::vector<Message> messages;
     const MessageCapture capture(messages);
-    const dcm::Result found = dcm::rootOf(document_, root_, dcm::QueryReporter{"dcm", name_.c_str()});
+    const dcm::Result found = dcm::rootOf(document_, root_, dcm::QueryReporter{{"dcm"}, name_.c_str()});
     if (found != dcm::Result::ok)
         return fail(State::notXml, found == dcm::Result::outOfMemory ? "entities add more than the library reads"
                                                                      : messages.front().text);
@@ -518,7 +518,7 @@ Outcome DescriptionFile::decodeWith(const char *query, size_t firstMessage, Reco
     Outcome outcome;
     const MessageCapture capture(outcome.messages, firstMessage);
     clear(info);
-    outcome.isDecoded = decode(info, dcm::QueryReporter{query, name_.c_str()}) == dcm::Result::ok;
+    outcome.isDecoded = decode(info, dcm::QueryReporter{{query}, name_.c_str()}) == dcm::Result::ok;
     outcome.messageCount = capture.count();
     return outcome;
 }
