@@ -13,7 +13,11 @@
  * call, and keeps no state: each query parses its file afresh.
  *
  * **Threads.** Every function may run in any number of threads at once as long as no two of them write the same record
- * (and, with libxml2, after its `xmlInitParser` has run once in the process).
+ * (and, with libxml2, after its `xmlInitParser` has run once in the process). A stack of 64 KiB is safe for every call.
+ *
+ * **libxml2.** Queries and decoders change none of libxml2's settings and handlers. The calling thread's last error of
+ * libxml2 (`xmlGetLastError`) is the call's afterwards, also where there was none. The tree that a decoder is given may
+ * belong to no document.
  *
  * **Numbers in a description** are decimal, hexadecimal ("0x10") or octal ("010"); what is no number counts as 0, and a
  * field keeps the low bits that fit it.
