@@ -10,7 +10,7 @@ namespace dcmtool {
 
 namespace {
 
-constexpr size_t kMostShown = 1000 * 1000; // bytes of the log
+constexpr size_t kMostShown = size_t{1000} * 1000; // bytes of the log
 
 std::atomic<bool> isShown{false};
 std::atomic<size_t> shown{0};

@@ -23,12 +23,12 @@ public:
     static constexpr size_t kMostDeclarations = 1000; // in a document type, and references to what it declares there
     // The parser compares the words of a declared attribute each with each, and looks through all namespaces of the
     // elements around for the one of a name; beyond some ten thousand names, its table of names becomes a list.
-    static constexpr size_t kMostAlternatives = 10 * 1000;
+    static constexpr size_t kMostAlternatives = size_t{10} * 1000;
     static constexpr size_t kMostNamespaces = 256;
-    static constexpr size_t kMostNames = 100 * 1000;
-    static constexpr size_t kMostTreeOfByte = 18;             // bytes of the tree for a byte of the file
-    static constexpr size_t kMostTreeOfAny = 8 * 1000 * 1000; // what every tree may have
-    static constexpr size_t kMostExpansion = 1000 * 1000;     // by entities, beside as much as the file has
+    static constexpr size_t kMostNames = size_t{100} * 1000;
+    static constexpr size_t kMostTreeOfByte = 18;                     // bytes of the tree for a byte of the file
+    static constexpr size_t kMostTreeOfAny = size_t{8} * 1000 * 1000; // what every tree may have
+    static constexpr size_t kMostExpansion = size_t{1000} * 1000;     // by entities, beside as much as the file has
 
     explicit ParseLimits(size_t fileSize);
 
