@@ -21,6 +21,14 @@ std::string times(size_t count, const std::string &piece)
     return text;
 }
 
+std::string numbered(size_t count, const std::string &before, const std::string &behind)
+{
+    std::string text;
+    for (size_t i = 0; i < count; i++)
+        text += before + std::to_string(i) + behind;
+    return text;
+}
+
 std::string card(const std::string &inside)
 {
     return "<device><card typeid=\"1\">" + inside + "</card></device>";
@@ -143,6 +151,19 @@ INSTANTIATE_TEST_SUITE_P(
                 "an element has more than 256 attributes"},
         Refusal{"declarations", "<!DOCTYPE device [" + times(1001, "<!ELEMENT a ANY>") + "]><device/>",
                 "the document type has more than 1000 declarations and references to them"},
+        Refusal{"alternatives", "<!DOCTYPE device [<!ATTLIST a b (a" + times(10001, "|a") + ") 'a'>]><device/>",
+                "the document type has more than 10000 alternatives"},
+        Refusal{"alternativesInAnEntity",
+                "<!DOCTYPE device [<!ENTITY % e '&#60;!ATTLIST a b (a" + times(10001, "&#124;a") +
+                    ") #IMPLIED>'>]><device/>",
+                "the document type has more than 10000 alternatives"},
+        Refusal{"names", "<device>" + numbered(100001, "<a", "/>") + "</device>", "more than 100000 different names"},
+        Refusal{"namesOfInstructions", "<device>" + numbered(100001, "<?a", "?>") + "</device>",
+                "more than 100000 different names"},
+        Refusal{"namespaces",
+                "<device><a" + numbered(200, " xmlns:a", "='a'") + "><b" + numbered(57, " xmlns:b", "='b'") +
+                    "/></a></device>",
+                "more than 256 namespaces at one place"},
         Refusal{"tree", "<device>" + times(80000, "<a/>") + "</device>",
                 "too many elements, attributes and texts for a file of this size: their tree takes more than 8000 kB"},
         Refusal{"expansion",

@@ -300,6 +300,19 @@ logs_on_standard_error_when_asked() {
     expect 'nothing is logged unasked' silent err
 }
 
+the_log_ends_at_a_megabyte() {
+    {
+        echo '<device>'
+        head -n 10000 < <(yes "<card typeid='1'><mgt-port num='5'/></card>")
+        echo '</device>'
+    } >"$folder/failing.xml"
+    run --log check "$folder/failing.xml"
+    expect 'the check ends as without it' exits 2
+    expect 'the last line says that there is more' says err 'the log has reached 1000 kB: the rest is not shown'
+    expect 'there is no more than that' test "$(stat --format=%s "$folder/err")" -lt 1001000
+    expect 'what is found is all there' says out '1 file, 10000 errors'
+}
+
 exports_what_the_queries_give() {
     run export --file "$example"
     expect 'the export succeeds' exits 0

@@ -171,6 +171,7 @@ struct ParserEvents {
         limits.takeNode();
         for (int i = 0; i < namespaceCount; i++)
             limits.takeNode();
+        takeNames(context);
         // Five pointers each: the last two are where the value begins and ends.
         for (int i = 0; i < attributeCount; i++) {
             const auto *value = reinterpret_cast<const char *>(attributes[5 * i + 3]);
@@ -226,7 +227,20 @@ struct ParserEvents {
             xmlSAX2CDataBlock(parser, text, length);
     }
 
-    static void processingInstruction(void *, const xmlChar *, const xmlChar *) {} // nobody looks at one
+    static void takeNames(xmlParserCtxt *context)
+    {
+        // A namespace takes two places, its prefix and its name.
+        limitsOf(context).takeNames(static_cast<size_t>(xmlDictSize(context->dict)),
+                                    static_cast<size_t>(context->nsNr) / 2);
+    }
+
+    // Nobody looks at one.
+    static void processingInstruction(void *parser, const xmlChar *, const xmlChar *)
+    {
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        takeNames(context);
+        static_cast<void>(isRefused(context));
+    }
 
     static void reference(void *parser, const xmlChar *name)
     {
@@ -241,7 +255,7 @@ struct ParserEvents {
     {
         limitsOf(parser).takeDeclaration();
         if (content != nullptr)
-            limitsOf(parser).scanAttributes(reinterpret_cast<const char *>(content));
+            limitsOf(parser).scan(reinterpret_cast<const char *>(content));
         if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
             xmlSAX2EntityDecl(parser, name, type, publicId, systemId, content);
     }
@@ -419,7 +433,7 @@ void DescriptionFile::parseText()
     if (text_.empty())
         return fail(State::notXml, "Document is empty");
     Parsing parsing(text_.size());
-    parsing.limits.scanAttributes(text_);
+    parsing.limits.scan(text_);
     if (!parsing.limits.excess().empty())
         return fail(State::unreadable, parsing.limits.excess());
     const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt *)> context(

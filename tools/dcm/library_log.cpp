@@ -10,7 +10,10 @@ namespace dcmtool {
 
 namespace {
 
+constexpr size_t kMostShown = size_t{1000} * 1000; // bytes of the log
+
 std::atomic<bool> isShown{false};
+std::atomic<size_t> shown{0};
 thread_local MessageCapture *capture = nullptr;
 thread_local std::vector<std::string> *capturedReports = nullptr;
 
@@ -40,11 +43,24 @@ std::string reportOf(const char *format, va_list arguments)
     return report;
 }
 
+// A check decodes parts of a file many times, and each time the library logs what it finds.
+void show(const std::string &line)
+{
+    const size_t before = shown.fetch_add(line.size());
+    if (before >= kMostShown)
+        return;
+    std::fputs(line.c_str(), stderr);
+    if (before + line.size() >= kMostShown)
+        std::fprintf(stderr, "dcm: the log has reached %zu kB: the rest is not shown\n", kMostShown / 1000);
+}
+
 void takeLog(int module, int level, int flags, const char *format, va_list arguments)
 {
-    if (isShown)
-        std::fprintf(stderr, "log(%d, %d, %d) %s", module, level, flags,
-                     printableReport(reportOf(format, arguments)).c_str());
+    if (isShown && shown < kMostShown) {
+        char head[48];
+        std::snprintf(head, sizeof head, "log(%d, %d, %d) ", module, level, flags);
+        show(head + printableReport(reportOf(format, arguments)));
+    }
     if (capture != nullptr)
         capture->take(format, arguments);
     if (capturedReports != nullptr)

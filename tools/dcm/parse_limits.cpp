@@ -54,6 +54,37 @@ void ParseLimits::scanAttributes(std::string_view text)
     }
 }
 
+// What looks like alternatives is counted as such, in whatever text; none has nearly as many.
+void ParseLimits::scanAlternatives(std::string_view text)
+{
+    constexpr std::string_view kEnds = ")<>\"'";
+    bool isInside = false;
+    for (const char character : text) {
+        if (character == '(')
+            isInside = true;
+        else if (character == '|')
+            alternatives_ += isInside ? 1 : 0;
+        else if (kEnds.find(character) != std::string_view::npos)
+            isInside = false;
+    }
+    if (alternatives_ > kMostAlternatives)
+        refuse("the document type has more than " + std::to_string(kMostAlternatives) + " alternatives");
+}
+
+void ParseLimits::scan(std::string_view text)
+{
+    scanAttributes(text);
+    scanAlternatives(text);
+}
+
+void ParseLimits::takeNames(size_t names, size_t namespaces)
+{
+    if (names > kMostNames)
+        refuse("more than " + std::to_string(kMostNames) + " different names");
+    if (namespaces > kMostNamespaces)
+        refuse("more than " + std::to_string(kMostNamespaces) + " namespaces at one place");
+}
+
 void ParseLimits::takeDeclaration()
 {
     if (++declarations_ > kMostDeclarations)

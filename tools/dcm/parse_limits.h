@@ -21,23 +21,33 @@ public:
     // The parser compares the attributes of an element each with each.
     static constexpr size_t kMostAttributes = 256;
     static constexpr size_t kMostDeclarations = 1000; // in a document type, and references to what it declares there
-    static constexpr size_t kMostTreeOfByte = 18;     // bytes of the tree for a byte of the file
-    static constexpr size_t kMostTreeOfAny = 8 * 1000 * 1000; // what every tree may have
-    static constexpr size_t kMostExpansion = 1000 * 1000;     // by entities, beside as much as the file has
+    // The parser compares the words of a declared attribute each with each, and looks through all namespaces of the
+    // elements around for the one of a name; beyond some ten thousand names, its table of names becomes a list.
+    static constexpr size_t kMostAlternatives = size_t{10} * 1000;
+    static constexpr size_t kMostNamespaces = 256;
+    static constexpr size_t kMostNames = size_t{100} * 1000;
+    static constexpr size_t kMostTreeOfByte = 18;                     // bytes of the tree for a byte of the file
+    static constexpr size_t kMostTreeOfAny = size_t{8} * 1000 * 1000; // what every tree may have
+    static constexpr size_t kMostExpansion = size_t{1000} * 1000;     // by entities, beside as much as the file has
 
     explicit ParseLimits(size_t fileSize);
 
     // Why the file is refused; empty while it is not.
     const std::string &excess() const { return excess_; }
 
-    // Looks for an element with too many attributes in a text, which the parser has not seen yet.
-    void scanAttributes(std::string_view text);
+    // Looks for an element with too many attributes, and for too many alternatives "(a|b|...)", in a text, which the
+    // parser has not seen yet.
+    void scan(std::string_view text);
+    // What the parser keeps: names of any kind, and the namespaces of the elements around.
+    void takeNames(size_t names, size_t namespaces);
     void takeDeclaration();
     void takeNode(size_t textLength = 0);
     void takeAttribute(std::string_view value, const ::_xmlDoc *document);
     void takeReference(std::string_view name, const ::_xmlDoc *document);
 
 private:
+    void scanAttributes(std::string_view text);
+    void scanAlternatives(std::string_view text);
     void refuse(std::string excess);
     void takeTree(size_t size);
     size_t expandedSize(std::string_view name, const ::_xmlDoc *document, unsigned depth);
@@ -48,6 +58,7 @@ private:
     size_t tree_ = 0;
     size_t expansion_ = 0;
     size_t declarations_ = 0;
+    size_t alternatives_ = 0;
     std::unordered_map<const ::_xmlEntity *, size_t> sizes_;
     std::string excess_;
 };
