@@ -1,13 +1,17 @@
 // Measures each query, and other ways to read the same, against the floor: what libxml2 needs to parse and free the
 // file. The two take turns, in random order, so that what disturbs the machine disturbs both; the time is that of the
-// processor, so that other processes do not count.
+// processor, so that other processes do not count. Where several processes work at once, it is the time that passes.
 #include "bench/cases.h"
 #include "bench/descriptions.h"
 #include "bench/panel_readers.h"
+#include "bench/parsers.h"
 
 #include <benchmark/benchmark.h>
 #include <dcm.h>
 #include <libxml/parser.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -31,30 +35,67 @@ double median(std::vector<double> values)
     return *middle;
 }
 
-double processorSeconds()
+template <class Action> double secondsFor(clockid_t clock, Action action)
 {
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    const auto now = [clock] {
+        timespec time = {};
+        clock_gettime(clock, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    };
+    const double start = now();
+    action();
+    return now() - start;
 }
 
-template <class Action> double secondsFor(Action action)
+// Processes that do the same and begin together: the mean of the times that they take.
+template <class Action> double secondsForEach(unsigned processes, Action action)
 {
-    dcmbench::tidyHeap();
-    const double start = processorSeconds();
-    action();
-    return processorSeconds() - start;
+    int gate[2];
+    int results[2];
+    if (pipe(gate) != 0 || pipe(results) != 0)
+        throw std::runtime_error("cannot make a pipe");
+    for (unsigned i = 0; i < processes; i++) {
+        const pid_t process = fork();
+        if (process < 0)
+            throw std::runtime_error("cannot make a process");
+        if (process > 0)
+            continue;
+        // There is nothing to read, and no end of it while another process has the gate open.
+        close(gate[1]);
+        char nothing = 0;
+        bool isGood = read(gate[0], &nothing, sizeof nothing) == 0;
+        const double seconds = secondsFor(CLOCK_MONOTONIC, action);
+        isGood = isGood && write(results[1], &seconds, sizeof seconds) == ssize_t{sizeof seconds};
+        _exit(isGood ? EXIT_SUCCESS : EXIT_FAILURE);
+    }
+    for (const int end : {gate[0], gate[1], results[1]})
+        close(end);
+    double sum = 0;
+    for (unsigned i = 0; i < processes; i++) {
+        double seconds = 0;
+        if (read(results[0], &seconds, sizeof seconds) != ssize_t{sizeof seconds})
+            throw std::runtime_error("a process failed");
+        sum += seconds;
+    }
+    close(results[0]);
+    for (unsigned i = 0; i < processes; i++)
+        wait(nullptr);
+    return sum / processes;
 }
 
 // One repetition: pairs of floor and query. Its counters are the medians of the pairs.
-void measure(benchmark::State &state, const Case &one)
+void measure(benchmark::State &state, const Case &one, unsigned processes)
 {
     static std::minstd_rand random{std::random_device{}()};
     std::vector<double> floors;
     std::vector<double> queries;
     std::vector<double> ratios;
-    const auto floor = [&] { floors.push_back(secondsFor([&] { dcmbench::parseAndFree(one); })); };
-    const auto query = [&] { queries.push_back(secondsFor([&] { benchmark::DoNotOptimize(one.query()); })); };
+    const auto seconds = [&](auto action) {
+        dcmbench::tidyHeap();
+        return processes > 1 ? secondsForEach(processes, action) : secondsFor(CLOCK_PROCESS_CPUTIME_ID, action);
+    };
+    const auto floor = [&] { floors.push_back(seconds([&] { dcmbench::parseAndFree(one); })); };
+    const auto query = [&] { queries.push_back(seconds([&] { benchmark::DoNotOptimize(one.query()); })); };
     // The first pair finds the memory as the next ones do.
     dcmbench::parseAndFree(one);
     while (state.KeepRunning()) {
@@ -146,12 +187,31 @@ int64_t pairsFor(const Case &one)
     return std::clamp<int64_t>(10'000'000 / static_cast<int64_t>(dcmbench::fileSize(one.file)), 1, 200);
 }
 
-void add(const Case &one)
+void add(const Case &one, unsigned processes = 1)
 {
-    benchmark::RegisterBenchmark(one.name.c_str(), [one](benchmark::State &state) { measure(state, one); })
+    benchmark::RegisterBenchmark(one.name.c_str(), [=](benchmark::State &state) { measure(state, one, processes); })
         ->UseManualTime()
         ->Unit(benchmark::kMicrosecond)
         ->Iterations(pairsFor(one));
+}
+
+// ---- Parsers alone --------------------------------------------------------------------------------------------------
+
+void addParsers(const std::string &name, const std::string &file)
+{
+    struct Parser {
+        const char *name;
+        bool (*parse)(const char *file);
+    };
+    constexpr Parser parsers[] = {{"empty SAX handlers", dcmbench::parseWithSax},
+                                  {"expat, empty handlers", dcmbench::parseWithExpat}};
+    for (const auto &[parserName, parse] : parsers) {
+        const Case one = {"side by side: " + name + "/" + parserName, file, {}, [file, parse = parse] {
+                              return parse(file.c_str()) ? 0 : -1;
+                          }};
+        dcmbench::check({one});
+        add(one);
+    }
 }
 
 // ---- Other ways to the same ports -----------------------------------------------------------------------------------
@@ -187,15 +247,21 @@ void addSideBySide(const std::string &name, const std::string &file, uint32_t ty
                  return read(file.c_str(), typeId, *panel) ? 0 : -1;
              }});
     }
+    addParsers(name, file);
 }
 
 void addAll(const dcmbench::TemporaryFolder &folder)
 {
     const std::vector<Case> cases = dcmbench::standardCases(folder);
     dcmbench::check(cases);
-    for (const Case &one : cases)
+    for (const Case &one : cases) {
         add(one);
+        // A network element starts many processes at once.
+        if (one.parses > 1)
+            add({one.name + ", six at once", one.file, {}, one.query, one.parses}, 6);
+    }
 
+    addParsers("example", DCM_SOURCE_DIR "/examples/device.xml");
     using dcmbench::kTypeId;
     addSideBySide("one large card", folder.write("side-card.xml", dcmbench::largeCard(dcmbench::Layout::indented)),
                   kTypeId);

@@ -34,7 +34,7 @@ bench_build() {
 
 # Arguments are Google Benchmark's; what is given twice holds the second time.
 bench_time() {
-    need libbenchmark-dev libpugixml-dev
+    need libbenchmark-dev libpugixml-dev libexpat1-dev
     bench_build dcm_bench
     say 'Measuring for some minutes: nothing else should run'
     "$bench_folder/bench/dcm_bench" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
