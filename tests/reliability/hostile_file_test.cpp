@@ -551,7 +551,9 @@ TEST(EntityBomb, OfTwoMebibytesIsTooMuchForOneText)
         const Answer<DcmFrameInfo> answer = queryFile(file.path());
         EXPECT_EQ(answer.result, -1);
         ASSERT_FALSE(answer.messages.empty());
-        EXPECT_THAT(answer.messages.front(), testing::EndsWith(": out of memory."));
+        // Later versions of libxml2 refuse the document themselves.
+        EXPECT_THAT(answer.messages.front(),
+                    testing::AnyOf(testing::EndsWith(": out of memory."), testing::HasSubstr(" parse failed(")));
     }
 }
 
