@@ -4,14 +4,107 @@
 #include "frame/frame_report.h"
 #include "slot/slot_report.h"
 #include "tools/dcm/command.h"
-#include "tools/dcm/query_report.h"
+#include "tools/dcm/input_file.h"
+#include "tools/dcm/library_log.h"
+#include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
+#include "tools/dcm/process.h"
 #include "vm/vm.h"
 
+#include <libxml/xmlerror.h>
+
+#include <cerrno>
+#include <cstdio>
 #include <memory>
 
 using namespace dcmtool;
 
 namespace {
+
+// Says on standard error why a file is not well-formed while it lives: what follows the first fault follows from it.
+class ParserFault {
+public:
+    explicit ParserFault(const std::string &file) : file_(file)
+    {
+        xmlSetStructuredErrorFunc(this, [](void *self, auto *error) {
+            if (error->level == XML_ERR_FATAL)
+                static_cast<ParserFault *>(self)->say(error->line, error->message);
+        });
+    }
+    ~ParserFault()
+    {
+        xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
+    }
+    ParserFault(const ParserFault &) = delete;
+    ParserFault &operator=(const ParserFault &) = delete;
+
+private:
+    void say(int line, const char *message)
+    {
+        if (isSaid_)
+            return;
+        isSaid_ = true;
+        std::string text = message != nullptr ? message : "not well-formed";
+        text.resize(text.find_last_not_of(" \r\n") + 1);
+        std::fprintf(stderr, "%s:%d: %s\n", printable(file_).c_str(), line, printable(text).c_str());
+    }
+
+    const std::string &file_;
+    bool isSaid_ = false;
+};
+
+// Asks a query of a file and prints on standard output what it reports; what the parser finds is said on standard
+// error. A file that the tool does not open is not asked about: that is said, and the exit is kUnreadable.
+Exit askQuery(const std::string &file, const std::function<int()> &query)
+{
+    const std::string fault = faultOfFile(file);
+    if (!fault.empty()) {
+        std::fprintf(stderr, "dcm: %s: %s\n", printable(file).c_str(), fault.c_str());
+        return kUnreadable;
+    }
+    std::vector<std::string> reports;
+    int result = 0;
+    {
+        // The library prints each report as it is; it is logged, too.
+        const OwnOutput output;
+        const ReportCapture capture(reports);
+        const ParserFault parserFault(file);
+        errno = 0;
+        result = query();
+        // What libc allocates for the library, to open the file, ends no process.
+        if (result != 0 && errno == ENOMEM)
+            runOutOfMemory();
+    }
+    std::string printed;
+    for (const std::string &report : reports)
+        printed += printableReport(report);
+    std::fputs(printed.c_str(), stdout);
+    return result == 0 ? kSuccess : kQueryFailed;
+}
+
+// What the exit is once the answer is printed, too.
+Exit exitOfQuery(Exit asked)
+{
+    return endOutput() ? asked : kQueryFailed;
+}
+
+// The texts that reports print become printable.
+void makeTextsPrintable(DcmFrameInfo &) {}
+
+void makeTextsPrintable(DcmSlotInfo &slot)
+{
+    makePrintable(slot.broadcastSyncIf.ifName);
+    for (DcmInnerIfInfo &port : slot.syncIf)
+        makePrintable(port.ifName);
+}
+
+void makeTextsPrintable(DcmCardInfo &card)
+{
+    for (DcmTemperatureInfo &sensor : card.temperature)
+        makePrintable(sensor.description);
+    for (DcmPortLedInfo &run : card.portLed)
+        makePrintable(run.namePrefix);
+}
 
 struct Options {
     std::string file;
@@ -26,13 +119,19 @@ Command reportCommand(const std::string &name, const std::string &summary, Get g
     constexpr bool kHasMode = std::is_same_v<Record, DcmCardInfo>;
     const auto options = std::make_shared<Options>();
     const auto run = [options, get, print] {
-        const auto getFrom = [&](const char *file, Record *info) {
+        const std::string file = options->file.empty() ? dcm::kDefaultFile : options->file;
+        Record info;
+        const Exit asked = askQuery(file, [&] {
             if constexpr (kHasMode)
-                return get(file, options->type, options->mode.value_or(0), info);
+                return get(file.c_str(), options->type, options->mode.value_or(0), &info);
             else
-                return get(file, options->type, info);
-        };
-        return printQuery<Record>(options->file.empty() ? nullptr : options->file.c_str(), getFrom, print);
+                return get(file.c_str(), options->type, &info);
+        });
+        if (asked == kUnreadable)
+            return asked;
+        makeTextsPrintable(info);
+        static_cast<void>(print(printable(file).c_str(), asked == kSuccess ? &info : nullptr));
+        return exitOfQuery(asked);
     };
     const std::string typeHelp = "Type id of the " + name + ": decimal, hexadecimal (0x10) or octal (010)";
     Command command = {name, summary, {{"TYPE", typeHelp, &options->type}, fileOption(options->file)}, run};
