@@ -1,5 +1,5 @@
-// The commands of the tool, and how they describe what they take. command_line.cpp alone includes CLI11, which takes
-// longer to compile than all that a command does.
+// The commands of the tool, and how they describe their arguments. Only command_line.cpp includes CLI11, whose headers
+// take longer to compile than any command.
 #ifndef DCM_TOOLS_COMMAND_H
 #define DCM_TOOLS_COMMAND_H
 
@@ -21,20 +21,20 @@ using Words = std::vector<std::pair<std::string, uint32_t>>;
 struct Argument {
     std::string name; // "-f,--file", or of a positional argument "TYPE"
     std::string help;
-    // bool makes it a flag, a vector takes several; a positional uint32_t is required.
+    // bool makes it a flag; a vector takes several; a positional uint32_t is required, an optional one is not.
     std::variant<bool *, uint32_t *, std::optional<uint32_t> *, std::string *, std::vector<std::string> *> target;
     std::string value = {};                   // the name of an option's value in the help
-    Words words = {};                         // for numbers
-    std::pair<uint32_t, uint32_t> range = {}; // of the number; any if both are 0
+    Words words = {};                         // that may be given for numbers
+    std::pair<uint32_t, uint32_t> range = {}; // of a number; any if both are 0
 };
 
 struct Command {
     std::string name;
     std::string summary;
     std::vector<Argument> arguments;
-    std::function<Exit()> run; // after that of the command below it, if one is named
+    std::function<Exit()> run; // follows that of one of its commands, if one is named
     std::string footer = {};
-    std::vector<Command> commands = {}; // one of them may be named
+    std::vector<Command> commands = {}; // at most one of them may be named
 };
 
 // What a command throws when its arguments are wrong.

@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <type_traits>
+
 namespace dcmtool {
 
 namespace {

@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <type_traits>
 
 using namespace dcmtool;
 
