@@ -13,7 +13,6 @@
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -24,15 +23,15 @@ using namespace dcmtool;
 
 namespace {
 
-enum class Format { text, json, sarif, markdown };
-enum class Colour { automatic, always, never };
+enum Format : uint32_t { kText, kJson, kSarif, kMarkdown };
+enum Colour : uint32_t { kAutomatic, kAlways, kNever };
 
 struct Options {
     std::vector<std::string> files;
     std::vector<std::string> warnings;
-    Format format = Format::text;
-    Colour colour = Colour::automatic;
-    unsigned jobs = 1;
+    uint32_t format = kText;
+    uint32_t colour = kAutomatic;
+    uint32_t jobs = 1;
     bool areListed = false;
     std::string explained;
 };
@@ -71,8 +70,8 @@ private:
             for (const Check &check : checks)
                 names.emplace_back(check.name);
         const std::string meant = nearest(name, names);
-        throw CLI::ValidationError("no such check: " + name +
-                                   (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
+        throw UsageError("no such check: " + name +
+                         (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
     }
 
     void take(const std::string &option)
@@ -84,7 +83,7 @@ private:
         else if (option.compare(0, 3, "no-") == 0)
             off.insert(named(option.substr(3)));
         else
-            throw CLI::ValidationError("-W takes no-NAME, error or error=NAME, not " + option);
+            throw UsageError("-W takes no-NAME, error or error=NAME, not " + option);
     }
 };
 
@@ -237,14 +236,14 @@ Exit exitOf(const Totals &totals)
 
 bool isColoured(const Options &options, const OwnOutput &output)
 {
-    return options.colour == Colour::automatic ? output.isTerminal() && std::getenv("NO_COLOR") == nullptr
-                                               : options.colour == Colour::always;
+    return options.colour == kAutomatic ? output.isTerminal() && std::getenv("NO_COLOR") == nullptr
+                                        : options.colour == kAlways;
 }
 
 // What is printed behind the last file's findings as text, or in their place.
-std::string endOf(Format format, const std::vector<FileReport> &reports, const Totals &totals)
+std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals)
 {
-    return format == Format::text ? summaryOf(totals) : format == Format::json ? asJson(reports) : asSarif(reports);
+    return format == kText ? summaryOf(totals) : format == kJson ? asJson(reports) : asSarif(reports);
 }
 
 Exit runCheck(const Options &options)
@@ -261,8 +260,8 @@ Exit runCheck(const Options &options)
         const bool isLast = i + 1 == options.files.size();
         FileReport report = workers.take(i);
         totals.add(report);
-        std::string text = options.format == Format::text ? asText(report, areColoured) : "";
-        if (options.format != Format::text || isLast)
+        std::string text = options.format == kText ? asText(report, areColoured) : "";
+        if (options.format != kText || isLast)
             reports.push_back(std::move(report));
         if (isLast)
             text += endOf(options.format, reports, totals);
@@ -277,7 +276,7 @@ Exit runCheck(const Options &options)
 
 std::string explained(const Options &options)
 {
-    if (options.explained == "all" && options.format == Format::markdown)
+    if (options.explained == "all" && options.format == kMarkdown)
         return documentationOfChecks();
     std::string text;
     for (const Checks &checks : allChecks())
@@ -285,7 +284,7 @@ std::string explained(const Options &options)
             if (options.explained == check.name || options.explained == "all")
                 text += (text.empty() ? "" : "\n") + explanationOf(check);
     if (text.empty())
-        throw CLI::ValidationError("no such check: " + options.explained + " (see --list-checks)");
+        throw UsageError("no such check: " + options.explained + " (see --list-checks)");
     return text;
 }
 
@@ -296,41 +295,30 @@ Exit run(const Options &options)
         return OwnOutput().print(text) ? kSuccess : kErrors;
     }
     if (options.files.empty())
-        throw CLI::RequiredError("FILE");
-    if (options.format == Format::markdown)
-        throw CLI::ValidationError("markdown is a format of --explain all");
+        throw UsageError("FILE is required");
+    if (options.format == kMarkdown)
+        throw UsageError("markdown is a format of --explain all");
     return runCheck(options);
 }
 
 } // namespace
 
-void addCheckCommand(CLI::App &app, Exit &exit)
+Command checkCommand()
 {
-    CLI::App *command = app.add_subcommand("check", "Find what is wrong in descriptions");
     const auto options = std::make_shared<Options>();
-    const std::map<std::string, Format> formats = {
-        {"text", Format::text}, {"json", Format::json}, {"sarif", Format::sarif}, {"markdown", Format::markdown}};
-    const std::map<std::string, Colour> colours = {
-        {"auto", Colour::automatic}, {"always", Colour::always}, {"never", Colour::never}};
-    command->add_option("FILE", options->files, "Descriptions to check, - for standard input")->type_name("");
-    command
-        ->add_option("-W", options->warnings,
-                     "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all")
-        ->type_name("WHAT")
-        ->allow_extra_args(false);
-    command->add_option("--format", options->format, "text, json or sarif [text]")
-        ->type_name("FORMAT")
-        ->transform(CLI::Transformer(formats).description(""));
-    command->add_option("--color", options->colour, "auto, always or never [auto]")
-        ->type_name("WHEN")
-        ->transform(CLI::Transformer(colours).description(""));
-    command->add_option("-j,--jobs", options->jobs, "How many files to check at once [1]")
-        ->type_name("N")
-        ->check(CLI::Range(1U, 256U, "1 to 256"));
-    command->add_flag("--list-checks", options->areListed, "List the checks");
-    command->add_option("--explain", options->explained, "Explain a check: why it matters, and examples; or all")
-        ->type_name("NAME");
-    command->footer("Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
-                    "66 a file cannot be read or is no XML, 71 out of memory.");
-    command->callback([options, &exit] { exit = run(*options); });
+    const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}, {"markdown", kMarkdown}};
+    const Words colours = {{"auto", kAutomatic}, {"always", kAlways}, {"never", kNever}};
+    return {"check",
+            "Find what is wrong in descriptions",
+            {{"FILE", "Descriptions to check, - for standard input", &options->files},
+             {"-W", "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all",
+              &options->warnings, "WHAT"},
+             {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
+             {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
+             {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
+             {"--list-checks", "List the checks", &options->areListed},
+             {"--explain", "Explain a check: why it matters, and examples; or all", &options->explained, "NAME"}},
+            [options] { return run(*options); },
+            "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
+            "66 a file cannot be read or is no XML, 71 out of memory."};
 }

@@ -21,7 +21,7 @@ struct Options {
     std::string file;
     std::optional<RecordKind> kind; // none: the whole file
     std::optional<uint32_t> type;   // none: all of the kind
-    uint32_t mode = 0;
+    std::optional<uint32_t> mode;   // none: 0
 };
 
 const char *arrayName(RecordKind kind)
@@ -46,7 +46,7 @@ bool isWanted(const Options &options, RecordKind kind, const DescribedType &type
     if (!options.type)
         return true;
     const auto &ids = type.typeIds;
-    return std::find(ids.begin(), ids.end(), *options.type) != ids.end() && options.mode == type.mode;
+    return std::find(ids.begin(), ids.end(), *options.type) != ids.end() && options.mode.value_or(0) == type.mode;
 }
 
 // An entry whose query fails has no record.
@@ -94,7 +94,7 @@ void sayNotFound(const DescriptionFile &file, const Options &options)
     std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, printable(file.name()).c_str(), kindName(*options.kind),
                  *options.type);
     if (*options.kind == RecordKind::card)
-        std::fprintf(stderr, " and mode %" PRIu32, options.mode);
+        std::fprintf(stderr, " and mode %" PRIu32, options.mode.value_or(0));
     std::fputs(".\n", stderr);
 }
 
@@ -158,26 +158,31 @@ Exit runExport(const Options &options)
     return file != nullptr ? exportFrom(*file, options, output) : kUnreadable;
 }
 
-void addKind(CLI::App &command, RecordKind kind, const std::shared_ptr<Options> &options)
+Command kindCommand(RecordKind kind, const std::shared_ptr<Options> &options)
 {
     const std::string name = kindName(kind);
-    CLI::App *ofKind = command.add_subcommand(name, "Every " + name + ", or the one of a type");
-    ofKind->add_option("TYPE", options->type, "Type id of the " + name + " [all]")->type_name("");
+    // Afterwards, the command above runs.
+    const auto run = [options, kind] {
+        options->kind = kind;
+        return kSuccess;
+    };
+    Command command = {name, "Every " + name + ", or the one of a type", {}, run};
+    command.arguments.push_back({"TYPE", "Type id of the " + name + " [all]", &options->type});
     if (kind == RecordKind::card)
-        ofKind->add_option("MODE", options->mode, "Mode of the card [0]")->type_name("");
-    ofKind->callback([options, kind] { options->kind = kind; });
+        command.arguments.push_back({"MODE", "Mode of the card [0]", &options->mode});
+    return command;
 }
 
 } // namespace
 
-void addExportCommand(CLI::App &app, Exit &exit)
+Command exportCommand()
 {
-    CLI::App *command = app.add_subcommand("export", "Print what a description describes as JSON");
     const auto options = std::make_shared<Options>();
-    addFileOption(*command, options->file, ", - for standard input");
-    command->require_subcommand(0, 1);
-    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card})
-        addKind(*command, kind, options);
-    // A command's callback runs after those of its own commands.
-    command->callback([options, &exit] { exit = runExport(*options); });
+    return {"export",
+            "Print what a description describes as JSON",
+            {fileOption(options->file, ", - for standard input")},
+            [options] { return runExport(*options); },
+            "",
+            {kindCommand(RecordKind::frame, options), kindCommand(RecordKind::slot, options),
+             kindCommand(RecordKind::card, options)}};
 }

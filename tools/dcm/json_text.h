@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-#include <string>
-
 namespace dcmtool {
 
 using Json = nlohmann::ordered_json;

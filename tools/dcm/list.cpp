@@ -281,15 +281,16 @@ Exit runList(const std::string &fileName, bool asJson)
 
 } // namespace
 
-void addListCommand(CLI::App &app, Exit &exit)
+Command listCommand()
 {
     struct Options {
         std::string file;
         bool asJson = false;
     };
-    CLI::App *command = app.add_subcommand("list", "List every frame, slot and card of a description");
     const auto options = std::make_shared<Options>();
-    addFileOption(*command, options->file, ", - for standard input");
-    command->add_flag("--json", options->asJson, "As JSON, for programs");
-    command->callback([options, &exit] { exit = runList(options->file, options->asJson); });
+    return {
+        "list",
+        "List every frame, slot and card of a description",
+        {fileOption(options->file, ", - for standard input"), {"--json", "As JSON, for programs", &options->asJson}},
+        [options] { return runList(options->file, options->asJson); }};
 }
