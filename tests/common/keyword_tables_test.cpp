@@ -67,9 +67,10 @@ private:
 };
 
 // A number, as the compiler takes pointers to two objects for different ones.
-std::uintptr_t addressOf(const void *volatile place)
+std::uintptr_t addressOf(const void *place)
 {
-    return reinterpret_cast<std::uintptr_t>(place);
+    const void *const volatile hidden = place;
+    return reinterpret_cast<std::uintptr_t>(hidden);
 }
 
 constexpr uint32_t untouched = 0xDEADBEEF;
