@@ -410,7 +410,7 @@ TEST(Selection, ChangesNothingOfSpecialFiles)
 TEST(Selection, ChangesNothingOfEntities)
 {
     Comparison comparison;
-    for (const size_t count : {1, 17}) {
+    for (const size_t count : {size_t{1}, size_t{17}}) {
         const std::string type = "<!DOCTYPE device [<!ENTITY e '" + std::string(size_t{1} << 20, 'x') + "'>]>";
         comparison.compare(type + device("<x>" + repeated("<y>&e;</y>", count) + "</x>" + kFrame + kSlot + kCard));
     }
@@ -435,7 +435,7 @@ TEST(Selection, ChangesNothingOfMutatedFiles)
 {
     std::vector<std::string> files = specialFiles();
     files.push_back(readFile(example("device.xml")).substr(0, 6000) + "</frame></device>");
-    std::minstd_rand random(1); // NOLINT(cert-msc51-cpp): the same files each time
+    std::minstd_rand random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same files each time
     Comparison comparison;
     while (comparison.count() < comparisonsToMake() && comparison.isGood())
         comparison.compare(mutated(files[static_cast<size_t>(random()) % files.size()], random));
