@@ -14,11 +14,12 @@ namespace dcm {
 namespace {
 
 constexpr Vocabulary tableOf(const char (*rows)[DCM_KEYWORD_SIZE], size_t count, const char (*next)[DCM_KEYWORD_SIZE],
-                             const char *converter)
+                             const char *converter) noexcept
 {
     return {converter, DCM_MESSAGE_TEXT("invalid dcm str(%s)."), nullptr, rows, count, next};
 }
-constexpr Vocabulary statesOf(const char (*rows)[DCM_KEYWORD_SIZE], size_t count, const char (*next)[DCM_KEYWORD_SIZE])
+constexpr Vocabulary statesOf(const char (*rows)[DCM_KEYWORD_SIZE], size_t count,
+                              const char (*next)[DCM_KEYWORD_SIZE]) noexcept
 {
     return tableOf(rows, count, next, "dcmLedStateStr2Val");
 }

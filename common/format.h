@@ -114,7 +114,7 @@ struct Element {
 };
 
 // An element that may stand side by side with others of its kind.
-constexpr Element repeated(const Element &element, size_t most = kAnyNumber)
+constexpr Element repeated(const Element &element, size_t most = kAnyNumber) noexcept
 {
     return {element.content, element.attributes, element.attributeCount, element.children, element.childCount, most};
 }

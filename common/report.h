@@ -14,7 +14,7 @@
 // called lets the compiler check the arguments against the text: of a branch that is never taken, GCC 14 checks
 // nothing.
 #define DCM_REPORT(function, text, ...)                                                                                \
-    (static_cast<void>([&] { static_cast<void>(std::printf(DCM_FORMAT(text), function, 0U, __VA_ARGS__)); }),          \
+    (static_cast<void>([&] { static_cast<void>(std::printf(DCM_FORMAT(text), "", 0U, __VA_ARGS__)); }),                \
      dcm::report(DCM_FORMAT(text), function, static_cast<unsigned>(__LINE__), __VA_ARGS__))
 
 // Declares a message that a level reports later, with the line of the declaration. There is one macro for each list of
@@ -40,7 +40,7 @@ template <class... Arguments> [[gnu::noinline]] Result report(const char *format
 }
 
 // The format, which the compiler has checked against the arguments.
-__attribute__((format(printf, 1, 2))) constexpr const char *checked(const char *format, ...) // NOLINT(cert-dcl50-cpp)
+__attribute__((format(printf, 1, 2))) constexpr const char *checked(const char *format, ...) noexcept
 {
     return format;
 }
@@ -64,13 +64,23 @@ struct QueryReporter;
 // A message that a `By` reports with `Values`. What any decoder reports, a query reports as well; only a query can name
 // its file.
 template <class By, class... Values> struct MessageFor : Message {
-    constexpr MessageFor() = default;
-    constexpr MessageFor(const char *text, unsigned declaredAt) : Message{text, declaredAt} {}
+    constexpr MessageFor() noexcept = default;
+    constexpr MessageFor(const char *text, unsigned declaredAt) noexcept
+    {
+        format = text;
+        line = declaredAt;
+    }
 };
 template <class... Values> struct MessageFor<QueryReporter, Values...> : Message {
-    constexpr MessageFor() = default;
-    constexpr MessageFor(const char *text, unsigned declaredAt) : Message{text, declaredAt, true} {}
-    constexpr MessageFor(const MessageFor<Reporter, Values...> &message) : Message(message) {} // NOLINT(*-explicit-*)
+    constexpr MessageFor() noexcept = default;
+    constexpr MessageFor(const char *text, unsigned declaredAt) noexcept
+    {
+        format = text;
+        line = declaredAt;
+        namesFile = true;
+    }
+    constexpr MessageFor(const MessageFor<Reporter, Values...> &message) noexcept
+        : Message(message) {} // NOLINT(*-explicit-*)
 };
 
 // Reports a message whose type has been checked when it went into a table: one that names a file needs a QueryReporter.

@@ -36,7 +36,7 @@ struct Vocabulary {
 
 template <size_t Size>
 constexpr Vocabulary vocabularyOf(const Word (&words)[Size], const char *converter = nullptr,
-                                  const MessageFor<Reporter, const char *> &invalid = {})
+                                  const MessageFor<Reporter, const char *> &invalid = {}) noexcept
 {
     return {converter, invalid, words, nullptr, Size};
 }

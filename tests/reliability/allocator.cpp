@@ -176,12 +176,12 @@ void *malloc(size_t size) noexcept
     return dcmtest::fails(dcmtest::Of::all) ? nullptr : __libc_malloc(size);
 }
 
-void *calloc(size_t count, size_t size) noexcept
+void *calloc(size_t count, size_t size) noexcept // NOLINT(readability-inconsistent-declaration-parameter-name)
 {
     return dcmtest::fails(dcmtest::Of::all) ? nullptr : __libc_calloc(count, size);
 }
 
-void *realloc(void *old, size_t size) noexcept
+void *realloc(void *old, size_t size) noexcept // NOLINT(readability-inconsistent-declaration-parameter-name)
 {
     return dcmtest::fails(dcmtest::Of::all) ? nullptr : __libc_realloc(old, size);
 }

@@ -29,6 +29,7 @@ TEST(Printable, EscapesWhatATerminalObeysOrALineEndsWith)
         {"\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0",
          "\\u0080\\u009b\\u009f\xC2\xA0"}, // C1; a blank that does not break is none
         {"\xD8\x9C\xE2\x80\x8E\xE2\x80\x8F", "\\u061c\\u200e\\u200f"},
+        // NOLINTNEXTLINE(misc-misleading-bidirectional): what it is about
         {"\xE2\x80\xA7\xE2\x80\xA8\xE2\x80\xA9\xE2\x80\xAA\xE2\x80\xAE\xE2\x80\xAF",
          "\xE2\x80\xA7\\u2028\\u2029\\u202a\\u202e\xE2\x80\xAF"},
         {"\xE2\x81\xA5\xE2\x81\xA6\xE2\x81\xA9\xE2\x81\xAA", "\xE2\x81\xA5\\u2066\\u2069\xE2\x81\xAA"},
@@ -61,6 +62,7 @@ TEST(Printable, KeepsTheTabsOfALineAndTheEndOfAReport)
 
 TEST(Printable, WritesJsonThatMeansTheSame)
 {
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): what it is about
     const std::string text = "\x1b\n\x7f\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8 \xC3\xA9 \\u202e";
     const std::string shown = jsonText(Json{{"text", text}});
     EXPECT_EQ(shown, "{\"text\":\"\\u001b\\n\\u007f\\u009b\\u202e\\u2028 \xC3\xA9 \\\\u202e\"}\n");

@@ -211,7 +211,7 @@ bool Findings::counts(Node element)
     return true;
 }
 
-template <class SpanOf> Finding &Findings::add(Node element, const SpanOf &spanOf, std::string text)
+template <class SpanOf> Finding &Findings::add(Node element, const SpanOf &spanOf, const std::string &text)
 {
     counted_ = {};
     if (isToldAt(element) && told_.count({element, spanOf().begin}) != 0)

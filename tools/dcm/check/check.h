@@ -190,7 +190,7 @@ private:
 
     Found &foundAt(Node element);
     bool isToldAt(Node element) const;
-    template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, std::string text);
+    template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, const std::string &text);
 
     const DescriptionFile &file_;
     const Check *running_ = nullptr;
