@@ -299,12 +299,15 @@ std::string example(const std::string &name)
 
 } // namespace dcmtest
 
-// The tests are linked with --wrap for the two calls by which the library reaches a file; one of them has two names.
+// The tests are linked with --wrap for the two calls by which the library reaches a file. One of them has another name
+// on 32-bit machines, and others in a fortified build with Clang.
 extern "C" {
 int __real_access(const char *path, int mode);
 int __wrap_access(const char *path, int mode);
 int __wrap_open(const char *path, int flags, ...);
 int __wrap_open64(const char *path, int flags, ...) __attribute__((alias("__wrap_open")));
+int __wrap___open_2(const char *path, int flags);
+int __wrap___open64_2(const char *path, int flags) __attribute__((alias("__wrap___open_2")));
 
 int __wrap_access(const char *path, int mode)
 {
@@ -318,5 +321,10 @@ int __wrap_open(const char *path, int flags, ...)
     const mode_t mode = (flags & O_CREAT) != 0 ? static_cast<mode_t>(va_arg(arguments, unsigned)) : 0;
     va_end(arguments);
     return openat(AT_FDCWD, dcmtest::redirected(path).c_str(), flags, mode);
+}
+
+int __wrap___open_2(const char *path, int flags)
+{
+    return __wrap_open(path, flags);
 }
 }

@@ -33,6 +33,7 @@ std::string reportOf(const char *format, va_list arguments)
 {
     va_list again;
     va_copy(again, arguments);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it has just been copied
     const int length = std::vsnprintf(nullptr, 0, format, again);
     va_end(again);
     std::string report(static_cast<size_t>(length) + 1, '\0');
