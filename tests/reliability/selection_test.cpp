@@ -439,7 +439,7 @@ TEST(Selection, ChangesNothingOfMutatedFiles)
     Comparison comparison;
     while (comparison.count() < comparisonsToMake() && comparison.isGood())
         comparison.compare(mutated(files[static_cast<size_t>(random()) % files.size()], random));
-    comparison.finish(comparison.count() / 200);
+    comparison.finish(comparison.count() / 400);
     RecordProperty("comparisons", static_cast<int>(comparison.count()));
 }
 
