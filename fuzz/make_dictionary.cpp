@@ -49,8 +49,8 @@ int main()
     addElement(dcm::kSlotName, dcm::kSlotElement);
     addElement(dcm::kCardName, dcm::kCardElement);
     addElement(dcm::kVmName, dcm::kVmElement);
-    addWords({nullptr, gDcmEttClass, DCM_ETT_CLASS_ROWS});
-    addWords({nullptr, gDcmEttAttachStrs, DCM_ETT_ATTACH_ROWS});
+    addWords(dcm::kEttClassWords);
+    addWords(dcm::kEttAttachWords);
     for (uint32_t ledType = 0; ledType < DCM_LED_TYPE_ROWS; ledType++)
         if (const dcm::Vocabulary *states = dcm::ledStateWords(ledType))
             addWords(*states);
