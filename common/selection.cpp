@@ -2,6 +2,7 @@
 
 #include <libxml/SAX2.h>
 
+#include <cerrno>
 #include <cstring>
 
 namespace dcm {
@@ -139,10 +140,14 @@ void Selection::startCandidate(xmlParserCtxtPtr parser)
         return;
     }
     bool isWanted = false;
+    // A number that is too large sets errno, which is not to be seen in the report of a file that is not well-formed: a
+    // search comes after the parsing.
+    const int before = errno;
     // A copy of an attribute could fail, which is for the search to report.
     if (!Text::borrowsAttributes(parser->node) ||
         wanted_.compare(parser->node, wanted_.query, isWanted, reporter_) != Result::ok)
         giveUp(parser);
+    errno = before;
     if (isWanted) {
         found_ = parser->node;
         buildNodes(*parser->sax);
