@@ -64,6 +64,16 @@ std::string repeated(const std::string &text, size_t count)
 
 } // namespace
 
+TEST(HostileFile, IsReportedWithoutTheErrorOfATypeIdThatIsTooLarge)
+{
+    const TemporaryFile file("<device><frame typeid='99999999999999999999'>");
+    errno = 0;
+    const Answer<DcmFrameInfo> answer = queryFile(file.path());
+    EXPECT_EQ(answer.result, -1);
+    EXPECT_EQ(answer.messages.at(0).find("[dcmFrameInfoGet:#]: xmlfile(FILE) parse failed(err#34"), std::string::npos)
+        << answer.messages.at(0);
+}
+
 // ---- Paths ----------------------------------------------------------------------------------------------------------
 
 TEST(HostileFile, MayBeMissing)
