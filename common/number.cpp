@@ -1,7 +1,5 @@
 #include "common/number.h"
 
-#include <cerrno>
-
 namespace dcm {
 
 namespace {
@@ -63,12 +61,10 @@ uint32_t readNumber(const char *text, const char **end)
     }
     const char *digits = stop;
     uint64_t number = 0;
-    if (!readUnsigned(stop, number)) {
+    if (!readUnsigned(stop, number))
         number = UINT64_MAX; // whatever the sign
-        errno = ERANGE;      // kept: the report of a file that is not well-formed shows what errno was left as
-    } else if (isNegative) {
+    else if (isNegative)
         number = 0 - number;
-    }
     if (end != nullptr)
         *end = stop != digits ? stop : text;
     return static_cast<uint32_t>(number);
