@@ -1,4 +1,4 @@
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 
 #include "common/xml.h"
 

@@ -3,10 +3,10 @@
 #include "common/xml.h"
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
-#include "tools/dcm/json_text.h"
 #include "tools/dcm/library_log.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
+#include "tools/dcm/records/json_text.h"
 
 #include <libxml/xmlerror.h>
 

@@ -1,4 +1,4 @@
-#include "tools/dcm/input_file.h"
+#include "tools/dcm/description/input_file.h"
 
 #include <gtest/gtest.h>
 

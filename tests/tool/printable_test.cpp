@@ -1,6 +1,6 @@
 #include "tools/dcm/printable.h"
 
-#include "tools/dcm/json_text.h"
+#include "tools/dcm/records/json_text.h"
 
 #include <gtest/gtest.h>
 

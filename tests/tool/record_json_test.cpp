@@ -1,5 +1,5 @@
-#include "tools/dcm/described.h"
-#include "tools/dcm/record_json.h"
+#include "tools/dcm/description/described.h"
+#include "tools/dcm/records/record_json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

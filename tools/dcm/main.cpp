@@ -1,5 +1,5 @@
 // dcm: reads device descriptions on an engineer's machine as the network element reads them.
-#include "tools/dcm/command.h"
+#include "tools/dcm/commands/command.h"
 #include "tools/dcm/process.h"
 
 int main(int argc, char **argv)

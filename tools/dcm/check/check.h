@@ -12,7 +12,7 @@
 #include "common/xml.h"
 #include "tools/dcm/check/declarations.h"
 #include "tools/dcm/check/finding.h"
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 #include "tools/words.h"
 
 #include <cstddef>

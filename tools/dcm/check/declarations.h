@@ -4,7 +4,7 @@
 #define DCM_TOOLS_CHECK_DECLARATIONS_H
 
 #include "common/format.h"
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 
 #include <bitset>
 #include <cstddef>

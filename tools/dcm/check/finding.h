@@ -2,7 +2,7 @@
 #ifndef DCM_TOOLS_CHECK_FINDING_H
 #define DCM_TOOLS_CHECK_FINDING_H
 
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 
 #include <cstdint>
 #include <string>

@@ -4,7 +4,7 @@
 
 #include "common/format.h"
 #include "common/xml.h"
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 
 #include <cstddef>
 #include <vector>

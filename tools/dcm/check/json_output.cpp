@@ -1,6 +1,6 @@
 #include "tools/dcm/check/file_checks.h"
 #include "tools/dcm/check/output.h"
-#include "tools/dcm/json_text.h"
+#include "tools/dcm/records/json_text.h"
 
 #include <algorithm>
 #include <cctype>

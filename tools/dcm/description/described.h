@@ -2,7 +2,7 @@
 #ifndef DCM_TOOLS_DESCRIBED_H
 #define DCM_TOOLS_DESCRIBED_H
 
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 
 #include <dcm.h>
 

@@ -1,6 +1,6 @@
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
-#include "tools/dcm/command.h"
+#include "tools/dcm/commands/command.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
 #include "tools/dcm/process.h"

@@ -1,4 +1,4 @@
-#include "tools/dcm/description_file.h"
+#include "tools/dcm/description/description_file.h"
 
 #include "card/card_format.h"
 #include "card/card_query.h"
@@ -6,8 +6,8 @@
 #include "frame/frame_query.h"
 #include "slot/slot_format.h"
 #include "slot/slot_query.h"
-#include "tools/dcm/input_file.h"
-#include "tools/dcm/parse_limits.h"
+#include "tools/dcm/description/input_file.h"
+#include "tools/dcm/description/parse_limits.h"
 #include "vm/vm.h"
 #include "vm/vm_format.h"
 

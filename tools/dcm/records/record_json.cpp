@@ -1,4 +1,4 @@
-#include "tools/dcm/record_json.h"
+#include "tools/dcm/records/record_json.h"
 
 #include "common/bits.h"
 #include "common/vocabularies.h"

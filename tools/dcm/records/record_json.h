@@ -6,7 +6,7 @@
 #ifndef DCM_TOOLS_RECORD_JSON_H
 #define DCM_TOOLS_RECORD_JSON_H
 
-#include "tools/dcm/json_text.h"
+#include "tools/dcm/records/json_text.h"
 
 #include <dcm.h>
 

@@ -1,4 +1,4 @@
-#include "tools/dcm/described.h"
+#include "tools/dcm/description/described.h"
 
 #include "card/card_query.h"
 #include "common/paths.h"

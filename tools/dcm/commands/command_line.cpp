@@ -1,5 +1,5 @@
 #include "common/paths.h"
-#include "tools/dcm/command.h"
+#include "tools/dcm/commands/command.h"
 #include "tools/dcm/library_log.h"
 #include "tools/dcm/printable.h"
 

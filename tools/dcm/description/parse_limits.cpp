@@ -1,4 +1,4 @@
-#include "tools/dcm/parse_limits.h"
+#include "tools/dcm/description/parse_limits.h"
 
 #include "tools/dcm/check/format_lookup.h"
 #include "vm/vm_format.h"

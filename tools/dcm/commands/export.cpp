@@ -1,9 +1,9 @@
-#include "tools/dcm/command.h"
-#include "tools/dcm/described.h"
-#include "tools/dcm/json_text.h"
+#include "tools/dcm/commands/command.h"
+#include "tools/dcm/description/described.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
-#include "tools/dcm/record_json.h"
+#include "tools/dcm/records/json_text.h"
+#include "tools/dcm/records/record_json.h"
 
 #include <algorithm>
 #include <cinttypes>

@@ -1,4 +1,4 @@
-#include "tools/dcm/json_text.h"
+#include "tools/dcm/records/json_text.h"
 
 #include "tools/dcm/printable.h"
 
