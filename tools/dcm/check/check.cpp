@@ -234,40 +234,40 @@ template <class SpanOf> Finding &Findings::add(Node element, const SpanOf &spanO
     return found.kept.back();
 }
 
-Finding &Findings::at(Node element, Span span, std::string text)
+Finding &Findings::at(Node element, Span span, const std::string &text)
 {
     return add(
-        element, [&] { return span; }, std::move(text));
+        element, [&] { return span; }, text);
 }
 
-Finding &Findings::at(const Value &value, std::string text)
+Finding &Findings::at(const Value &value, const std::string &text)
 {
-    return value.attribute != nullptr ? atValue(value.spot.node, value.attribute->name, std::move(text))
-                                      : atContent(value.spot.node, std::move(text));
+    return value.attribute != nullptr ? atValue(value.spot.node, value.attribute->name, text)
+                                      : atContent(value.spot.node, text);
 }
 
-Finding &Findings::atName(Node element, std::string text)
-{
-    return add(
-        element, [&] { return file_.nameSpan(element); }, std::move(text));
-}
-
-Finding &Findings::atAttribute(Node element, const char *attribute, std::string text)
+Finding &Findings::atName(Node element, const std::string &text)
 {
     return add(
-        element, [&] { return file_.attributeSpan(element, attribute); }, std::move(text));
+        element, [&] { return file_.nameSpan(element); }, text);
 }
 
-Finding &Findings::atValue(Node element, const char *attribute, std::string text)
+Finding &Findings::atAttribute(Node element, const char *attribute, const std::string &text)
 {
     return add(
-        element, [&] { return file_.valueSpan(element, attribute); }, std::move(text));
+        element, [&] { return file_.attributeSpan(element, attribute); }, text);
 }
 
-Finding &Findings::atContent(Node element, std::string text)
+Finding &Findings::atValue(Node element, const char *attribute, const std::string &text)
 {
     return add(
-        element, [&] { return file_.contentSpan(element); }, std::move(text));
+        element, [&] { return file_.valueSpan(element, attribute); }, text);
+}
+
+Finding &Findings::atContent(Node element, const std::string &text)
+{
+    return add(
+        element, [&] { return file_.contentSpan(element); }, text);
 }
 
 void Findings::setApart(const Check &check, Node element)

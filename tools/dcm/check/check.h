@@ -151,12 +151,12 @@ public:
 
     explicit Findings(const DescriptionFile &file) : file_(file) {}
 
-    Finding &at(const Value &value, std::string text);                           // under the value
-    Finding &atName(Node element, std::string text);                             // under the element's name
-    Finding &atAttribute(Node element, const char *attribute, std::string text); // under an attribute's name
-    Finding &atValue(Node element, const char *attribute, std::string text);     // under an attribute's value
-    Finding &atContent(Node element, std::string text);                          // under the content
-    Finding &at(Node element, Span span, std::string text);                      // anywhere
+    Finding &at(const Value &value, const std::string &text);                           // under the value
+    Finding &atName(Node element, const std::string &text);                             // under the element's name
+    Finding &atAttribute(Node element, const char *attribute, const std::string &text); // under an attribute's name
+    Finding &atValue(Node element, const char *attribute, const std::string &text);     // under an attribute's value
+    Finding &atContent(Node element, const std::string &text);                          // under the content
+    Finding &at(Node element, Span span, const std::string &text);                      // anywhere
 
     // True when what the running check finds at an element is only counted, which is then done: for checks whose texts
     // cost much to make.
