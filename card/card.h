@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// --- For the tool: the format, the steps of dcmCardInfoGet() on a parsed description, the report ---
+// ---- For the tool: the format, the steps of dcmCardInfoGet() on a parsed description, the report --------------------
 
 // A "card" of a device description.
 inline constexpr char kCardName[] = "card";
@@ -22,7 +22,7 @@ Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter);
 // What dcmCardInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
 int printCardAnswer(const char *fileName, const DcmCardInfo *info);
 
-// --- Decoders of a card's ports and parts: each takes one element and writes what it describes to the whole record ---
+// ---- Decoders of a card's ports and parts: each takes one element and writes what it describes to the whole record --
 
 // A port of which nothing is known.
 template <class Port> void clearIdentity(Port &port)

@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// --- For the tool: the format, the steps of dcmFrameInfoGet() on a parsed description, the report ---
+// ---- For the tool: the format, the steps of dcmFrameInfoGet() on a parsed description, the report -------------------
 
 // A "frame" of a device description.
 inline constexpr char kFrameName[] = "frame";
@@ -20,7 +20,7 @@ Result decodeFrame(Node frame, DcmFrameInfo &info, const QueryReporter &reporter
 // What dcmFrameInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
 int printFrameAnswer(const char *fileName, const DcmFrameInfo *info);
 
-// --- Decoders of a frame's units: each takes one element and writes what it describes to the whole record ---
+// ---- Decoders of a frame's units: each takes one element and writes what it describes to the whole record -----------
 
 // One "fanmodule"; needs fanModuleNum.
 Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);

@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// --- For the tool: the format, the steps of dcmSlotInfoGet() on a parsed description, the report ---
+// ---- For the tool: the format, the steps of dcmSlotInfoGet() on a parsed description, the report --------------------
 
 // A "slot" of a device description.
 inline constexpr char kSlotName[] = "slot";
@@ -20,7 +20,7 @@ Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter);
 // What dcmSlotInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
 int printSlotAnswer(const char *fileName, const DcmSlotInfo *info);
 
-// --- Decoders of a slot's ports and units: each takes one element and writes what it describes to the whole record ---
+// ---- Decoders of a slot's ports and units: each takes one element and writes what it describes to the whole record --
 
 // An inner port or switch-fabric port of which nothing is known.
 inline void clearIdentity(DcmInnerIfInfo &port)

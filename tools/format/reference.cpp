@@ -144,9 +144,9 @@ Document makeReference(const Tree &tree, const Prose &prose, const std::string &
 {
     Document document = readBlocks(introduction);
     document.push_back({Block::Kind::heading, "Elements", 2});
-    document.push_back({Block::Kind::paragraph,
-                        "An element goes by its path below `device`. What stands in several places is described once, "
-                        "at the shortest of its paths."});
+    document.push_back(
+        {Block::Kind::paragraph,
+         "An element goes by its path below `device`. What stands in several places is described once, at the shortest of its paths."});
     for (const Place *section : tree.sections())
         addSection(document, tree, *section, prose);
 
