@@ -63,9 +63,12 @@ if(DCM_BUILD_TOOL)
     install_all(tool man/*.1 ${CMAKE_INSTALL_MANDIR}/man1)
     install_all(tool completions/dcm ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 endif()
-install_all(tool man/*.5 ${CMAKE_INSTALL_MANDIR}/man5)
 install_all(tool schema/*.rnc ${CMAKE_INSTALL_DATADIR}/dcm/schema)
-install_all(tool schema/*.rng ${CMAKE_INSTALL_DATADIR}/dcm/schema)
+if(TARGET dcm_reference)
+    install(FILES ${PROJECT_BINARY_DIR}/man/dcm-description.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT tool)
+    install(FILES ${PROJECT_BINARY_DIR}/schema/dcm-description.rng DESTINATION ${CMAKE_INSTALL_DATADIR}/dcm/schema
+        COMPONENT tool)
+endif()
 install_all(tool examples/*.xml ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # --- What it is made of ----------------------------------------------------------------------------------------------

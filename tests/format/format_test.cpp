@@ -57,8 +57,8 @@ class Validator {
 public:
     Validator()
     {
-        const std::string path = kSource + "/schema/dcm-description.rng";
-        xmlRelaxNGParserCtxtPtr parser = xmlRelaxNGNewParserCtxt(path.c_str());
+        const std::string schema = toXml(makeSchema(theTree(), theProse()));
+        xmlRelaxNGParserCtxtPtr parser = xmlRelaxNGNewMemParserCtxt(schema.data(), static_cast<int>(schema.size()));
         schema_ = xmlRelaxNGParse(parser);
         xmlRelaxNGFreeParserCtxt(parser);
     }
@@ -442,14 +442,12 @@ TEST(FormatReference, IsWrittenAsTheTablesHaveIt)
     const std::string introduction = readFile(kSource + "/docs/format/introduction.txt");
     EXPECT_TRUE(markdownReference(theTree(), theProse(), introduction) == readFile(kSource + "/docs/format.md"))
         << kAnew;
-    EXPECT_TRUE(manPage(theTree(), theProse(), introduction) == readFile(kSource + "/man/dcm-description.5")) << kAnew;
 }
 
 TEST(Schema, IsWrittenAsTheTablesHaveIt)
 {
     const dcmformat::Schema schema = makeSchema(theTree(), theProse());
     EXPECT_TRUE(toCompact(schema) == readFile(kSource + "/schema/dcm-description.rnc")) << kAnew;
-    EXPECT_TRUE(toXml(schema) == readFile(kSource + "/schema/dcm-description.rng")) << kAnew;
 }
 
 } // namespace

@@ -116,7 +116,8 @@ destdir_puts_all_below_the_root() {
     prefix=$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
     DESTDIR=$folder/image quietly cmake --install "$build"
     copy=$folder/image
-    for file in dcm.h libdcm.a libdcm.so "libdcm.so.*" dcm.pc dcm-config.cmake device.xml; do
+    for file in dcm.h libdcm.a libdcm.so "libdcm.so.*" dcm.pc dcm-config.cmake device.xml dcm-description.5 \
+        dcm-description.rnc dcm-description.rng; do
         [ -n "$(find "$folder/image$prefix" -name "$file")" ] || fail "DESTDIR takes $file"
     done
     ! grep -rlI -F "$folder" "$folder/image" || fail 'no installed text names the image folder'

@@ -171,9 +171,9 @@ TEST(RecordJson, ShowsTheClassOfAComponentByThePlatformsNumber)
 
 TEST(RecordJson, ShowsTemperaturesBelowZero)
 {
-    const Json card = exported<DcmCardInfo>("<card typeid='1'><temperature-entity num='1'><temperature id='1'>"
-                                            "<highthreshold>70</highthreshold><lowthreshold>-5</lowthreshold>"
-                                            "</temperature></temperature-entity></card>");
+    const Json card = exported<DcmCardInfo>(
+        "<card typeid='1'><temperature-entity num='1'><temperature id='1'>"
+        "<highthreshold>70</highthreshold><lowthreshold>-5</lowthreshold></temperature></temperature-entity></card>");
     EXPECT_EQ(card["temperature"].size(), 1U);
     EXPECT_EQ(card["temperature"][0]["highThreshold"], 70);
     EXPECT_EQ(card["temperature"][0]["lowThreshold"], -5);

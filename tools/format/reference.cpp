@@ -144,9 +144,9 @@ Document makeReference(const Tree &tree, const Prose &prose, const std::string &
 {
     Document document = readBlocks(introduction);
     document.push_back({Block::Kind::heading, "Elements", 2});
-    document.push_back({Block::Kind::paragraph,
-                        "An element goes by its path below `device`. What stands in several places is described once, "
-                        "at the shortest of its paths."});
+    document.push_back(
+        {Block::Kind::paragraph,
+         "An element goes by its path below `device`. What stands in several places is described once, at the shortest of its paths."});
     for (const Place *section : tree.sections())
         addSection(document, tree, *section, prose);
 
@@ -188,25 +188,26 @@ std::string markdownReference(const Tree &tree, const Prose &prose, const std::s
 
 std::string manPage(const Tree &tree, const Prose &prose, const std::string &introduction)
 {
-    return ".\\\" Written by \"./dev reference\" from the library's tables and docs/format/: change those.\n"
-           ".Dd November 21, 2026\n"
-           ".Dt DCM-DESCRIPTION 5\n"
-           ".Os\n"
-           ".Sh NAME\n"
-           ".Nm dcm-description\n"
-           ".Nd format of the files that describe a network element's hardware\n"
-           ".Sh DESCRIPTION\n" +
-           toMdoc(makeReference(tree, prose, introduction)) +
-           ".Sh FILES\n"
-           ".Bl -tag -width Ds\n"
-           ".It Pa /etc/zorconf/device/device.xml\n"
-           "The device description that queries read unless they are given another.\n"
-           ".It Pa /etc/zorconf/device/vm\\-ID.xml\n"
-           "The panel ports of a virtual machine.\n"
-           ".El\n"
-           ".Sh SEE ALSO\n"
-           ".Xr dcm 1 ,\n"
-           ".Xr dcm 3\n";
+    return R"(.\" Written by dcm-format from the library's tables and docs/format/: change those.
+.Dd November 21, 2026
+.Dt DCM-DESCRIPTION 5
+.Os
+.Sh NAME
+.Nm dcm-description
+.Nd format of the files that describe a network element's hardware
+.Sh DESCRIPTION
+)" + toMdoc(makeReference(tree, prose, introduction)) +
+           R"(.Sh FILES
+.Bl -tag -width Ds
+.It Pa /etc/zorconf/device/device.xml
+The device description that queries read unless they are given another.
+.It Pa /etc/zorconf/device/vm\-ID.xml
+The panel ports of a virtual machine.
+.El
+.Sh SEE ALSO
+.Xr dcm 1 ,
+.Xr dcm 3
+)";
 }
 
 } // namespace dcmformat

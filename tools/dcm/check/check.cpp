@@ -1,12 +1,12 @@
 #include "tools/dcm/check/check.h"
 
-#include "card/card_format.h"
+#include "card/card.h"
 #include "common/bits.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/dcm/check/format_lookup.h"
 #include "tools/dcm/check/query_failures.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <libxml/tree.h>
 

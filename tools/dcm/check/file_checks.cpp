@@ -4,7 +4,7 @@
 #include "common/paths.h"
 #include "tools/dcm/check/checks.h"
 #include "tools/dcm/check/format_lookup.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <map>
 #include <set>

@@ -1,8 +1,7 @@
 // LEDs: their names, their states and the priorities of those.
 #include "common/vocabularies.h"
-#include "frame/frame_format.h"
-#include "led/led_entity.h"
-#include "led/led_states.h"
+#include "frame/frame.h"
+#include "led/led.h"
 #include "tools/dcm/check/checks.h"
 #include "tools/dcm/check/format_lookup.h"
 

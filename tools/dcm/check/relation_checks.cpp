@@ -1,11 +1,9 @@
 // What refers to something else: slots, cards, controllers, and the ports behind one id.
 #include "card/card.h"
-#include "common/temperatures.h"
+#include "common/temperature.h"
 #include "common/vocabularies.h"
 #include "frame/frame.h"
-#include "frame/frame_format.h"
 #include "slot/slot.h"
-#include "slot/slot_format.h"
 #include "tools/dcm/check/checks.h"
 #include "tools/dcm/check/format_lookup.h"
 

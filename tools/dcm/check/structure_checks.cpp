@@ -1,12 +1,10 @@
 // Elements and attributes: what the format knows where, how often, how many and in which order.
 #include "card/card.h"
-#include "card/card_format.h"
 #include "frame/frame.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
+#include "slot/slot.h"
 #include "tools/dcm/check/checks.h"
 #include "tools/dcm/check/format_lookup.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <libxml/tree.h>
 

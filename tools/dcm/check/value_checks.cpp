@@ -1,7 +1,7 @@
 // Values: numbers, lists, words and texts as the library reads them, and as they were probably meant.
-#include "card/card_format.h"
+#include "card/card.h"
 #include "common/bits.h"
-#include "common/temperatures.h"
+#include "common/temperature.h"
 #include "tools/dcm/check/checks.h"
 
 #include <cerrno>
