@@ -1,10 +1,28 @@
-// The decoders of a card's ports and parts. Each takes one element and files what it describes in the whole record.
+// The module of cards: the format of their element, the steps of a query, and the decoders of what they hold.
 #ifndef DCM_CARD_CARD_H
 #define DCM_CARD_CARD_H
 
 #include "common/decoder.h"
 
 namespace dcm {
+
+// --- For the tool: the format, the steps of dcmCardInfoGet() on a parsed description, the report ---
+
+// A "card" of a device description.
+inline constexpr char kCardName[] = "card";
+extern const Element kCardElement;
+
+// A record of which nothing has been read.
+void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info);
+// Its "name" and "abbrname". kept: a query takes those of every card before the one that it finds.
+Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter);
+// Reads the content of a "card"; the reporter is the query's.
+Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter);
+
+// What dcmCardInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
+int printCardAnswer(const char *fileName, const DcmCardInfo *info);
+
+// --- Decoders of a card's ports and parts: each takes one element and writes what it describes to the whole record ---
 
 // A port of which nothing is known.
 template <class Port> void clearIdentity(Port &port)

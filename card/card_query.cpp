@@ -1,10 +1,8 @@
-#include "card/card_query.h"
 #include "card/card.h"
-#include "card/card_format.h"
 #include "common/document.h"
 #include "common/paths.h"
-#include "common/temperatures.h"
-#include "led/led_entity.h"
+#include "common/temperature.h"
+#include "led/led.h"
 
 #include <cstring>
 #include <iterator>

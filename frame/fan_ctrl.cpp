@@ -1,4 +1,4 @@
-#include "common/fan_ctrl.h"
+#include "common/fan_ctrl_settings.h"
 #include "frame/frame.h"
 
 namespace dcm {

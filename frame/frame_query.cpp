@@ -1,10 +1,8 @@
-#include "frame/frame_query.h"
 #include "common/document.h"
 #include "common/list_codecs.h"
 #include "common/paths.h"
 #include "frame/frame.h"
-#include "frame/frame_format.h"
-#include "led/led_entity.h"
+#include "led/led.h"
 
 #include <cstring>
 #include <iterator>

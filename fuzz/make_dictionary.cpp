@@ -1,10 +1,10 @@
 // Prints a fuzzing dictionary: every element, attribute and keyword that the library's tables know, as they stand in a
 // file, and some of what XML itself has.
-#include "card/card_format.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/words.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <dcm.h>
 

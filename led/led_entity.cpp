@@ -1,6 +1,4 @@
-#include "led/led_entity.h"
-
-#include "led/led_states.h"
+#include "led/led.h"
 
 #include <cstring>
 

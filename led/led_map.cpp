@@ -1,5 +1,5 @@
 #include "common/decoder.h"
-#include "led/led_entity.h"
+#include "led/led.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "led/led_states.h"
+#include "led/led.h"
 
 namespace dcm {
 

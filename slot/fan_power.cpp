@@ -1,6 +1,6 @@
 // A slot's fan controllers and power entities: namesakes of the frame's, with rules of their own. A fan controller has
 // no "speedlevelforce"; a power entity has one id, not a list, and nothing but its id.
-#include "common/fan_ctrl.h"
+#include "common/fan_ctrl_settings.h"
 #include "slot/slot.h"
 
 namespace dcm {

@@ -1,10 +1,26 @@
-// The decoders of a slot's ports and units. Each takes one element and files what it describes in the whole record.
+// The module of slots: the format of their element, the steps of a query, and the decoders of what they hold.
 #ifndef DCM_SLOT_SLOT_H
 #define DCM_SLOT_SLOT_H
 
 #include "common/decoder.h"
 
 namespace dcm {
+
+// --- For the tool: the format, the steps of dcmSlotInfoGet() on a parsed description, the report ---
+
+// A "slot" of a device description.
+inline constexpr char kSlotName[] = "slot";
+extern const Element kSlotElement;
+
+// A record of which nothing has been read.
+void clearSlot(uint32_t typeId, DcmSlotInfo &info);
+// Reads the content of a "slot"; the reporter is the query's.
+Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter);
+
+// What dcmSlotInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
+int printSlotAnswer(const char *fileName, const DcmSlotInfo *info);
+
+// --- Decoders of a slot's ports and units: each takes one element and writes what it describes to the whole record ---
 
 // An inner port or switch-fabric port of which nothing is known.
 inline void clearIdentity(DcmInnerIfInfo &port)

@@ -1,8 +1,6 @@
-#include "slot/slot_query.h"
 #include "common/document.h"
 #include "common/paths.h"
 #include "slot/slot.h"
-#include "slot/slot_format.h"
 
 #include <cstring>
 

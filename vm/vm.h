@@ -1,13 +1,17 @@
+// The module of VM port lists: their format and the steps of a query.
 #ifndef DCM_VM_VM_H
 #define DCM_VM_VM_H
 
+#include "common/format.h"
 #include "common/xml.h"
-
-#include <dcm.h>
 
 #include <cstddef>
 
 namespace dcm {
+
+// The root of a VM's port list.
+inline constexpr char kVmName[] = "panel-port";
+extern const Element kVmElement;
 
 constexpr size_t kVmPathSize = 128;
 
@@ -17,7 +21,7 @@ void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize]);
 // As dcmVmPortInfoGet(), below `baseFolder`.
 int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info);
 
-// Reads what stands in the root of a port list; the reporter is the query's.
+// Reads the content of a port list's root; the reporter is the query's.
 Result decodeVmPorts(Node root, DcmVmPortInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm

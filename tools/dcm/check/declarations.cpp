@@ -1,7 +1,7 @@
 #include "tools/dcm/check/declarations.h"
 
 #include "common/vocabularies.h"
-#include "led/led_entity.h"
+#include "led/led.h"
 #include "tools/dcm/description/format_lookup.h"
 #include "tools/words.h"
 

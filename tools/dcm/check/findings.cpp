@@ -1,6 +1,6 @@
 #include "tools/dcm/check/findings.h"
 
-#include "card/card_format.h"
+#include "card/card.h"
 #include "common/paths.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/check/rule.h"

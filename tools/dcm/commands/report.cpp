@@ -1,8 +1,8 @@
 // The commands that print the library's own reports.
-#include "card/card_report.h"
+#include "card/card.h"
 #include "common/paths.h"
-#include "frame/frame_report.h"
-#include "slot/slot_report.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/description/input_file.h"
 #include "tools/dcm/library_log.h"

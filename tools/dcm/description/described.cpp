@@ -1,6 +1,6 @@
 #include "tools/dcm/description/described.h"
 
-#include "card/card_query.h"
+#include "card/card.h"
 #include "common/paths.h"
 #include "tools/dcm/description/texts.h"
 #include "tools/dcm/printable.h"

@@ -1,15 +1,11 @@
 #include "tools/dcm/description/description_file.h"
 
-#include "card/card_format.h"
-#include "card/card_query.h"
-#include "frame/frame_format.h"
-#include "frame/frame_query.h"
-#include "slot/slot_format.h"
-#include "slot/slot_query.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/dcm/description/input_file.h"
 #include "tools/dcm/description/parse_limits.h"
 #include "vm/vm.h"
-#include "vm/vm_format.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/encoding.h>

@@ -1,11 +1,11 @@
 #include "tools/dcm/description/format_lookup.h"
 
-#include "card/card_format.h"
+#include "card/card.h"
 #include "common/bits.h"
 #include "common/paths.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
-#include "vm/vm_format.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
+#include "vm/vm.h"
 
 #include <libxml/tree.h>
 

@@ -1,7 +1,7 @@
 #include "tools/dcm/description/parse_limits.h"
 
 #include "tools/dcm/description/format_lookup.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <libxml/entities.h>
 #include <libxml/tree.h>

@@ -1,6 +1,6 @@
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <bitset>
 #include <map>

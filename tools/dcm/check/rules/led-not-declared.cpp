@@ -1,5 +1,5 @@
-#include "frame/frame_format.h"
-#include "led/led_entity.h"
+#include "frame/frame.h"
+#include "led/led.h"
 #include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
 

@@ -1,5 +1,5 @@
 #include "common/vocabularies.h"
-#include "led/led_states.h"
+#include "led/led.h"
 #include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"

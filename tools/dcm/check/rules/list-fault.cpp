@@ -1,4 +1,4 @@
-#include "common/temperatures.h"
+#include "common/temperature.h"
 #include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/rule.h"
 

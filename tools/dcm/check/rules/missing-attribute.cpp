@@ -1,4 +1,4 @@
-#include "slot/slot_format.h"
+#include "slot/slot.h"
 #include "tools/dcm/check/rule.h"
 
 namespace dcmtool {

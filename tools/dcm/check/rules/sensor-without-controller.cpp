@@ -1,4 +1,4 @@
-#include "common/temperatures.h"
+#include "common/temperature.h"
 #include "frame/frame.h"
 #include "slot/slot.h"
 #include "tools/dcm/check/number_lists.h"

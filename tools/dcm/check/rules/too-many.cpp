@@ -1,5 +1,5 @@
 #include "tools/dcm/check/rule.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 namespace dcmtool {
 

@@ -1,6 +1,6 @@
 #include "common/paths.h"
 #include "tools/dcm/check/rule.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 namespace dcmtool {
 

@@ -1,5 +1,5 @@
+#include "common/fan_ctrl_settings.h"
 #include "common/console.h"
-#include "common/fan_ctrl.h"
 
 #include <cstdio>
 

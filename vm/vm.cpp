@@ -1,5 +1,4 @@
 #include "vm/vm.h"
-#include "vm/vm_format.h"
 
 #include "common/console.h"
 #include "common/decoder.h"

@@ -1,4 +1,4 @@
-#include "common/temperatures.h"
+#include "common/temperature.h"
 
 #include <cstring>
 

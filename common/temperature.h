@@ -1,6 +1,6 @@
 // How fan modules, power supplies and cards hold their temperature sensors.
-#ifndef DCM_COMMON_TEMPERATURES_H
-#define DCM_COMMON_TEMPERATURES_H
+#ifndef DCM_COMMON_TEMPERATURE_H
+#define DCM_COMMON_TEMPERATURE_H
 
 #include "common/decoder.h"
 

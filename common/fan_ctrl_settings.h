@@ -1,6 +1,6 @@
 // What the fan controllers of frames and slots have in common.
-#ifndef DCM_COMMON_FAN_CTRL_H
-#define DCM_COMMON_FAN_CTRL_H
+#ifndef DCM_COMMON_FAN_CTRL_SETTINGS_H
+#define DCM_COMMON_FAN_CTRL_SETTINGS_H
 
 #include "common/decoder.h"
 
