@@ -481,7 +481,7 @@ check_exits_with_the_worst_that_it_finds() {
     expect 'a file that is not there gives 66' exits 66
     expect 'and says why' says out "$folder/none.xml: error: cannot be read: No such file or directory [unreadable]"
     for command in check 'check --format xml' 'check --jobs 0' 'check -W octal-number' 'check -W no-such x' \
-        'check -W error=such x' 'check --explain such' 'check --format markdown x'; do
+        'check -W error=such x' 'check --explain such'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
         expect "'dcm $command' is wrong usage" exits 64
@@ -527,8 +527,6 @@ check_lists_and_explains_its_checks() {
         expect "$name is explained" exits 0
         expect "$name is named first" grep -qE "^$name \((error|warning)\): " "$folder/out"
     done <"$folder/names"
-    run check --explain all --format markdown
-    expect 'the documentation is what is kept' cmp -s "$folder/out" "$source/docs/checks.md"
 }
 
 check_says_the_same_with_several_jobs() {

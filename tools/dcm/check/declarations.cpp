@@ -2,8 +2,8 @@
 
 #include "common/vocabularies.h"
 #include "led/led.h"
-#include "tools/dcm/check/check.h"
-#include "tools/dcm/check/format_lookup.h"
+#include "tools/dcm/description/format_lookup.h"
+#include "tools/words.h"
 
 #include <algorithm>
 

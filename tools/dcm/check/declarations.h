@@ -1,4 +1,4 @@
-// What the frames, slots and cards of a file are and have, for checks of what refers to them. Each is looked at once,
+// What the frames, slots and cards of a file are and have, for rules about what refers to them. Each is looked at once,
 // however many refer to it.
 #ifndef DCM_TOOLS_CHECK_DECLARATIONS_H
 #define DCM_TOOLS_CHECK_DECLARATIONS_H

@@ -1,8 +1,9 @@
 #include "tools/dcm/check/engine.h"
 
 #include "tools/dcm/check/allowances.h"
-#include "tools/dcm/check/format_lookup.h"
 #include "tools/dcm/check/query_failures.h"
+#include "tools/dcm/check/registry.h"
+#include "tools/dcm/description/format_lookup.h"
 
 #include <libxml/tree.h>
 
@@ -15,39 +16,38 @@ namespace dcmtool {
 
 namespace {
 
-// The checks by what they look at, so that each place of a file meets only those that may say something.
-struct Lineup {
+// The rules by what they look at, so that each place of a file meets only those that may say something.
+struct Schedule {
     static constexpr size_t kKinds = static_cast<size_t>(dcm::Kind::source) + 1;
-    std::vector<const Check *> files;
-    std::vector<const Check *> spots;
-    std::vector<const Check *> strangers;
-    std::array<std::vector<const Check *>, kKinds> values;
+    std::vector<const Rule *> files;
+    std::vector<const Rule *> elements;
+    std::vector<const Rule *> unknownItems;
+    std::array<std::vector<const Rule *>, kKinds> values;
 
-    Lineup()
+    Schedule()
     {
-        for (const Checks &checks : allChecks())
-            for (const Check &check : checks)
-                add(check);
+        for (const Rule *rule : allRules())
+            add(*rule);
     }
 
 private:
-    void add(const Check &check)
+    void add(const Rule &rule)
     {
-        if (check.look.file != nullptr)
-            files.push_back(&check);
-        if (check.look.spot != nullptr)
-            spots.push_back(&check);
-        if (check.look.stranger != nullptr)
-            strangers.push_back(&check);
+        if (rule.kind.file != nullptr)
+            files.push_back(&rule);
+        if (rule.kind.element != nullptr)
+            elements.push_back(&rule);
+        if (rule.kind.unknownItem != nullptr)
+            unknownItems.push_back(&rule);
         for (size_t kind = 0; kind < kKinds; kind++)
-            if (check.look.value != nullptr && (check.look.kinds >> kind & 1U) != 0)
-                values[kind].push_back(&check);
+            if (rule.kind.value != nullptr && (rule.kind.kinds >> kind & 1U) != 0)
+                values[kind].push_back(&rule);
     }
 };
 
-const Lineup &lineup()
+const Schedule &schedule()
 {
-    static const Lineup all;
+    static const Schedule all;
     return all;
 }
 
@@ -56,50 +56,50 @@ class Walk {
 public:
     Walk(const CheckedType &type, Findings &findings) : type_(type), findings_(findings) {}
 
-    void visit(const Spot *parent, Node node, const dcm::NamedElement &row)
+    void visit(const Context *parent, Node node, const dcm::NamedElement &row)
     {
         const size_t depth = parent == nullptr ? 0 : depth_ + 1;
         const std::vector<KnownChild> &known = children(depth, node, *row.element);
-        const Spot spot = {type_, parent, node, row.name, row.element, known};
-        look(spot);
+        const Context context = {type_, parent, node, row.name, row.element, known};
+        apply(context);
         for (const KnownChild &child : known) {
             depth_ = depth;
-            visit(&spot, child.node, spot.rowOf(child));
+            visit(&context, child.node, context.rowOf(child));
         }
     }
 
-    // Without what stands in it.
+    // Without its children.
     void visitAlone(Node node, const dcm::NamedElement &row)
     {
-        look({type_, nullptr, node, row.name, row.element, children(0, node, *row.element)});
+        apply({type_, nullptr, node, row.name, row.element, children(0, node, *row.element)});
     }
 
 private:
-    void look(const Spot &spot)
+    void apply(const Context &context)
     {
-        attributes(spot);
-        strangers(spot);
-        const dcm::Content &content = spot.format->content;
+        attributes(context);
+        unknownChildren(context);
+        const dcm::Content &content = context.format->content;
         if (content.kind != dcm::Kind::none)
-            if (const dcm::Text text = spot.content())
-                value({spot, nullptr, content, text.c_str()});
-        if (spot.format->childCount + spot.format->attributeCount == 0)
+            if (const dcm::Text text = context.content())
+                value({context, nullptr, content, text.c_str()});
+        if (context.format->childCount + context.format->attributeCount == 0)
             return;
-        for (const Check *check : lineup().spots) {
-            findings_.run(*check);
-            check->look.spot(spot, findings_);
+        for (const Rule *rule : schedule().elements) {
+            findings_.run(*rule);
+            rule->kind.element(context, findings_);
         }
     }
 
-    void attributes(const Spot &spot)
+    void attributes(const Context &context)
     {
-        for (const xmlAttr *written = spot.node->properties; written != nullptr; written = written->next) {
+        for (const xmlAttr *written = context.node->properties; written != nullptr; written = written->next) {
             const char *name = reinterpret_cast<const char *>(written->name);
-            const dcm::Attribute *attribute = spot.attribute(name);
+            const dcm::Attribute *attribute = context.attribute(name);
             if (attribute == nullptr)
-                stranger({spot, spot.node, name, true});
-            else if (const dcm::Text text = spot.text(name))
-                value({spot, attribute, attribute->content, text.c_str()});
+                unknownItem({context, context.node, name, true});
+            else if (const dcm::Text text = context.text(name))
+                value({context, attribute, attribute->content, text.c_str()});
         }
     }
 
@@ -117,12 +117,12 @@ private:
         for (auto child = all.begin(); child != dcm::Children::end(); ++child)
             count++;
         known.reserve(count);
-        areStrangers_ = false;
+        hasUnknown_ = false;
         size_t from = 0;
         for (const Node child : dcm::children(node)) {
             const size_t row = findRow(format, dcm::nameOf(child), from);
             if (row == format.childCount) {
-                areStrangers_ = true;
+                hasUnknown_ = true;
                 continue;
             }
             known.push_back({child, row});
@@ -132,40 +132,40 @@ private:
     }
 
     // The children that it does not know.
-    void strangers(const Spot &spot)
+    void unknownChildren(const Context &context)
     {
-        if (!areStrangers_)
+        if (!hasUnknown_)
             return;
-        auto next = spot.known.begin();
-        for (const Node child : dcm::children(spot.node)) {
-            if (next != spot.known.end() && next->node == child)
+        auto next = context.children.begin();
+        for (const Node child : dcm::children(context.node)) {
+            if (next != context.children.end() && next->node == child)
                 ++next;
             else
-                stranger({spot, child, dcm::nameOf(child), false});
+                unknownItem({context, child, dcm::nameOf(child), false});
         }
     }
 
     void value(const Value &value)
     {
-        for (const Check *check : lineup().values[static_cast<size_t>(value.content.kind)]) {
-            findings_.run(*check);
-            check->look.value(value, findings_);
+        for (const Rule *rule : schedule().values[static_cast<size_t>(value.content.kind)]) {
+            findings_.run(*rule);
+            rule->kind.value(value, findings_);
         }
     }
 
-    void stranger(const Stranger &stranger)
+    void unknownItem(const UnknownItem &item)
     {
-        for (const Check *check : lineup().strangers) {
-            findings_.run(*check);
-            check->look.stranger(stranger, findings_);
+        for (const Rule *rule : schedule().unknownItems) {
+            findings_.run(*rule);
+            rule->kind.unknownItem(item, findings_);
         }
     }
 
     const CheckedType &type_;
     Findings &findings_;
     std::deque<std::vector<KnownChild>> known_;
-    size_t depth_ = 0;          // of the element around
-    bool areStrangers_ = false; // among the children looked at last
+    size_t depth_ = 0;        // of the element around
+    bool hasUnknown_ = false; // among the children looked at last
 };
 
 template <class Record>
@@ -231,9 +231,9 @@ std::vector<Finding> checkFile(const DescriptionFile &file)
     Findings findings(file);
     setAllowedApart(findings);
     const std::vector<DescribedType> types = file.types();
-    for (const Check *check : lineup().files) {
-        findings.run(*check);
-        check->look.file(file, types, findings);
+    for (const Rule *rule : schedule().files) {
+        findings.run(*rule);
+        rule->kind.file(file, types, findings);
     }
     checkTypes(file, types, findings);
     applyAllowances(findings);

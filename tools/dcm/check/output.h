@@ -2,7 +2,7 @@
 #ifndef DCM_TOOLS_CHECK_OUTPUT_H
 #define DCM_TOOLS_CHECK_OUTPUT_H
 
-#include "tools/dcm/check/check.h"
+#include "tools/dcm/check/rule.h"
 
 #include <cstddef>
 #include <memory>
@@ -34,10 +34,12 @@ std::string summaryOf(const Totals &totals);
 std::string asJson(const std::vector<FileReport> &reports);
 std::string asSarif(const std::vector<FileReport> &reports);
 
-// The checks themselves: a line for each, all about one, and all about all of them for the documentation.
-std::string listOfChecks();
-std::string explanationOf(const Check &check);
-std::string documentationOfChecks();
+// The rules themselves: a line for each, and all about one.
+std::string listOfRules();
+std::string pageAsText(const Rule &rule);
+
+// "error" or "warning".
+const char *nameOf(Severity severity);
 
 } // namespace dcmtool
 

@@ -1,5 +1,5 @@
-#include "tools/dcm/check/file_checks.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/check/registry.h"
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
@@ -78,7 +78,7 @@ std::string placeOf(const DescriptionFile &file, Span span)
 
 std::string textOf(const DescriptionFile &file, const Finding &finding, const Colours &colours)
 {
-    const bool isPlaced = finding.check != &kUnreadable;
+    const bool isPlaced = finding.rule != &kUnreadable;
     const bool isError = finding.severity == Severity::error;
     std::string text = colours.bold + (isPlaced ? placeOf(file, finding.span) : printable(file.name())) + ": ";
     text += std::string(isError ? colours.error : colours.warning) + (isError ? "error: " : "warning: ") + colours.none;
@@ -87,7 +87,7 @@ std::string textOf(const DescriptionFile &file, const Finding &finding, const Co
         text += "; did you mean '" + printable(finding.meant) + "'?";
     if (finding.more != 0)
         text += "; and " + std::to_string(finding.more) + " more like it";
-    text += std::string(" [") + finding.check->name + "]\n";
+    text += std::string(" [") + finding.rule->name + "]\n";
     if (isPlaced)
         text += excerpt(file, finding.span, colours);
     for (const Note &note : finding.notes)

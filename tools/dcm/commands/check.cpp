@@ -1,5 +1,6 @@
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/check/registry.h"
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
@@ -23,7 +24,7 @@ using namespace dcmtool;
 
 namespace {
 
-enum Format : uint32_t { kText, kJson, kSarif, kMarkdown };
+enum Format : uint32_t { kText, kJson, kSarif };
 enum Colour : uint32_t { kAutomatic, kAlways, kNever };
 
 struct Options {
@@ -40,8 +41,8 @@ struct Options {
 
 // What is made of each check's findings.
 struct Warnings {
-    std::set<const Check *> off;
-    std::set<const Check *> errors;
+    std::set<const Rule *> off;
+    std::set<const Rule *> errors;
     bool areErrors = false;
 
     explicit Warnings(const std::vector<std::string> &options)
@@ -53,23 +54,19 @@ struct Warnings {
     void apply(std::vector<Finding> &findings) const
     {
         findings.erase(std::remove_if(findings.begin(), findings.end(),
-                                      [&](const Finding &finding) { return off.count(finding.check) != 0; }),
+                                      [&](const Finding &finding) { return off.count(finding.rule) != 0; }),
                        findings.end());
         for (Finding &finding : findings)
-            if (areErrors || errors.count(finding.check) != 0)
+            if (areErrors || errors.count(finding.rule) != 0)
                 finding.severity = Severity::error;
     }
 
 private:
-    static const Check *named(const std::string &name)
+    static const Rule *named(const std::string &name)
     {
-        if (const Check *check = findCheck(name))
-            return check;
-        std::vector<std::string> names;
-        for (const Checks &checks : allChecks())
-            for (const Check &check : checks)
-                names.emplace_back(check.name);
-        const std::string meant = nearest(name, names);
+        if (const Rule *rule = findRule(name))
+            return rule;
+        const std::string meant = nearestRule(name);
         throw UsageError("no such check: " + name +
                          (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
     }
@@ -228,7 +225,7 @@ private:
 Exit exitOf(const Totals &totals)
 {
     if (totals.unread > 0)
-        return kUnreadable;
+        return Exit::kUnreadable;
     if (totals.errors > 0)
         return kErrors;
     return totals.warnings > 0 ? kWarnings : kSuccess;
@@ -276,13 +273,10 @@ Exit runCheck(const Options &options)
 
 std::string explained(const Options &options)
 {
-    if (options.explained == "all" && options.format == kMarkdown)
-        return documentationOfChecks();
     std::string text;
-    for (const Checks &checks : allChecks())
-        for (const Check &check : checks)
-            if (options.explained == check.name || options.explained == "all")
-                text += (text.empty() ? "" : "\n") + explanationOf(check);
+    for (const Rule *rule : allRules())
+        if (options.explained == rule->name || options.explained == "all")
+            text += (text.empty() ? "" : "\n") + pageAsText(*rule);
     if (text.empty())
         throw UsageError("no such check: " + options.explained + " (see --list-checks)");
     return text;
@@ -291,13 +285,11 @@ std::string explained(const Options &options)
 Exit run(const Options &options)
 {
     if (options.areListed || !options.explained.empty()) {
-        const std::string text = options.areListed ? listOfChecks() : explained(options);
+        const std::string text = options.areListed ? listOfRules() : explained(options);
         return OwnOutput().print(text) ? kSuccess : kErrors;
     }
     if (options.files.empty())
         throw UsageError("FILE is required");
-    if (options.format == kMarkdown)
-        throw UsageError("markdown is a format of --explain all");
     return runCheck(options);
 }
 
@@ -306,7 +298,7 @@ Exit run(const Options &options)
 Command checkCommand()
 {
     const auto options = std::make_shared<Options>();
-    const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}, {"markdown", kMarkdown}};
+    const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}};
     const Words colours = {{"auto", kAutomatic}, {"always", kAlways}, {"never", kNever}};
     return {"check",
             "Find what is wrong in descriptions",

@@ -2,7 +2,7 @@
 
 #include "card/card.h"
 #include "common/paths.h"
-#include "tools/dcm/check/check.h"
+#include "tools/dcm/description/texts.h"
 #include "tools/dcm/printable.h"
 
 #include <algorithm>

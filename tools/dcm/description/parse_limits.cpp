@@ -1,6 +1,6 @@
 #include "tools/dcm/description/parse_limits.h"
 
-#include "tools/dcm/check/format_lookup.h"
+#include "tools/dcm/description/format_lookup.h"
 #include "vm/vm.h"
 
 #include <libxml/entities.h>

@@ -1,0 +1,54 @@
+#include "frame/frame.h"
+#include "led/led.h"
+#include "tools/dcm/check/led_names.h"
+#include "tools/dcm/check/rule.h"
+
+namespace dcmtool {
+
+namespace {
+
+// Rows of gDcmEttAttachStrs.
+constexpr size_t kSystemRow = 0;
+
+constexpr size_t kCardRow = 2;
+
+// Whether a frame or card of the file may have the LED, whichever of the two it is attached to.
+bool isDeclaredAnywhere(const Declarations &declarations, RecordKind kind, const LedName &name, uint32_t id)
+{
+    return !declarations.has(kind) || declarations.leds(kind).has(name.type.c_str(), id);
+}
+
+void ledNotDeclared(const Value &value, Findings &findings)
+{
+    const LedName name = splitName(value.text);
+    const Context *map = &value.context;
+    while (map != nullptr && map->format != &dcm::kLedMapElement)
+        map = map->parent;
+    if (map == nullptr || map->parent == nullptr || !isLedName(name))
+        return;
+    const Declarations &declarations = value.context.type.declarations;
+    const auto id = static_cast<uint32_t>(std::stoi(name.id));
+    if (declarations.ledsOf(map->parent->node, *map->parent->format).has(name.type.c_str(), id))
+        return;
+    const bool isOfSystem = name.attach == gDcmEttAttachStrs[kSystemRow];
+    const bool isOfCard = name.attach == gDcmEttAttachStrs[kCardRow];
+    const bool isOwn = !isSmallNumber(name.slot) || (isOfSystem && map->parent->format == &dcm::kFrameElement);
+    // What is attached to something else is declared there.
+    if (!isOwn) {
+        const RecordKind kind = isOfSystem ? RecordKind::frame : RecordKind::card;
+        if ((!isOfSystem && !isOfCard) || isDeclaredAnywhere(declarations, kind, name, id))
+            return;
+    }
+    findings.at(value, "no LED of type " + quoted(name.type) + " and number " + name.id + " is declared " +
+                           (isOwn        ? "beside this map"
+                            : isOfSystem ? "in any frame"
+                                         : "in any card") +
+                           ": the state is shown on no LED");
+}
+
+} // namespace
+
+extern const Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
+                                     onValues(ledNotDeclared, kindsOf(Kind::ledName))};
+
+} // namespace dcmtool

@@ -1,0 +1,36 @@
+// Finds elements and attributes in the format's tables.
+#ifndef DCM_TOOLS_FORMAT_LOOKUP_H
+#define DCM_TOOLS_FORMAT_LOOKUP_H
+
+#include "common/format.h"
+#include "common/xml.h"
+#include "tools/dcm/description/description_file.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace dcmtool {
+
+// What may stand under "device", in the order of RecordKind, and what a record is decoded from.
+const std::vector<dcm::NamedElement> &deviceChildren();
+const dcm::NamedElement &rowOf(RecordKind kind);
+
+// The row of a child, looked for from row `from` on and then from the top; `childCount` when there is none.
+size_t findRow(const dcm::Element &format, const char *name, size_t from = 0);
+// An attribute, by its name or the first of a kind; nullptr when there is none.
+const dcm::Attribute *findAttribute(const dcm::Element &format, const char *name);
+const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
+
+// The attribute that tells an element from others of its kind, an id or a list of ids; nullptr when there is none.
+const dcm::Attribute *idAttribute(const dcm::Element &format);
+// What it says: the ids that mean something.
+std::vector<uint32_t> idsOf(Node element, const dcm::Element &format);
+// The numbers of a bit list that mean something.
+std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
+
+// The format of an element of a description; nullptr where it knows none.
+const dcm::Element *formatOf(Node element);
+
+} // namespace dcmtool
+
+#endif
