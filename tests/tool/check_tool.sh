@@ -50,8 +50,12 @@ exits() { [ "$status" -eq "$1" ]; }
 # The report below its "file:" line is the golden one.
 prints_golden() { tail -n +3 "$folder/out" | cmp -s - "$source/tests/golden/$1"; }
 
-# Standard output follows a schema of docs/schema.
-follows() { python3 "$source/tests/tool/validate.py" "$source/docs/schema/$1.schema.json" "$folder/out"; }
+# Standard output follows a schema of docs/schema, or the one that is built beside the tool.
+follows() {
+    local schema=$source/docs/schema/$1.schema.json
+    [ "$1" != export ] || schema=$(dirname "$dcm")/export.schema.json
+    python3 "$source/tests/tool/validate.py" "$schema" "$folder/out"
+}
 # lists LINE: a line of the list, whatever the blanks in it.
 lists() { tr -s ' ' <"$folder/out" | grep -qxF -- "$1"; }
 

@@ -15,7 +15,7 @@ using namespace dcmtool;
 
 namespace {
 
-constexpr int kVersion = 1; // of what is exported: docs/schema/export.schema.json
+constexpr int kVersion = 1; // of what is exported: tools/dcm/records/export.schema.in.json
 
 struct Options {
     std::string file;
@@ -50,25 +50,25 @@ bool isWanted(const Options &options, RecordKind kind, const DescribedType &type
 }
 
 // An entry whose query fails has no record.
-template <class Record> Json recordOf(Queries &queries, const DescribedType &type)
+template <class Info> Json jsonOf(Queries &queries, const DescribedType &type)
 {
-    Record info;
-    return queries.run(type, info) ? toJson(info) : Json();
+    Info info;
+    return queries.run(type, info) ? toJson(recordOf(info)) : Json();
 }
 
-Json recordOf(Queries &queries, const DescribedType &type)
+Json jsonOf(Queries &queries, const DescribedType &type)
 {
     switch (type.kind) {
     case RecordKind::frame:
-        return recordOf<DcmFrameInfo>(queries, type);
+        return jsonOf<DcmFrameInfo>(queries, type);
     case RecordKind::slot:
-        return recordOf<DcmSlotInfo>(queries, type);
+        return jsonOf<DcmSlotInfo>(queries, type);
     case RecordKind::card:
-        return recordOf<DcmCardInfo>(queries, type);
+        return jsonOf<DcmCardInfo>(queries, type);
     case RecordKind::vm:
         break;
     }
-    return recordOf<DcmVmPortInfo>(queries, type);
+    return jsonOf<DcmVmPortInfo>(queries, type);
 }
 
 Json entryOf(const DescriptionFile &file, Queries &queries, const Options &options, const DescribedType &type)
@@ -83,9 +83,9 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
     entry["column"] = place.column;
     // Of several ids a record holds the one that was asked for.
     if (options.type)
-        entry["record"] = recordOf(queries, {type.kind, type.element, {*options.type}, type.mode});
+        entry["record"] = jsonOf(queries, {type.kind, type.element, {*options.type}, type.mode});
     else
-        entry["record"] = recordOf(queries, type);
+        entry["record"] = jsonOf(queries, type);
     return entry;
 }
 
