@@ -20,7 +20,7 @@ namespace {
 struct Schedule {
     static constexpr size_t kKinds = static_cast<size_t>(dcm::Kind::source) + 1;
     std::vector<const Rule *> files;
-    std::vector<const Rule *> elements;
+    std::array<std::vector<const Rule *>, static_cast<size_t>(Role::count)> elements;
     std::vector<const Rule *> unknownItems;
     std::array<std::vector<const Rule *>, kKinds> values;
 
@@ -35,8 +35,9 @@ private:
     {
         if (rule.kind.file != nullptr)
             files.push_back(&rule);
-        if (rule.kind.element != nullptr)
-            elements.push_back(&rule);
+        for (size_t role = 0; role < elements.size(); role++)
+            if (rule.kind.element != nullptr && (rule.kind.roles == 0 || (rule.kind.roles >> role & 1U) != 0))
+                elements[role].push_back(&rule);
         if (rule.kind.unknownItem != nullptr)
             unknownItems.push_back(&rule);
         for (size_t kind = 0; kind < kKinds; kind++)
@@ -60,7 +61,7 @@ public:
     {
         const size_t depth = parent == nullptr ? 0 : depth_ + 1;
         const std::vector<KnownChild> &known = children(depth, node, *row.element);
-        const Context context = {type_, parent, node, row.name, row.element, known};
+        const Context context = {type_, parent, node, row.name, row.element, row.role(), known};
         apply(context);
         for (const KnownChild &child : known) {
             depth_ = depth;
@@ -71,7 +72,7 @@ public:
     // Without its children.
     void visitAlone(Node node, const dcm::NamedElement &row)
     {
-        apply({type_, nullptr, node, row.name, row.element, children(0, node, *row.element)});
+        apply({type_, nullptr, node, row.name, row.element, row.role(), children(0, node, *row.element)});
     }
 
 private:
@@ -85,7 +86,7 @@ private:
                 value({context, nullptr, content, text.c_str()});
         if (context.format->childCount + context.format->attributeCount == 0)
             return;
-        for (const Rule *rule : schedule().elements) {
+        for (const Rule *rule : schedule().elements[static_cast<size_t>(context.role)]) {
             findings_.run(*rule);
             rule->kind.element(context, findings_);
         }

@@ -84,16 +84,17 @@ std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content)
     return numbers;
 }
 
-const dcm::Element *formatOf(Node element)
+const dcm::NamedElement *formatRowOf(Node element)
 {
     const Node parent = element->parent;
+    const dcm::NamedElement &vm = rowOf(RecordKind::vm);
     if (parent == nullptr || parent->type != XML_ELEMENT_NODE)
-        return dcm::isNamed(element, dcm::kVmName) ? &dcm::kVmElement : nullptr;
+        return dcm::isNamed(element, vm.name) ? &vm : nullptr;
     if (parent->parent == nullptr || parent->parent->type != XML_ELEMENT_NODE) {
-        if (!dcm::isNamed(parent, dcm::kVmName)) {
+        if (!dcm::isNamed(parent, vm.name)) {
             for (const dcm::NamedElement &child : deviceChildren())
                 if (dcm::isNamed(element, child.name))
-                    return child.element;
+                    return &child;
             return nullptr;
         }
     }
@@ -101,7 +102,19 @@ const dcm::Element *formatOf(Node element)
     if (format == nullptr)
         return nullptr;
     const size_t row = findRow(*format, dcm::nameOf(element));
-    return row < format->childCount ? format->children[row].element : nullptr;
+    return row < format->childCount ? &format->children[row] : nullptr;
+}
+
+const dcm::Element *formatOf(Node element)
+{
+    const dcm::NamedElement *row = formatRowOf(element);
+    return row != nullptr ? row->element : nullptr;
+}
+
+dcm::Role roleOf(Node element)
+{
+    const dcm::NamedElement *row = formatRowOf(element);
+    return row != nullptr ? row->role() : dcm::Role::none;
 }
 
 } // namespace dcmtool

@@ -1,5 +1,4 @@
 #include "common/vocabularies.h"
-#include "led/led.h"
 #include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -35,7 +34,7 @@ void ledState(const Value &value, Findings &findings)
     const size_t row = rowOf(dcm::kLedTypeWords, type.c_str());
     if (row == dcm::kLedTypeWords.count)
         return;
-    const bool isDisplay = value.context.format == &dcm::kLedStateElement;
+    const bool isDisplay = value.context.role == Role::ledState;
     const std::string end = isDisplay ? ": it counts as the default" : ": the pairs of this source are lost";
     const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(row));
     if (states == nullptr) {

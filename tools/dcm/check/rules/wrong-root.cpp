@@ -1,6 +1,6 @@
 #include "common/paths.h"
 #include "tools/dcm/check/rule.h"
-#include "vm/vm.h"
+#include "tools/dcm/description/format_lookup.h"
 
 namespace dcmtool {
 
@@ -13,8 +13,8 @@ void wrongRoot(const DescriptionFile &file, const std::vector<DescribedType> &, 
     findings
         .at(nullptr, file.nameSpan(file.root()),
             "the root is \"" + shortened(dcm::nameOf(file.root())) + "\": every query fails; expected \"" +
-                dcm::kDeviceName + "\", or \"" + dcm::kVmName + "\" for the ports of a virtual machine")
-        .meaning(nearest(dcm::nameOf(file.root()), {dcm::kDeviceName, dcm::kVmName}));
+                dcm::kDeviceName + "\", or \"" + rowOf(RecordKind::vm).name + "\" for the ports of a virtual machine")
+        .meaning(nearest(dcm::nameOf(file.root()), {dcm::kDeviceName, rowOf(RecordKind::vm).name}));
 }
 
 } // namespace
