@@ -169,26 +169,34 @@ private:
     bool hasUnknown_ = false; // among the children looked at last
 };
 
-template <class Record>
-void checkType(CheckedType &type, Record &record, const Record *CheckedType::*place, Findings &findings,
-               DecodingWork &work)
+void keep(CheckedType &type, const DcmFrameInfo &record)
+{
+    type.frame = &record;
+}
+void keep(CheckedType &type, const DcmSlotInfo &record)
+{
+    type.slot = &record;
+}
+void keep(CheckedType &type, const DcmCardInfo &record)
+{
+    type.card = &record;
+}
+void keep(CheckedType &type, const DcmVmPortInfo &record)
+{
+    type.vm = &record;
+}
+
+template <class Record> void checkType(CheckedType &type, Record &record, Findings &findings, DecodingWork &work)
 {
     const Outcome outcome = type.file.decode(type.described, record);
     if (outcome.isDecoded || explainFailures(type.file, type.described, record, findings, work))
-        type.*place = &record;
+        keep(type, record);
     Walk(type, findings).visit(nullptr, type.described.element, rowOf(type.described.kind));
 }
 
 // What may be decoded again to find why queries fail, in bytes: of small files, all that people will ever mend at once.
 constexpr size_t kMostDecoded = size_t{64} << 20;
 constexpr size_t kMostDecodedOfByte = 16;
-
-struct Records {
-    DcmFrameInfo frame;
-    DcmSlotInfo slot;
-    DcmCardInfo card;
-    DcmVmPortInfo vm;
-};
 
 // The root holds frames, slots and cards, and nothing else.
 void checkRoot(const DescriptionFile &file, const Declarations &declarations, Findings &findings)
@@ -201,27 +209,14 @@ void checkRoot(const DescriptionFile &file, const Declarations &declarations, Fi
 
 void checkTypes(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
 {
-    const auto records = std::make_unique<Records>();
+    const auto records = std::make_unique<AnyRecord>();
     const Declarations declarations(types);
     DecodingWork work = {kMostDecoded + kMostDecodedOfByte * file.text().size()};
     if (file.isDevice())
         checkRoot(file, declarations, findings);
     for (const DescribedType &described : types) {
         CheckedType type = {file, declarations, described};
-        switch (described.kind) {
-        case RecordKind::frame:
-            checkType(type, records->frame, &CheckedType::frame, findings, work);
-            break;
-        case RecordKind::slot:
-            checkType(type, records->slot, &CheckedType::slot, findings, work);
-            break;
-        case RecordKind::card:
-            checkType(type, records->card, &CheckedType::card, findings, work);
-            break;
-        case RecordKind::vm:
-            checkType(type, records->vm, &CheckedType::vm, findings, work);
-            break;
-        }
+        visitRecord(described.kind, *records, [&](auto &record) { checkType(type, record, findings, work); });
     }
 }
 

@@ -67,10 +67,12 @@ std::vector<uint32_t> idsOf(Node element, const dcm::Element &format)
     if (id == nullptr)
         return {};
     const dcm::Text text = dcm::Text::attribute(element, id->name, {"dcm"});
-    if (!text)
-        return {};
-    return id->content.kind == dcm::Kind::id ? std::vector<uint32_t>{text.number()}
-                                             : numbersOf(text.c_str(), id->content);
+    return text ? idsOf(text.c_str(), id->content) : std::vector<uint32_t>();
+}
+
+std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content)
+{
+    return content.kind == dcm::Kind::id ? std::vector<uint32_t>{dcm::readNumber(text)} : numbersOf(text, content);
 }
 
 std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content)

@@ -25,6 +25,7 @@ const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
 const dcm::Attribute *idAttribute(const dcm::Element &format);
 // What it says: the ids that mean something.
 std::vector<uint32_t> idsOf(Node element, const dcm::Element &format);
+std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content);
 // The numbers of a bit list that mean something.
 std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
 

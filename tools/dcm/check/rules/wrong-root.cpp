@@ -12,8 +12,9 @@ void wrongRoot(const DescriptionFile &file, const std::vector<DescribedType> &, 
         return;
     findings
         .at(nullptr, file.nameSpan(file.root()),
-            "the root is \"" + shortened(dcm::nameOf(file.root())) + "\": every query fails; expected \"" +
-                dcm::kDeviceName + "\", or \"" + rowOf(RecordKind::vm).name + "\" for the ports of a virtual machine")
+            "the root is " + quotedName(dcm::nameOf(file.root())) + ": every query fails; expected " +
+                quotedName(dcm::kDeviceName) + ", or " + quotedName(rowOf(RecordKind::vm).name) +
+                " for the ports of a virtual machine")
         .meaning(nearest(dcm::nameOf(file.root()), {dcm::kDeviceName, rowOf(RecordKind::vm).name}));
 }
 
