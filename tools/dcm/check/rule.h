@@ -172,6 +172,9 @@ struct Rule {
     const char *name;
     Severity severity;
     RuleKind kind;
+
+    // What makes a query fail is always shown, whatever options and comments say.
+    constexpr bool canBeSilenced() const { return severity != Severity::error; }
 };
 
 } // namespace dcmtool
