@@ -32,10 +32,6 @@ template <class Port> void clearIdentity(Port &port)
     port.portId = DCM_PORT_UNSPEC;
 }
 
-// A port's laser and medium: "no" to the first is "no" to the second.
-inline constexpr char kSupportLaserName[] = "supportlaser";
-inline constexpr char kSupportMediaChgName[] = "supportmediachg";
-
 constexpr uint8_t kUnassigned = 2; // the port type of a panel port that is given none
 
 // One "port" of "mgt-port"; needs methIfNum.

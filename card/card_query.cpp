@@ -89,6 +89,7 @@ struct Sensors : SensorTable {
 // ---- The panel ------------------------------------------------------------------------------------------------------
 
 struct Panel : Table {
+    static constexpr Role role = Role::panel;
     static constexpr Attribute num = numOf(DCM_PANEL_IF_MAX);
     static constexpr Attribute startPortId = {"startportid", numberOf(16), Need::required};
     static constexpr Attribute maxPortId = {"maxportid", numberOf(16), Need::required};
@@ -181,6 +182,7 @@ struct Func {
 };
 
 struct Card : Table {
+    static constexpr Role role = Role::card;
     static constexpr Attribute typeId = {"typeid", numberOf(32)};
     static constexpr Attribute mode = {"mode", numberOf(32)};
     static constexpr Attribute name = {"name", textOf(DCM_CARD_NAME_SIZE - 1)};

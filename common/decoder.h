@@ -37,9 +37,18 @@ struct Table {
         static constexpr size_t size() { return 0; }
         static constexpr std::nullptr_t data() { return nullptr; }
     };
+    static constexpr Role role = Role::none;
     static constexpr Content content = {};
     static constexpr Nothing attributes = {};
     static constexpr Nothing children = {};
+};
+
+// The name of a child; a single value may have a role, which other elements have in their table.
+struct ChildName {
+    const char *text;
+    Role role;
+
+    constexpr ChildName(const char *name, Role valueRole = Role::none) : text(name), role(valueRole) {}
 };
 
 // A row as walk() sees it: without the types of its record and its reporter, without its format, and with a key of its
@@ -57,17 +66,18 @@ template <class RecordType, class TakenBy = Reporter> struct Child : Row {
     using By = TakenBy;
 
     const Element *format;
+    Role role;
 
     // A leaf of the kinds below.
     template <class Leaf>
-    constexpr Child(const char *childName, Leaf, const MessageFor<By> &reported = {})
+    constexpr Child(ChildName childName, Leaf, const MessageFor<By> &reported = {})
         : Child(childName, Leaf(), Leaf::format, reported)
     {
     }
     // A function of the decoder's own, and what its element may hold.
     template <class Leaf>
-    constexpr Child(const char *childName, Leaf, const Element &childFormat, const MessageFor<By> &reported = {})
-        : Row{wordKey(childName), childName, reported, take<Leaf>}, format(&childFormat)
+    constexpr Child(ChildName childName, Leaf, const Element &childFormat, const MessageFor<By> &reported = {})
+        : Row{wordKey(childName.text), childName.text, reported, take<Leaf>}, format(&childFormat), role(childName.role)
     {
     }
 
@@ -126,7 +136,7 @@ template <class... Ts> constexpr auto nameElements()
     size_t count = 0;
     const auto append = [&](const auto &children) {
         for (const auto &child : children)
-            named.elements[count++] = {child.name, child.format};
+            named.elements[count++] = {child.name, child.format, child.role};
     };
     (append(Ts::children), ...);
     return named;
@@ -141,6 +151,7 @@ template <class T, class... More> constexpr Element toElement()
         element.children = namedElements<T, More...>.elements;
         element.childCount = std::size(namedElements<T, More...>.elements);
     }
+    element.role = T::role;
     return element;
 }
 template <class T, class... More> inline constexpr Element elementOf = toElement<T, More...>();

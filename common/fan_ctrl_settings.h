@@ -8,6 +8,7 @@ namespace dcm {
 
 // The settings that both frames and slots describe.
 struct FanCtrlSettings : EntryTable {
+    static constexpr Role role = Role::fanController;
     static constexpr Child<DcmFanCtrlInfo> children[] = {
         {"fannum", number<&DcmFanCtrlInfo::fanNum>},
         {"workmode", number<&DcmFanCtrlInfo::workMode>},

@@ -94,12 +94,97 @@ struct Attribute {
     Need need = Need::optional;
 };
 
+// What an element describes, whatever it is called. Single values have a role where something else depends on them.
+enum class Role : uint8_t {
+    none,
+    // What a record is decoded from.
+    frame,
+    slot,
+    card,
+    vmPorts,
+    // Of a frame.
+    lastSlot,         // the id of its last slot
+    slotMap,          // which slots are of which kind
+    slotsOfKind,      // one list in it
+    slotList,         // what each slot accepts, in the order of the slots
+    slotRules,        // one entry in it
+    crossSlots,       // the slots that a slot is connected with
+    slotCardTypes,    // the card types that a slot accepts
+    fanModule,        // of one or several ids
+    moduleSlot,       // the slot of a fan module
+    moduleSlotOffset, // ... as the difference to its id
+    fanCount,         // how many fans a module has
+    fan,
+    controllerOfFan,       // the controller that drives a fan
+    controllerOffsetOfFan, // ... as the difference to its id
+    powerSupply,
+    coolingMap,   // what each controller cools
+    coolingEntry, // one entry in it, for one or several controllers
+    cooledCards,  // the slots whose cards it cools
+    cooledPowerSupplies,
+    cooledFanModules,
+    // Of a frame or slot.
+    fanController, // of one or several ids
+    // Of a slot or card: ports and groups of ports.
+    panel, // the block of panel ports
+    managementPort,
+    panelPort,
+    panelPortGroup,
+    gccPort,
+    ethpppPort,
+    innerPort,
+    innerPortGroup,
+    sfuPortGroup,
+    portId,
+    portIdOffset,
+    driver,
+    phyType,
+    portType,
+    hidden,
+    interfaceName,
+    interfaceNamePrefix,
+    laser,
+    mediumChange,
+    // Of a card, fan module or power supply.
+    sensor,
+    sensorControllers, // the fan controllers that act on a sensor
+    cpu,
+    memory,
+    voltage,
+    chip,
+    component,
+    // LEDs.
+    leds, // the block that declares them
+    led,
+    portLed,
+    ledState,
+    ledMap,
+    ledMapName,   // an entry for the state of one LED
+    ledMapSource, // an entry with pairs of states
+    statePair,
+    count // of roles
+};
+
+constexpr bool isPortGroup(Role role)
+{
+    return role == Role::panelPortGroup || role == Role::innerPortGroup || role == Role::sfuPortGroup;
+}
+
+// One port or a group.
+constexpr bool isPort(Role role)
+{
+    return role >= Role::managementPort && role <= Role::sfuPortGroup;
+}
+
 struct Element;
 
-// An element under the name that it goes by among its siblings.
+// An element under the name that it goes by among its siblings, where it may have a role that its like have not.
 struct NamedElement {
     const char *name;
     const Element *element;
+    Role ownRole = Role::none;
+
+    constexpr Role role() const;
 };
 
 constexpr size_t kAnyNumber = SIZE_MAX;
@@ -111,12 +196,20 @@ struct Element {
     const NamedElement *children = nullptr;
     size_t childCount = 0;
     size_t most = 1; // how many of the kind mean something side by side; of one that stands alone the last one holds
+    Role role = Role::none;
 };
+
+constexpr Role NamedElement::role() const
+{
+    return ownRole != Role::none ? ownRole : element->role;
+}
 
 // An element that may stand side by side with others of its kind.
 constexpr Element repeated(const Element &element, size_t most = kAnyNumber) noexcept
 {
-    return {element.content, element.attributes, element.attributeCount, element.children, element.childCount, most};
+    Element several = element;
+    several.most = most;
+    return several;
 }
 
 } // namespace dcm

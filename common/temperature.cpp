@@ -41,6 +41,7 @@ struct MarksFanCtrlBits {
 constexpr Element kDescription = {textOf(DCM_DESCRIPTION_SIZE, DCM_DESCRIPTION_SIZE - 1)};
 
 struct Temperature : Table {
+    static constexpr Role role = Role::sensor;
     static constexpr Attribute id = {"id", numberOf(8), Need::required};
     static constexpr Attribute attributes[] = {id};
     static constexpr Child<DcmTemperatureInfo> children[] = {
@@ -60,7 +61,7 @@ struct Temperature : Table {
         {"type", call<takeType>, kWord<kTemperTypeWords>},
         {"actioncapability", bitList<&DcmTemperatureInfo::actionCapability, 8>,
          DCM_MESSAGE("decode temperature action capability failed.")},
-        {kFanCtrlBitsName, bitList<&DcmTemperatureInfo::fanCtrlBits, 16, MarksFanCtrlBits>},
+        {{"fanctrlbits", Role::sensorControllers}, bitList<&DcmTemperatureInfo::fanCtrlBits, 16, MarksFanCtrlBits>},
     };
 };
 

@@ -9,8 +9,6 @@ namespace dcm {
 // What one "temperature" may hold.
 extern const Element kTemperatureElement;
 
-inline constexpr char kFanCtrlBitsName[] = "fanctrlbits";
-
 struct SensorBlock {
     DcmTemperatureInfo *sensors;
     size_t room;

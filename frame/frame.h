@@ -33,14 +33,6 @@ Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporte
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
 
-// Elements that refer to others.
-inline constexpr char kModuleSlotName[] = "slot"; // of a fan module: the slot that it is in
-inline constexpr char kModuleSlotOffsetName[] = "slot-offset";
-inline constexpr char kFanCtrlName[] = "fanctrl"; // of a fan: the controller that drives it
-inline constexpr char kFanCtrlOffsetName[] = "fanctrl-offset";
-inline constexpr char kCooledPowerName[] = "power";           // of a controller: the supplies that it cools
-inline constexpr char kCooledFanModuleName[] = "fan-moudule"; // ... and the fan modules; kept: the spelling
-
 // What those elements may hold.
 extern const Element kSlotInfoElement; // a "slotinfo", whose slots come in order
 extern const Element kFanModuleElement;

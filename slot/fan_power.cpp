@@ -16,6 +16,7 @@ struct FanCtrl : FanCtrlSettings {
 };
 
 struct Power : EntryTable {
+    static constexpr Role role = Role::powerSupply;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode power-entity failed, no id prop."),
         DCM_MESSAGE_ID("decode power-entity failed, invalid id(%u)."),

@@ -48,6 +48,7 @@ struct Powers : Table {
 };
 
 struct Slot : Table {
+    static constexpr Role role = Role::slot;
     static constexpr Attribute typeIds = {"typeid", {Kind::typeIds}, Need::required};
     static constexpr Attribute attributes[] = {typeIds};
     static constexpr QueryChild<DcmSlotInfo> children[] = {

@@ -26,6 +26,7 @@ Result takeIfindex(Node element, PortList &list, const Reporter &reporter)
 constexpr Element kIfindex = repeated(kNumber<uint32_t>, DCM_VM_IFINDEX_MAX);
 
 struct Ports : Table {
+    static constexpr Role role = Role::vmPorts;
     static constexpr Attribute num = {"num", numberOf(8), Need::required};
     static constexpr Attribute attributes[] = {num};
     static constexpr Child<PortList> children[] = {

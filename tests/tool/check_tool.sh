@@ -494,7 +494,8 @@ check_exits_with_the_worst_that_it_finds() {
     expect 'a file that is not there gives 66' exits 66
     expect 'and says why' says out "$folder/none.xml: error: cannot be read: No such file or directory [unreadable]"
     for command in check 'check --format xml' 'check --jobs 0' 'check -W octal-number' 'check -W no-such x' \
-        'check -W error=such x' 'check --explain such'; do
+        'check -W error=such x' 'check --explain such' 'check -W no-query-fails x' \
+        'check -W no-not-xml x' 'check -W no-wrong-root x' 'check -W no-unreadable x'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
         expect "'dcm $command' is wrong usage" exits 64

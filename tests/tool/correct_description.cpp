@@ -1,7 +1,6 @@
 #include "tests/tool/correct_description.h"
 
 #include "common/vocabularies.h"
-#include "led/led.h"
 #include "tools/dcm/description/format_lookup.h"
 #include "tools/words.h"
 
@@ -207,7 +206,7 @@ private:
             return !isGroup;
         if (name == "portid-offset" || name == "slot-offset" || name == "fanctrl-offset")
             return false;
-        if (row.element == &dcm::kLedMapElement)
+        if (row.role() == dcm::Role::ledMap)
             return !leds_.empty();
         return !oneIn(3);
     }

@@ -32,15 +32,17 @@ Allowance allowanceIn(const DescriptionFile::Comment &comment)
 {
     std::string text = trimmed(reinterpret_cast<const char *>(comment.node->content));
     if (!takeWord(text, "dcm-check:") || !takeWord(text, "allow "))
-        return {nullptr, "", "expected 'dcm-check: allow NAME: REASON'"};
+        return {nullptr, "expected 'dcm-check: allow NAME: REASON'", ""};
     const size_t colon = text.find(':');
     const std::string name = trimmed(text.substr(0, colon));
     const Rule *rule = findRule(name);
     if (rule == nullptr)
-        return {nullptr, name, "there is no check "};
+        return {nullptr, "there is no check " + quoted(name), name};
+    if (!rule->canBeSilenced())
+        return {nullptr, quoted(name) + " cannot be allowed: the query fails all the same", ""};
     if (colon == std::string::npos || trimmed(text.substr(colon + 1)).empty())
-        return {nullptr, rule->name, "a reason is missing: expected "};
-    return {rule, "", nullptr};
+        return {nullptr, "a reason is missing: expected 'dcm-check: allow " + name + ": REASON'", ""};
+    return {rule, "", ""};
 }
 
 // The element in which a comment stands; nullptr behind or before the root.

@@ -18,8 +18,8 @@ void applyAllowances(Findings &findings);
 // What a comment allows. Without a rule it is faulty, and allows nothing.
 struct Allowance {
     const Rule *rule;
-    std::string name; // as it is written
-    const char *fault;
+    std::string fault;
+    std::string unknownName; // of a rule that does not exist
 };
 // In rules/faulty-allowance.cpp and rules/unused-allowance.cpp; `element` is the parent of the comment.
 void reportFaulty(const DescriptionFile::Comment &comment, const Allowance &allowance, Node element,

@@ -1,7 +1,6 @@
 #include "tools/dcm/check/declarations.h"
 
 #include "common/vocabularies.h"
-#include "led/led.h"
 #include "tools/dcm/description/format_lookup.h"
 #include "tools/words.h"
 
@@ -9,23 +8,22 @@
 
 namespace dcmtool {
 
-void LedSet::add(Node holder, const dcm::Element &format)
+void LedSet::add(Node holder)
 {
-    const dcm::NamedElement &ledRow = dcm::kLedEntityElement.children[0];
-    const dcm::Attribute *type = findAttribute(*ledRow.element, dcm::Kind::keyword);
     numbers_.resize(dcm::kLedTypeWords.count);
     for (const Node block : dcm::children(holder)) {
-        const size_t row = findRow(format, dcm::nameOf(block));
-        if (row == format.childCount || format.children[row].element != &dcm::kLedEntityElement)
+        if (roleOf(block) != dcm::Role::leds)
             continue;
         for (const Node led : dcm::children(block)) {
-            if (!dcm::isNamed(led, ledRow.name))
+            const dcm::NamedElement *row = formatRowOf(led);
+            if (row == nullptr || row->role() != dcm::Role::led)
                 continue;
+            const dcm::Attribute *type = findAttribute(*row->element, dcm::Kind::keyword);
             const dcm::Text text = dcm::Text::attribute(led, type->name, {"dcm"});
             const size_t word = text ? rowOf(dcm::kLedTypeWords, text.c_str()) : numbers_.size();
             if (word == numbers_.size())
                 continue;
-            for (const uint32_t id : idsOf(led, *ledRow.element))
+            for (const uint32_t id : idsOf(led, *row->element))
                 if (id < kNumbers)
                     numbers_[word][id] = true;
         }
@@ -61,19 +59,53 @@ const LedSet &Declarations::leds(RecordKind kind) const
         leds.emplace();
         for (const DescribedType &type : types_)
             if (type.kind == kind)
-                leds->add(type.element, *rowOf(kind).element);
+                leds->add(type.element);
     }
     return *leds;
 }
 
-const LedSet &Declarations::ledsOf(Node holder, const dcm::Element &format) const
+const LedSet &Declarations::ledsOf(Node holder) const
 {
     if (holder_ != holder) {
         holder_ = holder;
         holderLeds_ = {};
-        holderLeds_.add(holder, format);
+        holderLeds_.add(holder);
     }
     return holderLeds_;
+}
+
+void addFanControllers(Node holder, FanControllers &controllers)
+{
+    for (const Node block : dcm::children(holder))
+        for (const Node controller : dcm::children(block)) {
+            const dcm::NamedElement *row = formatRowOf(controller);
+            if (row == nullptr || row->role() != dcm::Role::fanController)
+                continue;
+            for (const uint32_t id : idsOf(controller, *row->element))
+                if (id < controllers.size())
+                    controllers[id] = true;
+        }
+}
+
+const FanControllers &Declarations::fanControllers() const
+{
+    if (!fanControllers_) {
+        fanControllers_.emplace();
+        for (const DescribedType &type : types_)
+            if (type.kind == RecordKind::frame || type.kind == RecordKind::slot)
+                addFanControllers(type.element, *fanControllers_);
+    }
+    return *fanControllers_;
+}
+
+const FanControllers &Declarations::fanControllersOf(Node frame) const
+{
+    if (frame_ != frame) {
+        frame_ = frame;
+        frameControllers_ = {};
+        addFanControllers(frame, frameControllers_);
+    }
+    return frameControllers_;
 }
 
 } // namespace dcmtool

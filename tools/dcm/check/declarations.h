@@ -19,13 +19,16 @@ namespace dcmtool {
 class LedSet {
 public:
     // Adds those that a frame, card or unit declares in its own "led-entity".
-    void add(Node holder, const dcm::Element &format);
+    void add(Node holder);
     bool has(const char *type, uint32_t id) const;
 
 private:
     static constexpr size_t kNumbers = 256;
     std::vector<std::bitset<kNumbers>> numbers_;
 };
+
+// By their ids.
+using FanControllers = std::bitset<DCM_FAN_CTRL_MAX + 1>;
 
 class Declarations {
 public:
@@ -37,7 +40,10 @@ public:
     // The LEDs of all that is of a kind.
     const LedSet &leds(RecordKind kind) const;
     // Those of one holder, of which mostly many are asked for in a row.
-    const LedSet &ledsOf(Node holder, const dcm::Element &format) const;
+    const LedSet &ledsOf(Node holder) const;
+    // The fan controllers of all frames and slots, for cards, which fit into any, and those of one frame.
+    const FanControllers &fanControllers() const;
+    const FanControllers &fanControllersOf(Node frame) const;
 
 private:
     const std::vector<DescribedType> &types_;
@@ -46,6 +52,9 @@ private:
     mutable std::optional<LedSet> cardLeds_;
     mutable Node holder_ = nullptr;
     mutable LedSet holderLeds_;
+    mutable std::optional<FanControllers> fanControllers_;
+    mutable Node frame_ = nullptr;
+    mutable FanControllers frameControllers_;
 };
 
 } // namespace dcmtool

@@ -20,7 +20,7 @@ namespace {
 struct Schedule {
     static constexpr size_t kKinds = static_cast<size_t>(dcm::Kind::source) + 1;
     std::vector<const Rule *> files;
-    std::vector<const Rule *> elements;
+    std::array<std::vector<const Rule *>, static_cast<size_t>(Role::count)> elements;
     std::vector<const Rule *> unknownItems;
     std::array<std::vector<const Rule *>, kKinds> values;
 
@@ -35,8 +35,9 @@ private:
     {
         if (rule.kind.file != nullptr)
             files.push_back(&rule);
-        if (rule.kind.element != nullptr)
-            elements.push_back(&rule);
+        for (size_t role = 0; role < elements.size(); role++)
+            if (rule.kind.element != nullptr && (rule.kind.roles == 0 || (rule.kind.roles >> role & 1U) != 0))
+                elements[role].push_back(&rule);
         if (rule.kind.unknownItem != nullptr)
             unknownItems.push_back(&rule);
         for (size_t kind = 0; kind < kKinds; kind++)
@@ -60,7 +61,7 @@ public:
     {
         const size_t depth = parent == nullptr ? 0 : depth_ + 1;
         const std::vector<KnownChild> &known = children(depth, node, *row.element);
-        const Context context = {type_, parent, node, row.name, row.element, known};
+        const Context context = {type_, parent, node, row.name, row.element, row.role(), known};
         apply(context);
         for (const KnownChild &child : known) {
             depth_ = depth;
@@ -71,7 +72,7 @@ public:
     // Without its children.
     void visitAlone(Node node, const dcm::NamedElement &row)
     {
-        apply({type_, nullptr, node, row.name, row.element, children(0, node, *row.element)});
+        apply({type_, nullptr, node, row.name, row.element, row.role(), children(0, node, *row.element)});
     }
 
 private:
@@ -85,7 +86,7 @@ private:
                 value({context, nullptr, content, text.c_str()});
         if (context.format->childCount + context.format->attributeCount == 0)
             return;
-        for (const Rule *rule : schedule().elements) {
+        for (const Rule *rule : schedule().elements[static_cast<size_t>(context.role)]) {
             findings_.run(*rule);
             rule->kind.element(context, findings_);
         }
@@ -168,26 +169,34 @@ private:
     bool hasUnknown_ = false; // among the children looked at last
 };
 
-template <class Record>
-void checkType(CheckedType &type, Record &record, const Record *CheckedType::*place, Findings &findings,
-               DecodingWork &work)
+void keep(CheckedType &type, const DcmFrameInfo &record)
+{
+    type.frame = &record;
+}
+void keep(CheckedType &type, const DcmSlotInfo &record)
+{
+    type.slot = &record;
+}
+void keep(CheckedType &type, const DcmCardInfo &record)
+{
+    type.card = &record;
+}
+void keep(CheckedType &type, const DcmVmPortInfo &record)
+{
+    type.vm = &record;
+}
+
+template <class Record> void checkType(CheckedType &type, Record &record, Findings &findings, DecodingWork &work)
 {
     const Outcome outcome = type.file.decode(type.described, record);
     if (outcome.isDecoded || explainFailures(type.file, type.described, record, findings, work))
-        type.*place = &record;
+        keep(type, record);
     Walk(type, findings).visit(nullptr, type.described.element, rowOf(type.described.kind));
 }
 
 // What may be decoded again to find why queries fail, in bytes: of small files, all that people will ever mend at once.
 constexpr size_t kMostDecoded = size_t{64} << 20;
 constexpr size_t kMostDecodedOfByte = 16;
-
-struct Records {
-    DcmFrameInfo frame;
-    DcmSlotInfo slot;
-    DcmCardInfo card;
-    DcmVmPortInfo vm;
-};
 
 // The root holds frames, slots and cards, and nothing else.
 void checkRoot(const DescriptionFile &file, const Declarations &declarations, Findings &findings)
@@ -200,27 +209,14 @@ void checkRoot(const DescriptionFile &file, const Declarations &declarations, Fi
 
 void checkTypes(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
 {
-    const auto records = std::make_unique<Records>();
+    const auto records = std::make_unique<AnyRecord>();
     const Declarations declarations(types);
     DecodingWork work = {kMostDecoded + kMostDecodedOfByte * file.text().size()};
     if (file.isDevice())
         checkRoot(file, declarations, findings);
     for (const DescribedType &described : types) {
         CheckedType type = {file, declarations, described};
-        switch (described.kind) {
-        case RecordKind::frame:
-            checkType(type, records->frame, &CheckedType::frame, findings, work);
-            break;
-        case RecordKind::slot:
-            checkType(type, records->slot, &CheckedType::slot, findings, work);
-            break;
-        case RecordKind::card:
-            checkType(type, records->card, &CheckedType::card, findings, work);
-            break;
-        case RecordKind::vm:
-            checkType(type, records->vm, &CheckedType::vm, findings, work);
-            break;
-        }
+        visitRecord(described.kind, *records, [&](auto &record) { checkType(type, record, findings, work); });
     }
 }
 

@@ -9,7 +9,15 @@ namespace dcmtool {
 
 const char *nameOf(Severity severity)
 {
-    return severity == Severity::error ? "error" : "warning";
+    switch (severity) {
+    case Severity::error:
+        return "error";
+    case Severity::warning:
+        return "warning";
+    case Severity::info:
+        break;
+    }
+    return "info";
 }
 
 std::string listOfRules()

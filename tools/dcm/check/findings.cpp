@@ -1,6 +1,5 @@
 #include "tools/dcm/check/findings.h"
 
-#include "card/card.h"
 #include "common/paths.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/check/rule.h"
@@ -28,7 +27,7 @@ std::string stepOf(Node element)
     if (id && *id.c_str() != '\0')
         step.append(" ").append(shortened(id.c_str()));
     // A card has a second one.
-    if (format == &dcm::kCardElement) {
+    if (format->role == dcm::Role::card) {
         const dcm::Text mode = dcm::Text::attribute(element, format->attributes[1].name, {"dcm"});
         if (mode && mode.number() != 0)
             step.append(" ").append(format->attributes[1].name).append(" ").append(shortened(mode.c_str()));

@@ -19,7 +19,8 @@ struct Rule;
 struct Value;
 
 enum class Severity : uint8_t {
-    warning, // what a query silently accepts
+    info,    // probably not what was meant; never changes the exit status
+    warning, // works wrongly or not at all, and no query fails
     error    // what makes a query fail
 };
 

@@ -66,6 +66,11 @@ const char *statusOf(const DescriptionFile &file)
 
 // ---- SARIF ----------------------------------------------------------------------------------------------------------
 
+const char *levelOf(Severity severity)
+{
+    return severity == Severity::info ? "note" : nameOf(severity);
+}
+
 // A file name as a relative or absolute reference.
 std::string uriOf(const std::string &name)
 {
@@ -101,7 +106,7 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
     Json result = {{"ruleId", finding.rule->name},
                    {"ruleIndex", rule},
-                   {"level", nameOf(finding.severity)},
+                   {"level", levelOf(finding.severity)},
                    {"message", {{"text", text}}},
                    {"locations", Json::array({location})}};
     if (finding.more != 0)
@@ -119,7 +124,7 @@ Json ruleOf(const Rule &rule)
     return {{"id", rule.name},
             {"shortDescription", {{"text", summaryOf(rule)}}},
             {"fullDescription", {{"text", explanationOf(rule)}}},
-            {"defaultConfiguration", {{"level", nameOf(rule.severity)}}}};
+            {"defaultConfiguration", {{"level", levelOf(rule.severity)}}}};
 }
 
 } // namespace
@@ -139,7 +144,8 @@ std::string asJson(const std::vector<FileReport> &reports)
                      {"version", kVersion},
                      {"files", files},
                      {"errors", totals.errors},
-                     {"warnings", totals.warnings}});
+                     {"warnings", totals.warnings},
+                     {"infos", totals.infos}});
 }
 
 std::string asSarif(const std::vector<FileReport> &reports)

@@ -22,14 +22,21 @@ struct Totals {
     size_t unread = 0; // of these
     size_t errors = 0;
     size_t warnings = 0;
+    size_t infos = 0;
 
     void add(const FileReport &report);
 };
 
+// How text is printed; other formats have everything.
+struct TextStyle {
+    bool isColoured = false;
+    bool hasInfos = false; // or without findings of that severity
+};
+
 // The findings of one file, each with its source line and a caret.
-std::string asText(const FileReport &report, bool isColoured);
+std::string asText(const FileReport &report, const TextStyle &style);
 // The line at the end.
-std::string summaryOf(const Totals &totals);
+std::string summaryOf(const Totals &totals, const TextStyle &style);
 
 std::string asJson(const std::vector<FileReport> &reports);
 std::string asSarif(const std::vector<FileReport> &reports);
@@ -38,7 +45,7 @@ std::string asSarif(const std::vector<FileReport> &reports);
 std::string listOfRules();
 std::string pageAsText(const Rule &rule);
 
-// "error" or "warning".
+// "error", "warning" or "info".
 const char *nameOf(Severity severity);
 
 } // namespace dcmtool

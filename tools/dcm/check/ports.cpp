@@ -1,21 +1,8 @@
 #include "tools/dcm/check/ports.h"
 
-#include "card/card.h"
-#include "slot/slot.h"
 #include "tools/dcm/description/format_lookup.h"
 
-#include <algorithm>
-
 namespace dcmtool {
-
-bool isPort(const dcm::Element *format)
-{
-    const dcm::Element *const ports[] = {
-        &dcm::kMgtPortElement,    &dcm::kPanelPortElement, &dcm::kPanelPortGroupElement, &dcm::kGccPortElement,
-        &dcm::kEthpppPortElement, &dcm::kInnerPortElement, &dcm::kInnerPortGroupElement, &dcm::kSfuPortGroupElement,
-    };
-    return std::find(std::begin(ports), std::end(ports), format) != std::end(ports);
-}
 
 Describers describersIn(const Context &block)
 {

@@ -8,8 +8,6 @@
 
 namespace dcmtool {
 
-bool isPort(const dcm::Element *format);
-
 // Where a block describes each of its ports, by their ids: what comes last holds.
 using Describers = std::array<const KnownChild *, DCM_PANEL_IF_MAX + 1>;
 

@@ -2,8 +2,6 @@
 
 #include "tools/dcm/description/format_lookup.h"
 
-#include <cstring>
-
 namespace dcmtool {
 
 const dcm::Attribute *Context::attribute(const char *attributeName) const
@@ -18,20 +16,20 @@ const std::vector<uint32_t> &Context::ids() const
     return *readIds;
 }
 
-const KnownChild *Context::lastChild(const char *childName) const
+const KnownChild *Context::lastChild(Role childRole) const
 {
     const KnownChild *last = nullptr;
     for (const KnownChild &child : children)
-        if (std::strcmp(rowOf(child).name, childName) == 0)
+        if (roleOf(child) == childRole)
             last = &child;
     return last;
 }
 
-Finding &atChildOrId(const Context &context, std::initializer_list<const char *> names, const std::string &text,
+Finding &atChildOrId(const Context &context, std::initializer_list<Role> roles, const std::string &text,
                      Findings &findings)
 {
-    for (const char *name : names)
-        if (const KnownChild *child = context.lastChild(name))
+    for (const Role role : roles)
+        if (const KnownChild *child = context.lastChild(role))
             return findings.atContent(child->node, text);
     return findings.atValue(context.node, idAttribute(*context.format)->name, text);
 }

@@ -24,6 +24,7 @@
 namespace dcmtool {
 
 using dcm::Kind;
+using dcm::Role;
 
 // A frame, slot, card or port list that is being checked. Of the records only that of its kind is there. Where the
 // query fails, its record is that of a copy without what makes it fail; none when there is no such copy.
@@ -50,16 +51,20 @@ struct Context {
     Node node;
     const char *name;
     const dcm::Element *format;
+    Role role;
     const std::vector<KnownChild> &children; // the children that the format knows, in document order
     mutable std::optional<std::vector<uint32_t>> readIds = std::nullopt;
 
     const dcm::NamedElement &rowOf(const KnownChild &child) const { return format->children[child.row]; }
+    Role roleOf(const KnownChild &child) const { return rowOf(child).role(); }
+    // The role of the parent, which the frame, slot, card or port list itself has not.
+    Role parentRole() const { return parent != nullptr ? parent->role : Role::none; }
     // What its id or list of ids says, read once for all of its children.
     const std::vector<uint32_t> &ids() const;
     // Its attribute as the format describes it; nullptr when the format knows none of this name.
     const dcm::Attribute *attribute(const char *attributeName) const;
-    // The last child of a name, which is the one that counts; nullptr when there is none.
-    const KnownChild *lastChild(const char *childName) const;
+    // The last child of a role, which is the one that counts; nullptr when there is none.
+    const KnownChild *lastChild(Role childRole) const;
     dcm::Text text(const char *attributeName) const { return dcm::Text::attribute(node, attributeName, {"dcm"}); }
     dcm::Text content() const { return dcm::Text::content(node, {"dcm"}); }
 };
@@ -96,10 +101,19 @@ template <class... Some> constexpr Kinds kindsOf(Some... kinds)
 }
 constexpr Kinds kNumberKinds = kindsOf(Kind::number, Kind::count, Kind::id, Kind::typeIds);
 
+// The roles of elements that a rule looks at; 0 is all.
+using Roles = uint64_t;
+static_assert(static_cast<unsigned>(Role::count) <= 64);
+template <class... Some> constexpr Roles rolesOf(Some... roles)
+{
+    return (Roles{0} | ... | (Roles{1} << static_cast<unsigned>(roles)));
+}
+
 // What a rule looks at, and the functions that do.
 struct RuleKind {
     FileFunction file = nullptr;
     ElementFunction element = nullptr;
+    Roles roles = 0;
     ValueFunction value = nullptr;
     Kinds kinds = 0;
     UnknownItemFunction unknownItem = nullptr;
@@ -126,10 +140,12 @@ constexpr RuleKind onFile(FileFunction function)
     kind.file = function;
     return kind;
 }
-constexpr RuleKind onElements(ElementFunction function)
+// Without roles, elements of all.
+template <class... Some> constexpr RuleKind onElements(ElementFunction function, Some... roles)
 {
     RuleKind kind;
     kind.element = function;
+    kind.roles = rolesOf(roles...);
     return kind;
 }
 constexpr RuleKind onValues(ValueFunction function, Kinds kinds)
@@ -149,13 +165,16 @@ constexpr RuleKind byTheEngine()
 }
 
 // Under the content of the first of some children that is there, else under the id of the element.
-Finding &atChildOrId(const Context &context, std::initializer_list<const char *> names, const std::string &text,
+Finding &atChildOrId(const Context &context, std::initializer_list<Role> roles, const std::string &text,
                      Findings &findings);
 
 struct Rule {
     const char *name;
     Severity severity;
     RuleKind kind;
+
+    // What makes a query fail is always shown, whatever options and comments say.
+    constexpr bool canBeSilenced() const { return severity != Severity::error; }
 };
 
 } // namespace dcmtool

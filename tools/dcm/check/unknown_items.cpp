@@ -2,7 +2,6 @@
 
 #include "common/paths.h"
 #include "tools/dcm/description/format_lookup.h"
-#include "vm/vm.h"
 
 #include <libxml/tree.h>
 #include <map>

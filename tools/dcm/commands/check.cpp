@@ -34,6 +34,7 @@ struct Options {
     uint32_t colour = kAutomatic;
     uint32_t jobs = 1;
     bool areListed = false;
+    bool hasInfos = false;
     std::string explained;
 };
 
@@ -57,7 +58,7 @@ struct Warnings {
                                       [&](const Finding &finding) { return off.count(finding.rule) != 0; }),
                        findings.end());
         for (Finding &finding : findings)
-            if (areErrors || errors.count(finding.rule) != 0)
+            if ((areErrors && finding.severity == Severity::warning) || errors.count(finding.rule) != 0)
                 finding.severity = Severity::error;
     }
 
@@ -71,6 +72,14 @@ private:
                          (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
     }
 
+    static const Rule *silenced(const std::string &name)
+    {
+        const Rule *rule = named(name);
+        if (!rule->canBeSilenced())
+            throw UsageError(name + " cannot be left out: the query of such a description fails");
+        return rule;
+    }
+
     void take(const std::string &option)
     {
         if (option == "error")
@@ -78,7 +87,7 @@ private:
         else if (option.compare(0, 6, "error=") == 0)
             errors.insert(named(option.substr(6)));
         else if (option.compare(0, 3, "no-") == 0)
-            off.insert(named(option.substr(3)));
+            off.insert(silenced(option.substr(3)));
         else
             throw UsageError("-W takes no-NAME, error or error=NAME, not " + option);
     }
@@ -238,16 +247,16 @@ bool isColoured(const Options &options, const OwnOutput &output)
 }
 
 // What is printed behind the last file's findings as text, or in their place.
-std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals)
+std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals, const TextStyle &style)
 {
-    return format == kText ? summaryOf(totals) : format == kJson ? asJson(reports) : asSarif(reports);
+    return format == kText ? summaryOf(totals, style) : format == kJson ? asJson(reports) : asSarif(reports);
 }
 
 Exit runCheck(const Options &options)
 {
     const Warnings warnings(options.warnings);
     OwnOutput output;
-    const bool areColoured = isColoured(options, output);
+    const TextStyle style = {isColoured(options, output), options.hasInfos};
     Progress progress(options.files, isatty(STDERR_FILENO) == 1);
     Totals totals;
     // What is left at the end goes with the process: to take trees apart costs a tenth of all.
@@ -257,11 +266,11 @@ Exit runCheck(const Options &options)
         const bool isLast = i + 1 == options.files.size();
         FileReport report = workers.take(i);
         totals.add(report);
-        std::string text = options.format == kText ? asText(report, areColoured) : "";
+        std::string text = options.format == kText ? asText(report, style) : "";
         if (options.format != kText || isLast)
             reports.push_back(std::move(report));
         if (isLast)
-            text += endOf(options.format, reports, totals);
+            text += endOf(options.format, reports, totals, style);
         progress.advance(i + 1);
         if (!output.print(text))
             return kErrors;
@@ -303,8 +312,9 @@ Command checkCommand()
     return {"check",
             "Find what is wrong in descriptions",
             {{"FILE", "Descriptions to check, - for standard input", &options->files},
-             {"-W", "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all",
+             {"-W", "no-NAME leaves a check out, error=NAME makes its findings errors, error all warnings",
               &options->warnings, "WHAT"},
+             {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},

@@ -2,6 +2,7 @@
 
 #include "card/card.h"
 #include "common/paths.h"
+#include "tools/dcm/description/format_lookup.h"
 #include "tools/dcm/description/texts.h"
 #include "tools/dcm/printable.h"
 
@@ -47,17 +48,7 @@ std::unique_ptr<DescriptionFile> openDescription(const std::string &name)
 
 const char *kindName(RecordKind kind)
 {
-    switch (kind) {
-    case RecordKind::frame:
-        return "frame";
-    case RecordKind::slot:
-        return "slot";
-    case RecordKind::card:
-        return "card";
-    case RecordKind::vm:
-        break;
-    }
-    return "vm";
+    return kind == RecordKind::vm ? "vm" : rowOf(kind).name;
 }
 
 Place placeOf(const DescriptionFile &file, const DescribedType &type)

@@ -3,6 +3,7 @@
 #include "card/card.h"
 #include "frame/frame.h"
 #include "slot/slot.h"
+#include "tools/dcm/description/format_lookup.h"
 #include "tools/dcm/description/input_file.h"
 #include "tools/dcm/description/parse_limits.h"
 #include "vm/vm.h"
@@ -470,31 +471,38 @@ bool DescriptionFile::isDevice() const
 
 bool DescriptionFile::isVm() const
 {
-    return root_ != nullptr && dcm::isNamed(root_, dcm::kVmName);
+    return root_ != nullptr && dcm::isNamed(root_, rowOf(RecordKind::vm).name);
 }
 
 namespace {
 
-constexpr char kTypeId[] = "typeid";
-constexpr char kMode[] = "mode";
-
-uint32_t numberOf(Node element, const char *attribute)
+uint32_t numberOf(Node element, const dcm::Attribute &attribute)
 {
-    const dcm::Text text = dcm::Text::attribute(element, attribute, {"dcm"});
+    const dcm::Text text = dcm::Text::attribute(element, attribute.name, {"dcm"});
     return text ? text.number() : 0;
 }
 
 // The ids of a slot, as the library looks for one among them.
-std::vector<uint32_t> typeIdsOf(Node slot)
+std::vector<uint32_t> typeIdsOf(Node slot, const dcm::Attribute &typeIds)
 {
     std::vector<uint32_t> ids;
-    const dcm::Text text = dcm::Text::attribute(slot, kTypeId, {"dcm"});
+    const dcm::Text text = dcm::Text::attribute(slot, typeIds.name, {"dcm"});
     for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
         if (!ids.empty())
             list++;
         ids.push_back(dcm::readNumber(list));
     }
     return ids;
+}
+
+// The first attribute is the type, the second one of a card the mode.
+DescribedType describedType(RecordKind kind, Node element)
+{
+    const dcm::Attribute *attributes = rowOf(kind).element->attributes;
+    if (kind == RecordKind::slot)
+        return {kind, element, typeIdsOf(element, attributes[0]), 0};
+    const uint32_t mode = kind == RecordKind::card ? numberOf(element, attributes[1]) : 0;
+    return {kind, element, {numberOf(element, attributes[0])}, mode};
 }
 
 } // namespace
@@ -511,12 +519,9 @@ std::vector<DescribedType> DescriptionFile::types() const
         count++;
     types.reserve(count);
     for (const Node child : dcm::children(root_)) {
-        if (dcm::isNamed(child, dcm::kFrameName))
-            types.push_back({RecordKind::frame, child, {numberOf(child, kTypeId)}, 0});
-        else if (dcm::isNamed(child, dcm::kSlotName))
-            types.push_back({RecordKind::slot, child, typeIdsOf(child), 0});
-        else if (dcm::isNamed(child, dcm::kCardName))
-            types.push_back({RecordKind::card, child, {numberOf(child, kTypeId)}, numberOf(child, kMode)});
+        for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card})
+            if (dcm::isNamed(child, rowOf(kind).name))
+                types.push_back(describedType(kind, child));
     }
     return types;
 }

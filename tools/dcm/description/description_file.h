@@ -42,6 +42,29 @@ struct DescribedType {
     uint32_t mode = 0;             // of a card
 };
 
+// A record of each kind.
+struct AnyRecord {
+    DcmFrameInfo frame;
+    DcmSlotInfo slot;
+    DcmCardInfo card;
+    DcmVmPortInfo vm;
+};
+
+// Calls `function` with the record of a kind.
+template <class Function> void visitRecord(RecordKind kind, AnyRecord &records, const Function &function)
+{
+    switch (kind) {
+    case RecordKind::frame:
+        return function(records.frame);
+    case RecordKind::slot:
+        return function(records.slot);
+    case RecordKind::card:
+        return function(records.card);
+    case RecordKind::vm:
+        return function(records.vm);
+    }
+}
+
 // What came of decoding one.
 struct Outcome {
     bool isDecoded = false;

@@ -67,10 +67,12 @@ std::vector<uint32_t> idsOf(Node element, const dcm::Element &format)
     if (id == nullptr)
         return {};
     const dcm::Text text = dcm::Text::attribute(element, id->name, {"dcm"});
-    if (!text)
-        return {};
-    return id->content.kind == dcm::Kind::id ? std::vector<uint32_t>{text.number()}
-                                             : numbersOf(text.c_str(), id->content);
+    return text ? idsOf(text.c_str(), id->content) : std::vector<uint32_t>();
+}
+
+std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content)
+{
+    return content.kind == dcm::Kind::id ? std::vector<uint32_t>{dcm::readNumber(text)} : numbersOf(text, content);
 }
 
 std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content)
@@ -84,16 +86,17 @@ std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content)
     return numbers;
 }
 
-const dcm::Element *formatOf(Node element)
+const dcm::NamedElement *formatRowOf(Node element)
 {
     const Node parent = element->parent;
+    const dcm::NamedElement &vm = rowOf(RecordKind::vm);
     if (parent == nullptr || parent->type != XML_ELEMENT_NODE)
-        return dcm::isNamed(element, dcm::kVmName) ? &dcm::kVmElement : nullptr;
+        return dcm::isNamed(element, vm.name) ? &vm : nullptr;
     if (parent->parent == nullptr || parent->parent->type != XML_ELEMENT_NODE) {
-        if (!dcm::isNamed(parent, dcm::kVmName)) {
+        if (!dcm::isNamed(parent, vm.name)) {
             for (const dcm::NamedElement &child : deviceChildren())
                 if (dcm::isNamed(element, child.name))
-                    return child.element;
+                    return &child;
             return nullptr;
         }
     }
@@ -101,7 +104,19 @@ const dcm::Element *formatOf(Node element)
     if (format == nullptr)
         return nullptr;
     const size_t row = findRow(*format, dcm::nameOf(element));
-    return row < format->childCount ? format->children[row].element : nullptr;
+    return row < format->childCount ? &format->children[row] : nullptr;
+}
+
+const dcm::Element *formatOf(Node element)
+{
+    const dcm::NamedElement *row = formatRowOf(element);
+    return row != nullptr ? row->element : nullptr;
+}
+
+dcm::Role roleOf(Node element)
+{
+    const dcm::NamedElement *row = formatRowOf(element);
+    return row != nullptr ? row->role() : dcm::Role::none;
 }
 
 } // namespace dcmtool

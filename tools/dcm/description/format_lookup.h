@@ -25,11 +25,14 @@ const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
 const dcm::Attribute *idAttribute(const dcm::Element &format);
 // What it says: the ids that mean something.
 std::vector<uint32_t> idsOf(Node element, const dcm::Element &format);
+std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content);
 // The numbers of a bit list that mean something.
 std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
 
-// The format of an element of a description; nullptr where it knows none.
+// The format of an element of a description, and its role; nullptr and none where the format knows no such element.
+const dcm::NamedElement *formatRowOf(Node element);
 const dcm::Element *formatOf(Node element);
+dcm::Role roleOf(Node element);
 
 } // namespace dcmtool
 

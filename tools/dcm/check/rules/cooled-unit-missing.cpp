@@ -1,4 +1,3 @@
-#include "frame/frame.h"
 #include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -11,10 +10,10 @@ namespace {
 void cooledUnitMissing(const Context &context, Findings &findings)
 {
     const DcmFrameInfo *frame = context.type.frame;
-    if (frame == nullptr || context.format != &dcm::kFanCtrlMapElement)
+    if (frame == nullptr)
         return;
-    const auto look = [&](const char *name, const char *what, const auto &units) {
-        const KnownChild *list = context.lastChild(name);
+    const auto look = [&](Role role, const char *what, const auto &units) {
+        const KnownChild *list = context.lastChild(role);
         if (list == nullptr)
             return;
         const dcm::Text text = dcm::Text::content(list->node, {"dcm"});
@@ -26,12 +25,13 @@ void cooledUnitMissing(const Context &context, Findings &findings)
             findings.atContent(list->node, numbered(what, numbers) +
                                                " not described in this frame: the controller cools what is not there");
     };
-    look(dcm::kCooledPowerName, "power supply", frame->powerInfo);
-    look(dcm::kCooledFanModuleName, "fan module", frame->fanModuleInfo);
+    look(Role::cooledPowerSupplies, "power supply", frame->powerInfo);
+    look(Role::cooledFanModules, "fan module", frame->fanModuleInfo);
 }
 
 } // namespace
 
-extern const Rule kCooledUnitMissing = {"cooled-unit-missing", Severity::warning, onElements(cooledUnitMissing)};
+extern const Rule kCooledUnitMissing = {"cooled-unit-missing", Severity::warning,
+                                        onElements(cooledUnitMissing, Role::coolingEntry)};
 
 } // namespace dcmtool

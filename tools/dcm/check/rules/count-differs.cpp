@@ -1,6 +1,5 @@
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
-#include "vm/vm.h"
 
 #include <bitset>
 #include <map>
@@ -12,7 +11,7 @@ namespace {
 
 const dcm::Attribute *countOf(const Context &context)
 {
-    if (context.format == &dcm::kVmElement)
+    if (context.role == Role::vmPorts)
         return &context.format->attributes[0];
     return findAttribute(*context.format, dcm::Kind::count);
 }

@@ -1,4 +1,3 @@
-#include "frame/frame.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
@@ -16,11 +15,11 @@ bool isController(const DcmFrameInfo &frame, uint32_t id)
 void fanWithoutController(const Context &context, Findings &findings)
 {
     const DcmFrameInfo *frame = context.type.frame;
-    if (frame == nullptr || context.parent == nullptr || context.parent->format != &dcm::kFanModuleElement)
+    if (frame == nullptr)
         return;
     // Without a word, a fan is driven by the controller of its number; a frame may do without any.
-    if (frame->fanCtrlNum == 0 && context.lastChild(dcm::kFanCtrlName) == nullptr &&
-        context.lastChild(dcm::kFanCtrlOffsetName) == nullptr)
+    if (frame->fanCtrlNum == 0 && context.lastChild(Role::controllerOfFan) == nullptr &&
+        context.lastChild(Role::controllerOffsetOfFan) == nullptr)
         return;
     std::vector<uint32_t> controllers;
     const std::vector<uint32_t> fans = idsOf(context.node, *context.format);
@@ -35,7 +34,7 @@ void fanWithoutController(const Context &context, Findings &findings)
     std::sort(controllers.begin(), controllers.end());
     controllers.erase(std::unique(controllers.begin(), controllers.end()), controllers.end());
     if (!controllers.empty())
-        atChildOrId(context, {dcm::kFanCtrlName, dcm::kFanCtrlOffsetName},
+        atChildOrId(context, {Role::controllerOfFan, Role::controllerOffsetOfFan},
                     numbered("fan controller", controllers) +
                         " not described in this frame: nobody sets the speed of the fan",
                     findings);
@@ -44,6 +43,6 @@ void fanWithoutController(const Context &context, Findings &findings)
 } // namespace
 
 extern const Rule kFanWithoutController = {"fan-without-controller", Severity::warning,
-                                           onElements(fanWithoutController)};
+                                           onElements(fanWithoutController, Role::fan)};
 
 } // namespace dcmtool

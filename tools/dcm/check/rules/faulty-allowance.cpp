@@ -8,13 +8,9 @@ void reportFaulty(const DescriptionFile::Comment &comment, const Allowance &allo
     findings.run(kFaultyAllowance);
     if (findings.counts(element))
         return;
-    const std::string start = "the comment allows nothing: " + std::string(allowance.fault);
-    if (allowance.name.empty())
-        findings.at(element, comment.span, start);
-    else if (findRule(allowance.name) != nullptr)
-        findings.at(element, comment.span, start + "'dcm-check: allow " + allowance.name + ": REASON'");
-    else
-        findings.at(element, comment.span, start + quoted(allowance.name)).meaning(nearestRule(allowance.name));
+    Finding &finding = findings.at(element, comment.span, "the comment allows nothing: " + allowance.fault);
+    if (!allowance.unknownName.empty())
+        finding.meaning(nearestRule(allowance.unknownName));
 }
 
 extern const Rule kFaultyAllowance = {"faulty-allowance", Severity::warning, byTheEngine()};

@@ -1,4 +1,3 @@
-#include "frame/frame.h"
 #include "led/led.h"
 #include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
@@ -6,11 +5,6 @@
 namespace dcmtool {
 
 namespace {
-
-// Rows of gDcmEttAttachStrs.
-constexpr size_t kSystemRow = 0;
-
-constexpr size_t kCardRow = 2;
 
 // Whether a frame or card of the file may have the LED, whichever of the two it is attached to.
 bool isDeclaredAnywhere(const Declarations &declarations, RecordKind kind, const LedName &name, uint32_t id)
@@ -22,17 +16,17 @@ void ledNotDeclared(const Value &value, Findings &findings)
 {
     const LedName name = splitName(value.text);
     const Context *map = &value.context;
-    while (map != nullptr && map->format != &dcm::kLedMapElement)
+    while (map != nullptr && map->role != Role::ledMap)
         map = map->parent;
     if (map == nullptr || map->parent == nullptr || !isLedName(name))
         return;
     const Declarations &declarations = value.context.type.declarations;
     const auto id = static_cast<uint32_t>(std::stoi(name.id));
-    if (declarations.ledsOf(map->parent->node, *map->parent->format).has(name.type.c_str(), id))
+    if (declarations.ledsOf(map->parent->node).has(name.type.c_str(), id))
         return;
-    const bool isOfSystem = name.attach == gDcmEttAttachStrs[kSystemRow];
-    const bool isOfCard = name.attach == gDcmEttAttachStrs[kCardRow];
-    const bool isOwn = !isSmallNumber(name.slot) || (isOfSystem && map->parent->format == &dcm::kFrameElement);
+    const bool isOfSystem = name.attach == gDcmEttAttachStrs[dcm::kAttachSys];
+    const bool isOfCard = name.attach == gDcmEttAttachStrs[dcm::kAttachCard];
+    const bool isOwn = !isSmallNumber(name.slot) || (isOfSystem && map->parent->role == Role::frame);
     // What is attached to something else is declared there.
     if (!isOwn) {
         const RecordKind kind = isOfSystem ? RecordKind::frame : RecordKind::card;

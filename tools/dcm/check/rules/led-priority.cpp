@@ -1,5 +1,4 @@
 #include "common/vocabularies.h"
-#include "led/led.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
@@ -40,7 +39,7 @@ void ledPriority(const Context &context, Findings &findings)
     uint32_t position = 0;
     for (const KnownChild &child : context.children) {
         const dcm::NamedElement &row = context.rowOf(child);
-        if (row.element != &dcm::kLedStateElement)
+        if (row.role() != Role::ledState)
             continue;
         const Display display = displayOf(child.node, *row.element, ledType, ++position);
         const char *pri = findAttribute(*row.element, Kind::id)->name;

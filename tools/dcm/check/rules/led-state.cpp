@@ -1,5 +1,4 @@
 #include "common/vocabularies.h"
-#include "led/led.h"
 #include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -29,18 +28,27 @@ std::string ledTypeOf(const Value &value)
     return "";
 }
 
+// Each table of states begins with the default.
+bool isDefault(const char *state)
+{
+    for (uint32_t type = 0; type < dcm::kLedTypeWords.count; type++)
+        if (const dcm::Vocabulary *states = dcm::ledStateWords(type))
+            return rowOf(*states, state) == 0;
+    return false;
+}
+
 void ledState(const Value &value, Findings &findings)
 {
     const std::string type = ledTypeOf(value);
     const size_t row = rowOf(dcm::kLedTypeWords, type.c_str());
     if (row == dcm::kLedTypeWords.count)
         return;
-    const bool isDisplay = value.context.format == &dcm::kLedStateElement;
+    const bool isDisplay = value.context.role == Role::ledState;
     const std::string end = isDisplay ? ": it counts as the default" : ": the pairs of this source are lost";
     const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(row));
     if (states == nullptr) {
         // What every LED shows by default needs no table.
-        if ((!isDisplay || std::strcmp(value.text, "default") != 0) && !findings.counts(value.context.node))
+        if ((!isDisplay || !isDefault(value.text)) && !findings.counts(value.context.node))
             findings.at(value, "LEDs of type " + quoted(type) + " have no states, not " + quoted(value.text) + end);
         return;
     }

@@ -1,8 +1,5 @@
-#include "card/card.h"
 #include "common/vocabularies.h"
 #include "tools/dcm/check/rule.h"
-
-#include <cstring>
 
 namespace dcmtool {
 
@@ -13,10 +10,9 @@ void lostByOrder(const Context &context, Findings &findings)
 {
     const KnownChild *medium = nullptr;
     for (const KnownChild &child : context.children) {
-        const char *name = context.rowOf(child).name;
-        if (std::strcmp(name, dcm::kSupportMediaChgName) == 0)
+        if (context.roleOf(child) == Role::mediumChange)
             medium = &child;
-        if (medium == nullptr || std::strcmp(name, dcm::kSupportLaserName) != 0)
+        if (medium == nullptr || context.roleOf(child) != Role::laser)
             continue;
         uint32_t isLaser = 1;
         uint32_t isChangeable = 0;
@@ -26,9 +22,9 @@ void lostByOrder(const Context &context, Findings &findings)
         static_cast<void>(dcm::readWord(dcm::kYesNoWords, mediumText.word(), isChangeable));
         if (isLaser == 0 && isChangeable != 0)
             findings
-                .atName(medium->node, quotedName(dcm::kSupportMediaChgName) + " stands before " +
-                                          quotedName(dcm::kSupportLaserName) + ", whose '" + laserText.c_str() +
-                                          "' takes it back; expected behind it")
+                .atName(medium->node, quotedName(dcm::nameOf(medium->node)) + " stands before " +
+                                          quotedName(dcm::nameOf(child.node)) + ", whose " + quoted(laserText.c_str()) +
+                                          " takes it back; expected behind it")
                 .noting(findings.file().contentSpan(child.node), "takes it back");
     }
 }

@@ -1,4 +1,3 @@
-#include "slot/slot.h"
 #include "tools/dcm/check/rule.h"
 
 namespace dcmtool {
@@ -7,7 +6,7 @@ namespace {
 
 std::string effectOfMissing(const Context &context, const dcm::Attribute &attribute)
 {
-    if (context.format == &dcm::kSlotElement)
+    if (context.role == Role::slot)
         return "the slot is never found";
     switch (attribute.content.kind) {
     case dcm::Kind::number:

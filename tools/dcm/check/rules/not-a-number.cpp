@@ -11,8 +11,8 @@ void notANumber(const Value &value, Findings &findings)
         return;
     forEachNumber(value, [&](const std::string &text) {
         if (!readingOf(text).isNumber)
-            findings.at(value, (text.empty() ? "nothing" : quoted(text)) + " is no number and counts as 0; \"" +
-                                   value.name() + "\" expects one like '10' or '0x0a'");
+            findings.at(value, (text.empty() ? "nothing" : quoted(text)) + " is no number and counts as 0; " +
+                                   quotedName(value.name()) + " expects one like '10' or '0x0a'");
     });
 }
 

@@ -1,4 +1,3 @@
-#include "card/card.h"
 #include "common/vocabularies.h"
 #include "tools/dcm/check/ports.h"
 #include "tools/dcm/check/rule.h"
@@ -11,22 +10,18 @@ namespace dcmtool {
 namespace {
 
 // What marks an entry as taken: a driver, or of a GCC port, the PHY type.
-bool marksTaken(const dcm::Element &format, const dcm::Element &port)
+bool isMarkedAsTaken(Node port, const dcm::NamedElement &row)
 {
-    const dcm::Vocabulary *mark = &port == &dcm::kGccPortElement ? &dcm::kPhyTypeWords : &dcm::kDriverTypeWords;
-    return format.content.kind == Kind::keyword && format.content.vocabulary == mark;
-}
-
-bool isTaken(Node node, const dcm::Element &port)
-{
+    const Role mark = row.role() == Role::gccPort ? Role::phyType : Role::driver;
     bool isTaken = false;
-    for (const Node child : dcm::children(node)) {
-        const size_t row = findRow(port, dcm::nameOf(child));
-        if (row == port.childCount || !marksTaken(*port.children[row].element, port))
+    for (const Node child : dcm::children(port)) {
+        const size_t i = findRow(*row.element, dcm::nameOf(child));
+        if (i == row.element->childCount || row.element->children[i].role() != mark)
             continue;
         uint32_t value = 0;
         if (const dcm::Text text = dcm::Text::content(child, {"dcm"}))
-            isTaken = dcm::readWord(*port.children[row].element->content.vocabulary, text.word(), value) && value != 0;
+            isTaken =
+                dcm::readWord(*row.element->children[i].element->content.vocabulary, text.word(), value) && value != 0;
     }
     return isTaken;
 }
@@ -42,9 +37,9 @@ void overwrittenPort(const Context &context, Findings &findings)
     std::array<Entry, DCM_PANEL_IF_MAX + 1> entries = {};
     for (const KnownChild &child : context.children) {
         const dcm::Element &format = *context.rowOf(child).element;
-        if (!isPort(&format))
+        if (!dcm::isPort(context.roleOf(child)))
             continue;
-        const bool takes = isTaken(child.node, format);
+        const bool takes = isMarkedAsTaken(child.node, context.rowOf(child));
         std::vector<uint32_t> overwritten;
         const KnownChild *first = nullptr;
         for (const uint32_t id : idsOf(child.node, format)) {

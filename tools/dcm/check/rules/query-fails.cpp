@@ -233,20 +233,6 @@ bool isBitList(const char *text, const dcm::Content &content)
     return dcmStr2BitList(text, 1, static_cast<uint32_t>(content.limit), bits, sizeof bits) == 0;
 }
 
-// The numbers that an id names.
-std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content)
-{
-    if (content.kind != dcm::Kind::bitList)
-        return {dcm::readNumber(text)};
-    uint8_t bits[DCM_PANEL_IF_MAX / 8] = {};
-    static_cast<void>(dcmStr2BitList(text, 1, static_cast<uint32_t>(content.limit), bits, sizeof bits));
-    std::vector<uint32_t> ids;
-    for (uint32_t i = 0; i < sizeof bits * 8; i++)
-        if ((bits[i / 8] & 0x80U >> i % 8) != 0)
-            ids.push_back(i + 1);
-    return ids;
-}
-
 // The text of an attribute; absent when there is no such attribute, or no name for it.
 dcm::Text textOf(Node element, const dcm::Attribute *attribute)
 {
@@ -273,7 +259,7 @@ bool isWrong(Node element, const std::string &name, const char *text, const dcm:
         if (isWord(text, *content.vocabulary))
             return false;
         fault.text =
-            quoted(text) + " is no word for \"" + name + "\"; expected " + listed(wordsOf(*content.vocabulary));
+            quoted(text) + " is no word for " + quotedName(name) + "; expected " + listed(wordsOf(*content.vocabulary));
         fault.meant = nearest(text, wordsOf(*content.vocabulary));
         return true;
     case dcm::Kind::count: {
@@ -354,7 +340,7 @@ Fault faultOfAttributes(const Guilty &guilty, const dcm::Element &format)
         const dcm::Text text = textOf(guilty.element, &attribute);
         if (!text && attribute.need == dcm::Need::required) {
             fault.attribute = &attribute;
-            fault.text = "\"" + std::string(attribute.name) + "\" is missing";
+            fault.text = quotedName(attribute.name) + " is missing";
             return fault;
         }
         if (text && isWrong(guilty.element, attribute.name, text.c_str(), attribute.content, fault)) {
@@ -366,7 +352,7 @@ Fault faultOfAttributes(const Guilty &guilty, const dcm::Element &format)
     if (id != nullptr && guilty.message.find("duplicate") != std::string::npos) {
         fault.attribute = id;
         fault.first = describedBefore(guilty.element, *id);
-        fault.text = "\"" + std::string(id->name) + "\" describes what is described already";
+        fault.text = quotedName(id->name) + " describes what is described already";
         return fault;
     }
     // Only together with others is one wrong: the message says which.
@@ -377,7 +363,7 @@ Fault faultOfAttributes(const Guilty &guilty, const dcm::Element &format)
             earliest = at;
             fault.attribute = &format.attributes[i];
             fault.mayBeOrder = true;
-            fault.text = "\"" + std::string(format.attributes[i].name) + "\" does not fit what stands around it";
+            fault.text = quotedName(format.attributes[i].name) + " does not fit what stands around it";
         }
     }
     return fault;
@@ -552,7 +538,7 @@ void tellOrder(const Guilty &guilty, Node sibling, Findings &findings)
 {
     findings
         .atName(guilty.element,
-                "stands before \"" + std::string(dcm::nameOf(sibling)) + "\", which it needs" + failing(guilty.message))
+                "stands before " + quotedName(dcm::nameOf(sibling)) + ", which it needs" + failing(guilty.message))
         .noting(findings.file().nameSpan(sibling), "expected before it");
 }
 

@@ -1,4 +1,3 @@
-#include "card/card.h"
 #include "tools/dcm/check/rule.h"
 
 #include <array>
@@ -13,7 +12,7 @@ void repeatedElement(const Context &context, Findings &findings)
     for (const KnownChild &child : context.children) {
         const dcm::NamedElement &row = context.rowOf(child);
         if (row.element->most == 1 && first[child.row] != nullptr) {
-            const bool isFirstKept = context.format == &dcm::kChipElement;
+            const bool isFirstKept = context.role == Role::chip;
             findings
                 .atName(
                     child.node,

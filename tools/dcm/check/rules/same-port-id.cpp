@@ -1,5 +1,3 @@
-#include "card/card.h"
-#include "slot/slot.h"
 #include "tools/dcm/check/ports.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -61,26 +59,23 @@ void findSamePorts(const Context &block, const Port (&ports)[Size], Findings &fi
 
 void samePortId(const Context &context, Findings &findings)
 {
-    if (context.children.empty() || context.parent == nullptr)
+    if (context.children.empty())
         return;
-    const dcm::Element *port = context.rowOf(context.children.front()).element;
-    const auto isOneOf = [&](const auto &...formats) { return ((port == &formats) || ...); };
-    if (!isPort(port))
-        return;
+    const Role port = context.roleOf(context.children.front());
     if (const DcmCardInfo *card = context.type.card) {
-        if (isOneOf(dcm::kMgtPortElement))
+        if (port == Role::managementPort)
             findSamePorts(context, card->methIf, findings);
-        else if (isOneOf(dcm::kPanelPortElement, dcm::kPanelPortGroupElement))
+        else if (port == Role::panelPort || port == Role::panelPortGroup)
             findSamePorts(context, card->panelIf, findings);
-        else if (isOneOf(dcm::kGccPortElement))
+        else if (port == Role::gccPort)
             findSamePorts(context, card->gccIf, findings);
-        else if (isOneOf(dcm::kEthpppPortElement))
+        else if (port == Role::ethpppPort)
             findSamePorts(context, card->ethpppIf, findings);
     }
     if (const DcmSlotInfo *slot = context.type.slot) {
-        if (isOneOf(dcm::kInnerPortElement, dcm::kInnerPortGroupElement))
+        if (port == Role::innerPort || port == Role::innerPortGroup)
             findSamePorts(context, slot->syncIf, findings);
-        else if (isOneOf(dcm::kSfuPortGroupElement))
+        else if (port == Role::sfuPortGroup)
             findSamePorts(context, slot->sfuIf, findings);
     }
 }

@@ -1,4 +1,3 @@
-#include "frame/frame.h"
 #include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -33,12 +32,12 @@ void slotBeyondFrame(const Context &context, Findings &findings)
     const DcmFrameInfo *frame = context.type.frame;
     if (frame == nullptr || frame->maxSlotId == 0)
         return;
-    if (context.parent != nullptr && context.parent->format == &dcm::kSlotInfoElement) {
+    if (context.role == Role::slotRules) {
         const std::vector<uint32_t> ids = idsOf(context.node, *context.format);
         if (!ids.empty() && ids[0] > frame->maxSlotId && ids[0] <= DCM_SLOT_MAX)
             findings.atValue(context.node, idAttribute(*context.format)->name, beyond(ids, *frame));
     }
-    if (context.format != &dcm::kFanModuleElement)
+    if (context.role != Role::fanModule)
         return;
     std::vector<uint32_t> slots;
     for (const uint32_t id : idsOf(context.node, *context.format))
@@ -46,12 +45,13 @@ void slotBeyondFrame(const Context &context, Findings &findings)
             slots.push_back(frame->fanModuleInfo[id - 1].slot);
     slots.erase(std::unique(slots.begin(), slots.end()), slots.end());
     if (!slots.empty())
-        atChildOrId(context, {dcm::kModuleSlotName, dcm::kModuleSlotOffsetName}, beyond(slots, *frame), findings);
+        atChildOrId(context, {Role::moduleSlot, Role::moduleSlotOffset}, beyond(slots, *frame), findings);
 }
 
 } // namespace
 
-extern const Rule kSlotBeyondFrame = {"slot-beyond-frame", Severity::warning,
-                                      onElements(slotBeyondFrame).andValues(slotsBeyondFrame, kindsOf(Kind::bitList))};
+extern const Rule kSlotBeyondFrame = {
+    "slot-beyond-frame", Severity::warning,
+    onElements(slotBeyondFrame, Role::slotRules, Role::fanModule).andValues(slotsBeyondFrame, kindsOf(Kind::bitList))};
 
 } // namespace dcmtool

@@ -1,18 +1,15 @@
-#include "frame/frame.h"
 #include "tools/dcm/check/rule.h"
 
 namespace dcmtool {
 
 namespace {
 
-void slotGap(const Context &context, Findings &findings)
+void slotGap(const Context &slotList, Findings &findings)
 {
-    if (context.format != &dcm::kSlotInfoElement)
-        return;
     uint32_t next = 1;
     uint32_t passed = 0; // the id of the last one that was passed over
-    for (const KnownChild &child : context.children) {
-        const char *name = context.rowOf(child).element->attributes[0].name;
+    for (const KnownChild &child : slotList.children) {
+        const char *name = slotList.rowOf(child).element->attributes[0].name;
         const dcm::Text text = dcm::Text::attribute(child.node, name, {"dcm"});
         const uint32_t id = text ? text.number() : 0;
         if (!text || id == next) {
@@ -31,6 +28,6 @@ void slotGap(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kSlotGap = {"slot-gap", Severity::warning, onElements(slotGap)};
+extern const Rule kSlotGap = {"slot-gap", Severity::warning, onElements(slotGap, Role::slotList)};
 
 } // namespace dcmtool

@@ -1,5 +1,4 @@
 #include "tools/dcm/check/rule.h"
-#include "vm/vm.h"
 
 namespace dcmtool {
 
@@ -15,11 +14,11 @@ void tooMany(const Context &context, Findings &findings)
         for (const KnownChild &child : context.children) {
             if (child.row != row || ++count != most + 1)
                 continue;
-            findings.atName(child.node, "the record has room for " + std::to_string(most) + " of " +
-                                            quotedName(context.format->children[row].name) +
-                                            (context.format == &dcm::kVmElement
-                                                 ? ": from here on they take the places of the first ones"
-                                                 : ": from here on they are passed over"));
+            findings.atName(child.node,
+                            "the record has room for " + std::to_string(most) + " of " +
+                                quotedName(context.format->children[row].name) +
+                                (context.role == Role::vmPorts ? ": from here on they take the places of the first ones"
+                                                               : ": from here on they are passed over"));
         }
     }
 }

@@ -12,8 +12,8 @@ void unknownWord(const Value &value, Findings &findings)
     if (findings.counts(value.context.node))
         return;
     findings
-        .at(value, quoted(value.text) + " is no word for \"" + value.name() +
-                       "\": it is reported and passed over, as if it were not there; expected " + listed(words))
+        .at(value, quoted(value.text) + " is no word for " + quotedName(value.name()) +
+                       ": it is reported and passed over, as if it were not there; expected " + listed(words))
         .meaning(nearest(value.text, words));
 }
 

@@ -1,6 +1,6 @@
 #include "common/paths.h"
 #include "tools/dcm/check/rule.h"
-#include "vm/vm.h"
+#include "tools/dcm/description/format_lookup.h"
 
 namespace dcmtool {
 
@@ -12,9 +12,10 @@ void wrongRoot(const DescriptionFile &file, const std::vector<DescribedType> &, 
         return;
     findings
         .at(nullptr, file.nameSpan(file.root()),
-            "the root is \"" + shortened(dcm::nameOf(file.root())) + "\": every query fails; expected \"" +
-                dcm::kDeviceName + "\", or \"" + dcm::kVmName + "\" for the ports of a virtual machine")
-        .meaning(nearest(dcm::nameOf(file.root()), {dcm::kDeviceName, dcm::kVmName}));
+            "the root is " + quotedName(dcm::nameOf(file.root())) + ": every query fails; expected " +
+                quotedName(dcm::kDeviceName) + ", or " + quotedName(rowOf(RecordKind::vm).name) +
+                " for the ports of a virtual machine")
+        .meaning(nearest(dcm::nameOf(file.root()), {dcm::kDeviceName, rowOf(RecordKind::vm).name}));
 }
 
 } // namespace
