@@ -60,6 +60,7 @@ TEST(Edits, AreRefusedInAnyOtherEncoding)
 
 TEST(Edits, AreRefusedWhereTheFileIsNotWellFormed)
 {
+    EXPECT_EQ(faultIn(std::string("<device/>\0<!-- a -->", 20)), "there is a zero byte in it");
     EXPECT_EQ(faultIn("<device>"), "Premature end of data in tag device line 1");
 }
 
