@@ -6,6 +6,7 @@ enum Exit {
     kSuccess = 0,
     kQueryFailed = 1,
     kWarnings = 1,
+    kChanges = 1,
     kErrors = 2,
     kWrongUsage = 64,
     kUnreadable = 66,

@@ -1,5 +1,7 @@
 #include "tools/dcm/own_output.h"
 
+#include "tools/dcm/printable.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -60,6 +62,11 @@ bool OwnOutput::print(const std::string &text) const
         }
     }
     return true;
+}
+
+bool OwnOutput::printFile(const std::string &text) const
+{
+    return print(isTerminal() ? printableLines(text) : text);
 }
 
 bool OwnOutput::isTerminal() const

@@ -16,6 +16,8 @@ public:
 
     // Prints all of a text. False when it cannot, which is said on standard error unless nobody reads any more.
     bool print(const std::string &text) const;
+    // The same of the text of a file, as it is; on a terminal, so that it has no effect there.
+    bool printFile(const std::string &text) const;
     bool isTerminal() const;
 
 private:

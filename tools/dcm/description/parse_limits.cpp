@@ -172,10 +172,14 @@ void FormatPosition::enter(const char *name)
         format = row < around->childCount ? around->children[row].element : nullptr;
     }
     formats_.push_back(format);
+    if (valueDepth_ == 0 && format != nullptr && format->content.kind != dcm::Kind::none)
+        valueDepth_ = formats_.size();
 }
 
 void FormatPosition::leave()
 {
+    if (formats_.size() == valueDepth_)
+        valueDepth_ = 0;
     if (!formats_.empty())
         formats_.pop_back();
 }
