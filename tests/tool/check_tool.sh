@@ -276,7 +276,7 @@ check_does_alone_what_it_gets_no_threads_for() {
 
 fails_with_64_on_wrong_usage() {
     for command in '' 'unknown' 'frame' 'frame x' 'frame 1x' 'frame -1' 'frame 4294967296' 'frame 1 2' 'card 1 2 3' \
-        'slot 1 --fil' 'vm 256' 'vm' 'frame 1 --unknown' 'list 1' 'list --jso' 'export vm' 'export frame 1 2' 'export card x' \
+        'slot 1 --fil' 'vm 256' 'vm' 'frame 1 --unknown' 'list 1 2' 'list --jso' 'export vm' 'export frame 1 2' 'export card x' \
         'export card 1 2 3'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
@@ -289,25 +289,148 @@ fails_with_64_on_wrong_usage() {
 helps() {
     run --help
     expect 'help succeeds' exits 0
-    for command in frame slot card vm list check export; do
+    cp "$folder/out" "$folder/help"
+    run help
+    expect 'help is a command, too' cmp -s "$folder/out" "$folder/help"
+    local commands
+    commands=$(tool --complete 0 | cut -f 1)
+    for command in $commands; do
         expect "help names $command" says out "$command"
     done
-    expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read, 71 out of memory.'
-    for command in frame slot card vm list check export; do
+    expect 'help names the exit statuses' says out '74 the output cannot be written.'
+    for command in $commands; do
         run "$command" --help
         expect "$command --help succeeds" exits 0
         expect "$command --help shows its usage" says out "dcm $command"
+        cp "$folder/out" "$folder/help"
+        run help "$command"
+        expect "so does help $command" cmp -s "$folder/out" "$folder/help"
     done
-    run --version
-    expect 'the version is printed' exits 0
-    expect 'the version is dcm and a number' grep -qE '^dcm [0-9]+\.[0-9]+\.[0-9]+$' "$folder/out"
+    run export card --help
+    cp "$folder/out" "$folder/help"
+    run help export card
+    expect 'a command of a command has help, too' cmp -s "$folder/out" "$folder/help"
+    for version in --version version; do
+        run $version
+        expect 'the version is printed' exits 0
+        expect 'the version is dcm and a number' grep -qE '^dcm [0-9]+\.[0-9]+\.[0-9]+$' "$folder/out"
+    done
+}
+
+# refuses TEXT ARGUMENT...: wrong usage, and standard error begins with the text.
+refuses() {
+    local text=$1
+    shift
+    run "$@"
+    expect "'dcm $*' is wrong usage" exits 64
+    expect "the answer is: $text" [ "$(head -n 1 "$folder/err")" = "$text" ]
+    expect 'standard output is silent' silent out
+}
+
+names_what_was_meant() {
+    refuses "dcm: 'chek' is not a valid command; did you mean 'check'?" chek
+    refuses "dcm: 'chek' is not a valid command; did you mean 'check'?" chek --format json x.xml
+    refuses "dcm help: 'exprt' is not a valid command; did you mean 'export'?" help exprt
+    refuses "dcm export: 'car' is not a valid command; did you mean 'card'?" export car
+    refuses "dcm list: '--jsn' is not an option; did you mean '--json'?" list --jsn
+    refuses "dcm: '-f' is not an option of dcm itself; a command's options are behind its name: dcm COMMAND -f" -f x list
+    refuses "dcm: no command is given; 'dcm help' lists the commands"
+    refuses "dcm list: --file has no value" list --file
+    refuses "dcm frame: '2' is not expected" frame 1 2
+    refuses "dcm help: 'x' is not expected" help list x
+    expect 'the help that goes on is named' says err "see 'dcm help help'"
+}
+
+takes_words_and_numbers_as_documented() {
+    # A number is no way to write a word.
+    refuses "dcm check: '1' is not a valid value for --format; expected 'text', 'json', 'sarif', 'markdown'" check --format 1 x
+    refuses "dcm check: '0x2' is not a valid value for --color; expected 'auto', 'always', 'never'" check --color 0x2 x
+    refuses "dcm check: 'jsn' is not a valid value for --format; did you mean 'json'?" check --format jsn x
+    refuses "dcm check: '257' is not a valid value for --jobs; expected a number from 1 to 256" check --jobs 257 x
+    for number in x 1x -1 4294967296 '1 ' ' 1' +1 0b1 "1'000" 1_000 0o7 08; do
+        refuses "dcm frame: '$number' is not a valid TYPE; expected a number in decimal, hexadecimal (0x10) or octal (010)" \
+            frame "$number" -f "$example"
+    done
+    for empty in 'list -f' 'check -f' 'frame 1 -f' 'export --file' 'vm 1 -r' 'check --explain'; do
+        # shellcheck disable=SC2086 # words of a command
+        run $empty ''
+        expect "'dcm $empty '' is wrong usage" exits 64
+        expect 'the answer says why' says err ' is empty'
+    done
+    refuses "dcm frame: TYPE is missing" frame -f "$example"
+    refuses "dcm list: --file is given a second time: 'b'" list -f a -f b
+}
+
+takes_a_file_either_way() {
+    cd "$folder"
+    cp "$example" a.xml
+    run list -f a.xml
+    cp out listed
+    run list a.xml
+    expect 'list takes a file without -f' cmp -s out listed
+    run list - <a.xml
+    expect 'standard input, too' exits 0
+    run check -f a.xml a.xml
+    expect 'check takes files with -f' says out '2 files, nothing found'
+    run vm -f "$source/examples/vm-3.xml"
+    expect 'vm takes a port list of any name' says out 'ifindex[4]: '
+    refuses "dcm list: --file is given a second time: 'b.xml'" list a.xml -f b.xml
+    refuses "dcm list: 'b.xml' is not expected; the command reads one file" list a.xml b.xml
+    refuses "dcm vm: ID and -f FILE name two port lists" vm 3 -f b.xml
+    # The wrong form is answered with the right one, which works.
+    local form
+    for form in 'card a.xml' 'card 0x402 a.xml' 'frame 1 a.xml' 'vm a.xml' 'export a.xml' 'export card a.xml' \
+        'export card 0x402 a.xml'; do
+        # shellcheck disable=SC2086 # words of a command
+        run $form
+        expect "'dcm $form' is wrong usage" exits 64
+        expect 'the answer shows the right form' says err '; a file is named with -f: dcm '
+        read -ra words < <(sed -n '1s/.*with -f: dcm //p' err | sed 's/TYPE/1/; s/card 1 /card 0x402 /')
+        [ "$form" != 'vm a.xml' ] || words=(vm -f "$source/examples/vm-3.xml")
+        run "${words[@]}"
+        expect "'dcm ${words[*]}' works" exits 0
+    done
+    touch 0x1
+    run frame 0x1 -f a.xml
+    expect 'a number is a number, though a file has its name' exits 0
+    refuses "dcm frame: '-' is standard input, which this command does not read; expected the name of a file" frame 1 -f -
+    run vm -f a.xml
+    expect 'a description is not a port list' exits 66
+    expect 'vm says so' says err 'dcm: a.xml: not a port list of a virtual machine'
+}
+
+names_the_types_and_modes_that_there_are() {
+    run card 0x31 1 -f "$example"
+    expect 'an unknown type is answered with the types, written in the same way' \
+        says err 'no card has type 0x31; the card types are 0x101, 0x102, '
+    run card 0x402 0x7 -f "$example"
+    expect 'an unknown mode is answered with the modes' says err 'card type 0x402 has no mode 0x7; its modes are 0 and 1'
+    run card 0x101 1 -f "$example"
+    expect 'or the only one' says err 'card type 0x101 has no mode 1; its mode is 0'
+    run slot 1025 -f "$example"
+    expect 'a type of another kind is named' says err 'no slot has type 1025, but a card has; '
+    run frame 1 -f "$source/examples/vm-3.xml"
+    expect 'a file that is no description says no more than the library' silent err
+    {
+        echo '<device>'
+        for ((type = 1; type <= 40; type++)); do echo "<card typeid=\"$((type * 16))\"/>"; done
+        echo '</device>'
+    } >"$folder/many.xml"
+    run card 0x9f -f "$folder/many.xml"
+    expect 'of many types the nearest are named' says err 'no card has type 0x9f; the nearest card types are 0x90, 0xa0 and 0xb0'
+    run frame 1 -f "$folder/many.xml"
+    expect 'there may be none' says err 'no frame has type 1; the file describes no frame'
+    printf '<device><card typeid="5"><mgt-port num="5"/></card></device>' >"$folder/faulty.xml"
+    run card 5 -f "$folder/faulty.xml"
+    expect 'a card that is found but fails' exits 1
+    expect 'says no more than the library' silent err
 }
 
 logs_on_standard_error_when_asked() {
     run frame 99 --file "$example" --log
     expect 'what is logged stands on standard error' says err 'can not find frame with typeid=99.'
     run frame 99 --file "$example"
-    expect 'nothing is logged unasked' silent err
+    expect 'nothing is logged unasked' [ "$(cat "$folder/err")" = "dcm: $example: no frame has type 99; the frame types are 1 and 2" ]
 }
 
 the_log_ends_at_a_megabyte() {
@@ -364,9 +487,9 @@ exports_the_rest_when_a_query_fails() {
     run export card 9 --file "$folder/faulty.xml"
     expect 'a type that is not described fails' exits 1
     expect 'nothing is exported' silent out
-    expect 'standard error says that it is not there' says err 'no card has type id 9 and mode 0.'
+    expect 'standard error says that it is not there' says err 'no card has type 9; the card types are 7 and 8'
     run export slot 9 --file "$folder/faulty.xml"
-    expect 'so it is with a slot' says err 'no slot has type id 9.'
+    expect 'so it is with a slot' says err 'no slot has type 9; the slot types are 2 and 18'
 }
 
 lists_what_is_described() {
@@ -421,21 +544,57 @@ list_and_export_fail_with_66_without_a_description() {
     done
 }
 
-list_and_export_end_quietly_when_nobody_reads() {
+every_command_is_quiet_when_nobody_reads() {
     set +o pipefail
-    for command in list export; do
+    write_checked
+    status=0
+    local command signal
+    while read -r command; do
         # Whoever ignores the signal gets an error from write.
-        tool "$command" --file "$example" 2>"$folder/err" | true
-        expect "$command is quiet when nobody reads" silent err
-        (
-            trap '' PIPE
-            tool "$command" --file "$example" 2>"$folder/err" | true
-        )
-        expect "$command is quiet when writing fails because nobody reads" silent err
+        for signal in '-' ''; do
+            (
+                trap "$signal" PIPE
+                # shellcheck disable=SC2086 # words of a command
+                tool $command 2>"$folder/err" | true
+            )
+            expect "'dcm $command' is quiet when nobody reads" silent err
+        done
+    done < <(commands_that_print)
+}
+
+# A command line for each command and form of output.
+commands_that_print() {
+    printf '%s\n' help 'help check' --help 'card --help' version --version '--complete 0' "list -f $example" \
+        "list --json -f $example" "export -f $example" "frame 1 -f $example" \
+        "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
+        "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
+        "check $folder/warning.xml" 'check --list-checks' 'check --explain all'
+}
+
+every_command_exits_with_74_when_it_cannot_write() {
+    write_checked
+    local command name count=0
+    while read -r command; do
         status=0
-        tool "$command" --file "$example" 2>"$folder/err" >/dev/full || status=$?
-        expect "$command fails when it cannot write" exits 1
-        expect 'and says so' says err 'dcm: standard output: No space left on device'
+        # shellcheck disable=SC2086 # words of a command
+        tool $command 2>"$folder/err" >/dev/full || status=$?
+        : >"$folder/out"
+        expect "'dcm $command' exits with 74 on a full disk" exits 74
+        expect 'and says nothing else' [ "$(cat "$folder/err")" = 'dcm: standard output: No space left on device' ]
+        status=0
+        # shellcheck disable=SC2086 # words of a command
+        tool $command 2>"$folder/err" >&- || status=$?
+        expect "'dcm $command' exits with 74 when its output is closed" exits 74
+        expect 'and says so' says err 'dcm: standard output: Bad file descriptor'
+        count=$((count + 1))
+    done < <(
+        commands_that_print
+        echo "frame 99 -f $example"
+    )
+    [ "$count" -ge 20 ] || { echo "only $count commands" && exit 1; }
+    # Each command of the tool is among them.
+    for name in $(tool --complete 0 | cut -f 1); do
+        grep -qE "^$name( |\$)" <(commands_that_print) || { echo "not tested: $name" && exit 1; }
     done
 }
 
@@ -500,7 +659,7 @@ check_leaves_checks_out_and_makes_errors_of_them() {
     expect 'those of all may be errors' exits 2
     run check -W no-octal-numbers "$folder/warning.xml"
     expect 'an unknown check is wrong usage' exits 64
-    expect 'the nearest one is named' says err 'did you mean octal-number?'
+    expect 'the nearest one is named' says err "did you mean 'octal-number'?"
 }
 
 check_prints_json_and_sarif() {
@@ -557,17 +716,10 @@ check_shows_on_a_terminal_what_it_waits_for() {
 # The last that a terminal was told is to clear the line.
 ends_with_a_cleared_line() { [ "$(tail -c 4 "$folder/err")" = $'\r\e[K' ]; }
 
-check_reads_standard_input_and_ends_quietly() {
+check_reads_standard_input() {
     write_checked
     run check - <"$folder/warning.xml"
     expect 'standard input is checked' says out '<stdin>:2:16: warning: '
-    set +o pipefail
-    tool check "$source"/tests/tool/corpus/*.xml 2>"$folder/err" | true
-    expect 'check is quiet when nobody reads' silent err
-    status=0
-    tool check "$folder/warning.xml" 2>"$folder/err" >/dev/full || status=$?
-    expect 'check fails when it cannot write' exits 2
-    expect 'and says so' says err 'dcm: standard output: No space left on device'
 }
 
 "$3"

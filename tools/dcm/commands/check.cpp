@@ -36,6 +36,41 @@ struct Options {
     std::string explained;
 };
 
+// ---- Names of checks
+// -------------------------------------------------------------------------------------------------
+
+[[noreturn]] void refuseCheck(const std::string &name)
+{
+    std::vector<std::string> names;
+    for (const Checks &checks : allChecks())
+        for (const Check &check : checks)
+            names.emplace_back(check.name);
+    refuseWord(name, "name of a check", names, "dcm check --list-checks");
+}
+
+// Every check, with something in front of its name.
+void addChecks(const std::string &before, Candidates &candidates)
+{
+    for (const Checks &checks : allChecks())
+        for (const Check &check : checks)
+            candidates.push_back({before + check.name, check.summary});
+}
+
+Candidates warningCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates = {{"error", "Makes errors of all warnings"}};
+    addChecks("no-", candidates);
+    addChecks("error=", candidates);
+    return candidates;
+}
+
+Candidates explainedCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates = {{"all", "Explains every check"}};
+    addChecks("", candidates);
+    return candidates;
+}
+
 // ---- -W -------------------------------------------------------------------------------------------------------------
 
 // What is made of each check's findings.
@@ -65,13 +100,7 @@ private:
     {
         if (const Check *check = findCheck(name))
             return check;
-        std::vector<std::string> names;
-        for (const Checks &checks : allChecks())
-            for (const Check &check : checks)
-                names.emplace_back(check.name);
-        const std::string meant = nearest(name, names);
-        throw UsageError("no such check: " + name +
-                         (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
+        refuseCheck(name);
     }
 
     void take(const std::string &option)
@@ -83,7 +112,7 @@ private:
         else if (option.compare(0, 3, "no-") == 0)
             off.insert(named(option.substr(3)));
         else
-            throw UsageError("-W takes no-NAME, error or error=NAME, not " + option);
+            throw UsageError(quoted(option) + " is not a valid value for -W; expected no-NAME, error or error=NAME");
     }
 };
 
@@ -267,7 +296,7 @@ Exit runCheck(const Options &options)
             text += endOf(options.format, reports, totals);
         progress.advance(i + 1);
         if (!output.print(text))
-            return kErrors;
+            return kCannotWrite;
     }
     return exitOf(totals);
 }
@@ -284,7 +313,7 @@ std::string explained(const Options &options)
             if (options.explained == check.name || options.explained == "all")
                 text += (text.empty() ? "" : "\n") + explanationOf(check);
     if (text.empty())
-        throw UsageError("no such check: " + options.explained + " (see --list-checks)");
+        refuseCheck(options.explained);
     return text;
 }
 
@@ -292,10 +321,10 @@ Exit run(const Options &options)
 {
     if (options.areListed || !options.explained.empty()) {
         const std::string text = options.areListed ? listOfChecks() : explained(options);
-        return OwnOutput().print(text) ? kSuccess : kErrors;
+        return OwnOutput().print(text) ? kSuccess : kCannotWrite;
     }
     if (options.files.empty())
-        throw UsageError("FILE is required");
+        throw UsageError("FILE is missing");
     if (options.format == kMarkdown)
         throw UsageError("markdown is a format of --explain all");
     return runCheck(options);
@@ -311,14 +340,27 @@ Command checkCommand()
     return {"check",
             "Find what is wrong in descriptions",
             {{"FILE", "Descriptions to check, - for standard input", &options->files},
-             {"-W", "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all",
-              &options->warnings, "WHAT"},
+             {"-f,--file", "The same as FILE", &options->files, "FILE"},
+             {"-W",
+              "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all",
+              &options->warnings,
+              "WHAT",
+              {},
+              {},
+              warningCandidates},
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
              {"--list-checks", "List the checks", &options->areListed},
-             {"--explain", "Explain a check: why it matters, and examples; or all", &options->explained, "NAME"}},
+             {"--explain",
+              "Explain a check: why it matters, and examples; or all",
+              &options->explained,
+              "NAME",
+              {},
+              {},
+              explainedCandidates}},
             [options] { return run(*options); },
             "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
-            "66 a file cannot be read or is no XML, 71 out of memory."};
+            "66 a file cannot be read or is not well-formed XML, 71 out of memory,\n"
+            "74 the output cannot be written."};
 }

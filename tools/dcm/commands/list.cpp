@@ -288,9 +288,10 @@ Command listCommand()
         bool asJson = false;
     };
     const auto options = std::make_shared<Options>();
-    return {
-        "list",
-        "List every frame, slot and card of a description",
-        {fileOption(options->file, ", - for standard input"), {"--json", "As JSON, for programs", &options->asJson}},
-        [options] { return runList(options->file, options->asJson); }};
+    return {"list",
+            "List every frame, slot and card of a description",
+            {fileArgument(options->file),
+             fileOption(options->file, ", - for standard input"),
+             {"--json", "As JSON, for programs", &options->asJson}},
+            [options] { return runList(options->file, options->asJson); }};
 }
