@@ -27,8 +27,8 @@ private:
     int descriptor_;
 };
 
-// Completes what was printed through stdio. False when this or any earlier output of the process failed, which is reported
-// once, as by OwnOutput::print().
+// Completes what was printed through stdio. False when this or any earlier output of the process failed, which is
+// reported once, as by OwnOutput::print().
 bool endOutput();
 
 } // namespace dcmtool

@@ -198,33 +198,33 @@ Candidates modes(const PartialLine &line)
 
 // ---- The answer -----------------------------------------------------------------------------------------------------
 
-std::string linesOf(const Candidates &candidates)
+std::string linesOf(const Candidates &candidates, const std::string &before = "")
 {
     std::string lines;
     std::set<std::string> offered;
     for (const Candidate &candidate : candidates)
         if (offered.insert(candidate.word).second)
-            lines += printable(candidate.word) + "\t" + printable(shortened(candidate.meaning)) + "\n";
+            lines += before + printable(candidate.word) + "\t" + printable(shortened(candidate.meaning)) + "\n";
     return lines;
 }
 
-std::string valuesOf(const Argument &argument, const PartialLine &line)
+std::string valuesOf(const Argument &argument, const PartialLine &line, const std::string &before = "")
 {
     const std::string &name = argument.value.empty() ? argument.name : argument.value;
     if (argument.candidates)
-        return linesOf(argument.candidates(line));
+        return linesOf(argument.candidates(line), before);
     if (name == "FILE")
         return ":files\n";
     if (name == "DIR")
         return ":folders\n";
     if (name == "TYPE")
-        return linesOf(types(line));
+        return linesOf(types(line), before);
     if (name == "MODE")
-        return linesOf(modes(line));
+        return linesOf(modes(line), before);
     Candidates candidates;
     for (const auto &[word, value] : argument.words)
         candidates.push_back({word, ""});
-    return linesOf(candidates);
+    return linesOf(candidates, before);
 }
 
 Candidates optionCandidates(const std::vector<const Command *> &commands)
@@ -286,7 +286,7 @@ std::string completionsOf(const std::vector<Command> &commands, const std::vecto
     const size_t equals = current.find('=');
     if (current.compare(0, 2, "--") == 0 && equals != std::string::npos) {
         const Argument *option = line.option(current.substr(0, equals));
-        return option != nullptr ? valuesOf(*option, line.line) : "";
+        return option != nullptr ? valuesOf(*option, line.line, current.substr(0, equals + 1)) : "";
     }
     return current.compare(0, 1, "-") == 0 ? linesOf(optionCandidates(line.commands)) : positionalsOf(commands, line);
 }

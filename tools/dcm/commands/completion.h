@@ -13,8 +13,9 @@ namespace dcmtool {
 // index, counted from 0, is at the cursor. It need not be there.
 constexpr char kCompletionOption[] = "--complete";
 
-// What the tool answers: a line for each candidate, as long as it may continue the word or not, with its meaning behind
-// a tab. A line of ":files" or ":folders" has the shell offer those.
+// What the tool answers: a line for each candidate, whether it continues the word at the cursor or not, with its
+// meaning behind a tab. It takes the place of the whole word, as in "--format=json". A line of ":files" or ":folders"
+// has the shell offer those, behind the "=" if there is one.
 std::string completionsOf(const std::vector<Command> &commands, const std::vector<std::string> &arguments);
 
 // The options that a line takes which names these commands, each below the one before it: "-f", "--file", ...
