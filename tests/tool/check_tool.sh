@@ -498,14 +498,16 @@ lists_what_is_described() {
     expect 'nothing is said on standard error' silent err
     expect 'its columns have titles' lists 'KIND TYPE MODE NAME SLOTS PORTS FANS SUPPLIES LEDS PLACE QUERY'
     expect 'a frame is listed' lists 'frame 0x1 - - 22 - 12 2 18 22:4 ok'
-    expect 'a slot is listed with all its ids' lists 'slot 0x2,0x12 - - - 26 0 0 - 595:4 ok'
-    expect 'a card is listed with its mode' lists 'card 0x402 1 Transponder, 100G 1 3 - - 0 1466:4 ok'
+    expect 'a slot is listed with all its ids' lists 'slot 0x2,0x12 - - - 26 inner 0 0 - 595:4 ok'
+    expect 'a card is listed with its mode' lists 'card 0x402 1 Transponder, 100G 1 2 panel, 1 gcc - - 0 1466:4 ok'
+    expect 'ports are counted by kind' lists 'card 0x401 0 OTN line card, 2 x OTUC2, 8 clients 2 10 panel, 2 gcc, 2 ppp - - 3 1335:4 ok'
+    expect 'management ports, too' lists 'card 0x102 0 Compact control unit, 4 uplinks 1 4 panel, 1 mgt - - 3 962:4 ok'
     expect 'its columns are aligned' [ "$(sed 's/[^ ]*$//' "$folder/out" | awk '{ print length }' | uniq | wc -l)" -eq 1 ]
     run list --json --file "$example"
     expect 'the list for programs succeeds' exits 0
     expect 'it follows its schema' follows list
     run list --file "$source/examples/vm-3.xml"
-    expect 'a port list is listed, too' lists 'vm - - - - 5 - - - 7:2 ok'
+    expect 'a port list is listed, too' lists 'vm - - - - 5 panel - - - 7:2 ok'
     write_faulty
     run list --file "$folder/faulty.xml"
     expect 'a failing query fails the list' exits 1
@@ -515,6 +517,46 @@ lists_what_is_described() {
     run list --json --file "$folder/faulty.xml"
     expect 'so it is for programs' exits 1
     expect 'the rest follows the schema' follows list
+}
+
+# The columns and the lines of a list on a terminal of so many columns.
+list_on_terminal() {
+    script --quiet --command "stty cols $1; ${DCM_EMULATOR:+$DCM_EMULATOR }$dcm list -f $2" /dev/null </dev/null |
+        tr -d '\r' >"$folder/out"
+}
+
+no_line_is_longer_than() { awk -v most="$1" 'length > most { exit 1 }' "$folder/out"; }
+
+the_list_fits_the_terminal() {
+    script --quiet --command true /dev/null </dev/null >"$folder/out" 2>&1 || skip 'this system has no pseudo-terminal'
+    status=0
+    : >"$folder/err"
+    local columns
+    for columns in 240 120 100 80 60 40 30; do
+        list_on_terminal "$columns" "$example"
+        expect "the list fits $columns columns" no_line_is_longer_than "$columns"
+        expect 'each type is there' [ "$(wc -l <"$folder/out")" -eq "$(tool list "$example" | wc -l)" ]
+        expect 'with its kind and mode, and whether its query succeeds' grep -qE '^card +0x402 .*1 .*ok$' "$folder/out"
+    done
+    list_on_terminal 240 "$example"
+    expect 'a wide terminal shows all' cmp -s "$folder/out" <(tool list "$example")
+    list_on_terminal 120 "$example"
+    expect 'a name is shortened first' lists 'card 0x302 0 Ethernet line card, 48 PoE... 1 58 panel - - 106 1196:4 ok'
+    list_on_terminal 80 "$example"
+    expect 'then columns are left out' lists 'KIND TYPE MODE NAME SLOTS PORTS LEDS PLACE QUERY'
+    # Characters are not cut in two.
+    printf '<device><card typeid="1" name="%s"/></device>' "$(printf 'ä%.0s' {1..60})" >"$folder/long.xml"
+    list_on_terminal 80 "$folder/long.xml"
+    expect 'a text is cut between characters' iconv -f UTF-8 -t UTF-8 -o /dev/null "$folder/out"
+    expect 'behind one that is whole' says out 'ä...'
+}
+
+the_help_of_list_describes_its_columns() {
+    run help list
+    local column
+    for column in $(tool list "$example" | head -n 1); do
+        expect "$column is described" grep -qE "^  $column +[a-z]" "$folder/out"
+    done
 }
 
 list_and_export_read_standard_input() {

@@ -315,10 +315,10 @@ private:
         CLI::Option *option = app.add_option(argument.name, given_.back().words, argument.help);
         option->type_name(argument.value);
         // Whatever else there is belongs to the next positional argument, or nowhere.
-        if (!isPositional(argument))
+        if (!isPositional(argument) || !takesSeveral(argument))
             option->allow_extra_args(false);
-        else if (!takesSeveral(argument))
-            option->expected(1)->allow_extra_args(false);
+        if (!takesSeveral(argument))
+            option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     }
 
     // Puts the words of a command where it looks for them: those of given_ from `first` to `last`.
