@@ -610,7 +610,7 @@ commands_that_print() {
         "list --json -f $example" "export -f $example" "frame 1 -f $example" \
         "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
         "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
-        "check $folder/warning.xml" 'check --list-checks' 'check --explain all'
+        "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card'
 }
 
 every_command_exits_with_74_when_it_cannot_write() {
@@ -638,6 +638,72 @@ every_command_exits_with_74_when_it_cannot_write() {
     for name in $(tool --complete 0 | cut -f 1); do
         grep -qE "^$name( |\$)" <(commands_that_print) || { echo "not tested: $name" && exit 1; }
     done
+}
+
+explains_elements_and_attributes() {
+    run explain card/panel-port/port/phytype
+    expect 'an element is explained' exits 0
+    expect 'under its path' [ "$(head -n 1 "$folder/out")" = card/panel-port/port/phytype ]
+    expect 'with its words' says out 'words: fe, ge, 10ge, '
+    expect 'and where their values are' says out 'dcm words phy-type'
+    expect 'and an example' says out 'example: <phytype>10ge</phytype>'
+    run explain maxslotnum
+    expect 'the end of a path is enough' [ "$(head -n 1 "$folder/out")" = frame/maxslotnum ]
+    run explain card@typeid
+    expect 'an attribute is explained' says out 'value: number from 0 to 4294967295'
+    run explain frame
+    expect 'an element with others is explained' says out '<slotmap> one; see frame/slotmap'
+    expect 'with its attributes' says out 'typeid number from 0 to 4294967295; left out: 0'
+    run explain phytype
+    expect 'what several elements have is listed' says out 'card/mgt-port/port/phytype '
+    # shellcheck disable=SC2016 # Markdown
+    expect 'all of them' [ "$(wc -l <"$folder/out")" -eq "$(grep -cE '^\| `<phytype>`' "$source/docs/format.md")" ]
+    run explain panel-port
+    expect 'another of the same name is named' says out 'card/panel-port '
+    run explain
+    expect 'all are listed' [ "$(wc -l <"$folder/out")" -gt 300 ]
+    cut -d ' ' -f 1 "$folder/out" >"$folder/keys"
+    while read -r key; do
+        run explain "$key"
+        expect "$key is explained" [ "$(head -n 1 "$folder/out")" = "$key" ]
+    done < <(awk 'NR % 9 == 1' "$folder/keys")
+    refuses "dcm explain: 'phytpe' is not a valid element or attribute; did you mean 'phytype'?" explain phytpe
+}
+
+prints_vocabularies() {
+    run words
+    expect 'all vocabularies are listed' says out 'phy-type '
+    local name title count=0
+    # Each vocabulary of the reference has its words, and nothing else that descriptions write.
+    while read -r name title; do
+        [ "$name" != led-state ] || continue
+        run words "$name"
+        expect "the vocabulary $name is printed" exits 0
+        awk '/^Only in reports/ { exit } $1 ~ /^[0-9]+$/ { print $(header == "BIT" ? 3 : 2) } NR == 1 { header = $2 }' \
+            "$folder/out" >"$folder/words"
+        grep -qxF "### $title" "$source/docs/format.md" || continue
+        # shellcheck disable=SC2016 # Markdown
+        sed -n "/^### $title\$/,/^##/p" "$source/docs/format.md" | grep -E '^(`[^`]*`, )*`[^`]*`[.,]?$' | grep -oE '`[^`]+`' |
+            tr -d '`' >"$folder/documented"
+        expect "with the words of the reference: $title" cmp -s "$folder/words" "$folder/documented"
+        count=$((count + 1))
+    done < <(tool words)
+    # LED states have a section, too.
+    expect 'those of the whole reference' [ "$((count + 1))" -eq "$(sed -n '/^## Words/,$p' "$source/docs/format.md" | grep -c '^### ')" ]
+    run words phy-type
+    expect 'a word has its value' grep -qE "^ +3  10ge  \\(reports print 'xge'\\)$" "$folder/out"
+    expect 'words of reports are apart' [ "$(sed -n '/^Only in reports:/,$ s/^ *3  //p' "$folder/out")" = xge ]
+    run words transceiver
+    expect 'a word of a set has its bit' grep -qE '^ +3 +2  10gbasex$' "$folder/out"
+    run words poe-inrush
+    expect 'unless the set has none for it' grep -qE '^ +8 +-  at-altb' "$folder/out"
+    run words led-state
+    expect 'LED states have one list for each kind of LED' says out 'LEDs of type hamaster, stackmaster:'
+    expect 'with values, too' grep -qE '^ +2  role-master$' "$folder/out"
+    run words 10ge
+    expect 'a word is looked up' [ "$(cat "$folder/out")" = 'phy-type  3  10ge' ]
+    refuses "dcm words: 'phytype' is not a valid vocabulary or word; did you mean 'phy-type'?" words phytype
+    refuses "dcm words: '10gex' is not a valid vocabulary or word; did you mean '10ge'?" words 10gex
 }
 
 # Descriptions with warnings only, with an error, that are no XML.

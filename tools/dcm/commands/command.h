@@ -94,5 +94,7 @@ dcmtool::Command vmCommand();
 dcmtool::Command checkCommand();
 dcmtool::Command listCommand();
 dcmtool::Command exportCommand();
+dcmtool::Command explainCommand();
+dcmtool::Command wordsCommand();
 
 #endif

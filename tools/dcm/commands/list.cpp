@@ -180,7 +180,7 @@ constexpr Column kColumns[] = {
     {"SLOTS", true, [](const Row &row) { return shown(row.slots); },
      "of a frame, its highest slot number; of a card, the slots that it occupies", 0, 4},
     {"PORTS", false, portsCell,
-     "of a card, its panel, management (mgt), GCC (gcc) and Ethernet PPP (ppp) ports; of a slot, its inner ports", 8,
+     "of a card, its panel, management (mgt), GCC (gcc) and Ethernet PPP (ppp) ports; of a slot, its inner ports", 14,
      6},
     {"FANS", true, [](const Row &row) { return shown(row.fans); }, "the fans of a frame or slot", 0, 2},
     {"SUPPLIES", true, [](const Row &row) { return shown(row.supplies); }, "the power supplies of a frame or slot", 0,
