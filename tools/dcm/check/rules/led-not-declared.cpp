@@ -1,6 +1,6 @@
 #include "led/led.h"
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/led_names.h"
 
 namespace dcmtool {
 

@@ -1,5 +1,5 @@
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/led_names.h"
 
 #include <cstring>
 

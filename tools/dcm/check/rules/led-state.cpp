@@ -1,7 +1,7 @@
 #include "common/vocabularies.h"
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
+#include "tools/dcm/description/led_names.h"
 
 #include <cstring>
 
