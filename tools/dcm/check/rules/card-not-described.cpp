@@ -37,7 +37,7 @@ void cardNotDescribed(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kCardNotDescribed = {"card-not-described", Severity::warning,
-                                       onValues(cardNotDescribed, kindsOf(Kind::numberList))};
+extern constexpr Rule kCardNotDescribed = {"card-not-described", Severity::warning,
+                                           onValues(cardNotDescribed, kindsOf(Kind::numberList))};
 
 } // namespace dcmtool

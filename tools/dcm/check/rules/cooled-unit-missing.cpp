@@ -20,7 +20,7 @@ void cooledUnitMissing(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kCooledUnitMissing = {"cooled-unit-missing", Severity::warning,
-                                        onValues(cooledUnitMissing, kindsOf(Kind::bitList))};
+extern constexpr Rule kCooledUnitMissing = {"cooled-unit-missing", Severity::warning,
+                                            onValues(cooledUnitMissing, kindsOf(Kind::bitList))};
 
 } // namespace dcmtool

@@ -32,6 +32,6 @@ void ledName(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedName = {"led-name", Severity::warning, onValues(ledName, kindsOf(Kind::ledName))};
+extern constexpr Rule kLedName = {"led-name", Severity::warning, onValues(ledName, kindsOf(Kind::ledName))};
 
 } // namespace dcmtool

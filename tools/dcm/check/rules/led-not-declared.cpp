@@ -42,7 +42,7 @@ void ledNotDeclared(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
-                                     onValues(ledNotDeclared, kindsOf(Kind::ledName))};
+extern constexpr Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
+                                         onValues(ledNotDeclared, kindsOf(Kind::ledName))};
 
 } // namespace dcmtool

@@ -22,6 +22,6 @@ void ledSource(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedSource = {"led-source", Severity::warning, onValues(ledSource, kindsOf(Kind::source))};
+extern constexpr Rule kLedSource = {"led-source", Severity::warning, onValues(ledSource, kindsOf(Kind::source))};
 
 } // namespace dcmtool

@@ -61,6 +61,6 @@ void ledState(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedState = {"led-state", Severity::warning, onValues(ledState, kindsOf(Kind::ledState))};
+extern constexpr Rule kLedState = {"led-state", Severity::warning, onValues(ledState, kindsOf(Kind::ledState))};
 
 } // namespace dcmtool

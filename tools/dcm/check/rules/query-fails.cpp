@@ -622,6 +622,6 @@ template bool explainFailures(const DescriptionFile &, const DescribedType &, Dc
 template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmVmPortInfo &, Findings &,
                               DecodingWork &);
 
-extern const Rule kQueryFails = {"query-fails", Severity::error, byTheEngine()};
+extern constexpr Rule kQueryFails = {"query-fails", Severity::error, byTheEngine()};
 
 } // namespace dcmtool

@@ -23,7 +23,7 @@ void sensorWithoutController(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kSensorWithoutController = {"sensor-without-controller", Severity::warning,
-                                              onValues(sensorWithoutController, kindsOf(Kind::bitList))};
+extern constexpr Rule kSensorWithoutController = {"sensor-without-controller", Severity::warning,
+                                                  onValues(sensorWithoutController, kindsOf(Kind::bitList))};
 
 } // namespace dcmtool

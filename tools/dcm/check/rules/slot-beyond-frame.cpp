@@ -50,7 +50,7 @@ void slotBeyondFrame(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kSlotBeyondFrame = {
+extern constexpr Rule kSlotBeyondFrame = {
     "slot-beyond-frame", Severity::warning,
     onElements(slotBeyondFrame, Role::slotRules, Role::fanModule).andValues(slotsBeyondFrame, kindsOf(Kind::bitList))};
 
