@@ -10,7 +10,8 @@ enum Exit {
     kErrors = 2,
     kWrongUsage = 64,
     kUnreadable = 66,
-    kOutOfMemory = 71
+    kOutOfMemory = 71,
+    kCannotWrite = 74 // before every other status but kOutOfMemory
 };
 
 #endif

@@ -36,17 +36,6 @@ bool LedSet::has(const char *type, uint32_t id) const
     return word < numbers_.size() && id < kNumbers && numbers_[word][id];
 }
 
-const std::set<uint32_t> &Declarations::cards() const
-{
-    if (!cards_) {
-        cards_.emplace();
-        for (const DescribedType &type : types_)
-            if (type.kind == RecordKind::card)
-                cards_->insert(type.typeIds.front());
-    }
-    return *cards_;
-}
-
 bool Declarations::has(RecordKind kind) const
 {
     return std::any_of(types_.begin(), types_.end(), [&](const DescribedType &type) { return type.kind == kind; });
@@ -72,40 +61,6 @@ const LedSet &Declarations::ledsOf(Node holder) const
         holderLeds_.add(holder);
     }
     return holderLeds_;
-}
-
-void addFanControllers(Node holder, FanControllers &controllers)
-{
-    for (const Node block : dcm::children(holder))
-        for (const Node controller : dcm::children(block)) {
-            const dcm::NamedElement *row = formatRowOf(controller);
-            if (row == nullptr || row->role() != dcm::Role::fanController)
-                continue;
-            for (const uint32_t id : idsOf(controller, *row->element))
-                if (id < controllers.size())
-                    controllers[id] = true;
-        }
-}
-
-const FanControllers &Declarations::fanControllers() const
-{
-    if (!fanControllers_) {
-        fanControllers_.emplace();
-        for (const DescribedType &type : types_)
-            if (type.kind == RecordKind::frame || type.kind == RecordKind::slot)
-                addFanControllers(type.element, *fanControllers_);
-    }
-    return *fanControllers_;
-}
-
-const FanControllers &Declarations::fanControllersOf(Node frame) const
-{
-    if (frame_ != frame) {
-        frame_ = frame;
-        frameControllers_ = {};
-        addFanControllers(frame, frameControllers_);
-    }
-    return frameControllers_;
 }
 
 } // namespace dcmtool

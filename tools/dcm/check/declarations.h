@@ -5,12 +5,12 @@
 
 #include "common/format.h"
 #include "tools/dcm/description/description_file.h"
+#include "tools/dcm/relations/relations.h"
 
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <vector>
 
 namespace dcmtool {
@@ -27,34 +27,25 @@ private:
     std::vector<std::bitset<kNumbers>> numbers_;
 };
 
-// By their ids.
-using FanControllers = std::bitset<DCM_FAN_CTRL_MAX + 1>;
-
 class Declarations {
 public:
-    explicit Declarations(const std::vector<DescribedType> &types) : types_(types) {}
+    explicit Declarations(const std::vector<DescribedType> &types) : types_(types), targets_(types) {}
 
-    // The type ids of the cards.
-    const std::set<uint32_t> &cards() const;
+    // What is named by references.
+    const TargetIndex &targets() const { return targets_; }
     bool has(RecordKind kind) const;
     // The LEDs of all that is of a kind.
     const LedSet &leds(RecordKind kind) const;
     // Those of one holder, of which mostly many are asked for in a row.
     const LedSet &ledsOf(Node holder) const;
-    // The fan controllers of all frames and slots, for cards, which fit into any, and those of one frame.
-    const FanControllers &fanControllers() const;
-    const FanControllers &fanControllersOf(Node frame) const;
 
 private:
     const std::vector<DescribedType> &types_;
-    mutable std::optional<std::set<uint32_t>> cards_;
+    TargetIndex targets_;
     mutable std::optional<LedSet> frameLeds_;
     mutable std::optional<LedSet> cardLeds_;
     mutable Node holder_ = nullptr;
     mutable LedSet holderLeds_;
-    mutable std::optional<FanControllers> fanControllers_;
-    mutable Node frame_ = nullptr;
-    mutable FanControllers frameControllers_;
 };
 
 } // namespace dcmtool

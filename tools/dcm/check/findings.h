@@ -34,7 +34,7 @@ struct Finding {
     const Rule *rule = nullptr;
     Severity severity = Severity::warning;
     Node element = nullptr; // at which a comment may allow it; nullptr for what concerns the file as a whole
-    Span span;              // the guilty name or value
+    Span span;              // the name or value that is wrong
     std::string path;       // of the element in the device's terms: "card 0x21/panel-port/port-group 1-4"
     std::string text;
     std::string meant; // the nearest known word; empty when none is near

@@ -15,4 +15,11 @@ BitList readBitList(const Value &value)
     return list;
 }
 
+std::vector<uint32_t> namedButNotDescribed(const Value &value, const Relation &relation)
+{
+    const CheckedType &type = value.context.type;
+    return missing(numbersNamed(value.text, value.content),
+                   [&](uint32_t number) { return type.declarations.targets().has(relation, type.described, number); });
+}
+
 } // namespace dcmtool

@@ -17,6 +17,9 @@ struct BitList {
 
 BitList readBitList(const Value &value);
 
+// What a value names that is not described.
+std::vector<uint32_t> namedButNotDescribed(const Value &value, const Relation &relation);
+
 // The numbers for which `isThere` is false.
 template <class IsThere> std::vector<uint32_t> missing(std::vector<uint32_t> numbers, const IsThere &isThere)
 {

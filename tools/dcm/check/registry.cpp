@@ -5,7 +5,7 @@ namespace dcmtool {
 const std::vector<const Rule *> &allRules()
 {
     static const std::vector<const Rule *> all = {
-#define RULE(rule) &rule,
+#define RULE(rule) &(rule),
 #include "tools/dcm/check/registry.def"
 #undef RULE
     };

@@ -76,6 +76,8 @@ struct Value {
     const dcm::Content &content;
     const char *text;
 
+    // How it refers to other elements; nullptr when it does not.
+    const Relation *relation() const { return relationOf(context.role, attribute); }
     // What people call it: the name of the attribute or of the element.
     std::string name() const { return attribute != nullptr ? attribute->name : context.name; }
 };

@@ -38,6 +38,38 @@ struct Options {
     std::string explained;
 };
 
+// ---- Names of checks ------------------------------------------------------------------------------------------------
+
+[[noreturn]] void refuseRule(const std::string &name)
+{
+    std::vector<std::string> names;
+    for (const Rule *rule : allRules())
+        names.emplace_back(rule->name);
+    refuseWord(name, "name of a check", names, "dcm check --list-checks");
+}
+
+// Every check, with something in front of its name.
+void addChecks(const std::string &before, Candidates &candidates)
+{
+    for (const Rule *rule : allRules())
+        candidates.push_back({before + rule->name, dcmtool::summaryOf(*rule)});
+}
+
+Candidates warningCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates = {{"error", "Makes errors of all warnings"}};
+    addChecks("no-", candidates);
+    addChecks("error=", candidates);
+    return candidates;
+}
+
+Candidates explainedCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates = {{"all", "Explains every check"}};
+    addChecks("", candidates);
+    return candidates;
+}
+
 // ---- -W -------------------------------------------------------------------------------------------------------------
 
 // What is made of each check's findings.
@@ -67,9 +99,7 @@ private:
     {
         if (const Rule *rule = findRule(name))
             return rule;
-        const std::string meant = nearestRule(name);
-        throw UsageError("no such check: " + name +
-                         (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
+        refuseRule(name);
     }
 
     static const Rule *silenced(const std::string &name)
@@ -89,7 +119,7 @@ private:
         else if (option.compare(0, 3, "no-") == 0)
             off.insert(silenced(option.substr(3)));
         else
-            throw UsageError("-W takes no-NAME, error or error=NAME, not " + option);
+            throw UsageError(quoted(option) + " is not a valid value for -W; expected no-NAME, error or error=NAME");
     }
 };
 
@@ -273,7 +303,7 @@ Exit runCheck(const Options &options)
             text += endOf(options.format, reports, totals, style);
         progress.advance(i + 1);
         if (!output.print(text))
-            return kErrors;
+            return kCannotWrite;
     }
     return exitOf(totals);
 }
@@ -287,7 +317,7 @@ std::string explained(const Options &options)
         if (options.explained == rule->name || options.explained == "all")
             text += (text.empty() ? "" : "\n") + pageAsText(*rule);
     if (text.empty())
-        throw UsageError("no such check: " + options.explained + " (see --list-checks)");
+        refuseRule(options.explained);
     return text;
 }
 
@@ -295,10 +325,10 @@ Exit run(const Options &options)
 {
     if (options.areListed || !options.explained.empty()) {
         const std::string text = options.areListed ? listOfRules() : explained(options);
-        return OwnOutput().print(text) ? kSuccess : kErrors;
+        return OwnOutput().print(text) ? kSuccess : kCannotWrite;
     }
     if (options.files.empty())
-        throw UsageError("FILE is required");
+        throw UsageError("FILE is missing");
     return runCheck(options);
 }
 
@@ -312,15 +342,28 @@ Command checkCommand()
     return {"check",
             "Find what is wrong in descriptions",
             {{"FILE", "Descriptions to check, - for standard input", &options->files},
-             {"-W", "no-NAME leaves a check out, error=NAME makes its findings errors, error all warnings",
-              &options->warnings, "WHAT"},
+             {"-f,--file", "The same as FILE", &options->files, "FILE"},
+             {"-W",
+              "no-NAME leaves a check out, error=NAME makes its findings errors, error all warnings",
+              &options->warnings,
+              "WHAT",
+              {},
+              {},
+              warningCandidates},
              {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
              {"--list-checks", "List the checks", &options->areListed},
-             {"--explain", "Explain a check: why it matters, and examples; or all", &options->explained, "NAME"}},
+             {"--explain",
+              "Explain a check: why it matters, and examples; or all",
+              &options->explained,
+              "NAME",
+              {},
+              {},
+              explainedCandidates}},
             [options] { return run(*options); },
             "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
-            "66 a file cannot be read or is no XML, 71 out of memory."};
+            "66 a file cannot be read or is not well-formed XML, 71 out of memory,\n"
+            "74 the output cannot be written."};
 }

@@ -77,6 +77,6 @@ void countDiffers(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kCountDiffers = {"count-differs", Severity::warning, onElements(countDiffers)};
+extern constexpr Rule kCountDiffers = {"count-differs", Severity::warning, onElements(countDiffers)};
 
 } // namespace dcmtool

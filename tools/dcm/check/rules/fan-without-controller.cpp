@@ -42,7 +42,7 @@ void fanWithoutController(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kFanWithoutController = {"fan-without-controller", Severity::warning,
-                                           onElements(fanWithoutController, Role::fan)};
+extern constexpr Rule kFanWithoutController = {"fan-without-controller", Severity::warning,
+                                               onElements(fanWithoutController, Role::fan)};
 
 } // namespace dcmtool

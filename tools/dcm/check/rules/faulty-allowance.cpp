@@ -13,6 +13,6 @@ void reportFaulty(const DescriptionFile::Comment &comment, const Allowance &allo
         finding.meaning(nearestRule(allowance.unknownName));
 }
 
-extern const Rule kFaultyAllowance = {"faulty-allowance", Severity::warning, byTheEngine()};
+extern constexpr Rule kFaultyAllowance = {"faulty-allowance", Severity::warning, byTheEngine()};
 
 } // namespace dcmtool

@@ -20,6 +20,6 @@ void ignoredId(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kIgnoredId = {"ignored-id", Severity::warning, onValues(ignoredId, kindsOf(Kind::bitList))};
+extern constexpr Rule kIgnoredId = {"ignored-id", Severity::warning, onValues(ignoredId, kindsOf(Kind::bitList))};
 
 } // namespace dcmtool

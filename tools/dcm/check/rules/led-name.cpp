@@ -1,6 +1,6 @@
 #include "common/vocabularies.h"
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/led_names.h"
 
 namespace dcmtool {
 
@@ -32,6 +32,6 @@ void ledName(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedName = {"led-name", Severity::warning, onValues(ledName, kindsOf(Kind::ledName))};
+extern constexpr Rule kLedName = {"led-name", Severity::warning, onValues(ledName, kindsOf(Kind::ledName))};
 
 } // namespace dcmtool

@@ -1,6 +1,6 @@
 #include "led/led.h"
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/led_names.h"
 
 namespace dcmtool {
 
@@ -42,7 +42,7 @@ void ledNotDeclared(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
-                                     onValues(ledNotDeclared, kindsOf(Kind::ledName))};
+extern constexpr Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
+                                         onValues(ledNotDeclared, kindsOf(Kind::ledName))};
 
 } // namespace dcmtool

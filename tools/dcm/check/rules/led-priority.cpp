@@ -62,6 +62,6 @@ void ledPriority(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedPriority = {"led-priority", Severity::warning, onElements(ledPriority)};
+extern constexpr Rule kLedPriority = {"led-priority", Severity::warning, onElements(ledPriority)};
 
 } // namespace dcmtool

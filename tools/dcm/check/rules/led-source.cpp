@@ -1,5 +1,5 @@
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/led_names.h"
 
 #include <cstring>
 
@@ -22,6 +22,6 @@ void ledSource(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedSource = {"led-source", Severity::warning, onValues(ledSource, kindsOf(Kind::source))};
+extern constexpr Rule kLedSource = {"led-source", Severity::warning, onValues(ledSource, kindsOf(Kind::source))};
 
 } // namespace dcmtool

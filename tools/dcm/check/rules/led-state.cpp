@@ -1,7 +1,7 @@
 #include "common/vocabularies.h"
-#include "tools/dcm/check/led_names.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
+#include "tools/dcm/description/led_names.h"
 
 #include <cstring>
 
@@ -61,6 +61,6 @@ void ledState(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kLedState = {"led-state", Severity::warning, onValues(ledState, kindsOf(Kind::ledState))};
+extern constexpr Rule kLedState = {"led-state", Severity::warning, onValues(ledState, kindsOf(Kind::ledState))};
 
 } // namespace dcmtool

@@ -21,7 +21,7 @@ void bitListFault(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kListFault = {"list-fault", Severity::warning,
-                                onValues(bitListFault, kindsOf(Kind::bitList)).unlessQueryFails()};
+extern constexpr Rule kListFault = {"list-fault", Severity::warning,
+                                    onValues(bitListFault, kindsOf(Kind::bitList)).unlessQueryFails()};
 
 } // namespace dcmtool

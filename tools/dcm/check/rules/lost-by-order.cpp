@@ -31,6 +31,6 @@ void lostByOrder(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kLostByOrder = {"lost-by-order", Severity::warning, onElements(lostByOrder)};
+extern constexpr Rule kLostByOrder = {"lost-by-order", Severity::warning, onElements(lostByOrder)};
 
 } // namespace dcmtool

@@ -13,6 +13,7 @@ void misplacedAttribute(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern const Rule kMisplacedAttribute = {"misplaced-attribute", Severity::warning, onUnknownItems(misplacedAttribute)};
+extern constexpr Rule kMisplacedAttribute = {"misplaced-attribute", Severity::warning,
+                                             onUnknownItems(misplacedAttribute)};
 
 } // namespace dcmtool

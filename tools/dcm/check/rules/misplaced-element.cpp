@@ -13,6 +13,6 @@ void misplacedElement(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern const Rule kMisplacedElement = {"misplaced-element", Severity::warning, onUnknownItems(misplacedElement)};
+extern constexpr Rule kMisplacedElement = {"misplaced-element", Severity::warning, onUnknownItems(misplacedElement)};
 
 } // namespace dcmtool

@@ -34,7 +34,7 @@ void missingAttribute(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kMissingAttribute = {"missing-attribute", Severity::warning,
-                                       onElements(missingAttribute).unlessQueryFails()};
+extern constexpr Rule kMissingAttribute = {"missing-attribute", Severity::warning,
+                                           onElements(missingAttribute).unlessQueryFails()};
 
 } // namespace dcmtool

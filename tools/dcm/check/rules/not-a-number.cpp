@@ -18,6 +18,6 @@ void notANumber(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kNotANumber = {"not-a-number", Severity::warning, onValues(notANumber, kNumberKinds)};
+extern constexpr Rule kNotANumber = {"not-a-number", Severity::warning, onValues(notANumber, kNumberKinds)};
 
 } // namespace dcmtool

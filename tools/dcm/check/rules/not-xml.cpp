@@ -12,6 +12,6 @@ void notXml(const DescriptionFile &file, const std::vector<DescribedType> &, Fin
 
 } // namespace
 
-extern const Rule kNotXml = {"not-xml", Severity::error, onFile(notXml)};
+extern constexpr Rule kNotXml = {"not-xml", Severity::error, onFile(notXml)};
 
 } // namespace dcmtool

@@ -55,7 +55,7 @@ void numberCutOfLong(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kNumberCut = {"number-cut", Severity::warning,
-                                onValues(numberCutOfLong, kNumberKinds | kindsOf(Kind::numberList))};
+extern constexpr Rule kNumberCut = {"number-cut", Severity::warning,
+                                    onValues(numberCutOfLong, kNumberKinds | kindsOf(Kind::numberList))};
 
 } // namespace dcmtool

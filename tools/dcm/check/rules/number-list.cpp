@@ -28,6 +28,7 @@ void numberListEnd(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kNumberList = {"number-list", Severity::warning, onValues(numberListEnd, kindsOf(Kind::numberList))};
+extern constexpr Rule kNumberList = {"number-list", Severity::warning,
+                                     onValues(numberListEnd, kindsOf(Kind::numberList))};
 
 } // namespace dcmtool

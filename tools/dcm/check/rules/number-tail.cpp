@@ -19,6 +19,6 @@ void numberTail(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kNumberTail = {"number-tail", Severity::warning, onValues(numberTail, kNumberKinds)};
+extern constexpr Rule kNumberTail = {"number-tail", Severity::warning, onValues(numberTail, kNumberKinds)};
 
 } // namespace dcmtool

@@ -23,6 +23,6 @@ void octalNumber(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kOctalNumber = {"octal-number", Severity::warning, onValues(octalNumber, kNumberKinds)};
+extern constexpr Rule kOctalNumber = {"octal-number", Severity::warning, onValues(octalNumber, kNumberKinds)};
 
 } // namespace dcmtool

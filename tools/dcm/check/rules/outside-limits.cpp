@@ -29,6 +29,6 @@ void outsideLimits(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kOutsideLimits = {"outside-limits", Severity::warning, onElements(outsideLimits)};
+extern constexpr Rule kOutsideLimits = {"outside-limits", Severity::warning, onElements(outsideLimits)};
 
 } // namespace dcmtool

@@ -65,6 +65,6 @@ void overwrittenPort(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kOverwrittenPort = {"overwritten-port", Severity::warning, onElements(overwrittenPort)};
+extern constexpr Rule kOverwrittenPort = {"overwritten-port", Severity::warning, onElements(overwrittenPort)};
 
 } // namespace dcmtool

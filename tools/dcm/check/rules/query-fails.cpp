@@ -140,7 +140,25 @@ private:
     std::vector<Hidden> hidden_;
 };
 
-// ---- Finding the guilty element -------------------------------------------------------------------------------------
+// ---- Finding the element with which decoding fails -----------------------------------------------------------------
+//
+// Decoding goes through a description in its order and ends at the first failure. So what comes behind a place can be
+// hidden without a change of what happens before it, and whether decoding then succeeds says on which side the failure
+// is. At each level the children are halved until the first one is found with which decoding fails:
+//
+//     card                      fails, and succeeds without its children: the cause is among them
+//     |-- mgt-port              succeeds when all behind it is hidden
+//     |-- panel-port            fails when all behind it is hidden: go down
+//     |   |-- port 1            succeeds
+//     |   |-- port 2            fails: go down
+//     |   |   |-- driver        succeeds
+//     |   |   `-- phytype       fails, and has no children: the culprit
+//     |   `-- port 3            hidden
+//     `-- led-entity            hidden
+//
+// An element that fails without its children is the culprit itself: one of its attributes is the cause. What is wrong
+// with it is then read from its format; only where an id is given twice or is beyond an announced
+// number, or where attributes are wrong only together, the library's message says so.
 
 // Decodes what is not hidden, as long as there is room for that.
 class Decoding {
@@ -164,7 +182,7 @@ private:
     DecodingWork &work_;
 };
 
-struct Guilty {
+struct Culprit {
     Node element = nullptr;
     std::string message; // the innermost of those that follow from it
 };
@@ -189,9 +207,8 @@ Node firstFailing(const std::vector<Node> &children, const Decoding &run, Outcom
     return children[from];
 }
 
-// Goes down from an element with which decoding fails to the innermost of which that is true. Decoding keeps to the
-// order of the document: what comes behind the first fault is hidden.
-Guilty findGuilty(Node root, const Decoding &run)
+// Goes down from an element with which decoding fails to the innermost for which that is true.
+Culprit findCulprit(Node root, const Decoding &run)
 {
     Hiding hiding;
     Node element = root;
@@ -293,8 +310,8 @@ bool isWrong(Node element, const std::string &name, const char *text, const dcm:
     }
 }
 
-// Whether `word` stands by itself in a message.
-bool speaksOf(const std::string &message, const std::string &word, size_t &at)
+// Whether a message names `word` with its value, as in "id(3)".
+bool namesInMessage(const std::string &message, const std::string &word, size_t &at)
 {
     const auto isPart = [](char character) { return std::isalnum(static_cast<unsigned char>(character)) != 0; };
     for (at = message.find(word); at != std::string::npos; at = message.find(word, at + 1)) {
@@ -332,26 +349,26 @@ Node describedBefore(Node element, const dcm::Attribute &id)
     return nullptr;
 }
 
-Fault faultOfAttributes(const Guilty &guilty, const dcm::Element &format)
+Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
 {
     Fault fault;
     for (size_t i = 0; i < format.attributeCount; i++) {
         const dcm::Attribute &attribute = format.attributes[i];
-        const dcm::Text text = textOf(guilty.element, &attribute);
+        const dcm::Text text = textOf(culprit.element, &attribute);
         if (!text && attribute.need == dcm::Need::required) {
             fault.attribute = &attribute;
             fault.text = quotedName(attribute.name) + " is missing";
             return fault;
         }
-        if (text && isWrong(guilty.element, attribute.name, text.c_str(), attribute.content, fault)) {
+        if (text && isWrong(culprit.element, attribute.name, text.c_str(), attribute.content, fault)) {
             fault.attribute = &attribute;
             return fault;
         }
     }
     const dcm::Attribute *id = idAttribute(format);
-    if (id != nullptr && guilty.message.find("duplicate") != std::string::npos) {
+    if (id != nullptr && culprit.message.find("duplicate") != std::string::npos) {
         fault.attribute = id;
-        fault.first = describedBefore(guilty.element, *id);
+        fault.first = describedBefore(culprit.element, *id);
         fault.text = quotedName(id->name) + " describes what is described already";
         return fault;
     }
@@ -359,7 +376,7 @@ Fault faultOfAttributes(const Guilty &guilty, const dcm::Element &format)
     size_t earliest = std::string::npos;
     for (size_t i = 0; i < format.attributeCount; i++) {
         size_t at = 0;
-        if (speaksOf(guilty.message, format.attributes[i].name, at) && at < earliest) {
+        if (namesInMessage(culprit.message, format.attributes[i].name, at) && at < earliest) {
             earliest = at;
             fault.attribute = &format.attributes[i];
             fault.mayBeOrder = true;
@@ -369,24 +386,24 @@ Fault faultOfAttributes(const Guilty &guilty, const dcm::Element &format)
     return fault;
 }
 
-Fault faultOf(const Guilty &guilty, const dcm::Element *format)
+Fault faultOf(const Culprit &culprit, const dcm::Element *format)
 {
     Fault fault;
     if (format == nullptr)
         return fault;
-    fault = faultOfAttributes(guilty, *format);
+    fault = faultOfAttributes(culprit, *format);
     if (fault.attribute != nullptr)
         return fault;
     uint32_t count = 0;
-    if (guilty.message.find("out of range") != std::string::npos && announced(guilty.element, count)) {
+    if (culprit.message.find("out of range") != std::string::npos && announced(culprit.element, count)) {
         fault.text = "is more than the " + std::to_string(count) + " announced";
         fault.mayBeOrder = true;
         return fault;
     }
-    const dcm::Text text = dcm::Text::content(guilty.element, {"dcm"});
+    const dcm::Text text = dcm::Text::content(culprit.element, {"dcm"});
     fault.isContent = format->content.kind != dcm::Kind::none;
     if (!fault.isContent || !text ||
-        !isWrong(guilty.element, dcm::nameOf(guilty.element), text.c_str(), format->content, fault)) {
+        !isWrong(culprit.element, dcm::nameOf(culprit.element), text.c_str(), format->content, fault)) {
         fault.text = fault.isContent ? "the value cannot be decoded" : "the element cannot be decoded";
         fault.mayBeOrder = !fault.isContent;
     }
@@ -442,9 +459,9 @@ std::vector<std::string> betterValues(Node element, const dcm::Attribute &attrib
 }
 
 // Takes a fault out, and as little else as possible; false when nothing but the whole would be left out.
-bool mend(Repairs &repairs, const Guilty &guilty, const Fault &fault, const Decoding &run)
+bool mend(Repairs &repairs, const Culprit &culprit, const Fault &fault, const Decoding &run)
 {
-    const Node element = guilty.element;
+    const Node element = culprit.element;
     if (fault.attribute != nullptr) {
         const size_t before = repairs.count();
         const auto isMendedBy = [&](const char *value) {
@@ -466,15 +483,16 @@ bool mend(Repairs &repairs, const Guilty &guilty, const Fault &fault, const Deco
     return true;
 }
 
-// Moves an element behind the first of some later siblings with which decoding gets past the guilty one; that sibling,
+// Moves an element behind the first of some later siblings with which decoding gets past the culprit one; that sibling,
 // or nullptr. The near ones are tried one by one. Farther away, what comes to stand before an element in which decoding
 // goes well also does before the next.
-Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &siblings, Node guilty, const Decoding &run)
+Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &siblings, Node culprit,
+                      const Decoding &run)
 {
     const size_t before = repairs.count();
     const auto helps = [&](size_t i) {
         repairs.moveBehind(siblings[i], moved);
-        if (isMended(repairs.root(), guilty, run))
+        if (isMended(repairs.root(), culprit, run))
             return true;
         repairs.undoTo(before);
         return false;
@@ -502,16 +520,16 @@ Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &sib
 }
 
 // The same for an element and those around it.
-Node siblingItNeeds(Repairs &repairs, const Guilty &guilty, const Decoding &run)
+Node siblingItNeeds(Repairs &repairs, const Culprit &culprit, const Decoding &run)
 {
-    for (Node moved = guilty.element; moved != repairs.root(); moved = moved->parent) {
+    for (Node moved = culprit.element; moved != repairs.root(); moved = moved->parent) {
         std::vector<Node> siblings;
         for (Node next = moved->next; next != nullptr; next = next->next)
             if (next->type == XML_ELEMENT_NODE && !dcm::isNamed(next, dcm::nameOf(moved)))
                 siblings.push_back(next);
         if (siblings.empty())
             continue;
-        if (const Node needed = siblingThatHelps(repairs, moved, siblings, guilty.element, run))
+        if (const Node needed = siblingThatHelps(repairs, moved, siblings, culprit.element, run))
             return needed;
     }
     return nullptr;
@@ -522,23 +540,23 @@ std::string failing(const std::string &message)
     return "; the query fails: \"" + shortened(message, kLongestMessage) + "\"";
 }
 
-void tell(const Guilty &guilty, const Fault &fault, Findings &findings)
+void tell(const Culprit &culprit, const Fault &fault, Findings &findings)
 {
     const DescriptionFile &file = findings.file();
-    const std::string text = fault.text + failing(guilty.message);
-    Finding &finding = fault.attribute != nullptr ? findings.atValue(guilty.element, fault.attribute->name, text)
-                       : fault.isContent          ? findings.atContent(guilty.element, text)
-                                                  : findings.atName(guilty.element, text);
+    const std::string text = fault.text + failing(culprit.message);
+    Finding &finding = fault.attribute != nullptr ? findings.atValue(culprit.element, fault.attribute->name, text)
+                       : fault.isContent          ? findings.atContent(culprit.element, text)
+                                                  : findings.atName(culprit.element, text);
     finding.meaning(fault.meant);
     if (fault.first != nullptr)
         finding.noting(file.nameSpan(fault.first), "described here");
 }
 
-void tellOrder(const Guilty &guilty, Node sibling, Findings &findings)
+void tellOrder(const Culprit &culprit, Node sibling, Findings &findings)
 {
     findings
-        .atName(guilty.element,
-                "stands before " + quotedName(dcm::nameOf(sibling)) + ", which it needs" + failing(guilty.message))
+        .atName(culprit.element,
+                "stands before " + quotedName(dcm::nameOf(sibling)) + ", which it needs" + failing(culprit.message))
         .noting(findings.file().nameSpan(sibling), "expected before it");
 }
 
@@ -581,16 +599,16 @@ bool explainFailures(const DescriptionFile &file, const DescribedType &type, Rec
             tellEnd(type, run(outcome.messageCount - std::min<size_t>(outcome.messageCount, 1)), findings);
             return false;
         }
-        const Guilty guilty = findGuilty(repairs.root(), run);
-        const Fault fault = faultOf(guilty, formatOf(guilty.element));
+        const Culprit culprit = findCulprit(repairs.root(), run);
+        const Fault fault = faultOf(culprit, formatOf(culprit.element));
         if (fault.mayBeOrder) {
-            if (const Node needed = siblingItNeeds(repairs, guilty, run)) {
-                tellOrder(guilty, needed, findings);
+            if (const Node needed = siblingItNeeds(repairs, culprit, run)) {
+                tellOrder(culprit, needed, findings);
                 continue;
             }
         }
-        tell(guilty, fault, findings);
-        if (!mend(repairs, guilty, fault, run))
+        tell(culprit, fault, findings);
+        if (!mend(repairs, culprit, fault, run))
             return false;
     }
 }
@@ -604,6 +622,6 @@ template bool explainFailures(const DescriptionFile &, const DescribedType &, Dc
 template bool explainFailures(const DescriptionFile &, const DescribedType &, DcmVmPortInfo &, Findings &,
                               DecodingWork &);
 
-extern const Rule kQueryFails = {"query-fails", Severity::error, byTheEngine()};
+extern constexpr Rule kQueryFails = {"query-fails", Severity::error, byTheEngine()};
 
 } // namespace dcmtool

@@ -27,6 +27,6 @@ void repeatedElement(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kRepeatedElement = {"repeated-element", Severity::warning, onElements(repeatedElement)};
+extern constexpr Rule kRepeatedElement = {"repeated-element", Severity::warning, onElements(repeatedElement)};
 
 } // namespace dcmtool

@@ -82,6 +82,6 @@ void samePortId(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kSamePortId = {"same-port-id", Severity::warning, onElements(samePortId)};
+extern constexpr Rule kSamePortId = {"same-port-id", Severity::warning, onElements(samePortId)};
 
 } // namespace dcmtool

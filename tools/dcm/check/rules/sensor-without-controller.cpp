@@ -1,6 +1,5 @@
 #include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/rule.h"
-#include "tools/dcm/description/format_lookup.h"
 
 namespace dcmtool {
 
@@ -15,10 +14,7 @@ void sensorWithoutController(const Value &value, Findings &findings)
     if (!declarations.has(RecordKind::frame) && !declarations.has(RecordKind::slot))
         return;
     const bool isInFrame = type.described.kind == RecordKind::frame;
-    const FanControllers &described =
-        isInFrame ? declarations.fanControllersOf(type.described.element) : declarations.fanControllers();
-    const auto isThere = [&](uint32_t id) { return id < described.size() && described[id]; };
-    const std::vector<uint32_t> controllers = missing(numbersOf(value.text, value.content), isThere);
+    const std::vector<uint32_t> controllers = namedButNotDescribed(value, *value.relation());
     if (!controllers.empty())
         findings.at(value, numbered("fan controller", controllers) + " not described in " +
                                (isInFrame ? "this frame" : "any frame or slot of this file") +
@@ -27,7 +23,7 @@ void sensorWithoutController(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kSensorWithoutController = {"sensor-without-controller", Severity::warning,
-                                              onValues(sensorWithoutController, kindsOf(Kind::bitList))};
+extern constexpr Rule kSensorWithoutController = {"sensor-without-controller", Severity::warning,
+                                                  onValues(sensorWithoutController, kindsOf(Kind::bitList))};
 
 } // namespace dcmtool

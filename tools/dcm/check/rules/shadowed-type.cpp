@@ -40,6 +40,6 @@ void shadowedType(const DescriptionFile &file, const std::vector<DescribedType> 
 
 } // namespace
 
-extern const Rule kShadowedType = {"shadowed-type", Severity::warning, onFile(shadowedType)};
+extern constexpr Rule kShadowedType = {"shadowed-type", Severity::warning, onFile(shadowedType)};
 
 } // namespace dcmtool

@@ -14,14 +14,14 @@ std::string beyond(const std::vector<uint32_t> &slots, const DcmFrameInfo &frame
            ": nothing is ever there";
 }
 
-// Of the lists in a frame, those that may go up to its last slot are of slots.
 void slotsBeyondFrame(const Value &value, Findings &findings)
 {
     const DcmFrameInfo *frame = value.context.type.frame;
-    if (frame == nullptr || frame->maxSlotId == 0 || value.content.limit != DCM_SLOT_MAX)
+    const Relation *relation = value.relation();
+    if (frame == nullptr || frame->maxSlotId == 0 || relation == nullptr || relation->target != Target::slot)
         return;
     const auto isThere = [&](uint32_t slot) { return slot <= frame->maxSlotId; };
-    const std::vector<uint32_t> slots = missing(numbersOf(value.text, value.content), isThere);
+    const std::vector<uint32_t> slots = missing(numbersNamed(value.text, value.content), isThere);
     if (!slots.empty())
         findings.at(value, beyond(slots, *frame));
 }
@@ -50,7 +50,7 @@ void slotBeyondFrame(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kSlotBeyondFrame = {
+extern constexpr Rule kSlotBeyondFrame = {
     "slot-beyond-frame", Severity::warning,
     onElements(slotBeyondFrame, Role::slotRules, Role::fanModule).andValues(slotsBeyondFrame, kindsOf(Kind::bitList))};
 

@@ -41,6 +41,6 @@ void strayText(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kStrayText = {"stray-text", Severity::warning, onElements(strayText)};
+extern constexpr Rule kStrayText = {"stray-text", Severity::warning, onElements(strayText)};
 
 } // namespace dcmtool

@@ -16,6 +16,6 @@ void textCut(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kTextCut = {"text-cut", Severity::warning, onValues(textCut, kindsOf(Kind::text))};
+extern constexpr Rule kTextCut = {"text-cut", Severity::warning, onValues(textCut, kindsOf(Kind::text))};
 
 } // namespace dcmtool

@@ -25,6 +25,6 @@ void tooMany(const Context &context, Findings &findings)
 
 } // namespace
 
-extern const Rule kTooMany = {"too-many", Severity::warning, onElements(tooMany)};
+extern constexpr Rule kTooMany = {"too-many", Severity::warning, onElements(tooMany)};
 
 } // namespace dcmtool

@@ -13,6 +13,6 @@ void unknownAttribute(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern const Rule kUnknownAttribute = {"unknown-attribute", Severity::warning, onUnknownItems(unknownAttribute)};
+extern constexpr Rule kUnknownAttribute = {"unknown-attribute", Severity::warning, onUnknownItems(unknownAttribute)};
 
 } // namespace dcmtool

@@ -13,6 +13,6 @@ void unknownElement(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern const Rule kUnknownElement = {"unknown-element", Severity::warning, onUnknownItems(unknownElement)};
+extern constexpr Rule kUnknownElement = {"unknown-element", Severity::warning, onUnknownItems(unknownElement)};
 
 } // namespace dcmtool

@@ -19,7 +19,7 @@ void unknownWord(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kUnknownWord = {"unknown-word", Severity::warning,
-                                  onValues(unknownWord, kindsOf(Kind::keyword)).unlessQueryFails()};
+extern constexpr Rule kUnknownWord = {"unknown-word", Severity::warning,
+                                      onValues(unknownWord, kindsOf(Kind::keyword)).unlessQueryFails()};
 
 } // namespace dcmtool

@@ -12,6 +12,6 @@ void unreadable(const DescriptionFile &file, const std::vector<DescribedType> &,
 
 } // namespace
 
-extern const Rule kUnreadable = {"unreadable", Severity::error, onFile(unreadable)};
+extern constexpr Rule kUnreadable = {"unreadable", Severity::error, onFile(unreadable)};
 
 } // namespace dcmtool

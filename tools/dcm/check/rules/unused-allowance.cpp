@@ -10,6 +10,6 @@ void reportUnused(const DescriptionFile::Comment &comment, const Allowance &allo
                 "the comment allows " + quoted(allowance.rule->name) + ", which is not found here");
 }
 
-extern const Rule kUnusedAllowance = {"unused-allowance", Severity::warning, byTheEngine()};
+extern constexpr Rule kUnusedAllowance = {"unused-allowance", Severity::warning, byTheEngine()};
 
 } // namespace dcmtool

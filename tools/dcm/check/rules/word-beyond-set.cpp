@@ -17,7 +17,7 @@ void wordBeyondSet(const Value &value, Findings &findings)
 
 } // namespace
 
-extern const Rule kWordBeyondSet = {"word-beyond-set", Severity::warning,
-                                    onValues(wordBeyondSet, kindsOf(Kind::keyword))};
+extern constexpr Rule kWordBeyondSet = {"word-beyond-set", Severity::warning,
+                                        onValues(wordBeyondSet, kindsOf(Kind::keyword))};
 
 } // namespace dcmtool

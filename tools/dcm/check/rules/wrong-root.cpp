@@ -20,6 +20,6 @@ void wrongRoot(const DescriptionFile &file, const std::vector<DescribedType> &, 
 
 } // namespace
 
-extern const Rule kWrongRoot = {"wrong-root", Severity::error, onFile(wrongRoot)};
+extern constexpr Rule kWrongRoot = {"wrong-root", Severity::error, onFile(wrongRoot)};
 
 } // namespace dcmtool

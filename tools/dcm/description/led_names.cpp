@@ -1,4 +1,4 @@
-#include "tools/dcm/check/led_names.h"
+#include "tools/dcm/description/led_names.h"
 
 #include "common/vocabularies.h"
 

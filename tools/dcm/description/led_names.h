@@ -1,8 +1,8 @@
 // LED names, taken apart.
-#ifndef DCM_TOOLS_CHECK_LED_NAMES_H
-#define DCM_TOOLS_CHECK_LED_NAMES_H
+#ifndef DCM_TOOLS_LED_NAMES_H
+#define DCM_TOOLS_LED_NAMES_H
 
-#include "tools/dcm/check/rule.h"
+#include "tools/words.h"
 
 #include <cstddef>
 #include <string>
