@@ -141,6 +141,7 @@ const Command *findCommand(const std::vector<Command> &commands, const std::stri
 std::vector<std::string> namesOf(const std::vector<Command> &commands)
 {
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const Command &command : commands)
         names.push_back(command.name);
     return names;
