@@ -211,6 +211,13 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
     for command in list export; do
         run_hostile $command --file - <"$name/torn.xml"
     done
+    for command in '' help explain words 'new card --type 1 --name' 'new card --type 1 --ports' 'check --format' 'vm -f' list; do
+        # shellcheck disable=SC2086 # words of a command
+        run_hostile $command "$hostile_bytes"
+    done
+    run_hostile card 1 "$name/texts.xml"
+    run_hostile --complete 3 card -f "$name/texts.xml" ''
+    expect 'names are completed' says out '\n'
     expect 'all of it is harmless' all_is_harmless
 }
 

@@ -166,7 +166,7 @@ bool take(const std::vector<const Command *> &commands, const std::string &name)
 class CommandLine {
 public:
     CommandLine(std::vector<Command> commands, int argc, char **argv)
-        : commands_(std::move(commands)), words_(argv + 1, argv + argc)
+        : commands_(std::move(commands)), words_(argv + std::min(argc, 1), argv + argc)
     {
         commands_.push_back(helpCommand());
         commands_.push_back({"version", "Print the version", {}, [] { return print(kVersion); }});
