@@ -30,6 +30,10 @@ CASES = [
     ("check -W no-octal", {"no-octal-number"}),
     ("check -W error=octal", {"error=octal-number"}),
     ("help expo", {"export"}),
+    ("new fr", {"frame"}),
+    ("words phy", {"phy-type"}),
+    ("explain card@ty", {"card@typeid"}),
+    ("explain card@", {"card@typeid", "card@mode", "card@name", "card@abbrname"}),
     (f"card -f {example} 0x04", TYPES),
     (f"card --file={example} 0x04", TYPES),
     (f"card -f {example} 0x0402 ", {"0", "1"}),
@@ -85,11 +89,11 @@ bind -x '"\\C-t": show'
         terminal.wait("shown\r\n")
         with open(folder + "/line") as file:
             text = file.read()
-        before = len("dcm " + line) - len(re.split(r"(?<!\\)[ =]", line)[-1])
+        before = len("dcm " + line) - len(re.split(r"(?<!\\)[ =@]", line)[-1])
         whole = "dcm " + line[:line.rfind(" ") + 1]
-        # Readline leaves a word's beginning up to "=" where it is.
+        # Readline leaves a word's beginning up to "=" where it is, or that in front of "@".
         head = text[len(whole):before]
-        offered = {head + word for word in text[before:].split(" ") if word}
+        offered = {head + word.lstrip("@") for word in text[before:].split(" ") if word}
         # Nothing was offered: the line is as it was.
         yield set() if text == "dcm " + line else offered
         terminal.send("\n")

@@ -2,7 +2,7 @@
 # The man pages name what there is. Usage: check_man.sh SOURCE_FOLDER CASE [DCM]
 set -euo pipefail
 
-source=$1
+source=$(realpath "$1")
 dcm=${3-}
 here=$(dirname "${BASH_SOURCE[0]}")
 
@@ -23,19 +23,113 @@ has_every_function() {
     [ "$count" -ge 100 ] || { echo "only $count lines of prototypes" && exit 1; }
 }
 
+# candidates WORD...: what can follow these words.
+candidates() {
+    "$dcm" --complete $# "$@" '' | cut -f 1
+    "$dcm" --complete $# "$@" - | cut -f 1
+}
+
+# documents WORD...: dcm(1) has whatever can follow these words, commands and options, and so on below those commands.
+documents() {
+    local word
+    while read -r word; do
+        case $word in
+        -*) names dcm.1 "(^\\.|[^l] )Fl ${word/#-/}( |\$)" ;;
+        *) names dcm.1 "^\\.Cm ([a-z|]+ )*$word( |\$)" ;;
+        esac
+        count=$((count + 1))
+    done < <(candidates "$@" | grep -E "^-|^($commands)\$" | sed -E 's/^--/-Fl /')
+}
+
 # dcm(1) has each command and option of the tool.
 has_every_command_and_option() {
-    local command option count=0
-    for command in '' $("$dcm" --help | sed -n '/^Subcommands:/,$ s/^  \([a-z-]*\)  *[A-Z].*/\1/p'); do
-        [ -z "$command" ] || names dcm.1 "^\\.Cm $command$"
-        # shellcheck disable=SC2086 # no command is no word
-        for option in $("$dcm" $command --help | sed -nE 's/^  (-[^ ]*).*/\1/p' | tr ',' ' '); do
-            option=${option#-}
-            names dcm.1 "(^\\.|[^l] )Fl ${option/#-/Fl }( |\$)"
-            count=$((count + 1))
-        done
+    local command count=0 commands='frame|slot|card'
+    commands+='|'$("$dcm" --complete 0 | cut -f 1 | paste -sd '|')
+    documents
+    for command in ${commands//|/ }; do
+        documents "$command"
     done
-    [ "$count" -ge 10 ] || { echo "only $count options in the help" && exit 1; }
+    for command in card slot frame; do
+        documents new "$command"
+        documents export "$command"
+    done
+    [ "$count" -ge 60 ] || { echo "only $count commands and options" && exit 1; }
+}
+
+# The commands that dcm(1) shows, as they are typed.
+shown_commands() {
+    sed -n 's/^\.Dl dcm /dcm /p' "$source/man/dcm.1" | sed "s/\\\\(aq/'/g; s/\\\\-/-/g"
+}
+
+# Each runs where the files are that it names.
+runs_every_command_that_it_shows() {
+    local folder command count=0
+    folder=$(mktemp -d)
+    # shellcheck disable=SC2064 # now
+    trap "rm -rf '$folder'" EXIT
+    mkdir "$folder/bin"
+    ln -s "$(realpath "$dcm")" "$folder/bin/dcm"
+    cp "$source/examples/device.xml" "$folder"
+    cd "$folder"
+    while read -r command; do
+        # What is piped into another program is of interest as far as it goes without that one.
+        [[ $command != *'| jq'* ]] || command -v jq >/dev/null || command=${command%%|*}
+        PATH=$folder/bin:$PATH bash -c "set -o pipefail; $command" >out 2>err </dev/null || {
+            echo "does not work: $command"
+            cat out err
+            exit 1
+        }
+        count=$((count + 1))
+    done < <(shown_commands)
+    [ "$count" -ge 8 ] || { echo "only $count commands" && exit 1; }
+}
+
+# What it shows of a finding is what the tool prints.
+shows_a_finding_as_it_is() {
+    local folder
+    folder=$(mktemp -d)
+    # shellcheck disable=SC2064 # now
+    trap "rm -rf '$folder'" EXIT
+    cat >"$folder/line.xml" <<'XML'
+<?xml version="1.0" encoding="UTF-8"?>
+<device>
+  <card typeid="0x0310">
+
+    <panel-port num="8" startportid="1" maxportid="8">
+      <port-group id="1-8">
+
+        <phytype>10g</phytype>
+      </port-group>
+    </panel-port>
+  </card>
+</device>
+XML
+    sed -n '/^\.Bd -literal/,/^\.Ed/ { /^\./!p }' "$source/man/dcm.1" | sed "s/\\\\(aq/'/g; s/ \.\.\.\$//" >"$folder/shown"
+    (cd "$folder" && "$(realpath "$dcm")" check line.xml) >"$folder/printed" || true
+    while IFS= read -r line; do
+        grep -qF -e "$line" "$folder/printed" || {
+            echo "not printed: $line"
+            cat "$folder/printed"
+            exit 1
+        }
+    done <"$folder/shown"
+    [ "$(wc -l <"$folder/shown")" -eq 3 ] || { echo 'the page shows no finding' && exit 1; }
+}
+
+# The forms of the commands, as readers see them.
+shows_the_forms_of_commands() {
+    command -v mandoc >/dev/null || { echo 'skipped: there is no mandoc' && exit 77; }
+    local forms form
+    forms=$(mandoc -T ascii -O width=200 "$source/man/dcm.1" | sed 's/.\x08//g')
+    for form in 'dcm export [-f FILE] [frame [TYPE] | slot [TYPE] | card [TYPE [MODE]]]' 'dcm card TYPE [MODE] [-f FILE]' \
+        'dcm list [--json] [-f FILE | FILE]' 'dcm vm -f FILE' 'dcm check --list-checks | --explain NAME' \
+        'dcm new slot --type NUMBER [--ports LIST]' 'dcm words [VOCABULARY]'; do
+        grep -qxF "     $form" <<<"$forms" || {
+            echo "not in the synopsis: $form"
+            exit 1
+        }
+    done
+    mandoc -T lint -W warning "$source/man/dcm.1"
 }
 
 "$2"

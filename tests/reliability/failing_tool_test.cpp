@@ -109,6 +109,8 @@ const Command commands[] = {
     {"Card", {"card", "3", "0", "-f", "FOLDER/device.xml"}, 0},
     {"FailingCard", {"--log", "card", "4", "-f", "FOLDER/device.xml"}, 1},
     {"TornCard", {"card", "4", "-f", "FOLDER/torn.xml"}, 1},
+    {"UnknownCard", {"card", "9", "-f", "FOLDER/device.xml"}, 1},
+    {"VmOfAFile", {"vm", "-f", "FOLDER/vm-3.xml"}, 0},
     {"Vm", {"vm", "3", "--root", "FOLDER/.."}, 0},
     {"List", {"list", "-f", "FOLDER/device.xml"}, 1},
     {"ListAsJson", {"list", "--json", "-f", "FOLDER/windows.xml"}, 0},
@@ -124,6 +126,12 @@ const Command commands[] = {
     {"Explain", {"check", "--explain", "all"}, 0},
     {"ListChecks", {"check", "--list-checks"}, 0},
     {"Help", {"check", "--help"}, 0, false},
+    {"HelpAsACommand", {"help", "check"}, 0, false},
+    // Most of these is the reference, or the library's tables.
+    {"ExplainedElement", {"explain", "card/panel-port"}, 0, true, 97},
+    {"Words", {"words", "phy-type"}, 0, true, 31},
+    {"NewCard", {"new", "card", "--type", "1", "--ports", "2x10ge"}, 0, true, 97},
+    {"CompletedTypes", {"--complete", "3", "card", "-f", "FOLDER/device.xml", ""}, 0, false},
     {"WrongUsage", {"card", "x"}, 64},
 };
 

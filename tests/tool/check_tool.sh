@@ -215,6 +215,13 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
     for command in list export; do
         run_hostile $command --file - <"$name/torn.xml"
     done
+    for command in '' help explain words 'new card --type 1 --name' 'new card --type 1 --ports' 'check --format' 'vm -f' list; do
+        # shellcheck disable=SC2086 # words of a command
+        run_hostile $command "$hostile_bytes"
+    done
+    run_hostile card 1 "$name/texts.xml"
+    run_hostile --complete 3 card -f "$name/texts.xml" ''
+    expect 'names are completed' says out '\n'
     expect 'all of it is harmless' all_is_harmless
 }
 
@@ -624,7 +631,8 @@ commands_that_print() {
         "list --json -f $example" "export -f $example" "frame 1 -f $example" \
         "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
         "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
-        "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card'
+        "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card' \
+        'new card --type 1' 'new frame --type 1' 'new slot --type 1'
 }
 
 every_command_exits_with_74_when_it_cannot_write() {
@@ -718,6 +726,78 @@ prints_vocabularies() {
     expect 'a word is looked up' [ "$(cat "$folder/out")" = 'phy-type  3  10ge' ]
     refuses "dcm words: 'phytype' is not a valid vocabulary or word; did you mean 'phy-type'?" words phytype
     refuses "dcm words: '10gex' is not a valid vocabulary or word; did you mean '10ge'?" words 10gex
+}
+
+# new_file ARGUMENT...: keeps a skeleton in a file of its own.
+new_file() {
+    run new "$@"
+    expect "'dcm new $*' succeeds" exits 0
+    expect 'and says nothing' silent err
+    skeletons=$((skeletons + 1))
+    cp "$folder/out" "$folder/new-$skeletons.xml"
+}
+
+skeletons_check_clean() {
+    skeletons=0
+    local word count number every=''
+    new_file card --type 0x31 --ports 24x10ge,2x100ge
+    cp "$folder/new-1.xml" "$folder/card.xml"
+    for number in 0 1 010 0x31 0X31 4294967295; do
+        new_file card --type $number
+        new_file card --type $number --mode 3
+        new_file slot --type $number
+        new_file frame --type $number
+    done
+    # Every kind of port, and every number of them.
+    while read -r word; do
+        new_file card --type 7 --ports "1x$word"
+        new_file slot --type 7 --ports "2x$word"
+        every+=${every:+,}1x$word
+    done < <(tool words phy-type | awk '/^$/ { exit } NR > 1 { print $2 }')
+    new_file card --type 7 --ports "$every"
+    for count in {1..64}; do
+        new_file card --type 7 --ports "${count}xge"
+        [ "$count" -gt 32 ] || new_file slot --type 7 --ports "${count}xge"
+        [ "$count" -gt 32 ] || new_file frame --type 7 --slots "$count"
+    done
+    new_file card --type 7 --name 'A & B <"C"> ]]> -- Ä' --ports 1x10xgepon,63x4xgepon
+    new_file card --type 7 --name "$(printf 'x%.0s' {1..63})"
+    run check "$folder"/new-*.xml
+    expect 'nothing is found in any of them' [ "$(cat "$folder/out")" = "$skeletons files, nothing found" ]
+    [ "$skeletons" -ge 200 ] || { echo "only $skeletons skeletons" && exit 1; }
+
+    run list "$folder/card.xml"
+    expect 'the card has the ports' lists 'card 0x31 0 Card 0x31 1 26 panel - - 27 9:4 ok'
+    run export card 0x31 -f "$folder/card.xml"
+    expect 'of the kinds that were asked for' [ "$(tr -d ' \n' <"$folder/out" | grep -oE '"phyType":\{"value":3,' | wc -l)" -eq 24 ]
+    expect 'in their order' says out '"portId": 26,'
+}
+
+skeletons_say_what_to_decide() {
+    run new card --type 0x31 --ports 2xge
+    expect 'what an element means and what it may be' says out '<!-- workmode: Whether the port bridges or routes (bridge or route) -->'
+    expect 'where its words are' says out '; dcm words phy-type) -->'
+    expect 'each element once' [ "$(grep -c '<!-- phytype:' "$folder/out")" -eq 1 ]
+    expect 'what is left out' says out '<!--   cpu-entity: The CPU of the card -->'
+    expect 'and nothing that is there' [ "$(grep -c '<!--   panel-port:' "$folder/out")" -eq 0 ]
+    # Whatever a card may hold is written or named.
+    while read -r element; do
+        expect "a skeleton has or names $element" grep -qE "<${element}[ >]|<!--   ${element}:" "$folder/out"
+    done < <(tool explain | sed -nE 's|^card/([a-z-]+) .*|\1|p')
+    refuses "dcm new: expected 'card', 'slot' or 'frame'" new
+    refuses "dcm new: 'crad' is not a valid command; did you mean 'card'?" new crad
+    refuses "dcm new card: --type is missing" new card
+    refuses "dcm new card: '10g' is not a valid PHY type; did you mean '10ge'?" new card --type 1 --ports 2x10g
+    refuses "dcm new card: '65xge' are too many ports; expected at most 64" new card --type 1 --ports 65xge
+    refuses "dcm new slot: '32xge,1xge' are too many ports; expected at most 32" new slot --type 1 --ports 32xge,1xge
+    refuses "dcm new card: 'ge' is not a valid number of ports; expected as in 24x10ge" new card --type 1 --ports ge
+    refuses "dcm new card: '0xge' is not a valid number of ports; expected as in 24x10ge" new card --type 1 --ports 0xge
+    refuses "dcm new card: '' is not a valid number of ports; expected as in 24x10ge" new card --type 1 --ports 1xge,,1xge
+    refuses "dcm new frame: '33' is not a valid value for --slots; expected a number from 1 to 32" new frame --type 1 --slots 33
+    run new card --type 1 --name $'a\nb'
+    expect 'a name without control characters is wanted' exits 64
+    run new card --type 1 --name "$(printf 'x%.0s' {1..64})"
+    expect 'and one that the record has room for' exits 64
 }
 
 # Descriptions with warnings only, with an error, that are no XML.

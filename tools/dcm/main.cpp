@@ -8,7 +8,7 @@ int main(int argc, char **argv)
         dcmtool::prepareProcess();
         return dcmtool::runCommandLine({frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(),
                                         formatCommand(), listCommand(), exportCommand(), explainCommand(),
-                                        wordsCommand()},
+                                        wordsCommand(), newCommand()},
                                        argc, argv);
     } catch (...) {
         // Only lengths that no memory has are left to come here.

@@ -37,6 +37,8 @@ std::string toMarkdown(const Document &document);
 // The body of a man page in mdoc.
 std::string toMdoc(const Document &document);
 
+// A text without the marks of words and the targets of links.
+std::string plainText(const std::string &text);
 // Plain text for a terminal.
 std::string toText(const Document &document);
 

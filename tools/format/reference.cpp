@@ -322,6 +322,24 @@ std::vector<std::string> keysOfEnd(const Tree &tree, const std::string &end)
     return keys;
 }
 
+Summary summaryOf(const Tree &tree, const Prose &prose, const std::string &key)
+{
+    std::string meaning = prose.of(key).meaning;
+    std::replace(meaning.begin(), meaning.end(), '\n', ' ');
+    meaning.erase(std::min(meaning.find(". "), meaning.size()));
+    meaning.erase(meaning.find_last_not_of('.') + 1);
+    const Found found = findBelow(tree, key);
+    if (found.attribute == nullptr && found.place->isSection())
+        return {plainText(meaning), ""};
+    const dcm::Content &content = found.attribute != nullptr ? found.attribute->content
+                                  : found.place->isList()    ? found.place->children.front()->element->content
+                                                             : found.place->element->content;
+    std::string value = plainText(describe(*found.place, content));
+    if (content.kind == dcm::Kind::keyword && wordsOf(content).size() > kFewWords)
+        value += "; dcm words " + nameOf(content.vocabulary).name;
+    return {plainText(meaning), value};
+}
+
 Document referenceEntry(const Tree &tree, const Prose &prose, const std::string &key)
 {
     const Found found = findBelow(tree, key);

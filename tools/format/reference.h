@@ -20,6 +20,12 @@ std::vector<std::string> referenceKeys(const Tree &tree);
 std::string keyOfPath(const Tree &tree, const std::string &path);
 // The keys of all that an end of a path leads to: "phytype", "port/phytype", "card@typeid".
 std::vector<std::string> keysOfEnd(const Tree &tree, const std::string &end);
+// What an entry says, on one line each: the first sentence of the meaning, and the values that are possible.
+struct Summary {
+    std::string meaning;
+    std::string value;
+};
+Summary summaryOf(const Tree &tree, const Prose &prose, const std::string &key);
 // The entry of a key, alone.
 Document referenceEntry(const Tree &tree, const Prose &prose, const std::string &key);
 

@@ -8,24 +8,6 @@ namespace {
 
 constexpr size_t kColumns = 100;
 
-// Without the marks of words and the targets of links.
-std::string plain(const std::string &text)
-{
-    std::string all;
-    for (size_t i = 0; i < text.size(); i++) {
-        if (text[i] == '`')
-            continue;
-        const size_t middle = text[i] == '[' ? text.find("](#", i) : std::string::npos;
-        if (middle == std::string::npos) {
-            all += text[i];
-            continue;
-        }
-        all += plain(text.substr(i + 1, middle - i - 1));
-        i = text.find(')', middle);
-    }
-    return all;
-}
-
 std::string ifLeftOut(const std::string &leftOut)
 {
     return leftOut.empty() ? "" : leftOut == "required" ? "; required" : "; left out: " + leftOut;
@@ -34,7 +16,7 @@ std::string ifLeftOut(const std::string &leftOut)
 // Breaks a text between words. Each line is indented, those behind the first by 2 more where the text is an item.
 std::string wrapped(const std::string &text, size_t indent, size_t more = 0)
 {
-    std::istringstream words(plain(text));
+    std::istringstream words(plainText(text));
     std::string all;
     std::string line(indent, ' ');
     bool isEmpty = true;
@@ -71,6 +53,23 @@ std::string code(const std::string &text)
 
 } // namespace
 
+std::string plainText(const std::string &text)
+{
+    std::string all;
+    for (size_t i = 0; i < text.size(); i++) {
+        if (text[i] == '`')
+            continue;
+        const size_t middle = text[i] == '[' ? text.find("](#", i) : std::string::npos;
+        if (middle == std::string::npos) {
+            all += text[i];
+            continue;
+        }
+        all += plainText(text.substr(i + 1, middle - i - 1));
+        i = text.find(')', middle);
+    }
+    return all;
+}
+
 std::string toText(const Document &document)
 {
     std::string text;
@@ -82,7 +81,7 @@ std::string toText(const Document &document)
         isItem = block.kind == Block::Kind::item;
         switch (block.kind) {
         case Block::Kind::heading:
-            text += plain(block.text) + "\n";
+            text += plainText(block.text) + "\n";
             break;
         case Block::Kind::paragraph:
             text += wrapped(block.text, 0);

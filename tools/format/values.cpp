@@ -10,8 +10,6 @@ namespace dcmformat {
 
 namespace {
 
-constexpr size_t kFewWords = 4;
-
 // What a parent announces in its "num".
 uint64_t announcedMost(const Place &place)
 {

@@ -10,6 +10,9 @@
 
 namespace dcmformat {
 
+// As many words are listed where they are used; more have a section of their own.
+constexpr size_t kFewWords = 4;
+
 struct NamedVocabulary {
     std::string name;  // "phy-type"
     std::string title; // "PHY types"

@@ -93,6 +93,7 @@ dcmtool::Command cardCommand();
 dcmtool::Command vmCommand();
 dcmtool::Command checkCommand();
 dcmtool::Command listCommand();
+dcmtool::Command newCommand();
 dcmtool::Command exportCommand();
 dcmtool::Command explainCommand();
 dcmtool::Command wordsCommand();

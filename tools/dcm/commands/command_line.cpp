@@ -141,6 +141,7 @@ const Command *findCommand(const std::vector<Command> &commands, const std::stri
 std::vector<std::string> namesOf(const std::vector<Command> &commands)
 {
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const Command &command : commands)
         names.push_back(command.name);
     return names;
@@ -165,7 +166,7 @@ bool take(const std::vector<const Command *> &commands, const std::string &name)
 class CommandLine {
 public:
     CommandLine(std::vector<Command> commands, int argc, char **argv)
-        : commands_(std::move(commands)), words_(argv + 1, argv + argc)
+        : commands_(std::move(commands)), words_(argv + std::min(argc, 1), argv + argc)
     {
         commands_.push_back(helpCommand());
         commands_.push_back({"version", "Print the version", {}, [] { return print(kVersion); }});
@@ -184,10 +185,9 @@ public:
         if (!words_.empty() && words_.front() == kCompletionOption)
             return print(completionsOf(commands_, {words_.begin() + 1, words_.end()}));
         try {
+            // Once the command has printed its result, nothing may need memory.
             refuseUnknownCommand();
             app_.parse(std::vector<std::string>(words_.rbegin(), words_.rend()));
-            if (app_.get_subcommands().empty())
-                throw UsageError("no command is given; 'dcm help' lists the commands");
         } catch (const CLI::CallForHelp &) {
             return print(app_.help());
         } catch (const CLI::CallForVersion &) {
@@ -246,7 +246,9 @@ private:
     void refuseUnknownCommand() const
     {
         const std::vector<std::string> options = optionsOf({});
+        bool isComplete = false;
         for (const std::string &word : words_) {
+            isComplete = isComplete || word == "-h" || word == "--help" || word == "--version";
             if (word.empty() || word.front() != '-') {
                 static_cast<void>(commandOf(commands_, word));
                 return;
@@ -256,6 +258,8 @@ private:
                     dcmtool::quoted(word) +
                     " is not an option of dcm itself; a command's options are behind its name: dcm COMMAND " + word);
         }
+        if (!isComplete)
+            throw UsageError("no command is given; 'dcm help' lists the commands");
     }
 
     Command helpCommand()

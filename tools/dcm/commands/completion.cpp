@@ -123,7 +123,11 @@ constexpr size_t kMostTypes = 1000; // that are offered
 std::unique_ptr<DescriptionFile> fileOf(const PartialLine &line)
 {
     const auto named = line.options.find("--file");
-    auto file = DescriptionFile::open(named != line.options.end() ? named->second : std::string(dcm::kDefaultFile));
+    const std::string name = named != line.options.end() ? named->second : dcm::kDefaultFile;
+    // Standard input is where the user types.
+    if (name == "-")
+        return nullptr;
+    auto file = DescriptionFile::open(name);
     return file->isDevice() ? std::move(file) : nullptr;
 }
 

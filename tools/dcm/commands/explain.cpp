@@ -17,13 +17,9 @@ struct Reference {
     std::vector<std::string> keys = dcmformat::referenceKeys(tree);
 };
 
-// The first sentence of an entry, on one line.
-std::string summaryOf(const Reference &reference, const std::string &key)
+std::string meaningOf(const Reference &reference, const std::string &key)
 {
-    std::string text = reference.prose.of(key).meaning;
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    const std::string first = text.substr(0, text.find(". "));
-    return first.substr(0, first.find_last_not_of('.') + 1);
+    return dcmformat::summaryOf(reference.tree, reference.prose, key).meaning;
 }
 
 // "phytype" of "card/panel-port/port/phytype"; a key without "/" and "@" is its own name.
@@ -39,7 +35,7 @@ std::string listOf(const Reference &reference, const std::vector<std::string> &k
         width = std::max(width, key.size());
     std::string text;
     for (const std::string &key : keys)
-        text += key + std::string(width + 2 - key.size(), ' ') + summaryOf(reference, key) + "\n";
+        text += key + std::string(width + 2 - key.size(), ' ') + meaningOf(reference, key) + "\n";
     return text;
 }
 
@@ -70,7 +66,7 @@ Candidates keys(const PartialLine & /*line*/)
     const Reference reference;
     Candidates candidates;
     for (const std::string &key : reference.keys)
-        candidates.push_back({key, summaryOf(reference, key)});
+        candidates.push_back({key, meaningOf(reference, key)});
     return candidates;
 }
 

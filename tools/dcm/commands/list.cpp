@@ -122,11 +122,11 @@ Row rowOf(const DescriptionFile &file, Queries &queries, const DescribedType &ty
 
 struct Column {
     const char *title;
-    bool isNumber; // to the right
+    bool isNumber;    // to the right
+    unsigned leftOut; // on a terminal that is too narrow for all, columns with lower numbers are left out first
     std::string (*cell)(const Row &row);
     const char *meaning;
-    size_t least = 0;     // the width to which it is shortened on a narrow terminal; 0 where it is not
-    unsigned leftOut = 0; // the columns with the lowest numbers are left out first on one that is still too narrow
+    size_t least = 0; // the width to which it is shortened before that; 0 where it is not
 };
 
 std::string shown(const Count &count)
@@ -171,27 +171,26 @@ std::string portsCell(const Row &row)
 constexpr unsigned kNever = UINT_MAX;
 
 constexpr Column kColumns[] = {
-    {"KIND", false, [](const Row &row) { return std::string(kindName(row.type->kind)); },
-     "frame, slot or card; vm for the port list of a virtual machine", 0, kNever},
-    {"TYPE", false, typeCell, "the type ids, of many the first ones", 8, kNever},
-    {"MODE", true, [](const Row &row) { return row.type->kind == RecordKind::card ? shown(row.type->mode) : "-"; },
-     "the mode of a card", 0, kNever},
-    {"NAME", false, nameCell, "the name of a card", 12, 7},
-    {"SLOTS", true, [](const Row &row) { return shown(row.slots); },
-     "of a frame, its highest slot number; of a card, the slots that it occupies", 0, 4},
-    {"PORTS", false, portsCell,
-     "of a card, its panel, management (mgt), GCC (gcc) and Ethernet PPP (ppp) ports; of a slot, its inner ports", 14,
-     6},
-    {"FANS", true, [](const Row &row) { return shown(row.fans); }, "the fans of a frame or slot", 0, 2},
-    {"SUPPLIES", true, [](const Row &row) { return shown(row.supplies); }, "the power supplies of a frame or slot", 0,
-     1},
-    {"LEDS", true, [](const Row &row) { return shown(row.leds); },
-     "the LEDs of a frame, with those of its units, or of a card, with those of its ports", 0, 3},
-    {"PLACE", false,
+    {"KIND", false, kNever, [](const Row &row) { return std::string(kindName(row.type->kind)); },
+     "frame, slot or card; vm for the port list of a virtual machine"},
+    {"TYPE", false, kNever, typeCell, "the type ids, of many the first ones", 8},
+    {"MODE", true, kNever,
+     [](const Row &row) { return row.type->kind == RecordKind::card ? shown(row.type->mode) : "-"; },
+     "the mode of a card"},
+    {"NAME", false, 7, nameCell, "the name of a card", 12},
+    {"SLOTS", true, 4, [](const Row &row) { return shown(row.slots); },
+     "of a frame, its highest slot number; of a card, the slots that it occupies"},
+    {"PORTS", false, 6, portsCell,
+     "of a card, its panel, management (mgt), GCC (gcc) and Ethernet PPP (ppp) ports; of a slot, its inner ports", 14},
+    {"FANS", true, 2, [](const Row &row) { return shown(row.fans); }, "the fans of a frame or slot"},
+    {"SUPPLIES", true, 1, [](const Row &row) { return shown(row.supplies); }, "the power supplies of a frame or slot"},
+    {"LEDS", true, 3, [](const Row &row) { return shown(row.leds); },
+     "the LEDs of a frame, with those of its units, or of a card, with those of its ports"},
+    {"PLACE", false, 5,
      [](const Row &row) { return std::to_string(row.place.line) + ":" + std::to_string(row.place.column); },
-     "line and column in the file", 0, 5},
-    {"QUERY", false, [](const Row &row) { return std::string(row.isDecoded ? "ok" : "fails"); },
-     "whether the query for it succeeds; where it fails, nothing is counted", 0, kNever},
+     "line and column in the file"},
+    {"QUERY", false, kNever, [](const Row &row) { return std::string(row.isDecoded ? "ok" : "fails"); },
+     "whether the query for it succeeds; where it fails, nothing is counted"},
 };
 
 std::string describedColumns()

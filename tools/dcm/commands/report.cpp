@@ -98,8 +98,12 @@ void explainNotFound(const std::string &fileName, const Wanted &wanted)
 {
     const auto file = DescriptionFile::open(fileName);
     const std::string why = file->isDevice() ? whyNotFound(*file, wanted) : "";
-    if (!why.empty() && endOutput())
-        std::fprintf(stderr, "dcm: %s: %s\n", printable(fileName).c_str(), why.c_str());
+    if (why.empty())
+        return;
+    // Once something is printed, memory has to suffice for the rest.
+    const std::string message = "dcm: " + printable(fileName) + ": " + why + "\n";
+    if (endOutput())
+        std::fputs(message.c_str(), stderr);
 }
 
 // The texts that reports print become printable.
