@@ -87,6 +87,44 @@ size_t offsetOf(const xmlNode *node)
     return reinterpret_cast<size_t>(node->_private) - 1;
 }
 
+// ---- Types ----------------------------------------------------------------------------------------------------------
+
+constexpr char kTypeId[] = "typeid";
+constexpr char kMode[] = "mode";
+
+uint32_t numberOf(Node element, const char *attribute)
+{
+    const dcm::Text text = dcm::Text::attribute(element, attribute, {"dcm"});
+    return text ? text.number() : 0;
+}
+
+// The ids of a slot, as the library looks for one among them.
+std::vector<uint32_t> typeIdsOf(Node slot)
+{
+    std::vector<uint32_t> ids;
+    const dcm::Text text = dcm::Text::attribute(slot, kTypeId, {"dcm"});
+    for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
+        if (!ids.empty())
+            list++;
+        ids.push_back(dcm::readNumber(list));
+    }
+    return ids;
+}
+
+// False for what is no frame, slot or card.
+bool describe(Node child, DescribedType &type)
+{
+    if (dcm::isNamed(child, dcm::kFrameName))
+        type = {RecordKind::frame, child, {numberOf(child, kTypeId)}, 0};
+    else if (dcm::isNamed(child, dcm::kSlotName))
+        type = {RecordKind::slot, child, typeIdsOf(child), 0};
+    else if (dcm::isNamed(child, dcm::kCardName))
+        type = {RecordKind::card, child, {numberOf(child, kTypeId)}, numberOf(child, kMode)};
+    else
+        return false;
+    return true;
+}
+
 } // namespace
 
 #if LIBXML_VERSION >= 21200
@@ -100,6 +138,7 @@ struct DescriptionFile::Parsing {
 
     ParseLimits limits;
     FormatPosition position;
+    size_t skipped = 0; // how deep the parser is in content that is not built
     // The last mark of a kind up to a place.
     struct LastMark {
         size_t at = 0;
@@ -159,6 +198,19 @@ struct ParserEvents {
         return true;
     }
 
+    // Nothing is skipped inside an entity, which may be referred to from elsewhere, too.
+    static bool isSkipping(const xmlParserCtxt *context)
+    {
+        const DescriptionFile &file = fileOf(context);
+        return context == file.parser_ && file.parsing_->skipped != 0;
+    }
+
+    static bool isWanted(const DescriptionFile &file, Node child)
+    {
+        DescribedType type;
+        return !describe(child, type) || file.isWanted_(type);
+    }
+
     static ParseLimits &limitsOf(void *parser) { return fileOf(static_cast<xmlParserCtxt *>(parser)).parsing_->limits; }
 
     static void startElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
@@ -180,10 +232,16 @@ struct ParserEvents {
         }
         if (isRefused(context))
             return;
+        if (isSkipping(context)) {
+            file.parsing_->skipped++;
+            return;
+        }
         if (context == file.parser_)
             file.parsing_->position.enter(reinterpret_cast<const char *>(name));
         xmlSAX2StartElementNs(parser, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
                               attributes);
+        if (context == file.parser_ && file.isWanted_ && context->nodeNr == 2)
+            file.parsing_->skipped = isWanted(file, context->node) ? 0 : 1;
         if (context->node == nullptr || hasOffset(context->node))
             return;
         DescriptionFile::Parsing &parsing = *file.parsing_;
@@ -197,6 +255,9 @@ struct ParserEvents {
     {
         const auto *context = static_cast<xmlParserCtxt *>(parser);
         const DescriptionFile &file = fileOf(context);
+        // The element whose content is skipped is built itself.
+        if (isSkipping(context) && --file.parsing_->skipped != 0)
+            return;
         if (context == file.parser_)
             file.parsing_->position.leave();
         xmlSAX2EndElementNs(parser, name, prefix, uri);
@@ -208,6 +269,8 @@ struct ParserEvents {
         auto *context = static_cast<xmlParserCtxt *>(parser);
         const DescriptionFile &file = fileOf(context);
         const std::string_view characters(reinterpret_cast<const char *>(text), static_cast<size_t>(length));
+        if (isSkipping(context))
+            return;
         if (context == file.parser_ && file.parsing_->position.isInContainer() &&
             characters.find_first_not_of(kBlanks) == std::string_view::npos)
             return;
@@ -223,7 +286,8 @@ struct ParserEvents {
     static void cdataBlock(void *parser, const xmlChar *text, int length)
     {
         limitsOf(parser).takeNode(static_cast<size_t>(length));
-        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        if (!isRefused(context) && !isSkipping(context))
             xmlSAX2CDataBlock(parser, text, length);
     }
 
@@ -246,7 +310,7 @@ struct ParserEvents {
     {
         auto *context = static_cast<xmlParserCtxt *>(parser);
         limitsOf(parser).takeReference(reinterpret_cast<const char *>(name), context->myDoc);
-        if (!isRefused(context))
+        if (!isRefused(context) && !isSkipping(context))
             xmlSAX2Reference(parser, name);
     }
 
@@ -328,7 +392,7 @@ struct ParserEvents {
         DescriptionFile &file = fileOf(context);
         // One in an entity speaks of nothing.
         const char *characters = reinterpret_cast<const char *>(text);
-        if (context != file.parser_ || !speaksToTheTool(characters))
+        if (context != file.parser_ || isSkipping(context) || !speaksToTheTool(characters))
             return;
         file.parsing_->limits.takeNode(std::strlen(characters));
         if (isRefused(context))
@@ -359,24 +423,25 @@ struct ParserEvents {
     }
 };
 
-std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name)
+std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name, IsWanted isWanted)
 {
     std::string text;
     std::string fault = readInput(name, text);
     std::string shown = name == "-" ? "<stdin>" : name;
     if (fault.empty())
-        return parse(std::move(shown), std::move(text));
+        return parse(std::move(shown), std::move(text), std::move(isWanted));
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
     file->name_ = std::move(shown);
     file->fail(State::unreadable, std::move(fault));
     return file;
 }
 
-std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::string text)
+std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::string text, IsWanted isWanted)
 {
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
     file->name_ = std::move(name);
     file->text_ = std::move(text);
+    file->isWanted_ = std::move(isWanted);
     file->parseText();
     return file;
 }
@@ -477,32 +542,6 @@ bool DescriptionFile::isVm() const
     return root_ != nullptr && dcm::isNamed(root_, dcm::kVmName);
 }
 
-namespace {
-
-constexpr char kTypeId[] = "typeid";
-constexpr char kMode[] = "mode";
-
-uint32_t numberOf(Node element, const char *attribute)
-{
-    const dcm::Text text = dcm::Text::attribute(element, attribute, {"dcm"});
-    return text ? text.number() : 0;
-}
-
-// The ids of a slot, as the library looks for one among them.
-std::vector<uint32_t> typeIdsOf(Node slot)
-{
-    std::vector<uint32_t> ids;
-    const dcm::Text text = dcm::Text::attribute(slot, kTypeId, {"dcm"});
-    for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
-        if (!ids.empty())
-            list++;
-        ids.push_back(dcm::readNumber(list));
-    }
-    return ids;
-}
-
-} // namespace
-
 std::vector<DescribedType> DescriptionFile::types() const
 {
     std::vector<DescribedType> types;
@@ -514,14 +553,9 @@ std::vector<DescribedType> DescriptionFile::types() const
     for ([[maybe_unused]] const Node child : dcm::children(root_))
         count++;
     types.reserve(count);
-    for (const Node child : dcm::children(root_)) {
-        if (dcm::isNamed(child, dcm::kFrameName))
-            types.push_back({RecordKind::frame, child, {numberOf(child, kTypeId)}, 0});
-        else if (dcm::isNamed(child, dcm::kSlotName))
-            types.push_back({RecordKind::slot, child, typeIdsOf(child), 0});
-        else if (dcm::isNamed(child, dcm::kCardName))
-            types.push_back({RecordKind::card, child, {numberOf(child, kTypeId)}, numberOf(child, kMode)});
-    }
+    for (const Node child : dcm::children(root_))
+        if (DescribedType type; describe(child, type))
+            types.push_back(std::move(type));
     return types;
 }
 
@@ -745,6 +779,14 @@ Place DescriptionFile::place(size_t offset) const
     const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
     const size_t column = charactersBefore(offset) - charactersBefore(*(next - 1));
     return {static_cast<size_t>(next - lineStarts_.begin()), column + 1};
+}
+
+size_t DescriptionFile::lineOf(size_t offset) const
+{
+    size_t line = 1;
+    for (size_t end = text_.find('\n'); end < offset; end = text_.find('\n', end + 1))
+        line++;
+    return line;
 }
 
 std::string_view DescriptionFile::line(size_t number) const
