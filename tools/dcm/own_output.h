@@ -17,6 +17,7 @@ public:
     // Prints all of a text. False when it cannot, which is said on standard error unless nobody reads any more.
     bool print(const std::string &text) const;
     bool isTerminal() const;
+    int descriptor() const { return descriptor_; }
 
 private:
     int descriptor_;
