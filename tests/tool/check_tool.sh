@@ -135,7 +135,7 @@ every_command_opens_regular_files_only() {
     write_unopened
     while IFS= read -r reason; do
         local file=${reason%%: *}
-        for command in 'frame 1' 'slot 1' 'card 1' list 'list --json' export; do
+        for command in 'frame 1' 'slot 1' 'card 1' list 'list --json' export show; do
             # shellcheck disable=SC2086 # words of a command
             run $command --file "$file"
             expect "$command does not open $file" exits 66
@@ -199,7 +199,7 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
     run card 0x201 --file "$name/texts.xml"
     expect 'what is escaped is still there' says out 'description=?forged??forged'
     for file in texts words torn none; do
-        for command in 'frame 1' 'frame 0' 'slot 1' 'slot 0' 'card 1' 'card 0' list 'list --json' export 'export card' 'export card 77'; do
+        for command in 'frame 1' 'frame 0' 'slot 1' 'slot 0' 'card 1' 'card 0' list 'list --json' export 'export card' 'export card 77' show 'show card' 'show --ascii --width 40'; do
             # shellcheck disable=SC2086 # words of a command
             run_hostile --log $command --file "$name/$file.xml"
         done
@@ -212,7 +212,7 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
     run_hostile check "$name/device/vm-3.xml"
     run_hostile check -W "no-$hostile_bytes" "$example"
     run_hostile frame 1 "$hostile_bytes"
-    for command in list export; do
+    for command in list export show; do
         run_hostile $command --file - <"$name/torn.xml"
     done
     for command in '' help explain words 'new card --type 1 --name' 'new card --type 1 --ports' 'check --format' 'vm -f' list; do
@@ -480,6 +480,72 @@ exports_what_the_queries_give() {
     run export --file "$source/examples/vm-3.xml"
     expect 'a port list is exported, too' exits 0
     expect 'it follows the schema' follows export
+}
+
+# page NAME ARGUMENT...: the page is that of the example's, to be found in its folder.
+page() {
+    local name=$1
+    shift
+    status=0
+    (
+        cd "$source"
+        unset COLUMNS
+        tool show --file examples/device.xml "$@"
+    ) >"$folder/out" 2>"$folder/err" || status=$?
+    expect "the page $name is there" exits 0
+    expect "it is as $name.txt" cmp -s "$folder/out" "$source/tests/tool/pages/$name.txt"
+}
+
+shows_the_pages_of_the_example() {
+    while read -r kind type mode _; do
+        type=${type%%,*}
+        [ "$mode" != - ] || mode=
+        # shellcheck disable=SC2086 # there may be no mode
+        page "$kind-$type${mode:+-$mode}" "$kind" "$type" $mode
+    done < <(tool list --file "$example" | tail -n +2)
+    page card-0x302-0-coloured card 0x302 --width 80 --color always
+    page card-0x302-0-ascii card 0x302 --width 40 --ascii
+    run show --file "$source/examples/vm-3.xml"
+    expect 'a port list has a page, too' says out '  interface indexes  '
+    run show card 77 --file "$example"
+    expect 'a card that is not there fails' exits 1
+    expect 'and standard error says so' says err 'no card has type id 77'
+    run show --width 39 --file "$example"
+    expect 'a page has a least width' exits 64
+}
+
+shows_the_rest_when_a_query_fails() {
+    write_faulty
+    run show --file "$folder/faulty.xml"
+    expect 'a failing query fails the command' exits 1
+    expect 'its page says so' says out 'the query fails'
+    expect 'the others are there' says out 'Slot type'
+    expect 'standard error says where and why' says err "$folder/faulty.xml:4:4: xmlfile($folder/faulty.xml) card decode mgt-port failed, num(=5) invalid."
+}
+
+# shown_on_terminal ROWS ARGUMENT...: what a terminal of so many rows shows.
+shown_on_terminal() {
+    local rows=$1
+    shift
+    script --quiet --command "stty rows $rows cols 90; LC_ALL=C.UTF-8 PAGER='sed s/^/paged:/' \
+        ${DCM_EMULATOR:+$DCM_EMULATOR }$dcm show $* --file $example" /dev/null </dev/null >"$folder/out" 2>&1
+}
+
+shows_a_page_on_a_terminal() {
+    script --quiet --command true /dev/null </dev/null >"$folder/out" 2>&1 || skip 'this system has no pseudo-terminal'
+    unset COLUMNS NO_COLOR
+    shown_on_terminal 10 card 0x302
+    expect 'a terminal that is too short has a pager' says out 'paged:'
+    expect 'the page is coloured' says out $'\e[38;5;75m'
+    expect 'it is as wide as the terminal' [ "$(tr -d '\r' <"$folder/out" | sed 's/\x1b\[[0-9;]*m//g; s/^paged://' | wc -L)" -le 90 ]
+    shown_on_terminal 10 card 0x302 --no-pager
+    expect 'unless there shall be none' [ "$(grep -c paged: "$folder/out")" -eq 0 ]
+    shown_on_terminal 200 card 0x302
+    expect 'one that is long enough has none' [ "$(grep -c paged: "$folder/out")" -eq 0 ]
+    NO_COLOR=1 shown_on_terminal 200 card 0x302
+    expect 'NO_COLOR leaves the colours out' [ "$(grep -c $'\e\[' "$folder/out")" -eq 0 ]
+    shown_on_terminal 200 card 0x302 --color never
+    expect 'so does --color never' [ "$(grep -c $'\e\[' "$folder/out")" -eq 0 ]
 }
 
 exports_the_rest_when_a_query_fails() {

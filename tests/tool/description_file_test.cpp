@@ -183,4 +183,29 @@ TEST(DescriptionFile, DecodesWithTheMessagesOfTheQuery)
     EXPECT_EQ(card.mode, 1);
 }
 
+TEST(DescriptionFile, LeavesOutTheContentThatNobodyWants)
+{
+    const std::string text = "<device><card typeid='1' name='a'><led-map num='2'><led-name>x<!-- --></led-name>&amp;"
+                             "<![CDATA[y]]></led-map></card><other><b/></other>"
+                             "<card typeid='2'><cpu-entity num='1'><cpu id='1'/></cpu-entity></card></device>";
+    const auto file =
+        DescriptionFile::parse("test.xml", text, [](const DescribedType &type) { return type.typeIds[0] == 2; });
+    const std::vector<DescribedType> types = file->types();
+    ASSERT_EQ(types.size(), 2U);
+    EXPECT_EQ(types[0].element->children, nullptr);
+    DcmCardInfo card;
+    EXPECT_TRUE(file->decode(types[0], card).isDecoded);
+    EXPECT_EQ(std::string(card.name), "a");
+    EXPECT_TRUE(file->decode(types[1], card).isDecoded);
+    EXPECT_EQ(card.cpu[0].id, 1);
+    EXPECT_NE(find(file->root(), "b"), nullptr);
+    const auto whole = parse(text);
+    EXPECT_EQ(placeOf(*file, file->nameSpan(types[1].element)),
+              placeOf(*whole, whole->nameSpan(whole->types().at(1).element)));
+
+    const auto torn = DescriptionFile::parse("test.xml", "<device><card typeid='1'><a></b></card></device>",
+                                             [](const DescribedType &) { return false; });
+    EXPECT_EQ(torn->state(), DescriptionFile::State::notXml);
+}
+
 } // namespace

@@ -24,6 +24,7 @@ public:
     bool isTerminal() const;
     // The columns of the terminal; none where the output is something else.
     std::optional<size_t> terminalWidth() const;
+    int descriptor() const { return descriptor_; }
 
 private:
     int descriptor_;

@@ -98,5 +98,6 @@ dcmtool::Command exportCommand();
 dcmtool::Command explainCommand();
 dcmtool::Command wordsCommand();
 dcmtool::Command formatCommand();
+dcmtool::Command showCommand();
 
 #endif

@@ -1,27 +1,15 @@
-#include "tools/dcm/commands/command.h"
-#include "tools/dcm/description/described.h"
+#include "tools/dcm/commands/selection.h"
 #include "tools/dcm/own_output.h"
-#include "tools/dcm/printable.h"
 #include "tools/dcm/records/json_text.h"
 #include "tools/dcm/records/record_json.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <memory>
-#include <optional>
 
 using namespace dcmtool;
 
 namespace {
 
 constexpr int kVersion = 1; // of what is exported: tools/dcm/records/export.schema.in.json
-
-struct Options {
-    std::string file;
-    std::optional<RecordKind> kind; // none: the whole file
-    std::optional<Number> type;     // none: all of the kind
-    std::optional<Number> mode;     // none: 0
-};
 
 const char *arrayName(RecordKind kind)
 {
@@ -36,17 +24,6 @@ const char *arrayName(RecordKind kind)
         break;
     }
     return "vms";
-}
-
-bool isWanted(const Options &options, RecordKind kind, const DescribedType &type)
-{
-    if (type.kind != kind)
-        return false;
-    if (!options.type)
-        return true;
-    const auto &ids = type.typeIds;
-    return std::find(ids.begin(), ids.end(), options.type->value) != ids.end() &&
-           options.mode.value_or(Number()).value == type.mode;
 }
 
 // An entry whose query fails has no record.
@@ -71,7 +48,7 @@ Json jsonOf(Queries &queries, const DescribedType &type)
     return jsonOf<DcmVmPortInfo>(queries, type);
 }
 
-Json entryOf(const DescriptionFile &file, Queries &queries, const Options &options, const DescribedType &type)
+Json entryOf(const DescriptionFile &file, Queries &queries, const Selection &selection, const DescribedType &type)
 {
     Json entry = Json::object();
     if (type.kind != RecordKind::vm)
@@ -81,22 +58,12 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
     const Place place = placeOf(file, type);
     entry["line"] = place.line;
     entry["column"] = place.column;
-    // Of several ids a record holds the one that was asked for.
-    if (options.type)
-        entry["record"] = jsonOf(queries, {type.kind, type.element, {options.type->value}, type.mode});
-    else
-        entry["record"] = jsonOf(queries, type);
+    entry["record"] = selection.type ? jsonOf(queries, selection.asked(type)) : jsonOf(queries, type);
     return entry;
 }
 
-Wanted wantedBy(const Options &options)
-{
-    const Number mode = options.mode.value_or(Number());
-    return {*options.kind, options.type->value, mode.value, options.type->written, mode.written};
-}
-
 // Prints the entries of one kind; those for which there is no room are counted.
-void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &types, const Options &options,
+void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &types, const Selection &selection,
                 RecordKind kind, JsonStream &json, Exit &exit, size_t &omitted)
 {
     Queries queries(file);
@@ -104,15 +71,15 @@ void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &t
     json.beginArray(arrayName(kind));
     for (const DescribedType &type : types) {
         // A query takes the first that it finds.
-        if (isFound && options.type)
+        if (isFound && selection.type)
             break;
-        if (!isWanted(options, kind, type)) {
+        if (type.kind != kind || !selection.includes(type)) {
             queries.pass(type);
             continue;
         }
         isFound = true;
         if (omitted == 0) {
-            Json entry = entryOf(file, queries, options, type);
+            Json entry = entryOf(file, queries, selection, type);
             if (entry["record"].is_null())
                 exit = kQueryFailed;
             omitted += json.addEntry(std::move(entry)) ? 0 : 1;
@@ -123,14 +90,11 @@ void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &t
     json.endArray();
 }
 
-Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
+Exit exportFrom(const DescriptionFile &file, const Selection &selection, const OwnOutput &output)
 {
     const std::vector<DescribedType> types = file.types();
-    const std::string notFound = options.type ? whyNotFound(file, wantedBy(options)) : "";
-    if (!notFound.empty()) {
-        std::fprintf(stderr, "dcm: %s: %s\n", printable(file.name()).c_str(), notFound.c_str());
+    if (!isDescribed(file, selection))
         return kQueryFailed;
-    }
     JsonStream json(output, mostOutputOf(file));
     json.add("format", "dcm-export");
     json.add("version", kVersion);
@@ -138,8 +102,8 @@ Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOu
     Exit exit = kSuccess;
     size_t omitted = 0;
     for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card, RecordKind::vm})
-        if (options.kind ? *options.kind == kind : file.isVm() == (kind == RecordKind::vm))
-            exportKind(file, types, options, kind, json, exit, omitted);
+        if (selection.kind ? *selection.kind == kind : file.isVm() == (kind == RecordKind::vm))
+            exportKind(file, types, selection, kind, json, exit, omitted);
     if (omitted != 0) {
         json.add("omitted", omitted);
         sayOmitted(file, omitted, "records", "ask for one with its type");
@@ -148,38 +112,22 @@ Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOu
     return json.end() ? exit : kCannotWrite;
 }
 
-Exit runExport(const Options &options)
+Exit runExport(const Selection &selection)
 {
     const OwnOutput output;
-    const auto file = openDescription(options.file);
-    return file != nullptr ? exportFrom(*file, options, output) : kUnreadable;
-}
-
-Command kindCommand(RecordKind kind, const std::shared_ptr<Options> &options)
-{
-    const std::string name = kindName(kind);
-    // Afterwards, the command above runs.
-    const auto run = [options, kind] {
-        options->kind = kind;
-        return kSuccess;
-    };
-    Command command = {name, "Every " + name + ", or the one of a type", {}, run};
-    command.arguments.push_back({"TYPE", "Type id of the " + name + " [all]", &options->type});
-    if (kind == RecordKind::card)
-        command.arguments.push_back({"MODE", "Mode of the card [0]", &options->mode});
-    return command;
+    const auto file = openDescription(selection.file);
+    return file != nullptr ? exportFrom(*file, selection, output) : kUnreadable;
 }
 
 } // namespace
 
 Command exportCommand()
 {
-    const auto options = std::make_shared<Options>();
+    const auto selection = std::make_shared<Selection>();
     return {"export",
             "Print what a description describes as JSON",
-            {fileOption(options->file, ", - for standard input")},
-            [options] { return runExport(*options); },
+            {fileOption(selection->file, ", - for standard input")},
+            [selection] { return runExport(*selection); },
             "",
-            {kindCommand(RecordKind::frame, options), kindCommand(RecordKind::slot, options),
-             kindCommand(RecordKind::card, options)}};
+            kindCommands(selection)};
 }

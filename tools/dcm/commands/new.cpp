@@ -1,11 +1,12 @@
 // Skeletons of descriptions: complete, correct, and with comments for what is to be decided.
-#include "tools/dcm/check/check.h"
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/description/described.h"
+#include "tools/dcm/description/texts.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
 #include "tools/format/reference.h"
 #include "tools/format/values.h"
+#include "tools/words.h"
 
 #include <dcm.h>
 

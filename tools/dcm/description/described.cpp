@@ -33,9 +33,9 @@ void say(const DescriptionFile &file, size_t offset, const std::string &text)
 
 } // namespace
 
-std::unique_ptr<DescriptionFile> openDescription(const std::string &name)
+std::unique_ptr<DescriptionFile> openDescription(const std::string &name, DescriptionFile::IsWanted isWanted)
 {
-    auto file = DescriptionFile::open(name.empty() ? dcm::kDefaultFile : name);
+    auto file = DescriptionFile::open(name.empty() ? dcm::kDefaultFile : name, std::move(isWanted));
     if (file->state() == DescriptionFile::State::unreadable)
         std::fprintf(stderr, "dcm: %s: %s\n", printable(file->name()).c_str(), file->fault().c_str());
     else if (file->state() == DescriptionFile::State::notXml)

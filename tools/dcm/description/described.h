@@ -13,7 +13,7 @@ namespace dcmtool {
 
 // Reads a description, the element's own where no name is given; what is wrong with it is said on standard error, and
 // there is none.
-std::unique_ptr<DescriptionFile> openDescription(const std::string &name);
+std::unique_ptr<DescriptionFile> openDescription(const std::string &name, DescriptionFile::IsWanted isWanted = {});
 
 // "frame", "slot", "card" or "vm".
 const char *kindName(RecordKind kind);

@@ -96,6 +96,48 @@ size_t offsetOf(const xmlNode *node)
     return reinterpret_cast<size_t>(node->_private) - 1;
 }
 
+// ---- Types ----------------------------------------------------------------------------------------------------------
+
+uint32_t numberOf(Node element, const dcm::Attribute &attribute)
+{
+    const dcm::Text text = dcm::Text::attribute(element, attribute.name, {"dcm"});
+    return text ? text.number() : 0;
+}
+
+// The ids of a slot, as the library looks for one among them.
+std::vector<uint32_t> typeIdsOf(Node slot, const dcm::Attribute &typeIds)
+{
+    std::vector<uint32_t> ids;
+    const dcm::Text text = dcm::Text::attribute(slot, typeIds.name, {"dcm"});
+    for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
+        if (!ids.empty())
+            list++;
+        ids.push_back(dcm::readNumber(list));
+    }
+    return ids;
+}
+
+// The first attribute is the type, the second one of a card the mode.
+DescribedType describedType(RecordKind kind, Node element)
+{
+    const dcm::Attribute *attributes = rowOf(kind).element->attributes;
+    if (kind == RecordKind::slot)
+        return {kind, element, typeIdsOf(element, attributes[0]), 0};
+    const uint32_t mode = kind == RecordKind::card ? numberOf(element, attributes[1]) : 0;
+    return {kind, element, {numberOf(element, attributes[0])}, mode};
+}
+
+// False for an element that is not a frame, slot or card.
+bool describe(Node child, DescribedType &type)
+{
+    for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card})
+        if (dcm::isNamed(child, rowOf(kind).name)) {
+            type = describedType(kind, child);
+            return true;
+        }
+    return false;
+}
+
 } // namespace
 
 #if LIBXML_VERSION >= 21200
@@ -109,6 +151,7 @@ struct DescriptionFile::Parsing {
 
     ParseLimits limits;
     FormatPosition position;
+    size_t skipped = 0; // how deep the parser is in content that is not built
     // The last mark of a kind up to a place.
     struct LastMark {
         size_t at = 0;
@@ -168,6 +211,19 @@ struct ParserEvents {
         return true;
     }
 
+    // Nothing is skipped inside an entity, which may be referred to from elsewhere, too.
+    static bool isSkipping(const xmlParserCtxt *context)
+    {
+        const DescriptionFile &file = fileOf(context);
+        return context == file.parser_ && file.parsing_->skipped != 0;
+    }
+
+    static bool isWanted(const DescriptionFile &file, Node child)
+    {
+        DescribedType type;
+        return !describe(child, type) || file.isWanted_(type);
+    }
+
     static ParseLimits &limitsOf(void *parser) { return fileOf(static_cast<xmlParserCtxt *>(parser)).parsing_->limits; }
 
     static void startElement(void *parser, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
@@ -189,10 +245,16 @@ struct ParserEvents {
         }
         if (isRefused(context))
             return;
+        if (isSkipping(context)) {
+            file.parsing_->skipped++;
+            return;
+        }
         if (context == file.parser_)
             file.parsing_->position.enter(reinterpret_cast<const char *>(name));
         xmlSAX2StartElementNs(parser, name, prefix, uri, namespaceCount, namespaces, attributeCount, defaultedCount,
                               attributes);
+        if (context == file.parser_ && file.isWanted_ && context->nodeNr == 2)
+            file.parsing_->skipped = isWanted(file, context->node) ? 0 : 1;
         if (context->node == nullptr || hasOffset(context->node))
             return;
         DescriptionFile::Parsing &parsing = *file.parsing_;
@@ -206,6 +268,9 @@ struct ParserEvents {
     {
         const auto *context = static_cast<xmlParserCtxt *>(parser);
         const DescriptionFile &file = fileOf(context);
+        // The element whose content is skipped is built itself.
+        if (isSkipping(context) && --file.parsing_->skipped != 0)
+            return;
         if (context == file.parser_)
             file.parsing_->position.leave();
         xmlSAX2EndElementNs(parser, name, prefix, uri);
@@ -217,6 +282,8 @@ struct ParserEvents {
         auto *context = static_cast<xmlParserCtxt *>(parser);
         const DescriptionFile &file = fileOf(context);
         const std::string_view characters(reinterpret_cast<const char *>(text), static_cast<size_t>(length));
+        if (isSkipping(context))
+            return;
         if (context == file.parser_ && file.parsing_->position.isInContainer() &&
             characters.find_first_not_of(kBlanks) == std::string_view::npos)
             return;
@@ -232,7 +299,8 @@ struct ParserEvents {
     static void cdataBlock(void *parser, const xmlChar *text, int length)
     {
         limitsOf(parser).takeNode(static_cast<size_t>(length));
-        if (!isRefused(static_cast<xmlParserCtxt *>(parser)))
+        auto *context = static_cast<xmlParserCtxt *>(parser);
+        if (!isRefused(context) && !isSkipping(context))
             xmlSAX2CDataBlock(parser, text, length);
     }
 
@@ -255,7 +323,7 @@ struct ParserEvents {
     {
         auto *context = static_cast<xmlParserCtxt *>(parser);
         limitsOf(parser).takeReference(reinterpret_cast<const char *>(name), context->myDoc);
-        if (!isRefused(context))
+        if (!isRefused(context) && !isSkipping(context))
             xmlSAX2Reference(parser, name);
     }
 
@@ -337,7 +405,7 @@ struct ParserEvents {
         DescriptionFile &file = fileOf(context);
         // One in an entity speaks of nothing.
         const char *characters = reinterpret_cast<const char *>(text);
-        if (context != file.parser_ || !speaksToTheTool(characters))
+        if (context != file.parser_ || isSkipping(context) || !speaksToTheTool(characters))
             return;
         file.parsing_->limits.takeNode(std::strlen(characters));
         if (isRefused(context))
@@ -368,24 +436,25 @@ struct ParserEvents {
     }
 };
 
-std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name)
+std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name, IsWanted isWanted)
 {
     std::string text;
     std::string fault = readInput(name, text);
     std::string shown = name == "-" ? "<stdin>" : name;
     if (fault.empty())
-        return parse(std::move(shown), std::move(text));
+        return parse(std::move(shown), std::move(text), std::move(isWanted));
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
     file->name_ = std::move(shown);
     file->fail(State::unreadable, std::move(fault));
     return file;
 }
 
-std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::string text)
+std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::string text, IsWanted isWanted)
 {
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
     file->name_ = std::move(name);
     file->text_ = std::move(text);
+    file->isWanted_ = std::move(isWanted);
     file->parseText();
     return file;
 }
@@ -487,39 +556,6 @@ bool DescriptionFile::isVm() const
     return root_ != nullptr && dcm::isNamed(root_, rowOf(RecordKind::vm).name);
 }
 
-namespace {
-
-uint32_t numberOf(Node element, const dcm::Attribute &attribute)
-{
-    const dcm::Text text = dcm::Text::attribute(element, attribute.name, {"dcm"});
-    return text ? text.number() : 0;
-}
-
-// The ids of a slot, as the library looks for one among them.
-std::vector<uint32_t> typeIdsOf(Node slot, const dcm::Attribute &typeIds)
-{
-    std::vector<uint32_t> ids;
-    const dcm::Text text = dcm::Text::attribute(slot, typeIds.name, {"dcm"});
-    for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
-        if (!ids.empty())
-            list++;
-        ids.push_back(dcm::readNumber(list));
-    }
-    return ids;
-}
-
-// The first attribute is the type, the second one of a card the mode.
-DescribedType describedType(RecordKind kind, Node element)
-{
-    const dcm::Attribute *attributes = rowOf(kind).element->attributes;
-    if (kind == RecordKind::slot)
-        return {kind, element, typeIdsOf(element, attributes[0]), 0};
-    const uint32_t mode = kind == RecordKind::card ? numberOf(element, attributes[1]) : 0;
-    return {kind, element, {numberOf(element, attributes[0])}, mode};
-}
-
-} // namespace
-
 std::vector<DescribedType> DescriptionFile::types() const
 {
     std::vector<DescribedType> types;
@@ -531,11 +567,9 @@ std::vector<DescribedType> DescriptionFile::types() const
     for ([[maybe_unused]] const Node child : dcm::children(root_))
         count++;
     types.reserve(count);
-    for (const Node child : dcm::children(root_)) {
-        for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card})
-            if (dcm::isNamed(child, rowOf(kind).name))
-                types.push_back(describedType(kind, child));
-    }
+    for (const Node child : dcm::children(root_))
+        if (DescribedType type; describe(child, type))
+            types.push_back(std::move(type));
     return types;
 }
 
@@ -693,6 +727,14 @@ Place DescriptionFile::place(size_t offset) const
     const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
     const size_t column = charactersBefore(offset) - charactersBefore(*(next - 1));
     return {static_cast<size_t>(next - lineStarts_.begin()), column + 1};
+}
+
+size_t DescriptionFile::lineOf(size_t offset) const
+{
+    size_t line = 1;
+    for (size_t end = text_.find('\n'); end < offset; end = text_.find('\n', end + 1))
+        line++;
+    return line;
 }
 
 std::string_view DescriptionFile::line(size_t number) const

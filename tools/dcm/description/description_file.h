@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,11 +71,14 @@ struct Outcome {
 class DescriptionFile {
 public:
     enum class State : uint8_t { unreadable, notXml, parsed };
+    // Whether the content of a frame, slot or card is built, which is most of what reading a file costs; without it, it
+    // has its attributes and looks empty.
+    using IsWanted = std::function<bool(const DescribedType &type)>;
 
     // Reads a file; "-" is standard input. What is wrong with it stands in state() and fault().
-    static std::unique_ptr<DescriptionFile> open(const std::string &name);
+    static std::unique_ptr<DescriptionFile> open(const std::string &name, IsWanted isWanted = {});
     // The same of a text in memory.
-    static std::unique_ptr<DescriptionFile> parse(std::string name, std::string text);
+    static std::unique_ptr<DescriptionFile> parse(std::string name, std::string text, IsWanted isWanted = {});
     ~DescriptionFile();
     DescriptionFile(const DescriptionFile &) = delete;
     DescriptionFile &operator=(const DescriptionFile &) = delete;
@@ -105,6 +109,8 @@ public:
     Span valueSpan(Node element, const char *attribute) const;     // its value between the quotes
     Span contentSpan(Node element) const;                          // the text, without blanks around it
     Place place(size_t offset) const;
+    // The line alone, where nobody asks for many.
+    size_t lineOf(size_t offset) const;
     // A line without its end; empty when there is none of this number.
     std::string_view line(size_t number) const;
     const std::string &text() const { return text_; }
@@ -134,6 +140,7 @@ private:
     State state_ = State::unreadable;
     std::string fault_;
     Span faultSpan_;
+    IsWanted isWanted_;
     ::_xmlDoc *document_ = nullptr;
     ::_xmlParserCtxt *parser_ = nullptr; // while it runs
     struct Parsing;

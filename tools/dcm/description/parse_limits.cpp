@@ -40,11 +40,11 @@ void ParseLimits::refuse(std::string excess)
 void ParseLimits::scanAttributes(std::string_view text)
 {
     size_t count = 0;
-    for (size_t i = 0; i < text.size(); i++) {
-        if (text[i] == '<')
+    size_t seen = 0; // up to here
+    for (size_t i = text.find('='); i != std::string_view::npos; i = text.find('=', seen)) {
+        if (text.substr(seen, i - seen).find('<') != std::string_view::npos)
             count = 0;
-        if (text[i] != '=')
-            continue;
+        seen = i + 1;
         const size_t quote = text.find_first_not_of(std::string_view(" \t\r\n\0", 5), i + 1);
         if (quote == std::string_view::npos || (text[quote] != '"' && text[quote] != '\''))
             continue;
@@ -56,14 +56,15 @@ void ParseLimits::scanAttributes(std::string_view text)
 // What looks like alternatives is counted as such, in whatever text; none has nearly as many.
 void ParseLimits::scanAlternatives(std::string_view text)
 {
+    // Only a document type has alternatives, and nearly no description has one.
     constexpr std::string_view kEnds = ")<>\"'";
     bool isInside = false;
-    for (const char character : text) {
-        if (character == '(')
+    for (size_t i = text.find('|') != std::string_view::npos ? 0 : text.size(); i < text.size(); i++) {
+        if (text[i] == '(')
             isInside = true;
-        else if (character == '|')
+        else if (text[i] == '|')
             alternatives_ += isInside ? 1 : 0;
-        else if (kEnds.find(character) != std::string_view::npos)
+        else if (kEnds.find(text[i]) != std::string_view::npos)
             isInside = false;
     }
     if (alternatives_ > kMostAlternatives)

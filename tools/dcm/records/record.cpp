@@ -182,6 +182,14 @@ void Values::Iterator::skipUnused()
     }
 }
 
+bool Record::isSame(const Field &field, const Record &other) const
+{
+    if (field.bits != 0)
+        return field.load(bytes_) == field.load(other.bytes_);
+    return std::memcmp(static_cast<const uint8_t *>(bytes_) + field.offset,
+                       static_cast<const uint8_t *>(other.bytes_) + field.offset, field.size) == 0;
+}
+
 const Field &Record::field(std::string_view name) const
 {
     const Field *found = std::find_if(begin(), end(), [name](const Field &field) { return name == field.name; });

@@ -56,8 +56,10 @@ public:
     // The word that reports print for it: "unknown" if there is none.
     const char *reportWordFor(uint32_t number) const;
 
-private:
+    // Where it is in memory; of a bit-field, where its record is.
     const uint8_t *bytes() const;
+
+private:
     const dcm::Vocabulary *vocabulary() const;
 
     const Field *field_;
@@ -112,10 +114,13 @@ public:
     const Field *end() const { return table_->end(); }
 
     Values valuesOf(const Field &field) const { return {field, bytes_, ledType_}; }
+    // Whether a record of the same table holds the same there, also in what is not counted.
+    bool isSame(const Field &field, const Record &other) const;
     // The row of a name that the record must have.
     const Field &field(std::string_view name) const;
     // The value of a field that is no array.
-    Value operator[](std::string_view name) const { return {field(name), bytes_, 0, ledType_}; }
+    Value operator[](const Field &field) const { return {field, bytes_, 0, ledType_}; }
+    Value operator[](std::string_view name) const { return (*this)[field(name)]; }
 
 private:
     const RecordTable *table_;

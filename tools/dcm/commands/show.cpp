@@ -1,0 +1,241 @@
+#include "card/card.h"
+#include "tools/dcm/commands/selection.h"
+#include "tools/dcm/own_output.h"
+#include "tools/dcm/records/record.h"
+#include "tools/dcm/show/pages.h"
+#include "tools/dcm/show/terminal.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <memory>
+
+using namespace dcmtool;
+
+namespace {
+
+// "frame 0x1"; as little as tells types apart.
+std::string typeName(uint32_t type)
+{
+    char name[sizeof "0x12345678"];
+    std::snprintf(name, sizeof name, "0x%x", static_cast<unsigned>(type));
+    return name;
+}
+
+// What the pages of a file say of its other types.
+class Neighbourhood {
+public:
+    Neighbourhood(const DescriptionFile &file, const std::vector<DescribedType> &types) : file_(file), types_(types) {}
+
+    // The slots that accept a card: "frame 0x1 slots 1-6,11-16".
+    std::vector<std::string> fitsOf(uint32_t cardType)
+    {
+        if (!areFramesRead_)
+            readFrames();
+        const auto found = fits_.find(cardType);
+        if (found != fits_.end())
+            return found->second;
+        return hasFrames_ ? std::vector<std::string>{"no slot of a described frame"} : std::vector<std::string>();
+    }
+
+    // What a card is called in the list of a slot.
+    std::string cardName(uint32_t cardType)
+    {
+        if (cards_.empty())
+            readCards();
+        const auto found = cards_.find(cardType);
+        if (found == cards_.end())
+            return cardTypeName(cardType) + " (not described)";
+        const Card &card = found->second;
+        std::string name = card.name;
+        // A name that several types have tells nothing.
+        if (name.empty() || typesByName_[name] != 1)
+            name += (name.empty() ? "" : " ") + cardTypeName(cardType);
+        return card.modes > 1 ? name + " (" + std::to_string(card.modes) + " modes)" : name;
+    }
+
+private:
+    struct Card {
+        std::string name;
+        size_t modes = 0;
+    };
+
+    void readFrames()
+    {
+        areFramesRead_ = true;
+        Queries queries(file_, true);
+        for (const DescribedType &type : types_) {
+            DcmFrameInfo frame;
+            if (type.kind != RecordKind::frame || !queries.run(type, frame))
+                continue;
+            hasFrames_ = true;
+            std::map<uint32_t, std::vector<uint32_t>> slots; // by card type
+            for (uint32_t slot = 0; slot < DCM_SLOT_MAX; slot++)
+                for (const uint32_t cardType : frame.supportCardType[slot]) {
+                    if (cardType == 0)
+                        break;
+                    if (slots[cardType].empty() || slots[cardType].back() != slot + 1)
+                        slots[cardType].push_back(slot + 1);
+                }
+            for (const auto &[cardType, numbers] : slots)
+                if (fits_[cardType].size() < kMostFits)
+                    fits_[cardType].emplace_back("frame " + typeName(frame.type) +
+                                                 (numbers.size() == 1 ? " slot " : " slots ") + rangesOf(numbers));
+        }
+    }
+
+    void readCards()
+    {
+        for (const DescribedType &type : types_) {
+            if (type.kind != RecordKind::card || type.typeIds.empty())
+                continue;
+            DcmCardInfo names = {};
+            static_cast<void>(dcm::takeCardNames(type.element, names, dcm::Reporter{"dcmCardInfoGet"}));
+            const std::string name = recordOf(names)["abbrName"].words();
+            Card &card = cards_[type.typeIds[0]];
+            card.name = card.modes++ == 0 ? name : commonWords(card.name, name);
+        }
+        for (const auto &card : cards_)
+            typesByName_[card.second.name]++;
+    }
+
+    // What two names begin with: modes of a card are told apart by the last word, as a rule.
+    static std::string commonWords(const std::string &one, const std::string &other)
+    {
+        const auto differ = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+        const std::string common(one.begin(), differ.first);
+        const bool isWhole = (differ.first == one.end() || *differ.first == ' ') &&
+                             (differ.second == other.end() || *differ.second == ' ');
+        const size_t end = isWhole ? common.size() : common.rfind(' ');
+        return end == std::string::npos || end == 0 ? one : common.substr(0, end);
+    }
+
+    static constexpr size_t kMostFits = 32; // frames are as many as a file describes
+
+    const DescriptionFile &file_;
+    const std::vector<DescribedType> &types_;
+    bool areFramesRead_ = false;
+    bool hasFrames_ = false;
+    std::map<uint32_t, std::vector<std::string>> fits_;
+    std::map<uint32_t, Card> cards_;
+    std::map<std::string, size_t> typesByName_;
+};
+
+// The entity that an LED map names as a source, by the index that the host gives it (host.h).
+std::string sourceName(uint32_t index)
+{
+    constexpr uint32_t kCardClass = 9;
+    if (index >> 24 != kCardClass)
+        return "entity " + std::to_string(index);
+    return "card " + std::to_string(index >> 16 & 0xFF) + "/" + std::to_string(index & 0xFFFF);
+}
+
+// Without a record `exit` is kQueryFailed; what is wrong is said on standard error.
+template <class Info>
+Page pageOfType(const DescribedType &type, Queries &queries, const Surroundings &surroundings, Exit &exit)
+{
+    Info info;
+    if (queries.run(type, info))
+        return pageOf(info, surroundings);
+    exit = kQueryFailed;
+    Page page;
+    const std::string id = type.typeIds.empty() ? "" : " " + typeName(type.typeIds[0]);
+    page.title = {Text(kindName(type.kind) + id, kBold), Text("the query fails")};
+    page.place = {surroundings.place};
+    return page;
+}
+
+Page pageOfType(const DescriptionFile &file, const DescribedType &type, const DescribedType &asked, Queries &queries,
+                Neighbourhood &neighbourhood, Exit &exit)
+{
+    Surroundings surroundings;
+    surroundings.place = file.name() + ":" + std::to_string(file.lineOf(file.nameSpan(type.element).begin));
+    surroundings.sourceName = sourceName;
+    switch (type.kind) {
+    case RecordKind::frame:
+        surroundings.cardName = [&](uint32_t cardType) { return neighbourhood.cardName(cardType); };
+        return pageOfType<DcmFrameInfo>(asked, queries, surroundings, exit);
+    case RecordKind::slot:
+        surroundings.types = type.typeIds;
+        return pageOfType<DcmSlotInfo>(asked, queries, surroundings, exit);
+    case RecordKind::card:
+        if (!asked.typeIds.empty())
+            surroundings.fits = neighbourhood.fitsOf(asked.typeIds[0]);
+        return pageOfType<DcmCardInfo>(asked, queries, surroundings, exit);
+    case RecordKind::vm:
+        break;
+    }
+    return pageOfType<DcmVmPortInfo>(asked, queries, surroundings, exit);
+}
+
+Exit showFrom(const DescriptionFile &file, const Selection &selection, const TerminalOptions &options,
+              const OwnOutput &output)
+{
+    const std::vector<DescribedType> types = file.types();
+    if (!isDescribed(file, selection))
+        return kQueryFailed;
+    const PageFormat format = formatOf(output, options);
+    PageOutput pages(output, !options.isPagerOff);
+    Neighbourhood neighbourhood(file, types);
+    Queries queries(file);
+    Exit exit = kSuccess;
+    size_t size = 0;
+    size_t omitted = 0;
+    for (const DescribedType &type : types) {
+        if (!selection.includes(type)) {
+            queries.pass(type);
+            continue;
+        }
+        if (omitted == 0) {
+            const DescribedType asked = selection.type ? selection.asked(type) : type;
+            const Page page = pageOfType(file, type, asked, queries, neighbourhood, exit);
+            const std::string text = (size != 0 ? "\n\n" : "") + layOut(page, format);
+            size += text.size();
+            omitted += size > mostOutputOf(file) ? 1 : 0;
+            if (omitted == 0 && !pages.print(text))
+                break;
+        } else {
+            omitted++;
+        }
+        // A query takes the first that it finds.
+        if (selection.type)
+            break;
+    }
+    if (omitted != 0)
+        sayOmitted(file, omitted, "pages", "ask for one with its type");
+    if (!pages.end())
+        return kCannotWrite;
+    return omitted == 0 ? exit : kQueryFailed;
+}
+
+Exit runShow(const Selection &selection, const TerminalOptions &options)
+{
+    const OwnOutput output;
+    // The page of a card names the slots of frames that accept it, that of a frame its cards, which have attributes.
+    const bool needsFrames = selection.kind == RecordKind::card;
+    const auto file = openDescription(selection.file, [&](const DescribedType &type) {
+        return selection.includes(type) || (needsFrames && type.kind == RecordKind::frame);
+    });
+    return file != nullptr ? showFrom(*file, selection, options, output) : kUnreadable;
+}
+
+} // namespace
+
+Command showCommand()
+{
+    const auto selection = std::make_shared<Selection>();
+    const auto options = std::make_shared<TerminalOptions>();
+    const Words colours = {{"auto", static_cast<uint32_t>(Colour::automatic)},
+                           {"always", static_cast<uint32_t>(Colour::always)},
+                           {"never", static_cast<uint32_t>(Colour::never)}};
+    return {"show",
+            "Show a page for people: everything that a frame, slot or card is described with",
+            {fileOption(selection->file, ", - for standard input"),
+             {"--width", "Columns of a line, from 40 [the terminal's, or 100]", &options->width, "N", {}, {40, 1000}},
+             {"--color", "Colours: auto, always or never [auto]", &options->colour, "WHEN", colours},
+             {"--ascii", "Without characters that are not ASCII", &options->isAscii},
+             {"--no-pager", "No pager where the terminal is too short", &options->isPagerOff}},
+            [selection, options] { return runShow(*selection, *options); },
+            "",
+            kindCommands(selection)};
+}

@@ -1,0 +1,35 @@
+// The pages of frames, slots, cards and port lists: everything that a record holds, in the words of descriptions. What
+// a description leaves out, and what follows from the rest, is left out.
+#ifndef DCM_TOOLS_PAGES_H
+#define DCM_TOOLS_PAGES_H
+
+#include "tools/dcm/show/page.h"
+
+#include <dcm.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace dcmtool {
+
+// What a page says beside its record.
+struct Surroundings {
+    std::string place;                                          // "device.xml:22"
+    std::vector<uint32_t> types;                                // of a slot: all its type ids
+    std::vector<std::string> fits;                              // of a card: the slots that accept it
+    std::function<std::string(uint32_t type)> cardName = {};    // in the lists of a frame; by default its type id
+    std::function<std::string(uint32_t index)> sourceName = {}; // the entity of an LED map's index
+};
+
+Page pageOf(const DcmFrameInfo &frame, const Surroundings &surroundings);
+Page pageOf(const DcmSlotInfo &slot, const Surroundings &surroundings);
+Page pageOf(const DcmCardInfo &card, const Surroundings &surroundings);
+Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings);
+
+// "0x0302"
+std::string cardTypeName(uint32_t type);
+
+} // namespace dcmtool
+
+#endif

@@ -1,0 +1,494 @@
+#include "tools/dcm/show/parts.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace dcmtool {
+
+// ---- Words ----------------------------------------------------------------------------------------------------------
+
+std::string given(const Record &record, const char *field)
+{
+    const Value value = record[field];
+    return value.isGiven() ? value.words() : std::string();
+}
+
+Cell itemsOf(const Value &value, Style style)
+{
+    Cell items;
+    for (const uint32_t number : value.numbers()) {
+        const char *word = value.wordFor(number);
+        items.emplace_back(word != nullptr ? std::string(word) : std::to_string(number), style);
+    }
+    return items;
+}
+
+std::string countOf(size_t count, const std::string &noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string sequenceOf(const std::vector<uint32_t> &numbers)
+{
+    return rangesOf(numbers);
+}
+
+Text limited(int64_t number, int64_t least, int64_t most, const std::string &unit)
+{
+    Text text;
+    if (number == 0 && least == 0 && most == 0)
+        return text;
+    text.add(std::to_string(number) + unit);
+    if (least != 0 || most != 0)
+        text.add(" " + std::to_string(least) + "–" + std::to_string(most), kDim);
+    return text;
+}
+
+Text kindOf(const Record &port)
+{
+    // The families are those of the interface kind that comes with a PHY type.
+    constexpr struct {
+        const char *word;
+        uint8_t colour;
+    } kFamilies[] = {{"eth", 75},  {"meth", 75}, {"flexe", 75}, {"epon", 220},  {"gpon", 220},
+                     {"otn", 209}, {"stm", 79},  {"ds1", 180},  {"serial", 140}};
+    if (!port["phyType"].isGiven())
+        return {kAbsent};
+    const char *family = dcmOndTypeVal2Str(static_cast<uint32_t>(port["ondType"].number()));
+    for (const auto &row : kFamilies)
+        if (std::strcmp(row.word, family) == 0)
+            return {port["phyType"].words(), {row.colour}};
+    return {port["phyType"].words()};
+}
+
+Cell placesOf(const Record &port)
+{
+    constexpr struct {
+        const char *field;
+        const char *noun;
+    } kPlaces[] = {{"sysId", "system "}, {"slotId", "slot "}, {"cardId", "card "}};
+    Cell places;
+    for (const auto &place : kPlaces)
+        for (const Field &field : port)
+            if (std::strcmp(field.name, place.field) == 0 && port[place.field].isGiven())
+                places.emplace_back(place.noun + port[place.field].words());
+    return places;
+}
+
+Cell laserOf(bool supportLaser, bool supportMediaChg)
+{
+    Cell items;
+    if (supportLaser)
+        items.emplace_back("laser");
+    // Without control of the laser the medium is fixed as a rule, with it the medium can change.
+    if (supportLaser != supportMediaChg)
+        items.emplace_back(supportMediaChg ? "medium changes" : "medium fixed");
+    return items;
+}
+
+bool areAlike(const Record &one, const Record &other, std::initializer_list<const char *> but)
+{
+    for (const Field &field : one) {
+        const auto isField = [&field](const char *name) { return std::strcmp(name, field.name) == 0; };
+        if (std::none_of(but.begin(), but.end(), isField) && !one.isSame(field, other))
+            return false;
+    }
+    return true;
+}
+
+std::vector<std::vector<size_t>> foldNeighbours(size_t count,
+                                                const std::function<bool(size_t one, size_t other)> &areAlike)
+{
+    std::vector<std::vector<size_t>> groups;
+    for (size_t i = 0; i < count; i++) {
+        if (i == 0 || !areAlike(i - 1, i))
+            groups.emplace_back();
+        groups.back().push_back(i);
+    }
+    return groups;
+}
+
+// ---- Units ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+template <class Info> bool areAllAlike(const std::vector<const Info *> &one, const std::vector<const Info *> &other)
+{
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](const Info *first, const Info *second) { return areAlike(*first, *second); });
+}
+
+// Neighbours of one name that have the same of something.
+std::vector<std::vector<size_t>> foldUnits(const std::vector<Unit> &units,
+                                           const std::function<bool(const Unit &one, const Unit &other)> &areAlike)
+{
+    return foldNeighbours(units.size(), [&](size_t one, size_t other) {
+        return std::strcmp(units[one].name, units[other].name) == 0 && areAlike(units[one], units[other]);
+    });
+}
+
+// "module 1-2"
+std::string nameOf(const std::vector<Unit> &units, const std::vector<size_t> &group)
+{
+    const std::string name = units[group[0]].name;
+    std::vector<uint32_t> numbers;
+    for (const size_t unit : group)
+        numbers.push_back(units[unit].number);
+    return name.empty() ? name : name + " " + sequenceOf(numbers);
+}
+
+} // namespace
+
+// ---- Temperatures ---------------------------------------------------------------------------------------------------
+
+namespace {
+
+std::string sensorName(const DcmTemperatureInfo &sensor)
+{
+    const std::string description = recordOf(sensor)["description"].words();
+    return description.empty() ? "sensor " + std::to_string(sensor.id) : description;
+}
+
+std::vector<Cell> sensorRow(const DcmTemperatureInfo &info, size_t position, const std::string &unit)
+{
+    const Record sensor = recordOf(info);
+    const auto number = [&sensor](const char *field) { return sensor[field].number(); };
+    const std::string degrees = std::string(" ") + sensor.field("highThreshold").unit;
+
+    Text alarm;
+    if (sensor["lowThreshold"].isGiven() || sensor["highThreshold"].isGiven())
+        alarm.add(sensor["lowThreshold"].words() + " … " + sensor["highThreshold"].words() + degrees);
+    Text work;
+    if (sensor["workThreshold"].isGiven() || sensor["workReserved"].isGiven())
+        work.add(sensor["workThreshold"].words() + degrees).add(" res " + sensor["workReserved"].words(), kDim);
+    Text action;
+    if (info.overflowAction != 0 || sensor["actionCapability"].isGiven() || info.overflowMaxNum != 0)
+        action
+            .add(sensor["overflowAction"].words() + " of " +
+                 (sensor["actionCapability"].isGiven() ? sensor["actionCapability"].words() : kAbsent))
+            .add(" max " + sensor["overflowMaxNum"].words(), kDim);
+    Cell fanCtrls = {given(sensor, "fanCtrlBits")};
+    if (info.fanCtrlBitsInvalid != 0)
+        fanCtrls.emplace_back(info.fanCtrlBitsInvalid == 1 ? "faulty list"
+                                                           : "faulty list " + std::to_string(info.fanCtrlBitsInvalid));
+    // A sensor's number is that of its place, as a rule.
+    const bool hasNumber = info.id != position + 1 && !given(sensor, "description").empty();
+    return {{sensorName(info)},
+            {hasNumber ? std::to_string(info.id) : std::string()},
+            {Text(unit, kDim)},
+            {given(sensor, "type")},
+            {alarm},
+            {work},
+            {limited(number("actionHighThreshold"), number("actionHighThresholdMin"), number("actionHighThresholdMax"),
+                     degrees)},
+            {limited(number("actionLowThreshold"), number("actionLowThresholdMin"), number("actionLowThresholdMax"),
+                     degrees)},
+            {action},
+            fanCtrls};
+}
+
+} // namespace
+
+Section temperatureSection(const std::vector<Unit> &units)
+{
+    Table table = {{{"sensor"},
+                    {"id"},
+                    {"of"},
+                    {"at"},
+                    {"alarm"},
+                    {"work"},
+                    {"act above"},
+                    {"act below"},
+                    {"action"},
+                    {"fan ctrl"}}};
+    const auto groups =
+        foldUnits(units, [](const Unit &one, const Unit &other) { return areAllAlike(one.sensors, other.sensors); });
+    for (const auto &group : groups) {
+        const Unit &unit = units[group[0]];
+        for (size_t i = 0; i < unit.sensors.size(); i++)
+            table.rows.push_back(sensorRow(*unit.sensors[i], i, nameOf(units, group)));
+    }
+    if (table.rows.empty())
+        return {"Temperature"};
+    return {"Temperature", {"alarm range; action thresholds with their limits"}, {table}};
+}
+
+Cell sensorNames(const Unit &unit)
+{
+    Cell names;
+    for (const DcmTemperatureInfo *sensor : unit.sensors)
+        names.emplace_back(sensorName(*sensor));
+    return names;
+}
+
+// ---- LEDs -----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// Signs that say how an LED shines without moving; the words stand behind them.
+constexpr struct {
+    const char *frequency;
+    const char *sign;
+} kSigns[] = {{"on", "●"}, {"off", "○"}, {"slow-blink", "◐"}, {"fast-blink", "◉"}, {"none", "◌"}};
+
+const char *signOf(const std::string &frequency)
+{
+    for (const auto &row : kSigns)
+        if (frequency == row.frequency)
+            return row.sign;
+    return "?";
+}
+
+Style styleOf(const std::string &colour)
+{
+    constexpr struct {
+        const char *word;
+        uint8_t colour;
+    } kColours[] = {{"red", 196}, {"yellow", 220}, {"green", 40}, {"blue", 69}};
+    for (const auto &row : kColours)
+        if (colour == row.word)
+            return {row.colour};
+    return kPlain;
+}
+
+// In the order of their priorities, which are told only where they do not follow from it.
+template <class Led> Cell statesOf(const Led &led)
+{
+    const Record record = recordOf(led);
+    Cell states;
+    int64_t expected = 1;
+    for (const Value value : record.valuesOf(record.field("states"))) {
+        const Record state = value.record();
+        const std::string colour = state["color"].words();
+        const std::string frequency = state["freq"].words();
+        Text item(signOf(frequency), styleOf(colour));
+        item.add(" " + state["state"].words()).add(" " + colour + " " + frequency, kDim);
+        const int64_t priority = state["pri"].number();
+        const bool isDefault = state["state"].number() == 0;
+        if (priority != (isDefault ? int64_t{DCM_LED_STATE_MAX} : expected))
+            item.add(" priority " + std::to_string(priority), kDim);
+        expected = priority + 1;
+        states.push_back(item);
+    }
+    if (states.empty())
+        states.emplace_back("no states described", kDim);
+    return states;
+}
+
+bool isAtHome(const DcmLedHead &led, const DcmLedHead &home)
+{
+    return led.attach == home.attach && led.attachSlot == home.attachSlot && led.attachCard == home.attachCard;
+}
+
+template <class Led> DcmLedHead headOf(const Led &led)
+{
+    DcmLedHead head;
+    std::memcpy(&head, &led, sizeof head);
+    return head;
+}
+
+std::string placeOf(uint8_t number)
+{
+    return number == DCM_ID_UNSPEC ? "#" : std::to_string(number);
+}
+
+// As in an LED's name: "@slot3/1".
+std::string attachmentOf(const DcmLedHead &led)
+{
+    return "@" + recordOf(led)["attach"].words() + placeOf(led.attachSlot) + "/" + placeOf(led.attachCard);
+}
+
+// What is told of an LED only where it is another than the LED's own.
+std::string unusualOf(const DcmLedInfo &led, const DcmLedHead &home)
+{
+    const DcmLedHead head = headOf(led);
+    DcmLedHead own = home;
+    own.attachCard = 0; // outside a map
+    std::string unusual = isAtHome(head, own) ? "" : attachmentOf(head);
+    if (led.srcType != led.ledType)
+        unusual += " of " + recordOf(led)["srcType"].words();
+    if (led.statMapNum != 0)
+        unusual += " " + recordOf(led)["srcState"].words();
+    return unusual;
+}
+
+// "fan"; with its numbers where there is more than LED 1.
+std::string ledName(const Unit &unit, const std::vector<size_t> &group)
+{
+    const DcmLedInfo &led = *unit.leds[group[0]];
+    const auto isSameType = [&led](const DcmLedInfo *other) { return other->ledType == led.ledType; };
+    const auto ofType = std::count_if(unit.leds.begin(), unit.leds.end(), isSameType);
+    std::vector<uint32_t> ids;
+    for (const size_t i : group)
+        ids.push_back(unit.leds[i]->id);
+    return recordOf(led)["ledType"].words() + (ofType == 1 && led.id == 1 ? "" : " " + sequenceOf(ids)) +
+           unusualOf(led, unit.home);
+}
+
+std::vector<std::vector<size_t>> foldLeds(const std::vector<const DcmLedInfo *> &leds)
+{
+    return foldNeighbours(leds.size(), [&leds](size_t one, size_t other) {
+        return areAlike(recordOf(*leds[one]), recordOf(*leds[other]), {"id"});
+    });
+}
+
+// The runs' names are the prefix and a number.
+Text runName(const DcmPortLedInfo &run)
+{
+    const Record record = recordOf(run);
+    Text name(record["namePrefix"].words() + record["startId"].words() +
+              (run.endId != run.startId ? "-" + record["endId"].words() : ""));
+    const std::string type = record["ledType"].words();
+    if (type != record["namePrefix"].words())
+        name.add(" (" + type + ")");
+    return name;
+}
+
+constexpr size_t kStateWidth = 28;
+
+} // namespace
+
+Section ledSection(const std::vector<Unit> &units, const std::vector<const DcmPortLedInfo *> &runs)
+{
+    Table table = {{{"LED"}, {"of"}, {"states"}}};
+    table.hasHeader = false;
+    table.itemWidth = kStateWidth;
+    // LEDs that show the same share a row.
+    const auto add = [&table](const Text &name, const std::string &unit, const Cell &states) {
+        table.rows.push_back({{name}, {Text(unit, kDim)}, states});
+    };
+    const auto groups =
+        foldUnits(units, [](const Unit &one, const Unit &other) { return areAllAlike(one.leds, other.leds); });
+    for (const auto &group : groups) {
+        const Unit &unit = units[group[0]];
+        for (const auto &leds : foldLeds(unit.leds))
+            add(ledName(unit, leds), nameOf(units, group), statesOf(*unit.leds[leds[0]]));
+    }
+    for (const DcmPortLedInfo *run : runs)
+        add(runName(*run), "", statesOf(*run));
+    if (table.rows.empty())
+        return {"LEDs"};
+    return {"LEDs", {"states in the order of their priorities"}, {table}};
+}
+
+Cell ledNames(const Unit &unit)
+{
+    Cell names;
+    for (const auto &leds : foldLeds(unit.leds))
+        names.emplace_back(ledName(unit, leds));
+    return names;
+}
+
+Cell ledLegend()
+{
+    Cell legend;
+    for (const auto &row : kSigns)
+        legend.emplace_back(std::string(row.sign) + " " + row.frequency);
+    return legend;
+}
+
+// ---- LED maps -------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// An LED of a map, and what it shows.
+struct Shown {
+    std::string led;
+    std::string source;
+    Cell pairs;
+};
+
+Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &home,
+              const std::function<std::string(uint32_t index)> &sourceName)
+{
+    const DcmLedHead &led = map.mapEntries[entry];
+    const Record record = recordOf(led);
+    Shown shown;
+    shown.led = record["ledType"].words() + " " + record["id"].words();
+    if (!isAtHome(led, home))
+        shown.led += attachmentOf(led);
+    const uint32_t index = map.srcEttIndex[entry];
+    if (index != 0)
+        shown.source = sourceName ? sourceName(index) : "entity " + std::to_string(index);
+    if (led.srcType != led.ledType)
+        shown.source += (shown.source.empty() ? "a " : ", a ") + record["srcType"].words();
+    if (shown.source.empty())
+        shown.source = "itself";
+    const auto sources = record.valuesOf(record.field("srcState"));
+    const auto states = record.valuesOf(record.field("ledState"));
+    auto state = states.begin();
+    for (const Value source : sources) {
+        const std::string from = source.words();
+        const std::string to = (*state).words();
+        shown.pairs.emplace_back(from == to ? from : from + "→" + to);
+        ++state;
+    }
+    return shown;
+}
+
+} // namespace
+
+Section ledMapSection(const std::vector<Unit> &units, const std::function<std::string(uint32_t index)> &sourceName)
+{
+    Table table = {{{"LED"}, {"of"}, {"shows the state of"}, {"translated"}}};
+    const auto groups =
+        foldUnits(units, [](const Unit &one, const Unit &other) { return areAlike(*one.ledMap, *other.ledMap); });
+    for (const auto &group : groups) {
+        const Unit &unit = units[group[0]];
+        const DcmLedMapInfo &map = *unit.ledMap;
+        size_t itself = SIZE_MAX; // the row of those that show their own state as it is
+        for (size_t i = 0; i < std::min<size_t>(map.num, DCM_LED_MAP_MAX); i++) {
+            const Shown shown = shownBy(map, i, unit.home, sourceName);
+            const bool isItself = shown.source == "itself" && shown.pairs.empty();
+            if (isItself && itself != SIZE_MAX) {
+                Cell &leds = table.rows[itself][0];
+                leds.emplace_back(shown.led);
+                continue;
+            }
+            if (isItself)
+                itself = table.rows.size();
+            table.rows.push_back({{shown.led}, {Text(nameOf(units, group), kDim)}, {shown.source}, shown.pairs});
+        }
+    }
+    return {"LED map", {}, {table}};
+}
+
+// ---- Fan controllers ------------------------------------------------------------------------------------------------
+
+Section fanControllerSection(const std::vector<const DcmFanCtrlInfo *> &controllers)
+{
+    Table table = {{{"ctrl"},
+                    {"fans", true},
+                    {"mode", true},
+                    {"level", true},
+                    {"range"},
+                    {"speed", true},
+                    {"low alarm"},
+                    {"high alarm"},
+                    {"forced", true}}};
+    for (size_t i = 0; i < controllers.size(); i++) {
+        const DcmFanCtrlInfo &info = *controllers[i];
+        const Record controller = recordOf(info);
+        std::string range;
+        if (info.speedLevelMin != 0 || info.speedLevelMax != 0)
+            range = std::to_string(info.speedLevelMin) + "–" + std::to_string(info.speedLevelMax);
+        Text name(std::to_string(i + 1));
+        if (info.id != i + 1)
+            name.add(info.id == 0 ? " not described" : " id " + std::to_string(info.id), kDim);
+        table.rows.push_back(
+            {{name},
+             {given(controller, "fanNum")},
+             {info.id != 0 ? controller["workMode"].words() : given(controller, "workMode")}, // 0 is a code, too
+             {given(controller, "speedLevel")},
+             {range},
+             {given(controller, "speed")},
+             {limited(info.speedLowThreshold, info.speedLowThresholdMin, info.speedLowThresholdMax)},
+             {limited(info.speedHighThreshold, info.speedHighThresholdMin, info.speedHighThresholdMax)},
+             {given(controller, "speedLevelForce")}});
+    }
+    return {"Fan controllers",
+            controllers.empty() ? Cell() : Cell{"levels and speeds in the fan control's units"},
+            {table}};
+}
+
+} // namespace dcmtool
