@@ -353,7 +353,7 @@ names_what_was_meant() {
 }
 
 takes_words_and_numbers_as_documented() {
-    # A number is no way to write a word.
+    # A number is refused where a word is expected.
     refuses "dcm check: '1' is not a valid value for --format; expected 'text', 'json', 'sarif', 'markdown'" check --format 1 x
     refuses "dcm check: '0x2' is not a valid value for --color; expected 'auto', 'always', 'never'" check --color 0x2 x
     refuses "dcm check: 'jsn' is not a valid value for --format; did you mean 'json'?" check --format jsn x
@@ -421,7 +421,7 @@ names_the_types_and_modes_that_there_are() {
     run slot 1025 -f "$example"
     expect 'a type of another kind is named' says err 'no slot has type 1025, but a card has; '
     run frame 1 -f "$source/examples/vm-3.xml"
-    expect 'a file that is no description says no more than the library' silent err
+    expect 'of a file that is not a description only the library reports' silent err
     {
         echo '<device>'
         for ((type = 1; type <= 40; type++)); do echo "<card typeid=\"$((type * 16))\"/>"; done

@@ -61,7 +61,7 @@ struct Parsed {
         return nullptr;
     }
 
-    // Takes "--file=FILE", or the name of an option; false when the word is no option.
+    // Takes "--file=FILE", or the name of an option; false when the word is not an option.
     bool takeOption(const std::string &word)
     {
         if (word.size() < 2 || word.front() != '-')

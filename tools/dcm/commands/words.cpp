@@ -49,7 +49,7 @@ std::vector<Entry> entriesOf(const dcm::Vocabulary &words)
     return entries;
 }
 
-// The value that the first bit of a set stands for, where descriptions have sets of these words.
+// A set of these words that descriptions may hold; nullptr when there is none.
 const dcm::Content *setOf(const dcmformat::Tree &tree, const dcm::Vocabulary &words)
 {
     const dcm::Content *found = nullptr;
