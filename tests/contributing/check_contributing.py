@@ -47,6 +47,13 @@ def run_well(command, **options):
     return output
 
 
+def failures(output):
+    """What GoogleTest says of each failure, without the reports of the library."""
+    lines = output.splitlines()
+    starts = [i for i, line in enumerate(lines) if line.endswith(": Failure")]
+    return [line for i in starts for line in lines[i : i + 8]] or lines[-20:]
+
+
 def blocks_of(text):
     """(heading, kind, path, lines) of each block with a path."""
     heading, fence, kind, path, lines = "", None, "", "", []
@@ -183,8 +190,11 @@ def main():
         library = builds.objects_of(matching(LIBRARY, changed))
         lists = [source for path in matching(r".*\.def", changed) for source in including(copy, path)]
         tool = builds.objects_of(matching(TOOL, changed) + lists)
+        # Objects in which documents are embedded.
         if matching(r"docs/checks/.*\.md", changed):
             tool += [name for name in builds.objects if name.endswith("rule_pages.cpp.o")]
+        if "docs/format/elements.txt" in changed:
+            library += [name for name in builds.objects if name.endswith("built_in_prose.cpp.o")]
         tests = {
             program: builds.objects_of(sorted({*matching(pattern, changed), *matching(pattern, WATCHING_TESTS)}))
             for program, pattern in PROGRAMS.items()
@@ -203,7 +213,10 @@ def main():
             output = Path(folder) / program
             tested = library + (tool if program == "dcm_tool_tests" else [])
             builds.link(f"tests/{program}", names + tested, output)
-            print(run_well([output, "--gtest_brief=1"], cwd=folder).splitlines()[-1])
+            status, said = run([output, "--gtest_brief=1"], cwd=folder)
+            if status != 0:
+                fail(f"with the change, tests of {program} fail:\n" + "\n".join(failures(said)))
+            print(said.splitlines()[-1])
             # The same tests notice when the changes of the library and the tool are missing.
             builds.link(f"tests/{program}", names, output)
             if run([output, "--gtest_brief=1"], cwd=folder)[0] == 0:
