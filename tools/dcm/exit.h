@@ -7,6 +7,8 @@ enum Exit {
     kQueryFailed = 1,
     kWarnings = 1,
     kErrors = 2,
+    kDifferences = 1, // of classes that break nothing
+    kBreaking = 2,
     kWrongUsage = 64,
     kUnreadable = 66,
     kOutOfMemory = 71

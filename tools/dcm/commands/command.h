@@ -56,5 +56,7 @@ dcmtool::Command vmCommand();
 dcmtool::Command checkCommand();
 dcmtool::Command listCommand();
 dcmtool::Command exportCommand();
+dcmtool::Command diffCommand();
+dcmtool::Command gitSetupCommand();
 
 #endif
