@@ -413,7 +413,7 @@ private:
             const Value is = after.entryOf(field, 0);
             const auto found = grown.find(field.offset);
             const int64_t more = found != grown.end() ? found->second : 0;
-            if (is.number() - was.number() != more)
+            if (!haveSameMeaning(was, is) && is.number() - was.number() != more)
                 reportChanged(was, is, {&field}, {&field}, classOf(was, is));
         }
     }

@@ -55,7 +55,7 @@ std::string valueText(const Value &value)
         return quoted(value.text());
     const std::string words = shortened(value.words());
     const std::string unit = value.field().unit;
-    return words.empty() ? "none" : unit.empty() ? words : words + " " + unit;
+    return words.empty() ? "(none)" : unit.empty() ? words : words + " " + unit;
 }
 
 std::optional<Place> placeIn(const Side &side, size_t index, const Answer *answer, const Path &path)

@@ -34,8 +34,10 @@ public:
         const dcm::Element *format = formatOf(at_);
         const bool isEntry = format != nullptr && format->most != 1;
         const std::vector<Node> entries = isEntry ? written : childrenNamed(at_, nullptr);
-        const size_t entry = step.entry == kNoEntry ? 0 : step.entry;
-        enterEntry(entries, around.entryOf(field, entry).record(), entry);
+        // The port to all slots has the id 0.
+        const bool isAlone = step.entry == kNoEntry;
+        const size_t entry = isAlone ? 0 : step.entry;
+        enterEntry(entries, around.entryOf(field, entry).record(), isAlone ? 0 : static_cast<uint32_t>(entry + 1));
     }
 
     // The text of a field of the record whose element this is.
@@ -114,7 +116,8 @@ private:
         return !text || value.words() == text.c_str();
     }
 
-    void enterEntry(const std::vector<Node> &entries, const Record &record, size_t position)
+    // `number`: of the entry in its array, from 1.
+    void enterEntry(const std::vector<Node> &entries, const Record &record, uint32_t number)
     {
         if (entries.empty())
             return;
@@ -125,8 +128,8 @@ private:
         });
         // Ids that are not the position: of LEDs and sensors.
         const bool hasOwnId = hasField(record.table(), "ledType") || hasField(record.table(), "overflowAction");
-        const auto id = hasOwnId && hasField(record.table(), "id") ? static_cast<uint32_t>(record["id"].number())
-                                                                   : static_cast<uint32_t>(position + 1);
+        const auto id =
+            hasOwnId && hasField(record.table(), "id") ? static_cast<uint32_t>(record["id"].number()) : number;
         for (const Node entry : entries) {
             const bool isIt =
                 hasIds ? hasId(entry, id) && agrees(entry, record, "ledType") : isDisplay && isState(entry, record);
@@ -135,8 +138,8 @@ private:
                 return;
             }
         }
-        if (!hasIds && !isDisplay && position < entries.size())
-            at_ = entries[position];
+        if (!hasIds && !isDisplay && number != 0 && number <= entries.size())
+            at_ = entries[number - 1];
     }
 
     static bool isState(Node element, const Record &record)
