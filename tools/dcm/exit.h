@@ -8,6 +8,8 @@ enum Exit {
     kWarnings = 1,
     kChanges = 1,
     kErrors = 2,
+    kDifferences = 1, // of classes that break nothing
+    kBreaking = 2,
     kWrongUsage = 64,
     kUnreadable = 66,
     kOutOfMemory = 71,

@@ -99,5 +99,7 @@ dcmtool::Command explainCommand();
 dcmtool::Command wordsCommand();
 dcmtool::Command formatCommand();
 dcmtool::Command showCommand();
+dcmtool::Command diffCommand();
+dcmtool::Command gitSetupCommand();
 
 #endif

@@ -59,6 +59,7 @@ enum class FieldClass : uint8_t {
 struct Classified {
     FieldClass fieldClass;
     const char *reason;
+    bool isCapacity = false;
 };
 constexpr Classified identity(const char *reason)
 {
@@ -71,6 +72,11 @@ constexpr Classified structure(const char *reason)
 constexpr Classified setting(const char *reason)
 {
     return {FieldClass::setting, reason};
+}
+// Structure of which a larger number only adds something: a count, or 1 for what can be done.
+constexpr Classified capacity(const char *reason)
+{
+    return {FieldClass::structure, reason, true};
 }
 
 // A number at a place in a record.
@@ -95,6 +101,7 @@ struct Field {
     WordSource words = WordSource::vocabulary;
     uint8_t first = 0; // wordSet: the value of the first bit
     bool isHexadecimal = false;
+    bool isCapacity = false; // a larger number only adds something
 
     // In the record, in bytes. A bit-field has a width in bits instead, and no offset.
     uint8_t bits = 0;

@@ -40,6 +40,8 @@ public:
     const Field &field() const { return *field_; }
     // From 0, in the array of the record; entries that are not there count.
     size_t entry() const { return entry_; }
+    // Of the entry; a bit-field has none of its own.
+    const uint8_t *bytes() const;
 
     int64_t number() const;                // number, word
     std::vector<uint32_t> numbers() const; // wordSet, bitList, numberList: in ascending order, or that of the list
@@ -110,12 +112,15 @@ public:
     }
 
     const RecordTable &table() const { return *table_; }
+    const void *bytes() const { return bytes_; }
     const Field *begin() const { return table_->begin(); }
     const Field *end() const { return table_->end(); }
 
     Values valuesOf(const Field &field) const { return {field, bytes_, ledType_}; }
     // Whether a record of the same table holds the same there, also in what is not counted.
     bool isSame(const Field &field, const Record &other) const;
+    // An entry, there or not.
+    Value entryOf(const Field &field, size_t entry) const { return {field, bytes_, entry, ledType_}; }
     // The row of a name that the record must have.
     const Field &field(std::string_view name) const;
     // The value of a field that is no array.

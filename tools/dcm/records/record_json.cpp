@@ -9,6 +9,8 @@ Json wordOf(const Value &value, uint32_t number)
     return {{"value", number}, {"text", value.reportWordFor(number)}};
 }
 
+} // namespace
+
 Json toJson(const Value &value)
 {
     switch (value.field().kind) {
@@ -32,8 +34,6 @@ Json toJson(const Value &value)
     }
     return toJson(value.record());
 }
-
-} // namespace
 
 Json toJson(const Record &record)
 {

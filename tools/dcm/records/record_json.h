@@ -12,6 +12,7 @@
 namespace dcmtool {
 
 Json toJson(const Record &record);
+Json toJson(const Value &value);
 
 } // namespace dcmtool
 

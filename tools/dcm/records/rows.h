@@ -45,6 +45,7 @@ template <class T>
 constexpr Field rowOf(Member<T> member, const char *source, FieldKind kind, Classified why, size_t entries)
 {
     Field field = {member.name, source, why.reason, why.fieldClass, kind};
+    field.isCapacity = why.isCapacity;
     field.offset = member.offset;
     field.size = sizeof(T);
     field.alignment = alignof(T);
@@ -64,6 +65,7 @@ template <class T> constexpr Field scalarRow(Member<T> member, const char *sourc
 constexpr Field scalarRow(BitMember member, const char *source, FieldKind kind, Classified why)
 {
     Field field = {member.name, source, why.reason, why.fieldClass, kind};
+    field.isCapacity = why.isCapacity;
     field.bits = member.width;
     field.load = member.load;
     return field;

@@ -49,7 +49,7 @@ template <class R> constexpr std::array<Field, 9> ledHead(const char *typeSource
         number(FIELD(attachSlot), typeSource, identity("whose LED it is")).elseIs(DCM_ID_UNSPEC),
         number(FIELD(attachCard), typeSource, identity("whose LED it is")).elseIs(DCM_ID_UNSPEC),
         word(FIELD(srcType), "type", dcm::kLedTypeWords, structure("which states drive the LED")),
-        number(FIELD(statMapNum), "state", structure("how many state pairs there are")),
+        number(FIELD(statMapNum), "state", capacity("how many state pairs there are")),
         wordOf(FIELD(srcState), "type", WordSource::ledStates, setting("what drives what the LED shows"))
             .statesOf(FIELD(srcType))
             .countedBy(FIELD(statMapNum)),
@@ -90,7 +90,7 @@ template <> struct Table<DcmPortLedInfo> : TableOf<DcmPortLedInfo> {
     static constexpr Field fields[] = {
         word(FIELD(ledType), "type", dcm::kLedTypeWords, identity("LEDs are asked for by type and id")),
         number(FIELD(startId), "start-id", identity("LEDs are asked for by type and id")),
-        number(FIELD(endId), "end-id", structure("how many LEDs there are")),
+        number(FIELD(endId), "end-id", capacity("how many LEDs there are")),
         text(FIELD(namePrefix), "name-prefix", setting("a name")),
         record(FIELD(states), "state", structure("which states the LEDs show"))
             .statesOf(FIELD(ledType))
@@ -102,7 +102,7 @@ COMPLETE(DcmPortLedInfo)
 template <> struct Table<DcmLedMapInfo> : TableOf<DcmLedMapInfo> {
     static constexpr char name[] = "DcmLedMapInfo";
     static constexpr Field fields[] = {
-        number(FIELD(num), "led-map", structure(kCount)),
+        number(FIELD(num), "led-map", capacity(kCount)),
         number(FIELD(srcEttIndex), "src", structure("whose state the LED shows")).countedBy(FIELD(num)),
         record(FIELD(mapEntries), "led-map", structure("which LED shows it")).countedBy(FIELD(num)),
     };
@@ -140,7 +140,7 @@ template <> struct Table<DcmFanCtrlInfo> : TableOf<DcmFanCtrlInfo> {
     static constexpr char name[] = "DcmFanCtrlInfo";
     static constexpr Field fields[] = {
         number(FIELD(id), "id", identity(kPosition)),
-        number(FIELD(fanNum), "fannum", structure("how many fans it drives")),
+        number(FIELD(fanNum), "fannum", capacity("how many fans it drives")),
         number(FIELD(workMode), "workmode", setting(kCodeOfFanCtrl)),
         number(FIELD(speedLevel), "speedlevel", setting(kCodeOfFanCtrl)),
         number(FIELD(speedLevelMax), "speedlevelmax", setting("a limit")),
@@ -173,8 +173,8 @@ template <> struct Table<DcmPowerInfo> : TableOf<DcmPowerInfo> {
     static constexpr char name[] = "DcmPowerInfo";
     static constexpr Field fields[] = {
         number(FIELD(id), "id", identity(kPosition)),
-        number(FIELD(ledNum), "led-entity", structure(kCount)),
-        number(FIELD(temperatureNum), "temperature-entity", structure(kCount)),
+        number(FIELD(ledNum), "led-entity", capacity(kCount)),
+        number(FIELD(temperatureNum), "temperature-entity", capacity(kCount)),
         number(FIELD(modelNameLen), "modelname", setting(kKeepsName)),
         record(FIELD(ledInfo), "led-entity", structure("the supply's LEDs")).countedBy(FIELD(ledNum)),
         record(FIELD(ledMap), "led-map", structure("what LEDs show the supply's state")),
@@ -199,10 +199,10 @@ template <> struct Table<DcmFanModuleInfo> : TableOf<DcmFanModuleInfo> {
     static constexpr char name[] = "DcmFanModuleInfo";
     static constexpr Field fields[] = {
         number(FIELD(id), "id", identity(kPosition)),
-        number(FIELD(fanNum), "fannum", structure(kCount)),
+        number(FIELD(fanNum), "fannum", capacity(kCount)),
         number(FIELD(slot), "slot", structure("where the module is")),
-        number(FIELD(ledNum), "led-entity", structure(kCount)),
-        number(FIELD(temperatureNum), "temperature-entity", structure(kCount)),
+        number(FIELD(ledNum), "led-entity", capacity(kCount)),
+        number(FIELD(temperatureNum), "temperature-entity", capacity(kCount)),
         record(FIELD(fan), "fan", structure("the module's fans")).countedBy(FIELD(fanNum)),
         record(FIELD(ledInfo), "led-entity", structure("the module's LEDs")).countedBy(FIELD(ledNum)),
         record(FIELD(temperature), "temperature-entity", structure("the module's sensors"))
@@ -229,17 +229,17 @@ template <> struct Table<DcmFrameInfo> : TableOf<DcmFrameInfo> {
     static constexpr char name[] = "DcmFrameInfo";
     static constexpr Field fields[] = {
         number(FIELD(type), "typeid", identity("frames are asked for by type")).hexadecimal(),
-        number(FIELD(maxSlotId), "maxslotnum", structure("how many slots there are")),
+        number(FIELD(maxSlotId), "maxslotnum", capacity("how many slots there are")),
         number(FIELD(spare), kNeverFilled, setting(kNothing)),
-        number(FIELD(powerNum), "power-entity", structure(kCount)),
-        number(FIELD(fanCtrlNum), "fanctrl-entity", structure(kCount)),
-        number(FIELD(fanModuleNum), "fanmodule-entity", structure(kCount)),
-        number(FIELD(ledNum), "led-entity", structure(kCount)),
+        number(FIELD(powerNum), "power-entity", capacity(kCount)),
+        number(FIELD(fanCtrlNum), "fanctrl-entity", capacity(kCount)),
+        number(FIELD(fanModuleNum), "fanmodule-entity", capacity(kCount)),
+        number(FIELD(ledNum), "led-entity", capacity(kCount)),
         record(FIELD(slotmap), "slotmap", structure("which unit a slot takes")),
         bitLists(FIELD(crossSlotBit), "crossslotbit", structure("which cards fit")),
         number(FIELD(cardTypeCaps), "cardtypecaps", structure("which cards fit")).hexadecimal(),
         numberLists(FIELD(supportCardType), "supportcardtype", structure("which cards fit")).hexadecimal(),
-        number(FIELD(maxCardNum), "maxcardnum", structure("how many cards fit")),
+        number(FIELD(maxCardNum), "maxcardnum", capacity("how many cards fit")),
         number(FIELD(startCardId), "startcardid", structure("how cards are numbered")),
         bitList(FIELD(supportCrossSlot), "supportcrossslot", structure("which cards fit")),
         record(FIELD(fanCtrlInfo), "fanctrl-entity", structure("the fan controllers")).countedBy(FIELD(fanCtrlNum)),
@@ -286,11 +286,11 @@ template <> struct Table<DcmSlotInfo> : TableOf<DcmSlotInfo> {
     static constexpr char name[] = "DcmSlotInfo";
     static constexpr Field fields[] = {
         number(FIELD(type), "typeid", identity("slots are asked for by type")).hexadecimal(),
-        number(FIELD(maxCardNum), "maxcardnum", structure("how many cards fit")),
+        number(FIELD(maxCardNum), "maxcardnum", capacity("how many cards fit")),
         number(FIELD(startCardId), kNeverFilled, setting(kNothing)),
-        number(FIELD(fanCtrlNum), "fanctrl-entity", structure(kCount)),
-        number(FIELD(powerNum), "power-entity", structure(kCount)),
-        yesNo(FIELD(supportPoe), "supportpoe", structure("what the slot can be used for")),
+        number(FIELD(fanCtrlNum), "fanctrl-entity", capacity(kCount)),
+        number(FIELD(powerNum), "power-entity", capacity(kCount)),
+        yesNo(FIELD(supportPoe), "supportpoe", capacity("what the slot can be used for")),
         record(FIELD(broadcastSyncIf), "inner-port", structure("the port to all slots")),
         record(FIELD(syncIf), "inner-port", structure("the ports to other slots")),
         record(FIELD(sfuIf), "sfu-port", structure("the ports to the switch fabric")),
@@ -310,8 +310,8 @@ template <> struct Table<DcmMethIfInfo> : TableOf<DcmMethIfInfo> {
         word(FIELD(ondType), "phytype", dcm::kOndTypeWords, structure(kPortKind)),
         word(FIELD(workmode), "workmode", dcm::kWorkmodeWords, setting(kPortSetting)),
         word(FIELD(drvType), "driver", dcm::kDriverTypeWords, structure(kPortKind)),
-        yesNo(BITS(supportLaser, 2), "supportlaser", structure(kPortUse)),
-        yesNo(BITS(supportMediaChg, 2), "supportmediachg", structure(kPortUse)).elseIs(1),
+        yesNo(BITS(supportLaser, 2), "supportlaser", capacity(kPortUse)),
+        yesNo(BITS(supportMediaChg, 2), "supportmediachg", capacity(kPortUse)).elseIs(1),
         number(BITS(spareBits, 4), kNeverFilled, setting(kNothing)),
         text(FIELD(ifName), "ifname", setting("a name")),
         wordSet(FIELD(transceiverCaps), "transceiver-caps", dcm::kTransceiverCapWords, structure(kPortUse), 1),
@@ -338,12 +338,12 @@ template <> struct Table<DcmPanelIfInfo> : TableOf<DcmPanelIfInfo> {
         number(FIELD(wavelength), "wavelength", setting(kPortSetting)),
         yesNo(FIELD(bpPort), "bpport", structure(kPortKind)),
         word(FIELD(gccBitOrder), "gccbitorder", dcm::kBitOrderWords, setting(kPortSetting)),
-        yesNo(BITS(supportLaser, 2), "supportlaser", structure(kPortUse)),
-        yesNo(BITS(supportPoe, 2), "supportpoe", structure(kPortUse)),
-        yesNo(BITS(supportMediaChg, 2), "supportmediachg", structure(kPortUse)).elseIs(1),
+        yesNo(BITS(supportLaser, 2), "supportlaser", capacity(kPortUse)),
+        yesNo(BITS(supportPoe, 2), "supportpoe", capacity(kPortUse)),
+        yesNo(BITS(supportMediaChg, 2), "supportmediachg", capacity(kPortUse)).elseIs(1),
         number(BITS(spareBits, 2), kNeverFilled, setting(kNothing)),
-        yesNo(BITS(supportPhyChg, 4), "supportphychg", structure(kPortUse)),
-        yesNo(BITS(supportSplit, 4), "supportsplit", structure(kPortUse)),
+        yesNo(BITS(supportPhyChg, 4), "supportphychg", capacity(kPortUse)),
+        yesNo(BITS(supportSplit, 4), "supportsplit", capacity(kPortUse)),
         wordSet(FIELD(poeStandardCaps), "poestandard-caps", dcm::kPoeStandardCapWords, structure(kPortUse)),
         wordSet(FIELD(poeInrushCaps), "poeinrush-caps", dcm::kPoeInrushCapWords, structure(kPortUse)),
         number(FIELD(portIdOffset), "portid-offset", setting("how a group numbers its ports")),
@@ -428,7 +428,7 @@ template <> struct Table<DcmComponentInfo> : TableOf<DcmComponentInfo> {
     static constexpr Field fields[] = {
         wordOf(FIELD(entityClass), "type", WordSource::entityClass, identity("what the component is")),
         number(FIELD(subType), "subtype", identity("what the component is")),
-        number(FIELD(num), "num", structure(kCount)),
+        number(FIELD(num), "num", capacity(kCount)),
         number(FIELD(descriptionLen), "component", setting("the description's length")),
         text(FIELD(description), "component", setting("a name")),
     };
@@ -441,25 +441,25 @@ template <> struct Table<DcmCardInfo> : TableOf<DcmCardInfo> {
         number(FIELD(type), "typeid", identity("cards are asked for by type and mode")).hexadecimal(),
         number(FIELD(mode), "mode", identity("cards are asked for by type and mode")),
         number(FIELD(panneIfStartPortId), "startportid", structure("how ports are numbered")),
-        number(FIELD(panelIfMaxPortId), "maxportid", structure("how ports are numbered")),
-        yesNo(FIELD(isTmuxCtrl), "tmuxctrl", structure("what the card does")),
-        yesNo(FIELD(isMuxCtrl), "muxctrl", structure("what the card does")),
-        number(FIELD(methIfNum), "mgt-port", structure(kCount)),
-        number(FIELD(pannelIfNum), "panel-port", structure(kCount)),
-        number(FIELD(hideIfNum), "hidenum", structure(kCount)),
-        number(FIELD(pannelLineIfNum), "linenum", structure(kCount)),
-        number(FIELD(panneClientIfNum), "clientnum", structure(kCount)),
-        number(FIELD(gccIfNum), "gcc-port", structure(kCount)),
-        number(FIELD(ethpppIfNum), "ethppp-port", structure(kCount)),
-        number(FIELD(cpuNum), "cpu-entity", structure(kCount)),
-        number(FIELD(memoryNum), "memory-entity", structure(kCount)),
-        number(FIELD(temperatureNum), "temperature-entity", structure(kCount)),
-        number(FIELD(voltageNum), "voltage-entity", structure(kCount)),
+        number(FIELD(panelIfMaxPortId), "maxportid", capacity("how ports are numbered")),
+        yesNo(FIELD(isTmuxCtrl), "tmuxctrl", capacity("what the card does")),
+        yesNo(FIELD(isMuxCtrl), "muxctrl", capacity("what the card does")),
+        number(FIELD(methIfNum), "mgt-port", capacity(kCount)),
+        number(FIELD(pannelIfNum), "panel-port", capacity(kCount)),
+        number(FIELD(hideIfNum), "hidenum", capacity(kCount)),
+        number(FIELD(pannelLineIfNum), "linenum", capacity(kCount)),
+        number(FIELD(panneClientIfNum), "clientnum", capacity(kCount)),
+        number(FIELD(gccIfNum), "gcc-port", capacity(kCount)),
+        number(FIELD(ethpppIfNum), "ethppp-port", capacity(kCount)),
+        number(FIELD(cpuNum), "cpu-entity", capacity(kCount)),
+        number(FIELD(memoryNum), "memory-entity", capacity(kCount)),
+        number(FIELD(temperatureNum), "temperature-entity", capacity(kCount)),
+        number(FIELD(voltageNum), "voltage-entity", capacity(kCount)),
         number(FIELD(occupySlotNum), "occupyslotnum", structure("where the card fits")),
-        number(FIELD(ledNum), "led-entity", structure(kCount)),
-        number(FIELD(switchChipNum), "switch-entity", structure(kCount)),
-        number(FIELD(clockChipNum), "clock-entity", structure(kCount)),
-        number(FIELD(componentNum), "component-entity", structure(kCount)),
+        number(FIELD(ledNum), "led-entity", capacity(kCount)),
+        number(FIELD(switchChipNum), "switch-entity", capacity(kCount)),
+        number(FIELD(clockChipNum), "clock-entity", capacity(kCount)),
+        number(FIELD(componentNum), "component-entity", capacity(kCount)),
         number(FIELD(crosslinkSlot), "crosslinkslot", structure("where the card fits")),
         text(FIELD(name), "name", FIELD(nameLen), setting("a name")),
         text(FIELD(abbrName), "abbrname", FIELD(abbrNameLen), setting("a name")),
@@ -491,7 +491,7 @@ COMPLETE(DcmCardInfo)
 template <> struct Table<DcmVmPortInfo> : TableOf<DcmVmPortInfo> {
     static constexpr char name[] = "DcmVmPortInfo";
     static constexpr Field fields[] = {
-        number(FIELD(ifindexNum), "num", structure(kCount)),
+        number(FIELD(ifindexNum), "num", capacity(kCount)),
         number(FIELD(ifindex), "ifindex", structure("which ports the VM has")).countedBy(FIELD(ifindexNum)),
     };
 };

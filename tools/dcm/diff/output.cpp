@@ -1,0 +1,150 @@
+#include "tools/dcm/diff/output.h"
+
+#include "tools/dcm/description/described.h"
+#include "tools/dcm/description/texts.h"
+#include "tools/dcm/diff/places.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+
+namespace dcmtool {
+
+namespace {
+
+constexpr size_t kShownIds = 16;
+
+std::string idsText(RecordKind kind, const std::vector<QueryId> &ids)
+{
+    std::string text;
+    for (size_t i = 0; i < ids.size() && i < kShownIds; i++) {
+        char id[48];
+        if (kind == RecordKind::card)
+            std::snprintf(id, sizeof id, "0x%" PRIx32 "/%" PRIu32, ids[i].type, ids[i].mode);
+        else
+            std::snprintf(id, sizeof id, "0x%" PRIx32, ids[i].type);
+        text += (text.empty() ? "" : ",") + std::string(id);
+    }
+    if (ids.size() > kShownIds)
+        text += ",... (" + std::to_string(ids.size()) + ")";
+    return text;
+}
+
+std::string nameOf(RecordKind kind, const std::vector<QueryId> &ids)
+{
+    return kind == RecordKind::vm ? kindName(kind) : kindName(kind) + (" " + idsText(kind, ids));
+}
+
+// An entry by what tells it from the others.
+std::string identityText(const Record &record)
+{
+    std::string text;
+    for (const Field &field : record) {
+        const Value value = record.entryOf(field, 0);
+        if (field.fieldClass == FieldClass::identity && value.isGiven())
+            text += (text.empty() ? "" : ", ") + std::string(field.name) + " " + value.words();
+    }
+    return text;
+}
+
+std::string valueText(const Value &value)
+{
+    if (value.field().kind == FieldKind::record)
+        return identityText(value.record());
+    if (value.field().kind == FieldKind::text)
+        return quoted(value.text());
+    const std::string words = shortened(value.words());
+    const std::string unit = value.field().unit;
+    return words.empty() ? "(none)" : unit.empty() ? words : words + " " + unit;
+}
+
+std::optional<Place> placeIn(const Side &side, size_t index, const Answer *answer, const Path &path)
+{
+    if (answer == nullptr)
+        return std::nullopt;
+    const Node type = side.types()[index].element;
+    return side.file()->place(spanOf(*side.file(), type, answer->record(), path).begin);
+}
+
+} // namespace
+
+size_t mostOutputOf(const Comparison &comparison)
+{
+    size_t most = 0;
+    for (const Side *side : {&comparison.before(), &comparison.after()})
+        if (side->file() != nullptr)
+            most = std::max(most, mostOutputOf(*side->file()));
+    return most;
+}
+
+void sayLeftOut(size_t differences)
+{
+    if (differences != 0)
+        std::fprintf(stderr, "dcm: the output is too long: the last %zu differences are left out; --for shows less\n",
+                     differences);
+}
+
+std::string nameOf(const QueryGroup &group)
+{
+    if (group.oldIds.empty() || group.newIds.empty() || !group.isRenumbered())
+        return nameOf(group.kind, group.oldIds.empty() ? group.newIds : group.oldIds);
+    return nameOf(group.kind, group.oldIds) + " → " + idsText(group.kind, group.newIds);
+}
+
+std::string pathOf(const Difference &difference)
+{
+    const Change *change = difference.change;
+    if (change == nullptr)
+        return "";
+    return textOf(change->kind == ChangeKind::removed ? change->oldPath : change->newPath);
+}
+
+std::string oldText(const Difference &difference)
+{
+    const Change *change = difference.change;
+    return change != nullptr && change->oldValue ? valueText(*change->oldValue) : "";
+}
+
+std::string newText(const Difference &difference)
+{
+    const Change *change = difference.change;
+    return change != nullptr && change->newValue ? valueText(*change->newValue) : "";
+}
+
+std::string textOf(const Difference &difference)
+{
+    const auto with = [](const std::string &value) { return value.empty() ? "" : ": " + value; };
+    const std::string reason = " (" + difference.message + ")";
+    if (difference.change == nullptr)
+        return difference.message;
+    switch (difference.change->kind) {
+    case ChangeKind::changed:
+        return oldText(difference) + " → " + newText(difference) + reason;
+    case ChangeKind::added:
+        return "added" + with(newText(difference)) + reason;
+    case ChangeKind::removed:
+        return "removed" + with(oldText(difference)) + reason;
+    case ChangeKind::renumbered:
+        return "was " + oldText(difference) + ", is now " + newText(difference) + reason;
+    case ChangeKind::reordered:
+        return "the entries have another order";
+    case ChangeKind::unnamed:
+        break;
+    }
+    return "bytes that no field names differ";
+}
+
+std::optional<Place> oldPlace(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
+{
+    const Change *change = difference.change;
+    return placeIn(comparison.before(), group.oldIndex, difference.before,
+                   change != nullptr ? change->oldPath : Path());
+}
+
+std::optional<Place> newPlace(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
+{
+    const Change *change = difference.change;
+    return placeIn(comparison.after(), group.newIndex, difference.after, change != nullptr ? change->newPath : Path());
+}
+
+} // namespace dcmtool

@@ -1,0 +1,214 @@
+#include "tools/dcm/diff/places.h"
+
+#include "common/format.h"
+#include "tools/dcm/description/format_lookup.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace dcmtool {
+
+namespace {
+
+constexpr size_t kMostLookedAt = 10000; // elements, for one place: a file may have any number of them
+
+class Finder {
+public:
+    Finder(const DescriptionFile &file, Node type) : file_(file), at_(type) {}
+
+    // Goes to the element of a record, or of one of its entries.
+    void enter(const Record &around, const Step &step)
+    {
+        const Field &field = *step.field;
+        if (field.source == nullptr)
+            return;
+        const std::vector<Node> written = childrenNamed(at_, field.source);
+        if (written.empty())
+            return;
+        at_ = written.back();
+        const bool isSingle = field.entries == 0 && !hasField(*field.record, "portId");
+        if (isSingle || (field.entries != 0 && step.entry == kNoEntry))
+            return;
+        const dcm::Element *format = formatOf(at_);
+        const bool isEntry = format != nullptr && format->most != 1;
+        const std::vector<Node> entries = isEntry ? written : childrenNamed(at_, nullptr);
+        // The port to all slots has the id 0.
+        const bool isAlone = step.entry == kNoEntry;
+        const size_t entry = isAlone ? 0 : step.entry;
+        enterEntry(entries, around.entryOf(field, entry).record(), isAlone ? 0 : static_cast<uint32_t>(entry + 1));
+    }
+
+    // The text of a field of the record whose element this is.
+    Span spanOf(const Step &step) const
+    {
+        const char *source = step.field->source;
+        if (source == nullptr)
+            return file_.nameSpan(at_);
+        if (hasAttribute(at_, source))
+            return file_.valueSpan(at_, source);
+        // The text of a component is its description.
+        if (dcm::isNamed(at_, source))
+            return file_.contentSpan(at_);
+        if (const Node found = find(at_, source, step.entry, kDepth); found != nullptr)
+            return textOf(found, step);
+        for (const Node child : childrenNamed(at_, nullptr))
+            if (hasAttribute(child, source) && isAttributeOf(child, source))
+                return file_.valueSpan(child, source);
+        return file_.nameSpan(at_);
+    }
+
+    Span span() const { return file_.nameSpan(at_); }
+
+private:
+    static constexpr unsigned kDepth = 2; // a list may stand in an element for each slot
+
+    static bool hasField(const RecordTable &table, const char *name)
+    {
+        return std::any_of(table.begin(), table.end(),
+                           [name](const Field &field) { return std::strcmp(field.name, name) == 0; });
+    }
+
+    static bool hasAttribute(Node element, const char *name)
+    {
+        return static_cast<bool>(dcm::Text::attribute(element, name, {"dcm"}));
+    }
+
+    // Ports and other entries have attributes of their own.
+    static bool isAttributeOf(Node container, const char *name)
+    {
+        const dcm::Element *format = formatOf(container);
+        return format != nullptr && format->most == 1 && findAttribute(*format, name) != nullptr;
+    }
+
+    static std::vector<Node> childrenNamed(Node parent, const char *name)
+    {
+        std::vector<Node> found;
+        size_t count = 0;
+        for (const Node child : dcm::children(parent)) {
+            if (++count > kMostLookedAt)
+                break;
+            if (name == nullptr || dcm::isNamed(child, name))
+                found.push_back(child);
+        }
+        return found;
+    }
+
+    static bool hasId(Node element, uint32_t id)
+    {
+        const dcm::Element *format = formatOf(element);
+        if (format == nullptr)
+            return false;
+        const std::vector<uint32_t> ids = idsOf(element, *format);
+        return std::find(ids.begin(), ids.end(), id) != ids.end();
+    }
+
+    // Whether what an attribute says is the word of a field, if both are there.
+    static bool agrees(Node element, const Record &record, const char *fieldName)
+    {
+        if (!hasField(record.table(), fieldName))
+            return true;
+        const Value value = record[fieldName];
+        if (value.field().source == nullptr)
+            return true;
+        const dcm::Text text = dcm::Text::attribute(element, value.field().source, {"dcm"});
+        return !text || value.words() == text.c_str();
+    }
+
+    // `number`: of the entry in its array, from 1.
+    void enterEntry(const std::vector<Node> &entries, const Record &record, uint32_t number)
+    {
+        if (entries.empty())
+            return;
+        const bool isDisplay = hasField(record.table(), "pri");
+        const bool hasIds = !isDisplay && std::any_of(entries.begin(), entries.end(), [](Node element) {
+            const dcm::Element *format = formatOf(element);
+            return format != nullptr && idAttribute(*format) != nullptr;
+        });
+        // Ids that are not the position: of LEDs and sensors.
+        const bool hasOwnId = hasField(record.table(), "ledType") || hasField(record.table(), "overflowAction");
+        const auto id =
+            hasOwnId && hasField(record.table(), "id") ? static_cast<uint32_t>(record["id"].number()) : number;
+        for (const Node entry : entries) {
+            const bool isIt =
+                hasIds ? hasId(entry, id) && agrees(entry, record, "ledType") : isDisplay && isState(entry, record);
+            if (isIt) {
+                at_ = entry;
+                return;
+            }
+        }
+        if (!hasIds && !isDisplay && number != 0 && number <= entries.size())
+            at_ = entries[number - 1];
+    }
+
+    static bool isState(Node element, const Record &record)
+    {
+        const dcm::Text state = dcm::Text::attribute(element, "type", {"dcm"});
+        return record["state"].words() == (state ? state.c_str() : "default");
+    }
+
+    // An element below, of an entry the one in the element that has its id.
+    static Node find(Node around, const char *name, size_t entry, unsigned depth)
+    {
+        const std::vector<Node> written = childrenNamed(around, name);
+        if (!written.empty())
+            return written.back();
+        if (depth == 0)
+            return nullptr;
+        for (const Node child : childrenNamed(around, nullptr)) {
+            const dcm::Element *format = formatOf(child);
+            if (format == nullptr)
+                continue;
+            const bool hasIds = entry != kNoEntry && idAttribute(*format) != nullptr;
+            if (hasIds && !hasId(child, static_cast<uint32_t>(entry + 1)))
+                continue;
+            // What has a record of its own is not this field's.
+            if (entry == kNoEntry || hasIds || isListOf(*format, name))
+                if (const Node found = find(child, name, entry, depth - 1); found != nullptr)
+                    return found;
+        }
+        return nullptr;
+    }
+
+    // Whether its children may hold such an element.
+    static bool isListOf(const dcm::Element &format, const char *name)
+    {
+        for (size_t i = 0; i < format.childCount; i++)
+            if (findRow(*format.children[i].element, name) != format.children[i].element->childCount)
+                return true;
+        return false;
+    }
+
+    Span textOf(Node element, const Step &step) const
+    {
+        // A number that counts is said by the container.
+        if (hasAttribute(element, "num") && step.entry == kNoEntry && step.field->kind == FieldKind::number)
+            return file_.valueSpan(element, "num");
+        const std::vector<Node> inside = childrenNamed(element, nullptr);
+        if (!inside.empty())
+            return step.entry != kNoEntry && step.entry < inside.size() ? file_.contentSpan(inside[step.entry])
+                                                                        : file_.nameSpan(element);
+        return file_.contentSpan(element);
+    }
+
+    const DescriptionFile &file_;
+    Node at_;
+};
+
+} // namespace
+
+Span spanOf(const DescriptionFile &file, Node type, const Record &record, const Path &path)
+{
+    Finder finder(file, type);
+    Record around = record;
+    for (const Step &step : path) {
+        if (step.field->kind != FieldKind::record)
+            return finder.spanOf(step);
+        finder.enter(around, step);
+        around = around.entryOf(*step.field, step.entry == kNoEntry ? 0 : step.entry).record();
+    }
+    return finder.span();
+}
+
+} // namespace dcmtool

@@ -1,0 +1,131 @@
+#include "tools/dcm/description/described.h"
+#include "tools/dcm/diff/output.h"
+#include "tools/dcm/printable.h"
+
+#include <cinttypes>
+#include <cstdio>
+
+namespace dcmtool {
+
+namespace {
+
+std::string placeText(const Side &side, const std::optional<Place> &place)
+{
+    return place ? side.name() + ":" + std::to_string(place->line) + ":" + std::to_string(place->column) : "";
+}
+
+std::string linesOf(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
+{
+    const std::string path = pathOf(difference);
+    const std::string head = "  " + std::string(nameOf(difference.changeClass)) + ": " + nameOf(group) +
+                             (path.empty() ? "" : " " + path) + ": " + textOf(difference);
+    const std::string before = placeText(comparison.before(), oldPlace(comparison, group, difference));
+    const std::string after = placeText(comparison.after(), newPlace(comparison, group, difference));
+    return printable(head) + "\n      " + printable(before + (before.empty() || after.empty() ? "" : " → ") + after) +
+           "\n";
+}
+
+// A name as a word of a shell.
+std::string shellWord(const std::string &name)
+{
+    const bool isPlain = name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"
+                                                "@%+=:,./_-") == std::string::npos;
+    if (isPlain)
+        return name;
+    std::string word = "'";
+    for (const char character : name)
+        word += character == '\'' ? std::string("'\\''") : std::string(1, character);
+    return word + "'";
+}
+
+// What shows the record of one side.
+std::string exportCommand(const Side &side, const QueryGroup &group, const QueryId &id)
+{
+    std::string command = "dcm export";
+    if (group.kind != RecordKind::vm) {
+        char type[16];
+        std::snprintf(type, sizeof type, " 0x%" PRIx32, id.type);
+        command += std::string(" ") + kindName(group.kind) + type;
+    }
+    if (group.kind == RecordKind::card)
+        command += " " + std::to_string(id.mode);
+    const std::string name = shellWord(side.name());
+    return side.origin() == Origin::file ? command + " --file " + name
+                                         : "git show " + name + " | " + command + " --file -";
+}
+
+std::string headOf(const Comparison &comparison, const QueryGroup &group)
+{
+    std::string head = printable(nameOf(group)) + "\n";
+    const auto add = [&](const Side &side, const std::vector<QueryId> &ids) {
+        if (!ids.empty() && side.origin() != Origin::other)
+            head += "  " + printable(exportCommand(side, group, ids.front())) + "\n";
+    };
+    add(comparison.before(), group.oldIds);
+    add(comparison.after(), group.newIds);
+    return head;
+}
+
+std::string counted(size_t count, const char *what)
+{
+    return count == 0 ? "" : std::to_string(count) + " " + what + ", ";
+}
+
+std::string elements(size_t count)
+{
+    return count == 1 ? "1 type is" : std::to_string(count) + " types are";
+}
+
+std::string summaryOf(const Comparison &comparison)
+{
+    const size_t rewritten = comparison.rewritten();
+    if (comparison.worst() == ChangeClass::none)
+        return "";
+    if (comparison.worst() == ChangeClass::cosmetic)
+        return "cosmetic: every query answers the same" +
+               (rewritten == 0 ? "" : "; " + elements(rewritten) + " written differently") + "\n";
+    std::string counts = counted(comparison.count(ChangeClass::breaking), "breaking") +
+                         counted(comparison.count(ChangeClass::behaviour), "behaviour") +
+                         counted(comparison.count(ChangeClass::addition), "addition");
+    counts.resize(counts.size() - 2);
+    return counts +
+           (rewritten == 0 ? ""
+                           : "; " + elements(rewritten) + " written differently, with the same answers (cosmetic)") +
+           "\n";
+}
+
+} // namespace
+
+bool printAsText(const Comparison &comparison, const OwnOutput &output)
+{
+    constexpr size_t kBlock = size_t{1} << 16;
+    const size_t most = mostOutputOf(comparison);
+    std::string text;
+    size_t size = 0;
+    size_t leftOut = 0;
+    bool isPrinted = true;
+    for (const QueryGroup &group : comparison.groups()) {
+        std::string head = headOf(comparison, group);
+        comparison.visitDifferences(group, [&](const Difference &difference) {
+            const std::string lines = leftOut == 0 ? head + linesOf(comparison, group, difference) : "";
+            if (lines.empty() || size + lines.size() > most) {
+                leftOut++;
+                return;
+            }
+            size += lines.size();
+            text += lines;
+            head.clear();
+        });
+        text += head.empty() ? "\n" : "";
+        if (text.size() > kBlock) {
+            isPrinted = isPrinted && output.print(text);
+            text.clear();
+        }
+        if (!isPrinted)
+            return false;
+    }
+    sayLeftOut(leftOut);
+    return output.print(text + summaryOf(comparison));
+}
+
+} // namespace dcmtool
