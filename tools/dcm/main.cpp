@@ -7,7 +7,8 @@ int main(int argc, char **argv)
     try {
         dcmtool::prepareProcess();
         return dcmtool::runCommandLine(
-            {frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(), listCommand(), exportCommand()},
+            {frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(), listCommand(), exportCommand(),
+             drawCommand()},
             argc, argv);
     } catch (...) {
         // Only lengths that no memory has are left to come here.

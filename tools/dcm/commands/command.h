@@ -56,5 +56,6 @@ dcmtool::Command vmCommand();
 dcmtool::Command checkCommand();
 dcmtool::Command listCommand();
 dcmtool::Command exportCommand();
+dcmtool::Command drawCommand();
 
 #endif

@@ -1,0 +1,24 @@
+#include "tools/dcm/draw/findings.h"
+
+#include "tools/dcm/check/check.h"
+#include "tools/dcm/printable.h"
+
+namespace dcmtool {
+
+std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Finding> &findings, const Places &places,
+                             const std::string &id)
+{
+    std::vector<Marked> marked;
+    const std::string name = file.name().substr(file.name().find_last_of('/') + 1);
+    for (const Finding &finding : findings) {
+        const bool isError = finding.severity == Severity::error;
+        const std::string text =
+            printable(name + ":" + std::to_string(file.place(finding.span.begin).line) +
+                      (isError ? ": error: " : ": warning: ") + finding.text + " [" + finding.check->name + "]");
+        for (const std::string &path : places.pathsAt(finding.element))
+            marked.push_back({path.empty() ? id : id + "." + path, text, isError});
+    }
+    return marked;
+}
+
+} // namespace dcmtool
