@@ -138,6 +138,8 @@ every_command_opens_regular_files_only() {
             expect 'standard error says why, and nothing else' [ "$(cat "$folder/err")" = "dcm: $reason" ]
             expect 'standard output is silent' silent out
         done
+        run page "$file"
+        expect "page does not open $file" exits 66
         run check "$file"
         expect "check does not open $file" exits 66
         expect 'the finding says why' says out "$file: error: cannot be read: ${reason#*: } [unreadable]"
@@ -200,6 +202,7 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
             # shellcheck disable=SC2086 # words of a command
             run_hostile --log $command --file "$name/$file.xml"
         done
+        run_hostile page "$name/$file.xml"
         for format in text json sarif; do
             run_hostile check --format "$format" "$name/$file.xml"
         done
@@ -672,6 +675,33 @@ draw_replaces_a_file_or_leaves_it() {
     run draw card 0x401 --file "$example" -o "$folder/none/picture.svg"
     expect 'a folder that is not there fails' exits 1
     expect 'which is said, too' says err "dcm: $folder/none/picture.svg: No such file or directory"
+}
+
+page_is_one_file_of_moderate_size() {
+    run page "$example" -o "$folder/device.html"
+    expect 'a page is written' exits 0
+    expect 'nothing is printed' silent out
+    expect 'nor said' silent err
+    expect 'it has less than 400 KB' [ "$(stat -c %s "$folder/device.html")" -lt 400000 ]
+    run page - <"$example"
+    expect 'standard input is read' exits 0
+    expect 'the page is printed' says out '<title>&lt;stdin&gt;: hardware description</title>'
+    run page "$example"
+    expect 'it is the same in a file' cmp -s "$folder/out" "$folder/device.html"
+}
+
+page_says_what_is_wrong() {
+    run page
+    expect 'a page needs a file' exits 64
+    run page "$folder/none.xml"
+    expect 'that can be read' exits 66
+    run page "$source/examples/vm-3.xml"
+    expect 'and describes a device' exits 1
+    expect 'which is said' says err 'a list of ports has no page'
+    write_faulty
+    run page "$folder/faulty.xml"
+    expect 'a query that fails makes the exit status 1' exits 1
+    expect 'there is a page all the same' says out 'The query of this type fails.'
 }
 
 # Here they are made on another machine than those that are in the repository.

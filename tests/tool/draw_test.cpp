@@ -5,6 +5,7 @@
 #include "tools/dcm/draw/described_cards.h"
 #include "tools/dcm/draw/findings.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/page/page.h"
 #include "tools/dcm/records/record_json.h"
 
 #include <libxml/parser.h>
@@ -32,7 +33,7 @@ using Ids = std::multiset<std::string>;
 struct Described {
     explicit Described(const std::string &text)
         : file(DescriptionFile::parse("device.xml", text)), cards(
-                                                                *file, [](uint32_t) { return true; }, true)
+                                                                *file, [](uint32_t, uint32_t) { return true; }, true)
     {
         for (const DescribedType &type : file->types())
             if (type.kind == RecordKind::frame && frameElement == nullptr) {
@@ -634,6 +635,97 @@ TEST(Draw, MakesPngAndPdfOrSaysThatThisBuildDoesNot)
     EXPECT_EQ(pdf, asPdf(svg, fault));
     EXPECT_EQ(asPng("<svg", fault), "");
     EXPECT_NE(fault, "");
+}
+
+// ---- The page -------------------------------------------------------------------------------------------------------
+
+// Every id of a part in a page: those of HTML's own elements and of miniatures have no dot or begin with "m-".
+Ids idsInPage(const std::string &html)
+{
+    static constexpr char kId[] = " id=\"";
+    Ids ids;
+    for (size_t at = html.find(kId); at != std::string::npos; at = html.find(kId, at)) {
+        at += sizeof kId - 1;
+        const std::string id = html.substr(at, html.find('"', at) - at);
+        if (id.find('.') != std::string::npos && id.find(".crossSlotBit.") == std::string::npos)
+            ids.insert(id);
+    }
+    return ids;
+}
+
+Page pageOf(const Described &described)
+{
+    const OwnOutput silence;
+    return dcmtool::pageOf(*described.file, checkFile(*described.file), 100'000'000);
+}
+
+TEST(Page, ShowsEachPartOfTheExportOnceInAHundredDescriptions)
+{
+    for (uint32_t seed = 1; seed <= 100 && !HasFailure(); seed++) {
+        SCOPED_TRACE("made from " + std::to_string(seed));
+        const Described described(dcmtest::correctDescription(seed));
+        if (!described.file->isDevice())
+            continue;
+        Ids expected;
+        for (const auto &[type, mode] : typesOf(described))
+            expected.merge(idsOfExport(described.cards.find(type, mode)->card, type));
+        for (const DescribedType &type : described.file->types()) {
+            DcmFrameInfo frame;
+            Queries queries(*described.file, true);
+            if (type.kind == RecordKind::frame && queries.run(type, frame))
+                expected.merge(idsOfExport(frame, type.typeIds.front(), {}));
+        }
+        EXPECT_EQ(idsInPage(pageOf(described).html), expected);
+    }
+}
+
+TEST(Page, ReachesForNothingElse)
+{
+    const Described described(dcmtest::correctDescription(3));
+    std::string html = pageOf(described).html;
+    // Elements of SVG have the name of a place that nothing reaches for.
+    const std::string name = "'http://www.w3.org/2000/svg'";
+    html.erase(html.find(name), name.size());
+    for (const char *reach : {"://", " src=", "@import", "url(\"", "url(h", "<link", "<base", "<iframe"})
+        EXPECT_THAT(html, Not(HasSubstr(reach)));
+}
+
+TEST(Page, KeepsTextOfTheFileFromBecomingMarkup)
+{
+    const std::string name = "&lt;/script>&lt;!--&quot;' onload=x>";
+    const Described described(
+        "<device><card typeid=\"1\" name=\"" + name + "\" abbrname=\"&lt;/title>\"><panel-port " +
+        "num=\"1\" startportid=\"1\" maxportid=\"1\"><port id=\"1\"><portid>1</portid><modelname>" + name +
+        "</modelname></port></panel-port></card><" + "b typeid=\"&lt;i>\"/></device>");
+    const std::string html = pageOf(described).html;
+    EXPECT_THAT(html, HasSubstr("&lt;/script&gt;&lt;!--&quot;"));
+    EXPECT_THAT(html, Not(HasSubstr("</script><!--")));
+    EXPECT_THAT(html, Not(HasSubstr("<i>")));
+    EXPECT_THAT(html, HasSubstr("\\u003c/script>"));
+    EXPECT_EQ(html.find("</title>"), html.rfind("</title>", html.find("<style")));
+}
+
+TEST(Page, LeavesOutWhatThereIsNoRoomForAndCountsIt)
+{
+    std::string text = "<device>";
+    for (int i = 1; i <= 100; i++)
+        text += "<card typeid=\"" + std::to_string(i) + "\"/>";
+    const auto file = DescriptionFile::parse("many.xml", text + "</device>");
+    const OwnOutput silence;
+    const Page page = dcmtool::pageOf(*file, {}, 20'000);
+    EXPECT_GT(page.omitted, 50U);
+    EXPECT_LT(page.html.size(), 100'000U);
+    EXPECT_EQ(dcmtool::pageOf(*file, {}, 10'000'000).omitted, 0U);
+}
+
+TEST(Page, SaysThatAQueryFailsAndWhy)
+{
+    const Described described(
+        "<device><card typeid=\"1\"><porttypecap><portcap>x</portcap></porttypecap></card></device>");
+    const Page page = pageOf(described);
+    EXPECT_EQ(page.failed, 1U);
+    EXPECT_THAT(page.html, HasSubstr("The query of this type fails."));
+    EXPECT_THAT(page.html, HasSubstr(" <code>query-fails</code><br>"));
 }
 
 } // namespace

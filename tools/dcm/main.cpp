@@ -8,7 +8,7 @@ int main(int argc, char **argv)
         dcmtool::prepareProcess();
         return dcmtool::runCommandLine(
             {frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(), listCommand(), exportCommand(),
-             drawCommand()},
+             drawCommand(), pageCommand()},
             argc, argv);
     } catch (...) {
         // Only lengths that no memory has are left to come here.

@@ -57,5 +57,6 @@ dcmtool::Command checkCommand();
 dcmtool::Command listCommand();
 dcmtool::Command exportCommand();
 dcmtool::Command drawCommand();
+dcmtool::Command pageCommand();
 
 #endif

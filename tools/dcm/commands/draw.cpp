@@ -143,7 +143,7 @@ private:
     {
         const uint32_t mode = options_.mode.value_or(0);
         const DescribedCards cards(
-            file_, [&](uint32_t type) { return type == options_.type; }, false);
+            file_, [&](uint32_t type, uint32_t of) { return type == options_.type && of == mode; }, false);
         const CardView *view = cards.find(options_.type, mode);
         if (view == nullptr) {
             sayThatItIsNotThere(cards.isDescribed(options_.type, mode));
@@ -165,13 +165,11 @@ private:
             return std::nullopt;
         }
         std::vector<Fit> fits = fitsOf(options_);
-        std::set<uint32_t> wanted;
-        for (const auto &slot : frame->supportCardType)
-            wanted.insert(std::begin(slot), std::end(slot));
+        std::set<std::pair<uint32_t, uint32_t>> wanted;
         for (const Fit &fit : fits)
-            wanted.insert(fit.cardType);
+            wanted.emplace(fit.cardType, fit.mode);
         const DescribedCards cards(
-            file_, [&](uint32_t typeId) { return wanted.count(typeId) != 0; }, true);
+            file_, [&](uint32_t typeId, uint32_t mode) { return wanted.count({typeId, mode}) != 0; }, true);
         for (Fit &fit : fits) {
             fit.card = cards.find(fit.cardType, fit.mode);
             fit.name = fit.card != nullptr ? cardName(fit.card->card, fit.cardType) : hexadecimal(fit.cardType, 4);

@@ -7,6 +7,9 @@ namespace dcmtool {
 extern const char *const kPictureStyle;
 extern const char *const kPictureDarkStyle;
 extern const char *const kPictureDefinitions;
+extern const char *const kPageStyle;
+extern const char *const kPageDarkStyle;
+extern const char *const kPageScript;
 
 } // namespace dcmtool
 

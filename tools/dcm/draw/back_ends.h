@@ -10,8 +10,11 @@ namespace dcmtool {
 
 // An SVG document with its style sheet, light and dark.
 std::string asSvg(const Picture &picture);
-// The element alone, for a page that has the style sheets and definitions once.
+// The element alone, for a page that has the style sheets and definitions once. Slots have their number and the place
+// for cards as "data-slot" and "data-room".
 std::string asSvgElement(const Picture &picture);
+// A part of a picture to be used several times: without ids, which a page has once, and titles.
+std::string asSvgPart(const Figure &figure, const std::string &id);
 // The style sheets, and what they and pictures refer to by id.
 std::string lightStyle();
 std::string darkStyle();

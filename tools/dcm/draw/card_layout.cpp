@@ -65,17 +65,18 @@ public:
         picture.title = joined({cardName(card_, view_.typeId), longName()}, " ");
         makeBays();
         const int plateWidth = placeBays();
-        width_ = plateWidth + 2 * m_.margin;
-        const int left = m_.margin;
+        const int left = view_.isPanelOnly ? kPanelMargin : m_.margin;
+        width_ = plateWidth + 2 * left;
         const Box room = {left, m_.isText ? 0 : 170, plateWidth, 0};
-        int y = addTitle(root_, m_, room, titleRuns(), subtitle(), badge(), badgeTitle());
-        addPlate({left, y, plateWidth, plateHeight_});
-        y += plateHeight_;
-        y = addPortTable(left, y);
-        y = addInnerPorts(left, y);
-        y = addLedTable(left, y);
-        y = addSensors(left, y);
-        y = addLegend(left, y);
+        int y = kPanelMargin;
+        if (view_.isPanelOnly) {
+            addPlate({left, y, plateWidth, plateHeight_});
+            y += plateHeight_ + kPanelMargin - m_.margin;
+        } else {
+            y = addTitle(root_, m_, room, titleRuns(), subtitle(), badge(), badgeTitle());
+            addPlate({left, y, plateWidth, plateHeight_});
+            y = addTables(left, y + plateHeight_);
+        }
         picture.root = std::move(root_);
         picture.width = width_;
         picture.height = y + m_.margin;
@@ -83,6 +84,15 @@ public:
     }
 
 private:
+    int addTables(int x, int y)
+    {
+        y = addPortTable(x, y);
+        y = addInnerPorts(x, y);
+        y = addLedTable(x, y);
+        y = addSensors(x, y);
+        return addLegend(x, y);
+    }
+
     // ---- What there is ----------------------------------------------------------------------------------------------
 
     void sortPortLeds()

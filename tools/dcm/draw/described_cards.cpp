@@ -1,5 +1,6 @@
 #include "tools/dcm/draw/described_cards.h"
 
+#include "card/card_query.h"
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
@@ -10,12 +11,33 @@ namespace dcmtool {
 DescribedCards::DescribedCards(const DescriptionFile &file, const IsWanted &isWanted, bool isSilent)
 {
     Queries queries(file, isSilent);
-    for (const DescribedType &type : file.types())
-        if (type.kind == RecordKind::card && !type.typeIds.empty() && isWanted(type.typeIds.front()))
+    // A card without a name has that of the one before it.
+    DcmCardInfo names = {};
+    for (const DescribedType &type : file.types()) {
+        if (type.kind != RecordKind::card || type.typeIds.empty())
+            continue;
+        takeName(type, names);
+        if (isWanted(type.typeIds.front(), type.mode))
             add(file, queries, type);
         else
             queries.pass(type);
-    makeNames();
+    }
+    for (auto &[type, name] : names_)
+        if (modes_[type].size() > 1)
+            name += " (" + std::to_string(modes_[type].size()) + " modes)";
+}
+
+// Of the names of several modes the shortest one.
+void DescribedCards::takeName(const DescribedType &type, DcmCardInfo &names)
+{
+    static_cast<void>(dcm::takeCardNames(type.element, names, dcm::Reporter{"dcmCardInfoGet"}));
+    const uint32_t typeId = type.typeIds.front();
+    if (!modes_[typeId].insert(type.mode).second)
+        return;
+    const std::string name = cardName(names, typeId);
+    std::string &kept = names_.emplace(typeId, name).first->second;
+    if (name.size() < kept.size())
+        kept = name;
 }
 
 void DescribedCards::add(const DescriptionFile &file, Queries &queries, const DescribedType &type)
@@ -40,28 +62,16 @@ void DescribedCards::add(const DescriptionFile &file, Queries &queries, const De
     card->view = std::make_unique<CardView>(CardView{card->info, type.typeIds.front(), *card->places, arrangement});
 }
 
-void DescribedCards::makeNames()
-{
-    std::map<uint32_t, size_t> modes;
-    for (const auto &[key, card] : cards_) {
-        modes[key.first]++;
-        if (card->view == nullptr)
-            continue;
-        // Of the names of several modes the shortest one.
-        const std::string name = cardName(card->info, key.first);
-        std::string &kept = names_.emplace(key.first, name).first->second;
-        if (name.size() < kept.size())
-            kept = name;
-    }
-    for (auto &[type, name] : names_)
-        if (modes[type] > 1)
-            name += " (" + std::to_string(modes[type]) + " modes)";
-}
-
 const CardView *DescribedCards::find(uint32_t typeId, uint32_t mode) const
 {
     const auto found = cards_.find({typeId, mode});
     return found != cards_.end() ? found->second->view.get() : nullptr;
+}
+
+size_t DescribedCards::modesOf(uint32_t typeId) const
+{
+    const auto found = modes_.find(typeId);
+    return found != modes_.end() ? found->second.size() : 0;
 }
 
 const DescribedType *findType(const std::vector<DescribedType> &types, RecordKind kind, uint32_t typeId, uint32_t mode)

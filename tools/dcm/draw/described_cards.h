@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -15,10 +16,10 @@ namespace dcmtool {
 
 class DescribedCards {
 public:
-    using IsWanted = std::function<bool(uint32_t typeId)>;
+    using IsWanted = std::function<bool(uint32_t typeId, uint32_t mode)>;
 
-    // Decodes those of the wanted types as their queries do; what the library reports is said on standard error unless
-    // it `isSilent`.
+    // Decodes those that are wanted as their queries do, and keeps the names of all; what the library reports is said
+    // on standard error unless it `isSilent`.
     DescribedCards(const DescriptionFile &file, const IsWanted &isWanted, bool isSilent);
 
     // nullptr: not described, or its query fails.
@@ -26,6 +27,7 @@ public:
     bool isDescribed(uint32_t typeId, uint32_t mode) const { return cards_.count({typeId, mode}) != 0; }
     // By type: "TPD-100 (2 modes)".
     const std::map<uint32_t, std::string> &names() const { return names_; }
+    size_t modesOf(uint32_t typeId) const;
 
 private:
     struct Card {
@@ -35,10 +37,11 @@ private:
     };
 
     void add(const DescriptionFile &file, Queries &queries, const DescribedType &type);
-    void makeNames();
+    void takeName(const DescribedType &type, DcmCardInfo &names);
 
     std::map<std::pair<uint32_t, uint32_t>, std::unique_ptr<Card>> cards_;
     std::map<uint32_t, std::string> names_;
+    std::map<uint32_t, std::set<uint32_t>> modes_;
 };
 
 // The one that a query finds: the first of its type and mode. nullptr: there is none.

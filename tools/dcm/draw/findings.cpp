@@ -12,11 +12,13 @@ std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Find
     const std::string name = file.name().substr(file.name().find_last_of('/') + 1);
     for (const Finding &finding : findings) {
         const bool isError = finding.severity == Severity::error;
-        const std::string text =
-            printable(name + ":" + std::to_string(file.place(finding.span.begin).line) +
-                      (isError ? ": error: " : ": warning: ") + finding.text + " [" + finding.check->name + "]");
+        std::string text = name + ":";
+        text += std::to_string(file.place(finding.span.begin).line);
+        text += isError ? ": error: " : ": warning: ";
+        text += finding.text;
+        text += std::string(" [") + finding.check->name + "]";
         for (const std::string &path : places.pathsAt(finding.element))
-            marked.push_back({path.empty() ? id : id + "." + path, text, isError});
+            marked.push_back({path.empty() ? id : id + "." + path, printable(text), isError});
     }
     return marked;
 }

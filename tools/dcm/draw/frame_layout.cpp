@@ -59,13 +59,16 @@ public:
 
     Picture paint()
     {
-        const int left = m_.isText ? 0 : 280;
-        const int width = m_.frameWidth - 2 * left;
-        int y =
-            addTitle(root_, m_, {left, m_.isText ? 0 : 210, width, 0},
-                     {{"Frame " + hexadecimal(view_.typeId), {Font::title, true, Tone::plain}}}, subtitle(),
-                     "layout derived from slot numbers and kinds",
-                     "The description gives no places of slots and units: they are drawn in number order, by kind.");
+        constexpr int kMargin = 280;
+        const int width = m_.frameWidth - (m_.isText ? 0 : 2 * kMargin);
+        const int left = view_.isPanelOnly ? kPanelMargin : m_.isText ? 0 : kMargin;
+        int y = kPanelMargin;
+        if (!view_.isPanelOnly)
+            y = addTitle(
+                root_, m_, {left, m_.isText ? 0 : 210, width, 0},
+                {{"Frame " + hexadecimal(view_.typeId), {Font::title, true, Tone::plain}}}, subtitle(),
+                "layout derived from slot numbers and kinds",
+                "The description gives no places of slots and units: they are drawn in number order, by kind.");
         inside_ = {left + m_.framePad, y + m_.frameTop, width - 2 * m_.framePad, 0};
         const int top = y;
         y = addStrip(inside_.y);
@@ -86,7 +89,7 @@ public:
         y = addLegends({left, y, width, 0});
         Picture picture;
         picture.title = "Frame " + hexadecimal(view_.typeId);
-        picture.width = m_.frameWidth;
+        picture.width = width + 2 * left;
         picture.height = y + m_.margin;
         picture.root = std::move(root_);
         return picture;
@@ -255,6 +258,7 @@ private:
         const Box room = {box.x + m_.bar + m_.cellPad, fitTop < 0 ? box.y + m_.cellPad + (m_.isText ? 1 : 0) : fitTop,
                           box.w - m_.bar - 2 * m_.cellPad - (m_.isText ? 1 : 0),
                           fitTop < 0 ? box.h - 2 * m_.cellPad - (m_.isText ? 2 : 0) : m_.fitLine};
+        node.room = room;
         addFits(node, slot, {room}, fitTop < 0);
         parts_.push_back(std::move(node));
         return parts_.back();
@@ -306,6 +310,7 @@ private:
 
     void addEmptyCells(Figure &node, uint32_t slot, Box row)
     {
+        Figure &cells = node.add(groupFigure({}, "", "", "g-empty"));
         const int pad = m_.isText ? 1 : 70;
         const int cards = frame_.maxCardNum[slot - 1];
         const int first = frame_.startCardId[slot - 1];
@@ -317,7 +322,7 @@ private:
             const std::string text = cards == 0 ? "takes no card"
                                                 : std::to_string(cards) + " cards: " + prefix + std::to_string(first) +
                                                       " … " + prefix + std::to_string(first + cards - 1);
-            node.add(textFigure(m_, row.x + pad, y, {{text, kSmallDim}, {own, kSmallDim}}, row.w - 2 * pad));
+            cells.add(textFigure(m_, row.x + pad, y, {{text, kSmallDim}, {own, kSmallDim}}, row.w - 2 * pad));
             return;
         }
         for (int i = 0; i < cards; i++) {
@@ -326,12 +331,12 @@ private:
                 Figure divider;
                 divider.part = Part::divider;
                 divider.box = {cell.x - (m_.isText ? 1 : 15), cell.y, m_.isText ? 1 : 0, cell.h};
-                node.add(std::move(divider));
+                cells.add(std::move(divider));
             }
             std::vector<Run> runs = {{prefix + std::to_string(first + i), kSmallDim}};
             if (i == 0 && !own.empty())
                 runs.push_back({own, kSmallDim});
-            node.add(textFigure(m_, cell.x + pad, y, runs, cell.w - 2 * pad));
+            cells.add(textFigure(m_, cell.x + pad, y, runs, cell.w - 2 * pad));
         }
     }
 
@@ -417,6 +422,7 @@ private:
         const Box bar = {inside_.x, y, m_.isText ? 2 : 220, count * (rowHeight_ + gap) - gap};
         addBandBar(bar, band.kind);
         std::vector<Box> boxes;
+        boxes.reserve(band.slots.size());
         for (int i = 0; i < count; i++)
             boxes.push_back({x, y + i * (rowHeight_ + gap), width, rowHeight_});
         // What takes several rows is drawn over them.
@@ -474,6 +480,7 @@ private:
             cells.push_back({boxes[i].x + m_.numberCell, boxes[i].y + m_.cellPad,
                              boxes[i].w - m_.numberCell - m_.cellPad - (m_.isText ? 1 : 10),
                              boxes[i].h - 2 * m_.cellPad});
+        node.room = cells.front();
         const Fit *taker = takerOf(slot);
         if (taker == nullptr || fitsOf_.count(slot) != 0)
             addFits(node, slot, cells, true);
@@ -796,6 +803,7 @@ private:
         std::stable_sort(order.begin(), order.end(),
                          [&](const std::string &one, const std::string &other) { return styles[one] < styles[other]; });
         std::vector<Item> ports;
+        ports.reserve(order.size());
         for (const std::string &kind : order)
             ports.push_back(
                 {m_.isText ? std::nullopt : std::optional<Figure>(panelFigure({}, "port " + styles[kind], 15)),

@@ -52,6 +52,7 @@ struct CardView {
     uint32_t typeId;
     const Places &places;
     Arrangement arrangement = {};
+    bool isPanelOnly = false; // without title and tables, which a page has beside it
 };
 
 // "ETH-54P": the abbreviated name, or the name, or the type.
@@ -80,6 +81,7 @@ struct FrameView {
     const Places &places;
     const std::map<uint32_t, std::string> &cardNames; // of the described types
     std::vector<Fit> fits = {};
+    bool isPanelOnly = false; // without a title
 };
 
 // Whether each card fits into its slot, in the order in which they are put there. False when one does not.
@@ -93,7 +95,9 @@ struct Marked {
     std::string text; // "device.xml:812: error: ..."
     bool isError = false;
 };
-// Marks the parts and lists what was found below the picture.
+// Marks the parts.
+void markParts(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics);
+// Marks them and lists what was found below the picture.
 void markFindings(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics);
 
 } // namespace dcmtool

@@ -190,8 +190,8 @@ int widthOfCharacter(uint32_t code)
 
 } // namespace
 
-const Metrics kPixels = pixels();
-const Metrics kCells = cells();
+constexpr Metrics kPixels = pixels();
+constexpr Metrics kCells = cells();
 
 int sizeOf(Font font)
 {

@@ -265,24 +265,20 @@ std::vector<PortGroup> portGroups(const DcmCardInfo &card)
     const auto numberOf = [&](size_t index) { return card.panelIf[index].portId; };
     std::stable_sort(order.begin(), order.end(),
                      [&](size_t one, size_t other) { return numberOf(one) < numberOf(other); });
+    // What ports of a group may differ in is left out. Queries clear records first, so that padding is zero.
     const auto commonOf = [&](size_t index) {
-        DcmPanelIfInfo port;
-        std::memcpy(&port, &card.panelIf[index], sizeof port);
+        DcmPanelIfInfo port = card.panelIf[index];
         port.portId = 0;
         port.wavelength = 0;
         port.portIdOffset = 0;
-        return port;
+        std::string bytes(sizeof port, '\0');
+        std::memcpy(bytes.data(), &port, sizeof port);
+        return bytes;
     };
     std::vector<PortGroup> groups;
     for (const size_t index : order) {
-        const DcmPanelIfInfo common = commonOf(index);
-        bool continues = false;
-        if (!groups.empty()) {
-            const size_t last = groups.back().ports.back();
-            const DcmPanelIfInfo before = commonOf(last);
-            continues = numberOf(index) == numberOf(last) + 1 && std::memcmp(&common, &before, sizeof common) == 0;
-        }
-        if (!continues)
+        const size_t last = groups.empty() ? index : groups.back().ports.back();
+        if (groups.empty() || numberOf(index) != numberOf(last) + 1 || commonOf(index) != commonOf(last))
             groups.push_back({{}, roleOf(card.panelIf[index])});
         groups.back().ports.push_back(index);
     }
@@ -337,13 +333,17 @@ constexpr size_t kMostListed = 20;
 
 } // namespace
 
-void markFindings(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics)
+void markParts(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics)
 {
     std::map<std::string, std::vector<const Marked *>> byId;
     for (const Marked &one : marked)
         byId[one.id].push_back(&one);
     markIn(picture.root, byId, metrics);
+}
 
+void markFindings(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics)
+{
+    markParts(picture, marked, metrics);
     const int x = metrics.isText ? 0 : metrics.margin;
     int y = addHeading(picture.root, metrics, x, picture.height - (metrics.isText ? 0 : metrics.margin / 2),
                        marked.empty() ? "Check: nothing found" : "Check");

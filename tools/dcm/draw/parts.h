@@ -19,6 +19,9 @@ constexpr Face kTinyDim = {Font::tiny, false, Tone::dim};
 constexpr Face kTinyDimBold = {Font::tiny, true, Tone::dim};
 constexpr Face kNumber = {Font::number, false, Tone::plain};
 
+// Around a picture without title and tables.
+constexpr int kPanelMargin = 20;
+
 // A line of text, cut to its room; `x` is its start, middle or end.
 Figure textFigure(const Metrics &metrics, int x, int y, const std::vector<Run> &runs, int room,
                   Anchor anchor = Anchor::start);

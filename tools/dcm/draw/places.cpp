@@ -59,6 +59,8 @@ Places::Places(const DescriptionFile &file, Node element) : file_(file), element
             takeList(isCard ? "led" : "ledInfo", child, "led");
         else if (dcm::isNamed(child, "temperature-entity"))
             takeList("temperature", child, "temperature");
+        else if (dcm::isNamed(child, "led-map"))
+            takeMap("ledMap", child);
 }
 
 void Places::take(const std::string &path, Node node)
@@ -96,12 +98,29 @@ void Places::takeUnit(const std::string &path, Node unit)
             takeList(path + "ledInfo", child, "led");
         else if (dcm::isNamed(child, "temperature-entity"))
             takeList(path + "temperature", child, "temperature");
+        else if (dcm::isNamed(child, "led-map"))
+            takeMap(path + "ledMap", child);
+}
+
+// Of two kinds of entries, in document order.
+void Places::takeMap(const std::string &path, Node map)
+{
+    size_t count = 0;
+    for (const Node child : dcm::children(map))
+        if (dcm::isNamed(child, "led-name") || dcm::isNamed(child, "source"))
+            take(step("", path.c_str(), count++), child);
+}
+
+Node Places::nodeOf(const std::string &path) const
+{
+    const auto found = nodes_.find(path);
+    return found != nodes_.end() ? found->second : nullptr;
 }
 
 std::string Places::of(const std::string &path) const
 {
-    const auto found = nodes_.find(path);
-    const Node node = found != nodes_.end() ? found->second : element_;
+    const Node own = nodeOf(path);
+    const Node node = own != nullptr ? own : element_;
     return name_ + ":" + std::to_string(file_.place(file_.nameSpan(node).begin).line);
 }
 

@@ -19,6 +19,8 @@ public:
     // "device.xml:812", that of the frame or card where the path has no element of its own. The folder of the file is
     // left out, so that a picture does not depend on it.
     std::string of(const std::string &path) const;
+    // The element; nullptr where the path has none of its own.
+    Node nodeOf(const std::string &path) const;
     // The paths that the element describes which is `node` or around it; the empty one stands for the frame or card,
     // and there is none for what is outside of it.
     std::vector<std::string> pathsAt(Node node) const;
@@ -27,6 +29,7 @@ private:
     void take(const std::string &path, Node node);
     void takeList(const std::string &path, Node parent, const char *name);
     void takeIds(const std::string &path, Node parent, const char *name, uint32_t first);
+    void takeMap(const std::string &path, Node map);
     void takeUnit(const std::string &path, Node unit);
 
     const DescriptionFile &file_;

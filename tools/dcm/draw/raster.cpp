@@ -30,6 +30,7 @@ public:
         return handle_ != nullptr ? nullptr : "librsvg-2.so.2 is not found, which PNG and PDF take";
     }
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name is declared
 #define DCM_FUNCTION(name) decltype(&::name) name = load<decltype(&::name)>(#name)
 private:
     void *handle_ = dlopen("librsvg-2.so.2", RTLD_NOW | RTLD_LOCAL);

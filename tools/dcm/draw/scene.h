@@ -73,6 +73,7 @@ struct Figure {
     bool isLower = false;   // a connector below another one: it is drawn upside down
     bool isMini = false;    // a connector without details
     std::string glyph = {}; // an LED's in text, and a port's number
+    Box room = {};          // of a slot: what a card may fill
     std::vector<Figure> children = {};
 
     Figure &add(Figure child)

@@ -87,6 +87,8 @@ std::string classesOf(const Run &run, Anchor anchor)
 
 class Writer {
 public:
+    explicit Writer(bool isForPage) : isForPage_(isForPage) {}
+
     std::string take() { return std::move(out_); }
 
     void write(const Figure &node)
@@ -188,7 +190,7 @@ private:
     {
         const bool isThere = !node.id.empty() || !node.title.empty() || !node.style.empty();
         if (isThere) {
-            out_ += "<g" + attribute("id", node.id) + attribute("class", node.style) + ">";
+            out_ += "<g" + attribute("id", node.id) + attribute("class", node.style) + roomOf(node) + ">";
             if (!node.title.empty())
                 out_ += "<title>" + escapedXml(node.title) + "</title>";
             out_ += "\n";
@@ -197,6 +199,15 @@ private:
             write(child);
         if (isThere)
             out_ += "</g>\n";
+    }
+
+    // What a page's script needs of a slot.
+    std::string roomOf(const Figure &node) const
+    {
+        if (!isForPage_ || node.room.w == 0)
+            return "";
+        return attribute("data-slot", node.id.substr(node.id.find_last_of('.') + 1)) +
+               attribute("data-room", point(node.room.x, node.room.y) + " " + point(node.room.w, node.room.h));
     }
 
     void text(const Figure &node)
@@ -408,12 +419,13 @@ private:
         }
     }
 
+    bool isForPage_;
     std::string out_;
 };
 
-std::string elementOf(const Picture &picture, const std::string &attributes, const std::string &head)
+std::string elementOf(const Picture &picture, const std::string &attributes, const std::string &head, bool isForPage)
 {
-    Writer writer;
+    Writer writer(isForPage);
     writer.write(picture.root);
     const std::string size = number(picture.width) + " " + number(picture.height);
     return "<svg" + attributes + " viewBox=\"0 0 " + size + "\"" + attribute("width", picture.width) +
@@ -434,12 +446,33 @@ std::string asSvg(const Picture &picture)
            elementOf(picture,
                      " xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" role=\"img\" "
                      "aria-labelledby=\"t d\"",
-                     head);
+                     head, false);
 }
 
 std::string asSvgElement(const Picture &picture)
 {
-    return elementOf(picture, " role=\"group\"" + attribute("aria-label", picture.title), "");
+    return elementOf(picture, " role=\"group\"" + attribute("aria-label", picture.title), "", true);
+}
+
+namespace {
+
+void makeAnonymous(Figure &figure)
+{
+    figure.id.clear();
+    figure.title.clear();
+    for (Figure &child : figure.children)
+        makeAnonymous(child);
+}
+
+} // namespace
+
+std::string asSvgPart(const Figure &figure, const std::string &id)
+{
+    Figure copy = figure;
+    makeAnonymous(copy);
+    Writer writer(false);
+    writer.write(copy);
+    return "<g" + attribute("id", id) + ">\n" + writer.take() + "</g>\n";
 }
 
 } // namespace dcmtool

@@ -1,0 +1,50 @@
+#include "tools/dcm/page/page.h"
+#include "tools/dcm/check/engine.h"
+#include "tools/dcm/commands/command.h"
+#include "tools/dcm/description/described.h"
+#include "tools/dcm/output_file.h"
+#include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
+
+#include <cstdio>
+#include <memory>
+
+using namespace dcmtool;
+
+namespace {
+
+struct Options {
+    std::string file;
+    std::string output;
+};
+
+Exit runPage(const Options &options)
+{
+    if (options.file.empty())
+        throw UsageError("FILE is required");
+    const OwnOutput output;
+    const auto file = openDescription(options.file);
+    if (file == nullptr)
+        return kUnreadable;
+    if (!file->isDevice()) {
+        std::fprintf(stderr, "dcm: %s: a list of ports has no page\n", printable(file->name()).c_str());
+        return kQueryFailed;
+    }
+    const Page page = pageOf(*file, checkFile(*file), mostOutputOf(*file));
+    if (page.omitted != 0)
+        sayOmitted(*file, page.omitted, "frames, slots and cards", "the file has more types than a device");
+    const bool isWritten = options.output.empty() ? output.print(page.html) : writeFile(options.output, page.html);
+    return isWritten && page.failed == 0 && page.omitted == 0 ? kSuccess : kQueryFailed;
+}
+
+} // namespace
+
+Command pageCommand()
+{
+    const auto options = std::make_shared<Options>();
+    return {"page",
+            "Write a description as one HTML page: pictures, tables, cards to be fitted into slots",
+            {{"FILE", "Device description to read, - for standard input", &options->file},
+             {"-o,--output", "File to write [standard output]", &options->output, "FILE"}},
+            [options] { return runPage(*options); }};
+}
