@@ -6,6 +6,7 @@
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -17,6 +18,9 @@ struct Options {
     std::string file;
     std::string output;
 };
+
+// More than any device needs, and as much as a browser shows without delay.
+constexpr size_t kMostOfPage = size_t{16} * 1000 * 1000;
 
 Exit runPage(const Options &options)
 {
@@ -30,9 +34,10 @@ Exit runPage(const Options &options)
         std::fprintf(stderr, "dcm: %s: a list of ports has no page\n", printable(file->name()).c_str());
         return kQueryFailed;
     }
-    const Page page = pageOf(*file, checkFile(*file), mostOutputOf(*file));
+    const Page page = pageOf(*file, checkFile(*file), std::min(mostOutputOf(*file), kMostOfPage));
     if (page.omitted != 0)
-        sayOmitted(*file, page.omitted, "frames, slots and cards", "the file has more types than a device");
+        std::fprintf(stderr, "dcm: %s: the page is full: the last %zu frames, slots and cards are left out\n",
+                     printable(file->name()).c_str(), page.omitted);
     const bool isWritten = options.output.empty() ? output.print(page.html) : writeFile(options.output, page.html);
     return isWritten && page.failed == 0 && page.omitted == 0 ? kSuccess : kQueryFailed;
 }

@@ -11,13 +11,16 @@ std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Find
     std::vector<Marked> marked;
     const std::string name = file.name().substr(file.name().find_last_of('/') + 1);
     for (const Finding &finding : findings) {
+        const std::vector<std::string> paths = places.pathsAt(finding.element);
+        if (paths.empty())
+            continue;
         const bool isError = finding.severity == Severity::error;
         std::string text = name + ":";
         text += std::to_string(file.place(finding.span.begin).line);
         text += isError ? ": error: " : ": warning: ";
         text += finding.text;
         text += std::string(" [") + finding.check->name + "]";
-        for (const std::string &path : places.pathsAt(finding.element))
+        for (const std::string &path : paths)
             marked.push_back({path.empty() ? id : id + "." + path, printable(text), isError});
     }
     return marked;
