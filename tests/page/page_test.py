@@ -9,6 +9,8 @@ import subprocess
 import sys
 import tempfile
 
+sys.dont_write_bytecode = True
+
 from browser import Browser, find_chromium
 
 kShownSections = "[...document.querySelectorAll('.ent')].filter(e => e.getClientRects().length).map(e => e.dataset.key)"

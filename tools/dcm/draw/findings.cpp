@@ -19,7 +19,9 @@ std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Find
         text += std::to_string(file.place(finding.span.begin).line);
         text += isError ? ": error: " : ": warning: ";
         text += finding.text;
-        text += std::string(" [") + finding.check->name + "]";
+        text += " [";
+        text += finding.check->name;
+        text += "]";
         for (const std::string &path : paths)
             marked.push_back({path.empty() ? id : id + "." + path, printable(text), isError});
     }
