@@ -34,6 +34,8 @@ dcm_bom_component(LibXml2 "${LIBXML2_VERSION_STRING}" libdcm "Reads XML; linked 
 if(DCM_BUILD_TOOL)
     dcm_bom_component(CLI11 "${CLI11_VERSION}" dcm "Reads the command line; headers only")
     dcm_bom_component(nlohmann_json "${nlohmann_json_VERSION}" dcm "Reads and writes JSON; headers only")
+    set(librsvg_FOUND ${RSVG_FOUND})
+    dcm_bom_component(librsvg "${RSVG_librsvg-2.0_VERSION}" dcm "Draws PNG and PDF; loaded when it is used")
 endif()
 
 configure_file(cmake/bom.cdx.json.in ${PROJECT_BINARY_DIR}/bom.cdx.json @ONLY)

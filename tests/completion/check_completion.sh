@@ -146,4 +146,12 @@ completes_exports() {
     offers 'modes to export' 0 1 -- export --file "$example" card 0x0402 ''
 }
 
+completes_drawings() {
+    local example=$source/examples/device.xml
+    offers 'what can be drawn' frame card -- draw ''
+    offers 'types to draw behind options' 0x0401 0x0402 0x0403 -- draw -f "$example" --led fan = stop card 0x04
+    offers 'an option of frames' --fit -- draw frame 1 --fit
+    offers 'files to write' "$source/examples/device.xml" -- draw card 1 -o "$source/examples/dev"
+}
+
 "$3"

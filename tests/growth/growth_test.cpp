@@ -87,6 +87,9 @@ const std::vector<Command> &commands()
         {"list", {"list", "--file"}},
         {"listAsJson", {"list", "--json", "--file"}},
         {"exporting", {"export", "--file"}},
+        {"drawingAFrame", {"draw", "frame", "1", "--check", "--file"}},
+        {"drawingACard", {"draw", "card", "1", "--check", "--file"}},
+        {"page", {"page"}},
     };
     return all;
 }

@@ -135,13 +135,15 @@ every_command_opens_regular_files_only() {
     write_unopened
     while IFS= read -r reason; do
         local file=${reason%%: *}
-        for command in 'frame 1' 'slot 1' 'card 1' list 'list --json' export show; do
+        for command in 'frame 1' 'slot 1' 'card 1' list 'list --json' export show 'draw frame 1'; do
             # shellcheck disable=SC2086 # words of a command
             run $command --file "$file"
             expect "$command does not open $file" exits 66
             expect 'standard error says why, and nothing else' [ "$(cat "$folder/err")" = "dcm: $reason" ]
             expect 'standard output is silent' silent out
         done
+        run page "$file"
+        expect "page does not open $file" exits 66
         run check "$file"
         expect "check does not open $file" exits 66
         expect 'the finding says why' says out "$file: error: cannot be read: ${reason#*: } [unreadable]"
@@ -199,10 +201,12 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
     run card 0x201 --file "$name/texts.xml"
     expect 'what is escaped is still there' says out 'description=?forged??forged'
     for file in texts words torn none; do
-        for command in 'frame 1' 'frame 0' 'slot 1' 'slot 0' 'card 1' 'card 0' list 'list --json' export 'export card' 'export card 77' show 'show card' 'show --ascii --width 40'; do
+        for command in 'frame 1' 'frame 0' 'slot 1' 'slot 0' 'card 1' 'card 0' list 'list --json' export 'export card' 'export card 77' show 'show card' 'show --ascii --width 40' \
+            'draw frame 1' 'draw card 0x101' 'draw card 77' 'draw --check card 0x302' 'draw card 1 -o /dev/stdout.svg'; do
             # shellcheck disable=SC2086 # words of a command
             run_hostile --log $command --file "$name/$file.xml"
         done
+        run_hostile page "$name/$file.xml"
         for format in text json sarif; do
             run_hostile check --format "$format" "$name/$file.xml"
         done
@@ -257,7 +261,7 @@ ends_with_71_without_memory() {
         head -n 600000 < <(yes '<a/><a/><a/><a/>')
         echo '</frame></device>'
     } >"$folder/many.xml"
-    for command in 'frame 1 -f' 'list -f' 'export -f' check; do
+    for command in 'frame 1 -f' 'list -f' 'export -f' 'draw frame 1 -f' check; do
         status=0
         # shellcheck disable=SC2086 # words of a command
         (
@@ -1112,6 +1116,146 @@ format_leaves_a_file_that_it_cannot_write() {
     expect 'a full disk is a failure' exits 2
     expect 'standard error says so' says err "dcm: $folder/disk/large.xml: cannot be written: No space left on device"
     expect 'the file is as before, and nothing else is there' silent out
+}
+
+draw_prints_text_or_writes_the_format_of_the_name() {
+    run draw card 0x302 --file "$example"
+    expect 'a drawing in text is printed' exits 0
+    expect 'it is what it was' cmp -s "$folder/out" "$source/tests/golden/draw-card-0x0302.txt"
+    run draw frame 1 --file "$example" --fit 3=0x0302 --fit 8=0x0302 --fit 11=0x402:1 --led fan=stop
+    expect 'a card is refused' exits 1
+    expect 'which is said' says err 'dcm: ETH-54P refused: slot 8 accepts MCU-A'
+    expect 'the drawing is printed all the same' cmp -s "$folder/out" "$source/tests/golden/draw-frame-1.txt"
+    for format in svg txt png pdf; do
+        run draw card 0x302 --file "$example" -o "$folder/picture.$format"
+        if exits 1; then
+            expect 'only what takes librsvg is not made' says err librsvg
+            expect 'and no file is left' [ ! -e "$folder/picture.$format" ]
+            continue
+        fi
+        expect "$format is written" exits 0
+        expect 'nothing is printed' silent out
+    done
+    expect 'text is the same in a file' cmp -s "$folder/picture.txt" "$source/tests/golden/draw-card-0x0302.txt"
+    expect 'SVG is SVG' grep -q '^<svg ' "$folder/picture.svg"
+    [ ! -e "$folder/picture.png" ] || expect 'PNG is PNG' [ "$(head -c 4 "$folder/picture.png" | tail -c 3)" = PNG ]
+    [ ! -e "$folder/picture.pdf" ] || expect 'PDF is PDF' [ "$(head -c 5 "$folder/picture.pdf")" = %PDF- ]
+    cp "$folder/picture.svg" "$folder/first.svg"
+    (cd "$source/examples" && tool draw card 0x302 -f device.xml -o "$folder/picture.svg")
+    expect 'the folder makes no difference' cmp -s "$folder/picture.svg" "$folder/first.svg"
+}
+
+# What the DTD of SVG 1.1 does not know of SVG 2 is declared beside it.
+draw_makes_valid_svg() {
+    local type kind
+    command -v xmllint >/dev/null || skip 'xmllint is not installed'
+    ls /usr/share/xml/w3c-sgml-lib/schema/dtd/REC-SVG11-*/svg11.dtd >/dev/null 2>&1 || skip 'the DTD of SVG is not installed'
+    while read -r kind type mode _; do
+        [ "$kind" != slot ] || continue
+        [ "$mode" != - ] || mode=
+        # shellcheck disable=SC2086 # a mode or none
+        run draw "$kind" "$type" $mode --check --file "$example" -o "$folder/picture.svg"
+        expect "$kind $type is drawn" exits 0
+        sed '1a<!DOCTYPE svg PUBLIC "-//W3C//DTD SVG 1.1//EN" "svg11.dtd" [\
+<!ATTLIST svg role CDATA #IMPLIED aria-labelledby CDATA #IMPLIED>]>' "$folder/picture.svg" >"$folder/valid.svg"
+        status=0
+        xmllint --noout --nonet --valid "$folder/valid.svg" >"$folder/out" 2>"$folder/err" || status=$?
+        expect "the picture of $kind $type is valid" exits 0
+    done < <(tool list --file "$example" | tail -n +2)
+}
+
+draw_says_what_is_wrong() {
+    run draw frame 9 --file "$example"
+    expect 'a type that is not there fails' exits 1
+    expect 'and is named' says err 'no frame has type id 9'
+    run draw card 0x402 7 --file "$example"
+    expect 'as does a mode' says err 'no card has type id 1026 and mode 7'
+    write_faulty
+    run draw card 1 --led fan=dancing --file "$example"
+    expect 'a state that no LED has fails' exits 1
+    while IFS= read -r line; do
+        # shellcheck disable=SC2086 # words of a command
+        run draw --file "$example" $line
+        expect "'$line' is wrong usage" exits 64
+        expect 'which is said' [ -s "$folder/err" ]
+        expect 'and nothing is printed' silent out
+    done <<'LINES'
+
+card
+card 0x302 -o picture.gif
+card 0x302 --led fan
+card 0x302 --fit 1=1
+frame 1 --fit 3
+frame 1 --fit 3=card
+frame 1 --fit 33=0x302
+frame 1 --fit 1=1 --fit 1=1 --fit 1=1 --fit 1=1 --fit 1=1 --fit 1=1 --fit 1=1 --fit 1=1 --fit 1=1
+LINES
+}
+
+draw_replaces_a_file_or_leaves_it() {
+    local picture="$folder/picture.svg"
+    mkdir "$folder/target"
+    echo old >"$folder/target/picture.svg"
+    chmod 640 "$folder/target/picture.svg"
+    ln -s target/picture.svg "$picture"
+    run draw card 0x302 --file "$example" -o "$picture"
+    expect 'a file is replaced' exits 0
+    expect 'a link stays a link' [ -L "$picture" ]
+    expect 'the file that it leads to is new' grep -q '^<svg ' "$folder/target/picture.svg"
+    expect 'it keeps its mode' [ "$(stat -c %a "$folder/target/picture.svg")" = 640 ]
+    expect 'nothing else is left' [ "$(ls "$folder/target")" = picture.svg ]
+    cp "$folder/target/picture.svg" "$folder/before"
+    status=0
+    # The file may have 1 KiB.
+    (
+        trap '' XFSZ
+        ulimit -f 1
+        tool draw card 0x401 --file "$example" -o "$picture"
+    ) >"$folder/out" 2>"$folder/err" || status=$?
+    expect 'a file that cannot be written fails' exits 1
+    expect 'which is said' says err "dcm: $picture: File too large"
+    expect 'the old content is still there' cmp -s "$picture" "$folder/before"
+    expect 'and nothing else' [ "$(ls "$folder/target")" = picture.svg ]
+    run draw card 0x401 --file "$example" -o "$folder/none/picture.svg"
+    expect 'a folder that is not there fails' exits 1
+    expect 'which is said, too' says err "dcm: $folder/none/picture.svg: No such file or directory"
+}
+
+page_is_one_file_of_moderate_size() {
+    run page "$example" -o "$folder/device.html"
+    expect 'a page is written' exits 0
+    expect 'nothing is printed' silent out
+    expect 'nor said' silent err
+    expect 'it has less than 400 KB' [ "$(stat -c %s "$folder/device.html")" -lt 400000 ]
+    run page - <"$example"
+    expect 'standard input is read' exits 0
+    expect 'the page is printed' says out '<title>&lt;stdin&gt;: hardware description</title>'
+    run page "$example"
+    expect 'it is the same in a file' cmp -s "$folder/out" "$folder/device.html"
+}
+
+page_says_what_is_wrong() {
+    run page
+    expect 'a page needs a file' exits 64
+    run page "$folder/none.xml"
+    expect 'that can be read' exits 66
+    run page "$source/examples/vm-3.xml"
+    expect 'and describes a device' exits 1
+    expect 'which is said' says err 'a list of ports has no page'
+    write_faulty
+    run page "$folder/faulty.xml"
+    expect 'a query that fails makes the exit status 1' exits 1
+    expect 'there is a page all the same' says out 'The query of this type fails.'
+}
+
+# Here they are made on another machine than those that are in the repository.
+draw_makes_the_pictures_of_the_documentation() {
+    "$source/scripts/pictures.sh" "$dcm" "$source" "$folder"
+    for picture in "$source"/docs/pictures/*.svg; do
+        status=0
+        cmp "$picture" "$folder/${picture##*/}" >"$folder/out" 2>"$folder/err" || status=$?
+        expect "${picture##*/} is as scripts/pictures.sh draws it" exits 0
+    done
 }
 
 "$3"

@@ -49,7 +49,7 @@ class Mutator {
 public:
     explicit Mutator(uint32_t seed) : random_(seed) {}
 
-    // Values that other descriptions have, by the name of what holds them.
+    // FieldValues that other descriptions have, by the name of what holds them.
     void learn(const std::string &text)
     {
         for (const Part &part : partsOf(text))
@@ -278,7 +278,7 @@ struct Facts {
 
 void addFacts(const Record &record, const void *cleared, const uint8_t *base, const std::string &path, Facts &facts);
 
-void addFacts(const Value &value, const std::string &path, Facts &facts)
+void addFacts(const FieldValue &value, const std::string &path, Facts &facts)
 {
     const Field &field = value.field();
     const std::string said = path + "=" + value.words();
@@ -302,7 +302,7 @@ void addEntries(const Record &record, const Field &field, const void *cleared, c
     Facts entries;
     std::string row;
     bool isAmbiguous = false;
-    for (const Value value : record.valuesOf(field)) {
+    for (const FieldValue value : record.valuesOf(field)) {
         const Record entry = value.record();
         const auto *bytes = static_cast<const uint8_t *>(entry.bytes());
         if (std::memcmp(bytes, static_cast<const uint8_t *>(cleared) + (bytes - base), field.stride) == 0)
@@ -314,7 +314,8 @@ void addEntries(const Record &record, const Field &field, const void *cleared, c
         isAmbiguous = !keys.insert(key).second || isAmbiguous;
         entries.structure.insert(path + "[" + key + "] is there");
         addFacts(entry, cleared, base, path + "[" + key + "].", entries);
-        walk(entry, [&row](const std::string &name, const Value &inner) { row += name + "=" + inner.words() + ";"; });
+        walk(entry,
+             [&row](const std::string &name, const FieldValue &inner) { row += name + "=" + inner.words() + ";"; });
     }
     if (isAmbiguous) {
         facts.rows[path] = row;
@@ -335,7 +336,7 @@ void addFacts(const Record &record, const void *cleared, const uint8_t *base, co
         } else if (field.kind == FieldKind::record) {
             addFacts(record.entryOf(field, 0).record(), cleared, base, name + ".", facts);
         } else {
-            for (const Value value : record.valuesOf(field)) {
+            for (const FieldValue value : record.valuesOf(field)) {
                 if (field.extent == Extent::counted)
                     facts.rows[name] += value.words() + ";";
                 else
@@ -488,7 +489,7 @@ std::string textOfJson(const Json &json)
 }
 
 // The value that a difference names is where an export has it.
-void expectReplay(const Json &exported, const Path &path, const std::optional<Value> &value)
+void expectReplay(const Json &exported, const Path &path, const std::optional<FieldValue> &value)
 {
     if (!value)
         return;
@@ -559,7 +560,7 @@ std::multiset<std::string> differencesFrom(const Comparison &comparison, bool is
             std::string old;
             std::string fresh;
             const auto add = [](std::string &text, const std::vector<QueryId> &ids, const Path *path,
-                                const std::optional<Value> *value) {
+                                const std::optional<FieldValue> *value) {
                 for (const QueryId &id : ids)
                     text += std::to_string(id.type) + "/" + std::to_string(id.mode) + " ";
                 text += path != nullptr ? textOf(*path) : "";

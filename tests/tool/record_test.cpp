@@ -15,7 +15,8 @@ namespace {
 std::vector<std::string> walked(const Record &record)
 {
     std::vector<std::string> lines;
-    walk(record, [&](const std::string &path, const Value &value) { lines.push_back(path + " = " + value.words()); });
+    walk(record,
+         [&](const std::string &path, const FieldValue &value) { lines.push_back(path + " = " + value.words()); });
     return lines;
 }
 
@@ -126,7 +127,7 @@ void expectComplete(const RecordTable &table)
         SCOPED_TRACE(std::string(table.name) + "::" + field.name);
         EXPECT_STRNE(field.reason, "");
         size_t entries = 0;
-        for (const Value value : Record(table, full.data()).valuesOf(field))
+        for (const FieldValue value : Record(table, full.data()).valuesOf(field))
             EXPECT_EQ(value.entry(), entries++);
         EXPECT_EQ(entries, std::clamp<size_t>(field.entries, 1, 255)); // a count of 8 bits
         if (field.kind == FieldKind::record)

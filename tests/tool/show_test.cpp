@@ -80,11 +80,11 @@ public:
     }
 
 private:
-    // Values of this address are inside `info_`.
+    // FieldValues of this address are inside `info_`.
     void visit(const Record &record, const std::string &prefix)
     {
         for (const Field &field : record)
-            for (const Value value : record.valuesOf(field)) {
+            for (const FieldValue value : record.valuesOf(field)) {
                 const std::string path = prefix + field.name + "[" + std::to_string(value.entry()) + "]";
                 if (field.kind == FieldKind::record)
                     visit(value.record(), path + ".");
@@ -112,7 +112,7 @@ private:
     }
 
     // Whether a query can give a value: words have the numbers of their vocabulary.
-    static bool canBe(const Value &value, int64_t most)
+    static bool canBe(const FieldValue &value, int64_t most)
     {
         if (value.field().kind == FieldKind::word)
             return !value.isGiven() || value.wordFor(static_cast<uint32_t>(value.number())) != nullptr;
@@ -120,7 +120,7 @@ private:
     }
 
     // Every third bit of a number, and one of each byte of a longer value. A bit-field may be anywhere in its record.
-    void change(const Value &value, size_t size, int64_t most, const std::string &path)
+    void change(const FieldValue &value, size_t size, int64_t most, const std::string &path)
     {
         auto *bytes = const_cast<uint8_t *>(value.bytes());
         const std::string before = value.words();

@@ -7,8 +7,9 @@ int main(int argc, char **argv)
     try {
         dcmtool::prepareProcess();
         return dcmtool::runCommandLine({frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(),
-                                        formatCommand(), listCommand(), exportCommand(), showCommand(), diffCommand(),
-                                        gitSetupCommand(), explainCommand(), wordsCommand(), newCommand()},
+                                        formatCommand(), listCommand(), exportCommand(), showCommand(), drawCommand(),
+                                        pageCommand(), diffCommand(), gitSetupCommand(), explainCommand(),
+                                        wordsCommand(), newCommand()},
                                        argc, argv);
     } catch (...) {
         // Only lengths that no memory has are left to come here.

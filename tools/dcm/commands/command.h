@@ -101,5 +101,7 @@ dcmtool::Command formatCommand();
 dcmtool::Command showCommand();
 dcmtool::Command diffCommand();
 dcmtool::Command gitSetupCommand();
+dcmtool::Command drawCommand();
+dcmtool::Command pageCommand();
 
 #endif

@@ -394,9 +394,10 @@ struct ParserEvents {
         sax.serror = error;
     }
 
-    static bool speaksToTheTool(const char *comment)
+    // A comment of the linter's or of the pictures'.
+    static bool speaksTo(const char *reader, const char *comment)
     {
-        return std::strncmp(comment + std::strspn(comment, " \t\r\n"), "dcm-check", 9) == 0;
+        return std::strncmp(comment + std::strspn(comment, " \t\r\n"), reader, std::strlen(reader)) == 0;
     }
 
     static void comment(void *parser, const xmlChar *text)
@@ -405,7 +406,8 @@ struct ParserEvents {
         DescriptionFile &file = fileOf(context);
         // One in an entity speaks of nothing.
         const char *characters = reinterpret_cast<const char *>(text);
-        if (context != file.parser_ || isSkipping(context) || !speaksToTheTool(characters))
+        const bool allows = speaksTo("dcm-check", characters);
+        if (context != file.parser_ || isSkipping(context) || !(allows || speaksTo("dcm-draw:", characters)))
             return;
         file.parsing_->limits.takeNode(std::strlen(characters));
         if (isRefused(context))
@@ -413,7 +415,7 @@ struct ParserEvents {
         xmlSAX2Comment(parser, text);
         xmlNode *node = context->node != nullptr ? context->node->last : context->myDoc->last;
         // Nor does one in a document type.
-        if (node == nullptr || node->type != XML_COMMENT_NODE)
+        if (!allows || node == nullptr || node->type != XML_COMMENT_NODE)
             return;
         const size_t begin = offsetOfLast(file, "<!--", file.parsing_->lastComment);
         if (begin != std::string_view::npos)

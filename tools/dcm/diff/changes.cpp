@@ -37,7 +37,7 @@ size_t mostEntries(const Field &field)
 }
 
 // What a value means, whatever lies behind the end of a text or list.
-bool haveSameMeaning(const Value &before, const Value &after)
+bool haveSameMeaning(const FieldValue &before, const FieldValue &after)
 {
     switch (before.field().kind) {
     case FieldKind::number:
@@ -55,7 +55,7 @@ bool haveSameMeaning(const Value &before, const Value &after)
 // ---- Classes --------------------------------------------------------------------------------------------------------
 
 // Of a structure that is a list: what is gone breaks, what is new does not.
-ChangeClass classOfList(const Value &before, const Value &after)
+ChangeClass classOfList(const FieldValue &before, const FieldValue &after)
 {
     const auto sorted = [](std::vector<uint32_t> numbers) {
         std::sort(numbers.begin(), numbers.end());
@@ -69,7 +69,7 @@ ChangeClass classOfList(const Value &before, const Value &after)
     return are.size() > were.size() ? ChangeClass::addition : ChangeClass::behaviour;
 }
 
-ChangeClass classOf(const Value &before, const Value &after)
+ChangeClass classOf(const FieldValue &before, const FieldValue &after)
 {
     const Field &field = before.field();
     if (field.fieldClass == FieldClass::setting)
@@ -363,7 +363,7 @@ private:
         return true;
     }
 
-    void reportChanged(const Value &before, const Value &after, Step was, Step is, ChangeClass changeClass,
+    void reportChanged(const FieldValue &before, const FieldValue &after, Step was, Step is, ChangeClass changeClass,
                        ChangeKind kind = ChangeKind::changed)
     {
         const Descent descent(*this, was, is);
@@ -409,8 +409,8 @@ private:
         for (const Field &field : before) {
             if (!isScalar(field) || !isCount(before.table(), field))
                 continue;
-            const Value was = before.entryOf(field, 0);
-            const Value is = after.entryOf(field, 0);
+            const FieldValue was = before.entryOf(field, 0);
+            const FieldValue is = after.entryOf(field, 0);
             const auto found = grown.find(field.offset);
             const int64_t more = found != grown.end() ? found->second : 0;
             if (!haveSameMeaning(was, is) && is.number() - was.number() != more)
@@ -422,8 +422,8 @@ private:
     void compareEach(const Record &before, const Record &after, const Field &field)
     {
         for (size_t i = 0; i < mostEntries(field); i++) {
-            const Value was = before.entryOf(field, i);
-            const Value is = after.entryOf(field, i);
+            const FieldValue was = before.entryOf(field, i);
+            const FieldValue is = after.entryOf(field, i);
             if (!haveSameMeaning(was, is))
                 reportChanged(was, is, {&field, i, i}, {&field, i, i}, classOf(was, is));
         }
@@ -440,7 +440,7 @@ private:
     {
         std::vector<Entry> entries;
         size_t shown = 0;
-        for (const Value value : record.valuesOf(columns.first())) {
+        for (const FieldValue value : record.valuesOf(columns.first())) {
             if (columns.record == nullptr || !isBlank(*columns.record, value.record(), base))
                 entries.push_back({value.entry(), shown});
             shown++;
@@ -500,8 +500,8 @@ private:
                         const Entry &is)
     {
         for (const Field *field : columns.scalars) {
-            const Value oldValue = before.entryOf(*field, was.entry);
-            const Value newValue = after.entryOf(*field, is.entry);
+            const FieldValue oldValue = before.entryOf(*field, was.entry);
+            const FieldValue newValue = after.entryOf(*field, is.entry);
             if (!haveSameMeaning(oldValue, newValue))
                 reportChanged(oldValue, newValue, stepOf(*field, was), stepOf(*field, is), classOf(oldValue, newValue));
         }
@@ -523,8 +523,8 @@ private:
         for (const Field &field : before) {
             if (!isIdentity(field))
                 continue;
-            const Value was = before.entryOf(field, 0);
-            const Value is = after.entryOf(field, 0);
+            const FieldValue was = before.entryOf(field, 0);
+            const FieldValue is = after.entryOf(field, 0);
             if (haveSameMeaning(was, is))
                 continue;
             hasFound = true;

@@ -49,8 +49,8 @@ struct Change {
     // Of an entry that only one side has, the other path ends at the array, and the value is absent.
     Path oldPath;
     Path newPath;
-    std::optional<Value> oldValue;
-    std::optional<Value> newValue;
+    std::optional<FieldValue> oldValue;
+    std::optional<FieldValue> newValue;
 };
 
 // The fields to compare: "phyType", or "panelIf.phyType" for those of one array.
@@ -70,7 +70,7 @@ private:
 };
 
 // Calls `visit` for each difference. The records have the same table, and `cleared` is such a record of which nothing
-// has been read: entries that are like those in it are not there. Values refer to the records.
+// has been read: entries that are like those in it are not there. FieldValues refer to the records.
 using ChangeVisitor = std::function<void(const Change &change)>;
 void visitChanges(const Record &before, const Record &after, const void *cleared, const FieldFilter &filter,
                   const ChangeVisitor &visit);

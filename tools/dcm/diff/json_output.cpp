@@ -31,7 +31,7 @@ Json queryJson(RecordKind kind, const std::vector<QueryId> &ids, const Answer *a
     return query;
 }
 
-Json valueJson(const std::optional<Value> &value)
+Json valueJson(const std::optional<FieldValue> &value)
 {
     return value ? toJson(*value) : Json();
 }

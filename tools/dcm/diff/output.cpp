@@ -40,14 +40,14 @@ std::string identityText(const Record &record)
 {
     std::string text;
     for (const Field &field : record) {
-        const Value value = record.entryOf(field, 0);
+        const FieldValue value = record.entryOf(field, 0);
         if (field.fieldClass == FieldClass::identity && value.isGiven())
             text += (text.empty() ? "" : ", ") + std::string(field.name) + " " + value.words();
     }
     return text;
 }
 
-std::string valueText(const Value &value)
+std::string valueText(const FieldValue &value)
 {
     if (value.field().kind == FieldKind::record)
         return identityText(value.record());

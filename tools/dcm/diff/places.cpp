@@ -109,7 +109,7 @@ private:
     {
         if (!hasField(record.table(), fieldName))
             return true;
-        const Value value = record[fieldName];
+        const FieldValue value = record[fieldName];
         if (value.field().source == nullptr)
             return true;
         const dcm::Text text = dcm::Text::attribute(element, value.field().source, {"dcm"});

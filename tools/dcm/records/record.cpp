@@ -42,19 +42,20 @@ std::string hexadecimal(uint32_t number)
 
 } // namespace
 
-// ---- Values ---------------------------------------------------------------------------------------------------------
+// ---- FieldValues
+// ---------------------------------------------------------------------------------------------------------
 
-const uint8_t *Value::bytes() const
+const uint8_t *FieldValue::bytes() const
 {
     return static_cast<const uint8_t *>(record_) + field_->offset + entry_ * field_->stride;
 }
 
-int64_t Value::number() const
+int64_t FieldValue::number() const
 {
     return field_->load(bytes());
 }
 
-std::vector<uint32_t> Value::numbers() const
+std::vector<uint32_t> FieldValue::numbers() const
 {
     std::vector<uint32_t> numbers;
     if (field_->kind == FieldKind::numberList) {
@@ -70,7 +71,7 @@ std::vector<uint32_t> Value::numbers() const
     return numbers;
 }
 
-std::string_view Value::text() const
+std::string_view FieldValue::text() const
 {
     const size_t room = field_->textLength.load != nullptr
                             ? std::min(field_->size, static_cast<size_t>(field_->textLength.of(record_)))
@@ -79,13 +80,13 @@ std::string_view Value::text() const
     return {text, strnlen(text, room)};
 }
 
-Record Value::record() const
+Record FieldValue::record() const
 {
     const bool hasLedType = field_->ledType.load != nullptr;
     return {*field_->record, bytes(), hasLedType ? static_cast<uint32_t>(field_->ledType.of(record_)) : ledType_};
 }
 
-bool Value::isGiven() const
+bool FieldValue::isGiven() const
 {
     switch (field_->kind) {
     case FieldKind::number:
@@ -103,7 +104,7 @@ bool Value::isGiven() const
     return true;
 }
 
-const dcm::Vocabulary *Value::vocabulary() const
+const dcm::Vocabulary *FieldValue::vocabulary() const
 {
     if (field_->words == WordSource::vocabulary)
         return field_->vocabulary;
@@ -111,7 +112,7 @@ const dcm::Vocabulary *Value::vocabulary() const
     return dcm::ledStateWords(hasLedType ? static_cast<uint32_t>(field_->ledType.of(record_)) : ledType_);
 }
 
-const char *Value::wordFor(uint32_t number) const
+const char *FieldValue::wordFor(uint32_t number) const
 {
     if (field_->words == WordSource::entityClass)
         return entityClassWord(number);
@@ -119,7 +120,7 @@ const char *Value::wordFor(uint32_t number) const
     return words != nullptr ? readWordFor(*words, number) : nullptr;
 }
 
-const char *Value::reportWordFor(uint32_t number) const
+const char *FieldValue::reportWordFor(uint32_t number) const
 {
     if (field_->words == WordSource::entityClass) {
         const char *word = entityClassWord(number);
@@ -129,7 +130,7 @@ const char *Value::reportWordFor(uint32_t number) const
     return words != nullptr ? dcm::printWord(*words, number) : "unknown";
 }
 
-std::string Value::words() const
+std::string FieldValue::words() const
 {
     const auto shown = [this](int64_t number) {
         const bool hasWords = field_->kind == FieldKind::word || field_->kind == FieldKind::wordSet;
@@ -161,14 +162,14 @@ std::string Value::words() const
 
 // ---- Records --------------------------------------------------------------------------------------------------------
 
-Values::Values(const Field &field, const void *record, uint32_t ledType)
+FieldValues::FieldValues(const Field &field, const void *record, uint32_t ledType)
     : field_(field), record_(record), ledType_(ledType), most_(field.entries != 0 ? field.entries : 1)
 {
     if (field.extent == Extent::counted)
         most_ = std::min(most_, static_cast<size_t>(field.extentOf.of(record)));
 }
 
-void Values::Iterator::skipUnused()
+void FieldValues::Iterator::skipUnused()
 {
     const Field &field = values_->field_;
     if (field.extent != Extent::upToUnused && field.extent != Extent::used)

@@ -2,14 +2,14 @@
 //
 // A walk gives every value with its path, as in JSON:
 //
-//     walk(recordOf(card), [](const std::string &path, const Value &value) {
+//     walk(recordOf(card), [](const std::string &path, const FieldValue &value) {
 //         std::printf("%s = %s\n", path.c_str(), value.words().c_str());    // panelIf[2].phyType = 10ge
 //     });
 //
 // Who needs to match or fold entries goes down by hand:
 //
 //     for (const Field &field : record)                      the rows of the table (field.h): name, source, class, ...
-//         for (const Value value : record.valuesOf(field))   the entries that are there; one if it is no array
+//         for (const FieldValue value : record.valuesOf(field))   the entries that are there; one if it is no array
 //             if (field.kind == FieldKind::record)
 //                 value.record()                             the record inside
 //             else
@@ -30,9 +30,9 @@ namespace dcmtool {
 class Record;
 
 // One entry of a field.
-class Value {
+class FieldValue {
 public:
-    Value(const Field &field, const void *record, size_t entry, uint32_t ledType)
+    FieldValue(const Field &field, const void *record, size_t entry, uint32_t ledType)
         : field_(&field), record_(record), entry_(entry), ledType_(ledType)
     {
     }
@@ -40,7 +40,7 @@ public:
     const Field &field() const { return *field_; }
     // From 0, in the array of the record; entries that are not there count.
     size_t entry() const { return entry_; }
-    // Of the entry; a bit-field has none of its own.
+    // Where it is in memory; of a bit-field, where its record is.
     const uint8_t *bytes() const;
 
     int64_t number() const;                // number, word
@@ -58,9 +58,6 @@ public:
     // The word that reports print for it: "unknown" if there is none.
     const char *reportWordFor(uint32_t number) const;
 
-    // Where it is in memory; of a bit-field, where its record is.
-    const uint8_t *bytes() const;
-
 private:
     const dcm::Vocabulary *vocabulary() const;
 
@@ -71,12 +68,12 @@ private:
 };
 
 // The entries of a field that are there.
-class Values {
+class FieldValues {
 public:
     class Iterator {
     public:
-        Iterator(const Values &values, size_t entry) : values_(&values), entry_(entry) { skipUnused(); }
-        Value operator*() const { return {values_->field_, values_->record_, entry_, values_->ledType_}; }
+        Iterator(const FieldValues &values, size_t entry) : values_(&values), entry_(entry) { skipUnused(); }
+        FieldValue operator*() const { return {values_->field_, values_->record_, entry_, values_->ledType_}; }
         Iterator &operator++()
         {
             entry_++;
@@ -88,11 +85,11 @@ public:
     private:
         void skipUnused();
 
-        const Values *values_;
+        const FieldValues *values_;
         size_t entry_;
     };
 
-    Values(const Field &field, const void *record, uint32_t ledType);
+    FieldValues(const Field &field, const void *record, uint32_t ledType);
     Iterator begin() const { return {*this, 0}; }
     Iterator end() const { return {*this, most_}; }
 
@@ -116,16 +113,16 @@ public:
     const Field *begin() const { return table_->begin(); }
     const Field *end() const { return table_->end(); }
 
-    Values valuesOf(const Field &field) const { return {field, bytes_, ledType_}; }
+    FieldValues valuesOf(const Field &field) const { return {field, bytes_, ledType_}; }
     // Whether a record of the same table holds the same there, also in what is not counted.
     bool isSame(const Field &field, const Record &other) const;
     // An entry, there or not.
-    Value entryOf(const Field &field, size_t entry) const { return {field, bytes_, entry, ledType_}; }
+    FieldValue entryOf(const Field &field, size_t entry) const { return {field, bytes_, entry, ledType_}; }
     // The row of a name that the record must have.
     const Field &field(std::string_view name) const;
     // The value of a field that is no array.
-    Value operator[](const Field &field) const { return {field, bytes_, 0, ledType_}; }
-    Value operator[](std::string_view name) const { return (*this)[field(name)]; }
+    FieldValue operator[](const Field &field) const { return {field, bytes_, 0, ledType_}; }
+    FieldValue operator[](std::string_view name) const { return (*this)[field(name)]; }
 
 private:
     const RecordTable *table_;
@@ -148,7 +145,7 @@ template <class Visit> void walk(const Record &record, const Visit &visit, const
 {
     for (const Field &field : record) {
         size_t i = 0;
-        for (const Value value : record.valuesOf(field)) {
+        for (const FieldValue value : record.valuesOf(field)) {
             const std::string path =
                 prefix + field.name + (field.entries != 0 ? "[" + std::to_string(i++) + "]" : std::string());
             if (field.kind == FieldKind::record)

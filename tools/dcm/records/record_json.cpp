@@ -4,14 +4,14 @@ namespace dcmtool {
 
 namespace {
 
-Json wordOf(const Value &value, uint32_t number)
+Json wordOf(const FieldValue &value, uint32_t number)
 {
     return {{"value", number}, {"text", value.reportWordFor(number)}};
 }
 
 } // namespace
 
-Json toJson(const Value &value)
+Json toJson(const FieldValue &value)
 {
     switch (value.field().kind) {
     case FieldKind::number:
@@ -45,7 +45,7 @@ Json toJson(const Record &record)
         Json &member = members.emplace_back(field.name, Json()).second;
         if (field.entries != 0)
             member = Json::array();
-        for (const Value value : record.valuesOf(field)) {
+        for (const FieldValue value : record.valuesOf(field)) {
             if (field.entries != 0)
                 member.push_back(toJson(value));
             else

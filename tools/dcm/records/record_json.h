@@ -12,7 +12,7 @@
 namespace dcmtool {
 
 Json toJson(const Record &record);
-Json toJson(const Value &value);
+Json toJson(const FieldValue &value);
 
 } // namespace dcmtool
 

@@ -379,7 +379,7 @@ Page pageOf(const DcmCardInfo &card, const Surroundings &surroundings)
     const std::vector<Unit> units = {unitOf("", 0, card, card.led, homeOf(dcm::kAttachCard))};
     std::vector<const DcmPortLedInfo *> runs;
     const Record record = recordOf(card);
-    for (const Value run : record.valuesOf(record.field("portLed")))
+    for (const FieldValue run : record.valuesOf(record.field("portLed")))
         runs.push_back(&card.portLed[run.entry()]);
 
     Page page;

@@ -9,11 +9,11 @@ namespace dcmtool {
 
 std::string given(const Record &record, const char *field)
 {
-    const Value value = record[field];
+    const FieldValue value = record[field];
     return value.isGiven() ? value.words() : std::string();
 }
 
-Cell itemsOf(const Value &value, Style style)
+Cell itemsOf(const FieldValue &value, Style style)
 {
     Cell items;
     for (const uint32_t number : value.numbers()) {
@@ -257,7 +257,7 @@ template <class Led> Cell statesOf(const Led &led)
     const Record record = recordOf(led);
     Cell states;
     int64_t expected = 1;
-    for (const Value value : record.valuesOf(record.field("states"))) {
+    for (const FieldValue value : record.valuesOf(record.field("states"))) {
         const Record state = value.record();
         const std::string colour = state["color"].words();
         const std::string frequency = state["freq"].words();
@@ -417,7 +417,7 @@ Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &home,
     const auto sources = record.valuesOf(record.field("srcState"));
     const auto states = record.valuesOf(record.field("ledState"));
     auto state = states.begin();
-    for (const Value source : sources) {
+    for (const FieldValue source : sources) {
         const std::string from = source.words();
         const std::string to = (*state).words();
         shown.pairs.emplace_back(from == to ? from : from + "→" + to);

@@ -23,7 +23,7 @@ constexpr const char *kAbsent = "–";
 // The words of a field; empty when a description may leave it out and has the same then.
 std::string given(const Record &record, const char *field);
 // The words of a set, one item each.
-Cell itemsOf(const Value &value, Style style = kPlain);
+Cell itemsOf(const FieldValue &value, Style style = kPlain);
 // "4 cards"
 std::string countOf(size_t count, const std::string &noun);
 // "1-4,6", "2,1,1": numbers in their order.

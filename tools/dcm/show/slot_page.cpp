@@ -136,7 +136,7 @@ Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings)
 {
     const Record record = recordOf(vm);
     std::vector<uint32_t> indexes;
-    for (const Value value : record.valuesOf(record.field("ifindex")))
+    for (const FieldValue value : record.valuesOf(record.field("ifindex")))
         indexes.push_back(static_cast<uint32_t>(value.number()));
     Page page;
     page.title = {Text("Panel ports of a virtual machine", kBold), Text(countOf(vm.ifindexNum, "port"))};

@@ -1,0 +1,22 @@
+# dcm_embed(OUTPUT HEADER NAME=FILE...) writes a C++ source that defines the contents of files as texts, anew whenever
+# one of them changes.
+function(dcm_embed output header)
+    set(text "#include \"${header}\"\n\nnamespace dcmtool {\n")
+    foreach(asset IN LISTS ARGN)
+        string(REGEX MATCH "^([^=]+)=(.*)$" matched "${asset}")
+        set(name ${CMAKE_MATCH_1})
+        set(file ${PROJECT_SOURCE_DIR}/${CMAKE_MATCH_2})
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+        file(READ ${file} content)
+        string(APPEND text "\nconst char *const ${name} = R\"~~asset~~(${content})~~asset~~\";\n")
+    endforeach()
+    string(APPEND text "\n} // namespace dcmtool\n")
+    # Compilers need not run again where nothing changes.
+    set(old "")
+    if(EXISTS ${output})
+        file(READ ${output} old)
+    endif()
+    if(NOT "${old}" STREQUAL "${text}")
+        file(WRITE ${output} "${text}")
+    endif()
+endfunction()

@@ -1,0 +1,16 @@
+// The files of this folder and of tools/dcm/page that the build puts into the program; cmake/embed.cmake makes them.
+#ifndef DCM_TOOLS_DRAW_ASSETS_H
+#define DCM_TOOLS_DRAW_ASSETS_H
+
+namespace dcmtool {
+
+extern const char *const kPictureStyle;
+extern const char *const kPictureDarkStyle;
+extern const char *const kPictureDefinitions;
+extern const char *const kPageStyle;
+extern const char *const kPageDarkStyle;
+extern const char *const kPageScript;
+
+} // namespace dcmtool
+
+#endif

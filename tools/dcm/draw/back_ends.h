@@ -1,0 +1,36 @@
+// What becomes of a picture.
+#ifndef DCM_TOOLS_DRAW_BACK_ENDS_H
+#define DCM_TOOLS_DRAW_BACK_ENDS_H
+
+#include "tools/dcm/draw/scene.h"
+
+#include <string>
+
+namespace dcmtool {
+
+// An SVG document with its style sheet, light and dark.
+std::string asSvg(const Picture &picture);
+// The element alone, for a page that has the style sheets and definitions once. Slots have their number and the place
+// for cards as "data-slot" and "data-room".
+std::string asSvgElement(const Picture &picture);
+// A part of a picture to be used several times: without ids, which a page has once, and titles.
+std::string asSvgPart(const Figure &figure, const std::string &id);
+// The style sheets, and what they and pictures refer to by id.
+std::string lightStyle();
+std::string darkStyle();
+std::string svgDefinitions();
+// A text with XML's special characters escaped.
+std::string escapedXml(const std::string &text);
+
+// Lines of UTF-8, of a picture in character cells.
+std::string asText(const Picture &picture);
+
+// Whether this build can make PNG and PDF of SVG, which takes librsvg.
+bool canRasterize();
+// Both are empty when that fails, which `fault` then says.
+std::string asPng(const std::string &svg, std::string &fault);
+std::string asPdf(const std::string &svg, std::string &fault);
+
+} // namespace dcmtool
+
+#endif

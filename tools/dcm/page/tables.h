@@ -1,0 +1,19 @@
+// What a record has beside its picture, as tables.
+#ifndef DCM_TOOLS_PAGE_TABLES_H
+#define DCM_TOOLS_PAGE_TABLES_H
+
+#include "tools/dcm/draw/layout.h"
+
+#include <dcm.h>
+
+#include <string>
+
+namespace dcmtool {
+
+std::string tablesOf(const CardView &view);
+std::string tablesOf(const FrameView &view);
+std::string tablesOf(const DcmSlotInfo &slot);
+
+} // namespace dcmtool
+
+#endif
