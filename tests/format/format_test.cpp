@@ -432,7 +432,7 @@ TEST(FormatReference, NoticesWhatIsMissingSuperfluousOrIncomplete)
               std::vector<std::string>{"[frame/maxslotnum]: does not say what holds where it is left out"});
     EXPECT_EQ(faultsWith("left out: 0\nexample: 22\n", "left out: 0\n"),
               std::vector<std::string>{"[frame/maxslotnum]: no example"});
-    EXPECT_EQ(faultsWith("[words yes-no]\nWhether something holds.\n", "[words yes-no]\n"),
+    EXPECT_EQ(faultsWith("[words yes-no]\nYes or no.\n", "[words yes-no]\n"),
               std::vector<std::string>{"[words yes-no]: no meaning"});
     EXPECT_THROW(Prose("[frame]\n[frame]\n"), std::runtime_error);
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The man pages name what there is. Usage: check_man.sh SOURCE_FOLDER CASE [DCM]
+# The man pages document every function, command and option. Usage: check_man.sh SOURCE_FOLDER CASE [DCM]
 set -euo pipefail
 
 source=$1
@@ -28,7 +28,7 @@ has_every_command_and_option() {
     local command option count=0
     for command in '' $("$dcm" --help | sed -n '/^Subcommands:/,$ s/^  \([a-z-]*\)  *[A-Z].*/\1/p'); do
         [ -z "$command" ] || names dcm.1 "^\\.Cm $command$"
-        # shellcheck disable=SC2086 # no command is no word
+        # shellcheck disable=SC2086 # empty without a command
         for option in $("$dcm" $command --help | sed -nE 's/^  (-[^ ]*).*/\1/p' | tr ',' ' '); do
             option=${option#-}
             names dcm.1 "(^\\.|[^l] )Fl ${option/#-/Fl }( |\$)"
