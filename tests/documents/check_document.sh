@@ -125,19 +125,16 @@ help_of() {
 }
 
 check_code() {
-    local code word name help
+    local code word name help commands
+    commands=$(help_of | sed -nE 's/^  ([a-z][a-z-]*)  +[A-Z].*/\1/p')
     while read -r code; do
-        name=
-        for word in $code; do
-            [[ $word =~ ^[a-z][a-z-]*$ ]] || break
-            help_of "$word" >/dev/null || break
-            name=$word
-            break
-        done
-        word=${code%% *}
-        # The program itself, or a command that the help lists.
-        [ -n "$name" ] || [[ ! $word =~ ^[a-z][a-z-]+$ ]] || fail "no such command: dcm $code"
-        help=$({ help_of && { [ -z "$name" ] || help_of "$name"; }; })
+        name=${code%% *}
+        if [[ $name =~ ^[a-z][a-z-]*$ ]]; then
+            grep -qx -- "$name" <<<"$commands" || fail "no such command: dcm $code"
+        else
+            name=
+        fi
+        help=$(help_of && help_of ${name:+"$name"})
         for word in $code; do
             [[ $word =~ ^--?[A-Za-z] ]] || continue
             word=${word%%=*}
