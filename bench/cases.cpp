@@ -25,7 +25,7 @@ namespace dcmbench {
 
 namespace {
 
-constexpr uint32_t kMode = 1; // of all cards that are made
+constexpr uint32_t kMode = 1; // of all generated cards
 
 Case frameCase(const std::string &name, const std::string &file, uint32_t typeId, const Limits &limits)
 {
@@ -51,7 +51,7 @@ Case cardCase(const std::string &name, const std::string &file, uint32_t typeId,
             }};
 }
 
-// A port list lies at DEVICE-FOLDER/vm-ID.xml below a base folder.
+// The path of a port list is BASE-FOLDER/device/vm-ID.xml.
 Case vmCase(const std::string &name, const std::string &baseFolder, const std::string &file, uint8_t id,
             const Limits &limits)
 {
@@ -61,7 +61,7 @@ Case vmCase(const std::string &name, const std::string &baseFolder, const std::s
             }};
 }
 
-// Sends standard output nowhere while it lives.
+// Discards standard output during its lifetime.
 class Silence {
 public:
     Silence() : saved_(dup(STDOUT_FILENO))
@@ -83,7 +83,7 @@ private:
     int saved_;
 };
 
-// A type that no card has.
+// A type without a card.
 Case cardCaseInVain(const std::string &name, const std::string &file, const Limits &limits)
 {
     return {name, file, limits, [file] {
@@ -93,7 +93,7 @@ Case cardCaseInVain(const std::string &name, const std::string &file, const Limi
             }};
 }
 
-// What a process asks of the example when it starts.
+// The queries of a process that starts.
 Case bootCase(const std::string &name, const std::string &file)
 {
     constexpr uint32_t frames[] = {1, 2};

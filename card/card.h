@@ -1,4 +1,4 @@
-// The decoders of a card's ports and parts. Each takes one element and files what it describes in the whole record.
+// The decoders of a card's ports and components. Each decodes one element into the record of the card.
 #ifndef DCM_CARD_CARD_H
 #define DCM_CARD_CARD_H
 
@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// A port of which nothing is known.
+// Sets the identity of a port to "not given".
 template <class Port> void clearIdentity(Port &port)
 {
     port.slotId = DCM_ID_UNSPEC;
@@ -14,11 +14,11 @@ template <class Port> void clearIdentity(Port &port)
     port.portId = DCM_PORT_UNSPEC;
 }
 
-// A port's laser and medium: "no" to the first is "no" to the second.
+// Sets whether the laser and the medium of a port can change: "no" to the first sets both.
 inline constexpr char kSupportLaserName[] = "supportlaser";
 inline constexpr char kSupportMediaChgName[] = "supportmediachg";
 
-constexpr uint8_t kUnassigned = 2; // the port type of a panel port that is given none
+constexpr uint8_t kUnassigned = 2; // the default port type of a panel port
 
 // One "port" of "mgt-port"; needs methIfNum.
 Result _dcmDecodeMgtPort(Node element, DcmCardInfo &card, const Reporter &reporter);
@@ -42,7 +42,7 @@ Result _dcmDecodeComponentEntity(Node element, DcmCardInfo &card, const Reporter
 Result takeSwitchChip(Node element, DcmCardInfo &card, const Reporter &reporter);
 Result takeClockChip(Node element, DcmCardInfo &card, const Reporter &reporter);
 
-// What those elements may hold.
+// The content models of these elements.
 extern const Element kMgtPortElement;
 extern const Element kPanelPortElement;
 extern const Element kPanelPortGroupElement;

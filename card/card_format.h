@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What a "card" of a device description may hold.
+// The content model of a "card".
 inline constexpr char kCardName[] = "card";
 extern const Element kCardElement;
 

@@ -1,4 +1,4 @@
-// The steps of dcmCardInfoGet(), for those who have a parsed description at hand; the reporter is the query's.
+// The steps of dcmCardInfoGet() for a description that is already parsed; the reporter is that of the query.
 #ifndef DCM_CARD_CARD_QUERY_H
 #define DCM_CARD_CARD_QUERY_H
 
@@ -8,11 +8,11 @@
 
 namespace dcm {
 
-// A record of which nothing has been read.
+// Clears a record and sets its defaults.
 void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info);
-// Its "name" and "abbrname". kept: a query takes those of every card that it passes on the way.
+// Stores "name" and "abbrname". kept: a query does so for every card up to the wanted one.
 Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter);
-// Reads what stands in a "card".
+// Decodes a "card".
 Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm

@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What dcmCardInfoShowFilename() prints when the query has answered; `info` is nullptr when it has failed.
+// The output of dcmCardInfoShowFilename() after the query; `info` is nullptr if the query failed.
 int printCardAnswer(const char *fileName, const DcmCardInfo *info);
 
 } // namespace dcm

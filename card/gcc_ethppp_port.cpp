@@ -16,7 +16,7 @@ struct GccPort : EntryTable {
         {"portid", number<&DcmGccIfInfo::portId>},
         {"phytype", phyType<&DcmGccIfInfo::phyType, &DcmGccIfInfo::ondType>, DCM_MESSAGE("decode gcc-port failed.")},
     };
-    // A GCC port has no driver: its PHY type marks it as taken.
+    // A GCC port has no driver: its PHY type marks it as described.
     static bool isTaken(const DcmGccIfInfo &port) { return port.phyType != 0; }
     static void begin(DcmGccIfInfo &, uint32_t) {}
 };
@@ -29,7 +29,7 @@ struct EthpppPort : EntryTable {
     static constexpr Child<DcmEthpppIfInfo> children[] = {
         {"portid", number<&DcmEthpppIfInfo::portId>},
     };
-    // Nothing marks an ethppp port as taken: the last description of an id holds.
+    // Nothing marks an ethppp port as described: the last element with an id is used.
     static bool isTaken(const DcmEthpppIfInfo &) { return false; }
     static void begin(DcmEthpppIfInfo &, uint32_t) {}
 };

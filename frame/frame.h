@@ -1,4 +1,4 @@
-// The decoders of a frame's units. Each takes one element and files what it describes in the whole record.
+// The decoders of a frame's units. Each decodes one element into the record of the frame.
 #ifndef DCM_FRAME_FRAME_H
 #define DCM_FRAME_FRAME_H
 
@@ -17,7 +17,7 @@ Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporte
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
 
-// Elements that refer to others.
+// The names of elements that refer to others.
 inline constexpr char kModuleSlotName[] = "slot"; // of a fan module: the slot that it is in
 inline constexpr char kModuleSlotOffsetName[] = "slot-offset";
 inline constexpr char kFanCtrlName[] = "fanctrl"; // of a fan: the controller that drives it
@@ -25,8 +25,8 @@ inline constexpr char kFanCtrlOffsetName[] = "fanctrl-offset";
 inline constexpr char kCooledPowerName[] = "power";           // of a controller: the supplies that it cools
 inline constexpr char kCooledFanModuleName[] = "fan-moudule"; // ... and the fan modules; kept: the spelling
 
-// What those elements may hold.
-extern const Element kSlotInfoElement; // a "slotinfo", whose slots come in order
+// The content models of these elements.
+extern const Element kSlotInfoElement; // a "slotinfo", whose slots are in order
 extern const Element kFanModuleElement;
 extern const Element kFanCtrlElement;
 extern const Element kFanCtrlGroupElement;

@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What a "frame" of a device description may hold.
+// The content model of a "frame".
 inline constexpr char kFrameName[] = "frame";
 extern const Element kFrameElement;
 

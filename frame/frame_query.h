@@ -1,4 +1,4 @@
-// The steps of dcmFrameInfoGet(), for those who have a parsed description at hand; the reporter is the query's.
+// The steps of dcmFrameInfoGet() for a description that is already parsed; the reporter is that of the query.
 #ifndef DCM_FRAME_FRAME_QUERY_H
 #define DCM_FRAME_FRAME_QUERY_H
 
@@ -8,9 +8,9 @@
 
 namespace dcm {
 
-// A record of which nothing has been read.
+// Clears a record and sets its defaults.
 void clearFrame(uint32_t typeId, DcmFrameInfo &info);
-// Reads what stands in a "frame".
+// Decodes a "frame".
 Result decodeFrame(Node frame, DcmFrameInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm

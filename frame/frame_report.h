@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What dcmFrameInfoShowFilename() prints when the query has answered; `info` is nullptr when it has failed.
+// The output of dcmFrameInfoShowFilename() after the query; `info` is nullptr if the query failed.
 int printFrameAnswer(const char *fileName, const DcmFrameInfo *info);
 
 } // namespace dcm

@@ -11,11 +11,11 @@ namespace dcmfuzz {
 
 namespace {
 
-// What a record holds before the first and before the second run.
+// The content of a record before the first and the second run.
 constexpr uint8_t kFirstFill = 0xA5;
 constexpr uint8_t kSecondFill = 0x5A;
 
-// ---- What holds for a record ----------------------------------------------------------------------------------------
+// ---- Properties of records ------------------------------------------------------------------------------------------
 
 template <class Field> bool isAllZero(const Field &field)
 {
@@ -42,7 +42,7 @@ template <class Entry, size_t Size> void checkIds(const Entry (&entries)[Size])
         DCM_FUZZ_CHECK(entries[i].id == 0 || entries[i].id == i + 1);
 }
 
-// A keyword is a row of its table, a priority the position of its display.
+// A keyword is a row of its table, a priority is the position of its display.
 template <class Led> void checkStates(const Led &led)
 {
     for (size_t i = 0; i < std::size(led.states); i++) {
@@ -67,7 +67,7 @@ template <class Head> void checkHead(const Head &led)
     }
 }
 
-// LEDs behind the last one that is counted may be left from a failure, but are LEDs all the same.
+// LEDs after the counted ones may be left from a failure, but are valid LEDs.
 void checkLeds(const DcmLedInfo (&leds)[DCM_LED_MAX], uint8_t count, bool isOk)
 {
     DCM_FUZZ_CHECK(count <= DCM_LED_MAX);
@@ -172,7 +172,7 @@ void checkPorts(const DcmCardInfo &card)
         DCM_FUZZ_CHECK(port.drvType <= 2 && port.workmode <= 1);
         DCM_FUZZ_CHECK(port.ondType == 0 || port.ondType == 44);
         DCM_FUZZ_CHECK(port.supportLaser <= 1 && port.supportMediaChg <= 1 && port.spareBits == 0);
-        // Capabilities are 1 to 21, each in the bit below its value.
+        // Capabilities are 1 to 21, each in bit value - 1.
         DCM_FUZZ_CHECK((port.transceiverCaps[2] & 0x07) == 0 && port.transceiverCaps[3] == 0);
     }
     for (const DcmPanelIfInfo &port : card.panelIf) {
@@ -227,9 +227,9 @@ void check(const DcmCardInfo &card, bool isOk)
         DCM_FUZZ_CHECK(component.entityClass <= 29);
 }
 
-// ---- What a record may hold of a description ------------------------------------------------------------------------
+// ---- Fields and their sources ---------------------------------------------------------------------------------------
 
-// A field, and the element or attribute without which nothing is filed there.
+// A field, and the element or attribute that sets it.
 struct Source {
     size_t offset;
     size_t size;
@@ -328,7 +328,7 @@ constexpr Source kCardSources[] = {
 
 #undef DCM_FUZZ_SOURCE
 
-// What a query makes of a device that holds nothing.
+// The result of a query on an empty device.
 template <class Record, class Query> Record emptyRecord(const Query &query)
 {
     static constexpr char kEmpty[] = "<device/>";
@@ -340,7 +340,7 @@ template <class Record, class Query> Record emptyRecord(const Query &query)
     return record;
 }
 
-// A field without its source is as in an empty record: what goes beyond an array of the record shows in its neighbour.
+// A field without its source is as in an empty record: a write beyond an array of the record changes a neighbour.
 template <class Record, size_t Size>
 void checkSources(const Record &record, const Record &empty, const Source (&sources)[Size])
 {
@@ -363,7 +363,7 @@ template <class Call> int resultOf(const Call &call)
     return result;
 }
 
-// `query` takes a file name and a record, `print` a record; neither printing nor showing may report anything new.
+// `query` takes a file name and a record, `print` a record; printing and showing must not report anything.
 template <class Record, size_t Size, class Query, class Print, class Show>
 void run(const Source (&sources)[Size], const Query &query, const Print &print, const Show &show, bool again)
 {
@@ -423,7 +423,8 @@ void queryCard(uint32_t typeId, uint32_t mode, bool again)
         dcmCardInfoPrint, [&] { dcmCardInfoShow(typeId, mode); }, again);
 }
 
-// The record of a VM is not cleared: what is not written keeps what it held, and what is written is the same each time.
+// The record of a VM is not cleared: fields that are not written keep their values, and the others are the same each
+// time.
 void queryVm(uint8_t vmId, bool again)
 {
     static GuardedRecord<DcmVmPortInfo> records[2];

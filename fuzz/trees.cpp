@@ -1,5 +1,5 @@
-// The input is a device description, or drives the generator of descriptions. Each query runs twice, once with the part
-// of the tree that it asks libxml2 for and once with the whole tree, and does the same: six comparisons for each input.
+// The input is a device description, or controls the generator of descriptions. Each query runs twice, with the
+// selected part of the tree and with the whole tree, and must have the same result: six comparisons for each input.
 #include "fuzz/generator.h"
 #include "fuzz/support.h"
 #include "fuzz/type_ids.h"
@@ -17,7 +17,7 @@ namespace {
 
 bool buildsWholeTree = false;
 
-// All that a query did, but for its record.
+// The effects of a query, except for its record.
 struct Deed {
     int result;
     int error; // errno
@@ -64,7 +64,7 @@ void compareAll(const std::string &text)
 
 } // namespace
 
-// The target is linked with --wrap for the call by which the library parses.
+// The target is linked with --wrap for the call of the library that parses.
 extern "C" {
 xmlDocPtr __real_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback read, xmlInputCloseCallback close,
                                void *context, const char *url, const char *encoding, int options);

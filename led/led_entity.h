@@ -1,4 +1,4 @@
-// What the LED elements of frames, fan modules, power supplies and cards may hold.
+// The LED elements of frames, fan modules, power supplies and cards.
 #ifndef DCM_LED_LED_ENTITY_H
 #define DCM_LED_LED_ENTITY_H
 
@@ -10,7 +10,7 @@ extern const Element kLedEntityElement;     // a "led-entity"
 extern const Element kPortLedEntityElement; // a "portled-entity"
 extern const Element kLedMapElement;        // a "led-map"
 
-// What LEDs are attached to: rows of gDcmEttAttachStrs.
+// The attachments of LEDs: rows of gDcmEttAttachStrs.
 constexpr int32_t kAttachSys = 0;
 constexpr int32_t kAttachCard = 2;
 constexpr int32_t kAttachFan = 3;

@@ -1,4 +1,4 @@
-// The state displays that LEDs and port LEDs share.
+// The state displays of LEDs and port LEDs.
 #ifndef DCM_LED_LED_STATES_H
 #define DCM_LED_LED_STATES_H
 
@@ -6,20 +6,20 @@
 
 namespace dcm {
 
-// What one "state" of an LED may hold.
+// The content model of a "state" of an LED.
 extern const Element kLedStateElement;
 
-// The displays of an LED that is being decoded.
+// The state of decoding the displays of an LED.
 struct LedStates {
     DcmLedStateInfo *states;
     uint32_t ledType;
     uint32_t position = 0; // "state" elements so far
 };
 
-// One "state". A faulty one is reported and passed over.
+// One "state". A faulty one is reported and otherwise ignored.
 Result takeLedState(Node element, LedStates &led, const Reporter &reporter);
 
-// A table of what is lit in which state.
+// The table of an element with "state" children.
 struct LedStateTable : Table {
     static constexpr Child<LedStates> children[] = {
         {"state", call<takeLedState>, kLedStateElement},

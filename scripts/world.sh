@@ -26,15 +26,15 @@ world_compile() {
     }
 }
 
-# world_tests COMPILER: everything as it ships, and all tests.
+# world_tests COMPILER: builds everything with the default options, and runs all tests.
 world_tests() {
     say "All with $("$1" --version | head -1), libxml2 $(pkg-config --modversion libxml-2.0)"
     world_configure "$1" "$1" -DCMAKE_BUILD_TYPE=RelWithDebInfo
     world_compile "$1" all && test_whole "build/world/$1"
 }
 
-# world_relink COMPILER CELL PROGRAM [OPTION...]: a test program of the whole build, with the library of a cell. The tests
-# themselves are compiled without optimisation everywhere, so that each cell would compile the same.
+# world_relink COMPILER CELL PROGRAM [OPTION...]: links a test program of the whole build with the library of a cell. The
+# tests themselves are compiled without optimisation, so that their objects would be the same in each cell.
 world_relink() {
     local folder=build/world/$1 cell=$root/build/world/$2 program=$3 command
     shift 3
@@ -44,8 +44,8 @@ world_relink() {
     (cd "$folder" && quietly bash -c "${command/ -o tests\/$program / $* -o $cell\/$program }") || fail "$program does not link"
 }
 
-# world_cell COMPILER NAME TARGETS FLAGS [CMAKE-ARGUMENT...]: compiles without a warning; the library keeps its needs, and
-# gives the tests what they expect.
+# world_cell COMPILER NAME TARGETS FLAGS [CMAKE-ARGUMENT...]: compiles without warnings; the undefined symbols of the library
+# stay the same, and the tests pass.
 world_cell() {
     local compiler=$1 cell=$1-$2 targets=$3 flags=$4 status=0 start=$SECONDS
     shift 4
@@ -65,7 +65,7 @@ world_cell() {
 world_cells() {
     local compiler=$1 library='dcm_static dcm_shared' status=0 linker=
     say "Standards and options ($compiler)"
-    # The tests, which are most of the work, with one of the two standards each.
+    # The tests, which take most of the time, are built with one of the two standards each.
     if [ "$compiler" = clang ]; then
         # GNU's linker has no plugin for Clang.
         linker='-fuse-ld=lld -Wno-unused-command-line-argument'
@@ -85,7 +85,7 @@ world_cells() {
     return "$status"
 }
 
-# What Clang makes of library and tool with its own C++ library; a GoogleTest for that is not to be had.
+# Library and tool with Clang and libc++, for which there is no GoogleTest package.
 world_libcxx() {
     local name=clang-libc++ tool status=0
     say 'The tool with libc++'
@@ -105,7 +105,7 @@ world_libcxx() {
     return "$status"
 }
 
-# world_here [PART...]: on the system that this runs on.
+# world_here [PART...]: on this system.
 world_here() {
     local part status=0
     for part in "$@"; do
@@ -119,7 +119,7 @@ world_here() {
     return "$status"
 }
 
-# world_in SUITE PART...: in a bare system, which stays, and keeps there what it has built.
+# world_in SUITE PART...: in a bare system, which is kept with its builds.
 world_in() {
     local suite=$1 folder=$root/build/world-$1
     shift
@@ -142,6 +142,6 @@ verb_world() {
         world_in trixie gcc gcc-options clang clang-options || status=1
         return "$status"
         ;;
-    *) fail 'world takes nothing, or --unstable' ;;
+    *) fail 'usage: ./dev world [--unstable]' ;;
     esac
 }

@@ -8,7 +8,7 @@ namespace dcm {
 
 namespace {
 
-// Names keep their terminator. kept: a second, shorter name leaves the tail of the first.
+// Names keep their terminator. kept: a second, shorter name leaves the end of the first.
 constexpr size_t kTerminator = 1;
 constexpr size_t kPrefixSize = 16;
 
@@ -17,7 +17,7 @@ constexpr size_t kPrefixSize = 16;
 struct Port : Table {
     static constexpr Attribute commslot = {"commslot", idOf(DCM_INNER_IF_MAX, 0), Need::required};
     static constexpr Attribute attributes[] = {commslot};
-    // kept: only a driver marks a port as taken; one without it may be described again.
+    // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<DcmInnerIfInfo> children[] = {
         {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode innerport driver failed.")},
@@ -57,7 +57,7 @@ struct PortGroup : Port {
          DCM_MESSAGE("decode inner-port driver failed.")},
         {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode inner-port phytype failed.")},
-        // kept: a faulty "type" goes by the text of "driver".
+        // kept: the text of a faulty "type" is that of "driver".
         {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
          DCM_MESSAGE("decode inner-port driver failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},

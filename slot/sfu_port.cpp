@@ -16,13 +16,13 @@ struct PortGroup : Table {
         DCM_MESSAGE_TEXT("decode sfu-port group failed, invalid id(%s)."),
     };
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode sfu-port failed, duplicate id(%u).");
-    // kept: only a driver marks a port as taken; one without it may be described again.
+    // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<SfuPortDraft> children[] = {
         {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode sfu-port driver failed.")},
         {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode sfu-port phytype failed.")},
-        // kept: a faulty "type" goes by the text of "driver".
+        // kept: the text of a faulty "type" is that of "driver".
         {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>, DCM_MESSAGE("decode sfu-port driver failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},

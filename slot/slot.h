@@ -1,4 +1,4 @@
-// The decoders of a slot's ports and units. Each takes one element and files what it describes in the whole record.
+// The decoders of a slot's ports and units. Each decodes one element into the record of the slot.
 #ifndef DCM_SLOT_SLOT_H
 #define DCM_SLOT_SLOT_H
 
@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// An inner port or switch-fabric port of which nothing is known.
+// Sets the identity of an inner or switch-fabric port to "not given".
 inline void clearIdentity(DcmInnerIfInfo &port)
 {
     port.slotId = DCM_ID_UNSPEC;
@@ -25,7 +25,7 @@ Result _dcmDecodeFanCtrlEntity(Node element, DcmSlotInfo &slot, const Reporter &
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmSlotInfo &slot, const Reporter &reporter);
 
-// What those elements may hold.
+// The content models of these elements.
 extern const Element kInnerPortElement;
 extern const Element kInnerPortGroupElement;
 extern const Element kSfuPortGroupElement;

@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What a "slot" of a device description may hold.
+// The content model of a "slot".
 inline constexpr char kSlotName[] = "slot";
 extern const Element kSlotElement;
 

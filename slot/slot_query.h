@@ -1,4 +1,4 @@
-// The steps of dcmSlotInfoGet(), for those who have a parsed description at hand; the reporter is the query's.
+// The steps of dcmSlotInfoGet() for a description that is already parsed; the reporter is that of the query.
 #ifndef DCM_SLOT_SLOT_QUERY_H
 #define DCM_SLOT_SLOT_QUERY_H
 
@@ -8,9 +8,9 @@
 
 namespace dcm {
 
-// A record of which nothing has been read.
+// Clears a record and sets its defaults.
 void clearSlot(uint32_t typeId, DcmSlotInfo &info);
-// Reads what stands in a "slot".
+// Decodes a "slot".
 Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm

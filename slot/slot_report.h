@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What dcmSlotInfoShowFilename() prints when the query has answered; `info` is nullptr when it has failed.
+// The output of dcmSlotInfoShowFilename() after the query; `info` is nullptr if the query failed.
 int printSlotAnswer(const char *fileName, const DcmSlotInfo *info);
 
 } // namespace dcm

@@ -11,13 +11,13 @@ namespace dcm {
 
 constexpr size_t kVmPathSize = 128;
 
-// Names the port list of VM `vmId` below `baseFolder`, cut to the path's size.
+// Writes the path of the port list of VM `vmId` in `baseFolder`, cut to the size of the buffer.
 void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize]);
 
-// As dcmVmPortInfoGet(), below `baseFolder`.
+// As dcmVmPortInfoGet(), in `baseFolder`.
 int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info);
 
-// Reads what stands in the root of a port list; the reporter is the query's.
+// Decodes the root of a port list; the reporter is that of the query.
 Result decodeVmPorts(Node root, DcmVmPortInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm

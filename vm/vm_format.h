@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// What the root of a VM's port list may hold.
+// The content model of the root of a VM's port list.
 inline constexpr char kVmName[] = "panel-port";
 extern const Element kVmElement;
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What bash offers for a command line. Usage: check_completion.sh DCM SOURCE_FOLDER CASE
+# The completions of bash for a command line. Usage: check_completion.sh DCM SOURCE_FOLDER CASE
 set -euo pipefail
 
 dcm=$1
@@ -9,8 +9,8 @@ trap 'rm -rf "$folder"' EXIT
 # shellcheck source=completions/dcm
 source "$source/completions/dcm"
 
-# offers WHAT WORD... -- LINE...: bash offers exactly these words, in any order, at the end of the line, which begins
-# behind "dcm". Offers that repeat count once.
+# offers WHAT WORD... -- LINE...: bash offers exactly these words, in any order, at the end of the line, which starts after
+# "dcm". Repeated words count once.
 offers() {
     local what=$1 expected=()
     shift
@@ -59,7 +59,7 @@ completes_commands_and_options() {
     has --log
 }
 
-# Whatever the help shows is offered.
+# Everything in the help is offered.
 completes_whatever_the_help_shows() {
     local command option count=0
     for command in $("$dcm" --help | sed -n '/^Subcommands:/,$ s/^  \([a-z-]*\)  *[A-Z].*/\1/p'); do

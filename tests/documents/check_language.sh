@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # No file in the scope has a phrase that the style of the project rules out. Usage: check_language.sh SOURCE_FOLDER [--self-test]
 #
-# language_phrases.txt has one extended regular expression for each line, and language_scope.txt one file or folder.
+# language_phrases.txt has one extended regular expression on each line, language_scope.txt and language_exempt.txt have one
+# file or folder.
 set -euo pipefail
 
 source=$(realpath "$1")
@@ -12,13 +13,13 @@ cd "$source"
 
 entries() { sed -E '/^(#|$)/d' "$here/$1"; }
 
-# in_scope: the files, without what is generated from other files.
+# in_scope: the files in the scope that are not exempt.
 in_scope() {
     local entry
     while read -r entry; do
         [ -e "$entry" ] || { echo "language_scope.txt: $entry does not exist" >&2 && exit 1; }
         find "$entry" -type f
-    done < <(entries language_scope.txt) | grep -vxF -f <(entries language_exempt.txt) | LC_ALL=C sort -u
+    done < <(entries language_scope.txt) | grep -vE "^($(entries language_exempt.txt | paste -sd'|'))(/|$)" | LC_ALL=C sort -u
 }
 
 # readable FILE: without the messages of the interface, whose texts are fixed, and what is compared with them.

@@ -1,5 +1,5 @@
-// A query builds a part of the tree, and does all that it would do with the whole of it. Each comparison runs it both
-// ways, and compares its result, record, log calls, standard output and errno.
+// A query builds part of the tree, with the same result as on the whole tree. Each comparison runs both, and compares
+// result, record, log calls, standard output and errno.
 #include "tests/reliability/queries.h"
 
 #include "host/host.h"
@@ -27,7 +27,7 @@ bool buildsWholeTree = false;
 
 } // namespace
 
-// The program is linked with --wrap for the call by which the library parses.
+// The program is linked with --wrap for the call of the library that parses.
 extern "C" {
 xmlDocPtr __real_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback read, xmlInputCloseCallback close,
                                void *context, const char *url, const char *encoding, int options);
@@ -47,7 +47,7 @@ xmlDocPtr __wrap_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback rea
 
 namespace {
 
-// All that a query did.
+// The effects of a query.
 struct Deed {
     int result = 0;
     int error = 0; // errno
@@ -76,7 +76,7 @@ void recordLogCall(int module, int level, int flags, const char *format, va_list
     logged += std::to_string(module) + " " + std::to_string(level) + " " + std::to_string(flags) + format + text;
 }
 
-// Compares queries on one file after the other. While it lives, standard output and the log are its own.
+// Compares queries on one file after the other. It captures standard output and the log during its lifetime.
 class Comparison {
 public:
     Comparison() : output_(memfd_create("output", MFD_CLOEXEC)), saved_(dup(STDOUT_FILENO))
@@ -89,7 +89,7 @@ public:
     Comparison(const Comparison &) = delete;
     Comparison &operator=(const Comparison &) = delete;
 
-    // The queries for frames, slots and cards of some types that are common in these tests, and of one that is nowhere.
+    // Queries for frames, slots and cards of the common types in these tests, and of one that does not exist.
     void compare(const std::string &content)
     {
         for (const uint32_t type : {0U, 1U, 2U, 0x301U, 0xFFFFU}) {
@@ -107,7 +107,8 @@ public:
     }
     bool isGood() const { return difference_.empty(); }
     size_t count() const { return count_; }
-    // Gives standard output back, and reports what was found. Of the comparisons, both ways succeeded in `successes`.
+    // Restores standard output, and reports the differences. `successes` is the number of comparisons with two
+    // successes.
     void finish(size_t successes = 0)
     {
         if (saved_ < 0)
@@ -199,7 +200,7 @@ std::string device(const std::string &content)
     return "<device>" + content + "</device>";
 }
 
-// `piece` before, in and behind what is wanted, in an element that the search passes, and around the root.
+// `piece` before, in and after the wanted element, in an element before it, and around the root.
 std::vector<std::string> everywhere(const std::string &piece)
 {
     const auto in = [&](const std::string &element) {
@@ -358,7 +359,7 @@ std::string mutated(const std::string &content, std::minstd_rand &random)
     return text;
 }
 
-// Each so often; in all a test's worth, or as many as the environment says.
+// The number of comparisons for each, by default or from the environment.
 size_t comparisonsToMake()
 {
     const char *asked = getenv("DCM_COMPARISONS");
@@ -368,7 +369,7 @@ size_t comparisonsToMake()
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-// While it lives, libxml2's defaults are those of a process that has set them.
+// Sets libxml2's defaults during its lifetime, as a process may do.
 struct Defaults {
     Defaults(bool keepsBlanks, bool substitutes, bool validates)
     {
@@ -406,7 +407,7 @@ TEST(Selection, ChangesNothingOfSpecialFiles)
     comparison.finish(comparison.count() / 20);
 }
 
-// They have a limit for all of a description, also for what is not wanted.
+// Their limit applies to the whole description, not only to the wanted element.
 TEST(Selection, ChangesNothingOfEntities)
 {
     Comparison comparison;
@@ -482,7 +483,7 @@ void countNode(xmlNodePtr)
     nodeCount++;
 }
 
-// The nodes that libxml2 makes for a query.
+// The nodes that libxml2 creates for a query.
 size_t nodesOf(const std::string &content)
 {
     const TemporaryFile file(content);
