@@ -62,22 +62,22 @@ Case vmCase(const std::string &name, const std::string &baseFolder, const std::s
 }
 
 // Discards standard output during its lifetime.
-class Silence {
+class DiscardedOutput {
 public:
-    Silence() : saved_(dup(STDOUT_FILENO))
+    DiscardedOutput() : saved_(dup(STDOUT_FILENO))
     {
         std::fflush(stdout);
         static const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
         dup2(nowhere, STDOUT_FILENO);
     }
-    ~Silence()
+    ~DiscardedOutput()
     {
         std::fflush(stdout);
         dup2(saved_, STDOUT_FILENO);
         close(saved_);
     }
-    Silence(const Silence &) = delete;
-    Silence &operator=(const Silence &) = delete;
+    DiscardedOutput(const DiscardedOutput &) = delete;
+    DiscardedOutput &operator=(const DiscardedOutput &) = delete;
 
 private:
     int saved_;
@@ -88,7 +88,7 @@ Case cardCaseInVain(const std::string &name, const std::string &file, const Limi
 {
     return {name, file, limits, [file] {
                 static DcmCardInfo card;
-                const Silence silence;
+                const DiscardedOutput discarded;
                 return dcmCardInfoGet(file.c_str(), 0xFFFF, 0, &card) == -1 ? 0 : -1;
             }};
 }

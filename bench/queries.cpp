@@ -225,25 +225,25 @@ template <class Record> std::string_view bytesOf(const Record &record)
 
 void addSideBySide(const std::string &name, const std::string &file, uint32_t typeId)
 {
-    struct Way {
+    struct Alternative {
         const char *name;
         PanelReader read;
     };
-    constexpr Way ways[] = {{"XPath", dcmbench::readWithXPath},
-                            {"streaming reader", dcmbench::readWithTextReader},
-                            {"pugixml", dcmbench::readWithPugixml}};
+    constexpr Alternative alternatives[] = {{"XPath", dcmbench::readWithXPath},
+                                            {"streaming reader", dcmbench::readWithTextReader},
+                                            {"pugixml", dcmbench::readWithPugixml}};
     const Case query = dcmbench::cardCase("side by side: " + name + "/query", file, typeId, 1);
     add({query.name, file, {}, query.query});
 
     DcmCardInfo card;
     if (dcmCardInfoGet(file.c_str(), typeId, 1, &card) != 0)
         throw std::runtime_error("cannot read " + file);
-    for (const Way &way : ways) {
-        const PanelReader read = way.read;
+    for (const Alternative &alternative : alternatives) {
+        const PanelReader read = alternative.read;
         auto panel = std::make_shared<dcmbench::Panel>();
         if (!read(file.c_str(), typeId, *panel) || bytesOf(panel->ports) != bytesOf(card.panelIf))
-            throw std::runtime_error(std::string(way.name) + " reads other ports than the library in " + file);
-        add({"side by side: " + name + "/" + way.name, file, {}, [=] {
+            throw std::runtime_error(std::string(alternative.name) + " reads other ports than the library in " + file);
+        add({"side by side: " + name + "/" + alternative.name, file, {}, [=] {
                  return read(file.c_str(), typeId, *panel) ? 0 : -1;
              }});
     }

@@ -33,13 +33,13 @@ namespace dcm {
 
 // Defaults for every table.
 struct Table {
-    struct Nothing {
+    struct NoRows {
         static constexpr size_t size() { return 0; }
         static constexpr std::nullptr_t data() { return nullptr; }
     };
     static constexpr Content content = {};
-    static constexpr Nothing attributes = {};
-    static constexpr Nothing children = {};
+    static constexpr NoRows attributes = {};
+    static constexpr NoRows children = {};
 };
 
 // A row for walk(): without the types of its record and its reporter, without its content model, and with a key of its

@@ -18,13 +18,13 @@ namespace {
 bool buildsWholeTree = false;
 
 // The effects of a query, except for its record.
-struct Deed {
+struct QueryEffects {
     int result;
     int error; // errno
     std::string reports;
 };
 
-template <class Record, class Query> Deed run(bool isWhole, Record *record, const Query &query)
+template <class Record, class Query> QueryEffects run(bool isWhole, Record *record, const Query &query)
 {
     std::memset(record, 0xA5, sizeof *record);
     buildsWholeTree = isWhole;
@@ -38,8 +38,8 @@ template <class Record, class Query> void compare(const Query &query)
 {
     static Record part;
     static Record whole;
-    const Deed ofPart = run(false, &part, query);
-    const Deed ofWhole = run(true, &whole, query);
+    const QueryEffects ofPart = run(false, &part, query);
+    const QueryEffects ofWhole = run(true, &whole, query);
     DCM_FUZZ_CHECK(ofPart.result == ofWhole.result);
     DCM_FUZZ_CHECK(ofPart.error == ofWhole.error);
     DCM_FUZZ_CHECK(ofPart.reports == ofWhole.reports);

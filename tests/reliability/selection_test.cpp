@@ -48,23 +48,23 @@ xmlDocPtr __wrap_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback rea
 namespace {
 
 // The effects of a query.
-struct Deed {
+struct QueryEffects {
     int result = 0;
     int error = 0; // errno
     std::vector<unsigned char> record;
     std::string logged;
     std::string printed;
 
-    bool operator==(const Deed &other) const
+    bool operator==(const QueryEffects &other) const
     {
         return result == other.result && error == other.error && record == other.record && logged == other.logged &&
                printed == other.printed;
     }
 };
 
-std::ostream &operator<<(std::ostream &out, const Deed &deed)
+std::ostream &operator<<(std::ostream &out, const QueryEffects &effects)
 {
-    return out << "result " << deed.result << ", errno " << deed.error << ", printed: " << deed.printed;
+    return out << "result " << effects.result << ", errno " << effects.error << ", printed: " << effects.printed;
 }
 
 std::string logged;
@@ -126,8 +126,8 @@ public:
 private:
     template <class Record, class Query> void run(const std::string &content, const Query &query)
     {
-        const Deed whole = deed<Record>(query, true);
-        const Deed part = deed<Record>(query, false);
+        const QueryEffects whole = effects<Record>(query, true);
+        const QueryEffects part = effects<Record>(query, false);
         count_++;
         successes_ += part.result == 0 ? 1 : 0;
         if (part == whole || !difference_.empty())
@@ -136,28 +136,28 @@ private:
         text << "part: " << part << "\nwhole: " << whole << "\nof " << content.substr(0, 3000);
         difference_ = text.str();
     }
-    template <class Record, class Query> Deed deed(const Query &query, bool isWhole)
+    template <class Record, class Query> QueryEffects effects(const Query &query, bool isWhole)
     {
         logged.clear();
         if (ftruncate(output_, 0) != 0 || lseek(output_, 0, SEEK_SET) != 0)
             difference_ = "output lost";
         Guarded<Record> info;
-        Deed deed;
+        QueryEffects effects;
         buildsWholeTree = isWhole;
         errno = EXDEV;
-        deed.result = query(info.get());
-        deed.error = errno;
+        effects.result = query(info.get());
+        effects.error = errno;
         buildsWholeTree = false;
         const auto *bytes = reinterpret_cast<const unsigned char *>(info.get());
-        deed.record.assign(bytes, bytes + sizeof(Record));
-        deed.logged = logged;
+        effects.record.assign(bytes, bytes + sizeof(Record));
+        effects.logged = logged;
         fflush(stdout);
         struct stat status = {};
         fstat(output_, &status);
-        deed.printed.resize(static_cast<size_t>(status.st_size));
-        if (pread(output_, deed.printed.data(), deed.printed.size(), 0) != status.st_size)
+        effects.printed.resize(static_cast<size_t>(status.st_size));
+        if (pread(output_, effects.printed.data(), effects.printed.size(), 0) != status.st_size)
             difference_ = "output lost";
-        return deed;
+        return effects;
     }
 
     SilentLibxml2 silent_;
