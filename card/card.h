@@ -1,10 +1,28 @@
-// The decoders of a card's ports and components. Each decodes one element into the record of the card.
+// The module of cards: the content model of their element, the steps of a query, and the decoders of its content.
 #ifndef DCM_CARD_CARD_H
 #define DCM_CARD_CARD_H
 
 #include "common/decoder.h"
 
 namespace dcm {
+
+// ---- For the tool: the content model, the steps of dcmCardInfoGet() on a parsed description, the report -------------
+
+// The content model of a "card".
+inline constexpr char kCardName[] = "card";
+extern const Element kCardElement;
+
+// Clears a record and sets its defaults.
+void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info);
+// Stores "name" and "abbrname". kept: a query does so for every card up to the wanted one.
+Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter);
+// Decodes a "card"; the reporter is that of the query.
+Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter);
+
+// The output of dcmCardInfoShowFilename() after the query; `info` is nullptr if the query failed.
+int printCardAnswer(const char *fileName, const DcmCardInfo *info);
+
+// ---- Decoders of ports and components: each decodes one element into the record of the card -------------------------
 
 // Sets the identity of a port to "not given".
 template <class Port> void clearIdentity(Port &port)
@@ -13,10 +31,6 @@ template <class Port> void clearIdentity(Port &port)
     port.cardId = DCM_ID_UNSPEC;
     port.portId = DCM_PORT_UNSPEC;
 }
-
-// Sets whether the laser and the medium of a port can change: "no" to the first sets both.
-inline constexpr char kSupportLaserName[] = "supportlaser";
-inline constexpr char kSupportMediaChgName[] = "supportmediachg";
 
 constexpr uint8_t kUnassigned = 2; // the default port type of a panel port
 

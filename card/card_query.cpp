@@ -1,10 +1,8 @@
-#include "card/card_query.h"
 #include "card/card.h"
-#include "card/card_format.h"
 #include "common/document.h"
 #include "common/paths.h"
-#include "common/temperatures.h"
-#include "led/led_entity.h"
+#include "common/temperature.h"
+#include "led/led.h"
 
 #include <cstring>
 #include <iterator>
@@ -91,6 +89,7 @@ struct Sensors : SensorTable {
 // ---- The panel ------------------------------------------------------------------------------------------------------
 
 struct Panel : Table {
+    static constexpr Role role = Role::panel;
     static constexpr Attribute num = numOf(DCM_PANEL_IF_MAX);
     static constexpr Attribute startPortId = {"startportid", numberOf(16), Need::required};
     static constexpr Attribute maxPortId = {"maxportid", numberOf(16), Need::required};
@@ -183,6 +182,7 @@ struct Func {
 };
 
 struct Card : Table {
+    static constexpr Role role = Role::card;
     static constexpr Attribute typeId = {"typeid", numberOf(32)};
     static constexpr Attribute mode = {"mode", numberOf(32)};
     static constexpr Attribute name = {"name", textOf(DCM_CARD_NAME_SIZE - 1)};

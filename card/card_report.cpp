@@ -1,4 +1,4 @@
-#include "card/card_report.h"
+#include "card/card.h"
 
 #include "common/bits.h"
 #include "common/console.h"

@@ -24,6 +24,7 @@ Result takeChipName(Node element, ChipDraft &draft, const Reporter &reporter)
 constexpr size_t kChipMax = 1;
 
 struct Chip : Table {
+    static constexpr Role role = Role::chip;
     static constexpr Attribute attributes[] = {numOf(kChipMax)};
     static constexpr Child<ChipDraft> children[] = {
         {"modelname", call<takeChipName>, kText<DCM_MODEL_NAME_SIZE>},
@@ -55,6 +56,7 @@ struct ComponentList {
 };
 
 struct Component : Table {
+    static constexpr Role role = Role::component;
     static constexpr Attribute type = {"type", wordOf(&kEttClassWords), Need::required};
     static constexpr Attribute subType = {"subtype", numberOf(8), Need::required};
     static constexpr Attribute num = {"num", numberOf(8), Need::required};

@@ -5,6 +5,7 @@ namespace dcm {
 namespace {
 
 struct Cpu : EntryTable {
+    static constexpr Role role = Role::cpu;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode cpu-entity failed, no id prop."),
         DCM_MESSAGE_ID("decode cpu-entity failed, invalid id(%u)."),
@@ -20,6 +21,7 @@ struct Cpu : EntryTable {
 };
 
 struct Memory : EntryTable {
+    static constexpr Role role = Role::memory;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode memory-entity failed, no id prop."),
         DCM_MESSAGE_ID("decode memory-entity failed, invalid id(%u)."),
@@ -45,6 +47,7 @@ Result takeVoltageModelName(Node element, DcmVoltageInfo &voltage, const Reporte
 }
 
 struct Voltage : EntryTable {
+    static constexpr Role role = Role::voltage;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode voltage-entity failed, no id prop."),
         DCM_MESSAGE_ID("decode voltage-entity failed, invalid id(%u)."),

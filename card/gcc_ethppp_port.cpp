@@ -5,6 +5,7 @@ namespace dcm {
 namespace {
 
 struct GccPort : EntryTable {
+    static constexpr Role role = Role::gccPort;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode gcc-port failed, no id prop."),
         DCM_MESSAGE_ID("decode gcc-port failed, invalid id(%u)."),
@@ -13,8 +14,10 @@ struct GccPort : EntryTable {
     static constexpr Child<DcmGccIfInfo> children[] = {
         {"slotid", number<&DcmGccIfInfo::slotId>},
         {"cardid", number<&DcmGccIfInfo::cardId>},
-        {"portid", number<&DcmGccIfInfo::portId>},
-        {"phytype", phyType<&DcmGccIfInfo::phyType, &DcmGccIfInfo::ondType>, DCM_MESSAGE("decode gcc-port failed.")},
+        {{"portid", Role::portId}, number<&DcmGccIfInfo::portId>},
+        {{"phytype", Role::phyType},
+         phyType<&DcmGccIfInfo::phyType, &DcmGccIfInfo::ondType>,
+         DCM_MESSAGE("decode gcc-port failed.")},
     };
     // A GCC port has no driver: its PHY type marks it as described.
     static bool isTaken(const DcmGccIfInfo &port) { return port.phyType != 0; }
@@ -22,12 +25,13 @@ struct GccPort : EntryTable {
 };
 
 struct EthpppPort : EntryTable {
+    static constexpr Role role = Role::ethpppPort;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode ethppp-port failed, no id prop."),
         DCM_MESSAGE_ID("decode ethppp-port failed, invalid id(%u)."),
     };
     static constexpr Child<DcmEthpppIfInfo> children[] = {
-        {"portid", number<&DcmEthpppIfInfo::portId>},
+        {{"portid", Role::portId}, number<&DcmEthpppIfInfo::portId>},
     };
     // Nothing marks an ethppp port as described: the last element with an id is used.
     static bool isTaken(const DcmEthpppIfInfo &) { return false; }

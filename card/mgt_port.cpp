@@ -27,6 +27,7 @@ void setSupportMediaChg(DcmMethIfInfo &port, uint32_t value)
 }
 
 struct Port : EntryTable {
+    static constexpr Role role = Role::managementPort;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode mgt-port failed, no id prop."),
         DCM_MESSAGE_ID("decode mgt-port failed, invalid id(%u)."),
@@ -35,13 +36,18 @@ struct Port : EntryTable {
     static constexpr Child<DcmMethIfInfo> children[] = {
         {"slotid", number<&DcmMethIfInfo::slotId>},
         {"cardid", number<&DcmMethIfInfo::cardId>},
-        {"portid", number<&DcmMethIfInfo::portId>},
-        {"phytype", call<takeMgtPhyType>, kPhyType, DCM_MESSAGE("decode mgt-port failed.")},
+        {{"portid", Role::portId}, number<&DcmMethIfInfo::portId>},
+        {{"phytype", Role::phyType}, call<takeMgtPhyType>, kPhyType, DCM_MESSAGE("decode mgt-port failed.")},
         {"workmode", keyword<&DcmMethIfInfo::workmode, kWorkmodeWords>, DCM_MESSAGE("decode mgt-port failed.")},
-        {"driver", keyword<&DcmMethIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode mgt-port failed.")},
-        {"ifname", bytes<&DcmMethIfInfo::ifName>},
-        {kSupportLaserName, keywordThrough<setSupportLaser, kYesNoWords>, DCM_MESSAGE("decode mgt-port failed.")},
-        {kSupportMediaChgName, keywordThrough<setSupportMediaChg, kYesNoWords>,
+        {{"driver", Role::driver},
+         keyword<&DcmMethIfInfo::drvType, kDriverTypeWords>,
+         DCM_MESSAGE("decode mgt-port failed.")},
+        {{"ifname", Role::interfaceName}, bytes<&DcmMethIfInfo::ifName>},
+        {{"supportlaser", Role::laser},
+         keywordThrough<setSupportLaser, kYesNoWords>,
+         DCM_MESSAGE("decode mgt-port failed.")},
+        {{"supportmediachg", Role::mediumChange},
+         keywordThrough<setSupportMediaChg, kYesNoWords>,
          DCM_MESSAGE("decode mgt-port supportmediachg failed.")},
         // kept: the text names a panel port.
         {"transceiver-caps", capabilities<&DcmMethIfInfo::transceiverCaps, kTransceiverCapWords, 1>,

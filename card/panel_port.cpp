@@ -38,6 +38,7 @@ static_assert(offsetof(DcmPanelIfInfo, portIdOffset) == offsetof(DcmPanelIfInfo,
 constexpr auto poeInrushCaps = capabilities<&DcmPanelIfInfo::poeInrushCaps, kPoeInrushCapWords>;
 
 struct Port : EntryTable {
+    static constexpr Role role = Role::panelPort;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode panel-port failed, no id prop."),
         DCM_MESSAGE_ID("decode panel-port failed, invalid id(%u)."),
@@ -49,13 +50,20 @@ struct Port : EntryTable {
     static constexpr Child<DcmPanelIfInfo> children[] = {
         {"slotid", number<&DcmPanelIfInfo::slotId>},
         {"cardid", number<&DcmPanelIfInfo::cardId>},
-        {"portid", number<&DcmPanelIfInfo::portId>},
-        {"phytype", phyType<&DcmPanelIfInfo::phyType, &DcmPanelIfInfo::ondType>,
+        {{"portid", Role::portId}, number<&DcmPanelIfInfo::portId>},
+        {{"phytype", Role::phyType},
+         phyType<&DcmPanelIfInfo::phyType, &DcmPanelIfInfo::ondType>,
          DCM_MESSAGE("decode panel-port failed.")},
         {"workmode", keyword<&DcmPanelIfInfo::workmode, kWorkmodeWords>, DCM_MESSAGE("decode panel-port failed.")},
-        {"driver", keyword<&DcmPanelIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode panel-port failed.")},
-        {"porttype", keyword<&DcmPanelIfInfo::portType, kPortTypeWords>, DCM_MESSAGE("decode panel-port failed.")},
-        {"hidden", keyword<&DcmPanelIfInfo::hidden, kYesNoWords>, DCM_MESSAGE("decode panel-port failed.")},
+        {{"driver", Role::driver},
+         keyword<&DcmPanelIfInfo::drvType, kDriverTypeWords>,
+         DCM_MESSAGE("decode panel-port failed.")},
+        {{"porttype", Role::portType},
+         keyword<&DcmPanelIfInfo::portType, kPortTypeWords>,
+         DCM_MESSAGE("decode panel-port failed.")},
+        {{"hidden", Role::hidden},
+         keyword<&DcmPanelIfInfo::hidden, kYesNoWords>,
+         DCM_MESSAGE("decode panel-port failed.")},
         {"connector", keyword<&DcmPanelIfInfo::connectorType, kConnectorWords>,
          DCM_MESSAGE("decode panel-port failed.")},
         {"groupid", number<&DcmPanelIfInfo::groupId>},
@@ -65,8 +73,11 @@ struct Port : EntryTable {
          DCM_MESSAGE("decode panel-port failed.")},
         {"gccbitorder", keyword<&DcmPanelIfInfo::gccBitOrder, kBitOrderWords>,
          DCM_MESSAGE("decode panel-port failed.")},
-        {kSupportLaserName, keywordThrough<setSupportLaser, kYesNoWords>, DCM_MESSAGE("decode panel-port failed.")},
-        {kSupportMediaChgName, keywordThrough<setSupportMediaChg, kYesNoWords>,
+        {{"supportlaser", Role::laser},
+         keywordThrough<setSupportLaser, kYesNoWords>,
+         DCM_MESSAGE("decode panel-port failed.")},
+        {{"supportmediachg", Role::mediumChange},
+         keywordThrough<setSupportMediaChg, kYesNoWords>,
          DCM_MESSAGE("decode panel-port failed.")},
         {"supportpoe", keywordThrough<setSupportPoe, kYesNoWords>, DCM_MESSAGE("decode panel-port failed.")},
         {"supportphychg", keywordThrough<setSupportPhyChg, kYesNoWords>,
@@ -85,6 +96,7 @@ struct Port : EntryTable {
 
 // A group computes its port numbers and has no model names; only a group has "portid-offset" and "bpport".
 struct PortGroup : Port {
+    static constexpr Role role = Role::panelPortGroup;
     static constexpr Attribute ids = idListOf(DCM_PANEL_IF_MAX);
     static constexpr Attribute attributes[] = {ids};
     static constexpr IdListMessages messages = {
@@ -95,15 +107,21 @@ struct PortGroup : Port {
     static constexpr Child<DcmPanelIfInfo> children[] = {
         {"slotid", number<&DcmPanelIfInfo::slotId>},
         {"cardid", number<&DcmPanelIfInfo::cardId>},
-        {"portid-offset", number<&DcmPanelIfInfo::portIdOffset>},
-        {"phytype", phyType<&DcmPanelIfInfo::phyType, &DcmPanelIfInfo::ondType>,
+        {{"portid-offset", Role::portIdOffset}, number<&DcmPanelIfInfo::portIdOffset>},
+        {{"phytype", Role::phyType},
+         phyType<&DcmPanelIfInfo::phyType, &DcmPanelIfInfo::ondType>,
          DCM_MESSAGE("decode panel-port phytype failed.")},
         {"workmode", keyword<&DcmPanelIfInfo::workmode, kWorkmodeWords>,
          DCM_MESSAGE("decode panel-port work mode failed.")},
-        {"driver", keyword<&DcmPanelIfInfo::drvType, kDriverTypeWords>,
+        {{"driver", Role::driver},
+         keyword<&DcmPanelIfInfo::drvType, kDriverTypeWords>,
          DCM_MESSAGE("decode panel-port driver failed.")},
-        {"porttype", keyword<&DcmPanelIfInfo::portType, kPortTypeWords>, DCM_MESSAGE("decode panel-port type failed.")},
-        {"hidden", keyword<&DcmPanelIfInfo::hidden, kYesNoWords>, DCM_MESSAGE("decode panel-port hidden failed.")},
+        {{"porttype", Role::portType},
+         keyword<&DcmPanelIfInfo::portType, kPortTypeWords>,
+         DCM_MESSAGE("decode panel-port type failed.")},
+        {{"hidden", Role::hidden},
+         keyword<&DcmPanelIfInfo::hidden, kYesNoWords>,
+         DCM_MESSAGE("decode panel-port hidden failed.")},
         {"connector", keyword<&DcmPanelIfInfo::connectorType, kConnectorWords>,
          DCM_MESSAGE("decode panel-port connector failed.")},
         {"groupid", number<&DcmPanelIfInfo::groupId>},
@@ -113,10 +131,12 @@ struct PortGroup : Port {
          DCM_MESSAGE("decode panel-port opticalchannel-caps failed.")},
         {"gccbitorder", keyword<&DcmPanelIfInfo::gccBitOrder, kBitOrderWords>,
          DCM_MESSAGE("decode panel-port gccbitorder failed.")},
-        {kSupportLaserName, keywordThrough<setSupportLaser, kYesNoWords>,
+        {{"supportlaser", Role::laser},
+         keywordThrough<setSupportLaser, kYesNoWords>,
          DCM_MESSAGE("decode panel-port supportlaser failed.")},
         // kept: the text is that of "supportlaser".
-        {kSupportMediaChgName, keywordThrough<setSupportMediaChg, kYesNoWords>,
+        {{"supportmediachg", Role::mediumChange},
+         keywordThrough<setSupportMediaChg, kYesNoWords>,
          DCM_MESSAGE("decode panel-port supportlaser failed.")},
         {"supportpoe", keywordThrough<setSupportPoe, kYesNoWords>, DCM_MESSAGE("decode panel-port supportpoe failed.")},
         {"supportphychg", keywordThrough<setSupportPhyChg, kYesNoWords>,

@@ -61,9 +61,20 @@ install_all(development man/*.3 ${CMAKE_INSTALL_MANDIR}/man3)
 if(DCM_BUILD_TOOL)
     install(TARGETS dcm_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
     install_all(tool man/*.1 ${CMAKE_INSTALL_MANDIR}/man1)
+    # The folders where the shells look. Distributions have their own folder for zsh.
+    set(DCM_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING "Folder of the completion for zsh")
     install_all(tool completions/dcm ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install_all(tool completions/_dcm ${DCM_ZSH_COMPLETIONS})
+    install_all(tool completions/dcm.fish ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+    # The build generates it from the tool's field tables.
+    install(FILES ${DCM_EXPORT_SCHEMA} DESTINATION ${CMAKE_INSTALL_DATADIR}/dcm/schema COMPONENT development)
 endif()
-install_all(tool man/*.5 ${CMAKE_INSTALL_MANDIR}/man5)
+# The build generates them from the library's tables.
+if(TARGET dcm_reference)
+    install(FILES ${PROJECT_BINARY_DIR}/man/dcm-description.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT tool)
+    install(FILES ${PROJECT_BINARY_DIR}/schema/dcm-description.rng DESTINATION ${CMAKE_INSTALL_DATADIR}/dcm/schema
+        COMPONENT development)
+endif()
 
 # The documents keep their places relative to one another, since they link to one another.
 install_all(development *.md ${CMAKE_INSTALL_DOCDIR})
@@ -72,7 +83,7 @@ foreach(folder IN ITEMS docs docs/api docs/checks)
 endforeach()
 install_all(development examples/*.xml ${CMAKE_INSTALL_DOCDIR}/examples)
 install_all(development examples/client/* ${CMAKE_INSTALL_DOCDIR}/examples/client)
-foreach(pattern IN ITEMS schema/*.rnc schema/*.rng docs/schema/*.json)
+foreach(pattern IN ITEMS schema/*.rnc docs/schema/*.json)
     install_all(development ${pattern} ${CMAKE_INSTALL_DATADIR}/dcm/schema)
 endforeach()
 

@@ -33,13 +33,22 @@ namespace dcm {
 
 // Defaults for every table.
 struct Table {
-    struct NoRows {
+    struct Nothing {
         static constexpr size_t size() { return 0; }
         static constexpr std::nullptr_t data() { return nullptr; }
     };
+    static constexpr Role role = Role::none;
     static constexpr Content content = {};
-    static constexpr NoRows attributes = {};
-    static constexpr NoRows children = {};
+    static constexpr Nothing attributes = {};
+    static constexpr Nothing children = {};
+};
+
+// The name of a child; a single value may have a role, which other elements have in their table.
+struct ChildName {
+    const char *text;
+    Role role;
+
+    constexpr ChildName(const char *name, Role valueRole = Role::none) : text(name), role(valueRole) {}
 };
 
 // A row for walk(): without the types of its record and its reporter, without its content model, and with a key of its
@@ -57,17 +66,18 @@ template <class RecordType, class TakenBy = Reporter> struct Child : Row {
     using By = TakenBy;
 
     const Element *format;
+    Role role;
 
     // One of the leaves below.
     template <class Leaf>
-    constexpr Child(const char *childName, Leaf, const MessageFor<By> &reported = {})
+    constexpr Child(ChildName childName, Leaf, const MessageFor<By> &reported = {})
         : Child(childName, Leaf(), Leaf::format, reported)
     {
     }
     // A function of the decoder, and the content model of its element.
     template <class Leaf>
-    constexpr Child(const char *childName, Leaf, const Element &childFormat, const MessageFor<By> &reported = {})
-        : Row{wordKey(childName), childName, reported, take<Leaf>}, format(&childFormat)
+    constexpr Child(ChildName childName, Leaf, const Element &childFormat, const MessageFor<By> &reported = {})
+        : Row{wordKey(childName.text), childName.text, reported, take<Leaf>}, format(&childFormat), role(childName.role)
     {
     }
 
@@ -126,7 +136,7 @@ template <class... Ts> constexpr auto nameElements()
     size_t count = 0;
     const auto append = [&](const auto &children) {
         for (const auto &child : children)
-            named.elements[count++] = {child.name, child.format};
+            named.elements[count++] = {child.name, child.format, child.role};
     };
     (append(Ts::children), ...);
     return named;
@@ -141,6 +151,7 @@ template <class T, class... More> constexpr Element toElement()
         element.children = namedElements<T, More...>.elements;
         element.childCount = std::size(namedElements<T, More...>.elements);
     }
+    element.role = T::role;
     return element;
 }
 template <class T, class... More> inline constexpr Element elementOf = toElement<T, More...>();

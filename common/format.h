@@ -94,12 +94,97 @@ struct Attribute {
     Need need = Need::optional;
 };
 
+// The role of an element, independent of its name. Single values have a role if something else depends on them.
+enum class Role : uint8_t {
+    none,
+    // The elements of records.
+    frame,
+    slot,
+    card,
+    vmPorts,
+    // Of a frame.
+    lastSlot,         // the id of its last slot
+    slotMap,          // the slots of each kind
+    slotsOfKind,      // one list in it
+    slotList,         // the rules of slots, in the order of the slots
+    slotRules,        // one entry in it
+    crossSlots,       // the slots that a slot is connected to
+    slotCardTypes,    // the card types that a slot accepts
+    fanModule,        // of one or several ids
+    moduleSlot,       // the slot of a fan module
+    moduleSlotOffset, // ... as the difference to its id
+    fanCount,         // the number of fans of a module
+    fan,
+    controllerOfFan,       // the controller that drives a fan
+    controllerOffsetOfFan, // ... as the difference to its id
+    powerSupply,
+    coolingMap,   // the units that each controller cools
+    coolingEntry, // one entry in it, for one or several controllers
+    cooledCards,  // the slots whose cards it cools
+    cooledPowerSupplies,
+    cooledFanModules,
+    // Of a frame or slot.
+    fanController, // of one or several ids
+    // Of a slot or card: ports and groups of ports.
+    panel, // the block of panel ports
+    managementPort,
+    panelPort,
+    panelPortGroup,
+    gccPort,
+    ethpppPort,
+    innerPort,
+    innerPortGroup,
+    sfuPortGroup,
+    portId,
+    portIdOffset,
+    driver,
+    phyType,
+    portType,
+    hidden,
+    interfaceName,
+    interfaceNamePrefix,
+    laser,
+    mediumChange,
+    // Of a card, fan module or power supply.
+    sensor,
+    sensorControllers, // the fan controllers that act on a sensor
+    cpu,
+    memory,
+    voltage,
+    chip,
+    component,
+    // LEDs.
+    leds, // the block that declares them
+    led,
+    portLed,
+    ledState,
+    ledMap,
+    ledMapName,   // an entry for the state of one LED
+    ledMapSource, // an entry with pairs of states
+    statePair,
+    count // of roles
+};
+
+constexpr bool isPortGroup(Role role)
+{
+    return role == Role::panelPortGroup || role == Role::innerPortGroup || role == Role::sfuPortGroup;
+}
+
+// One port or a group.
+constexpr bool isPort(Role role)
+{
+    return role >= Role::managementPort && role <= Role::sfuPortGroup;
+}
+
 struct Element;
 
-// A child element with its name.
+// A child element with its name, and its role if that differs from others with the same content.
 struct NamedElement {
     const char *name;
     const Element *element;
+    Role ownRole = Role::none;
+
+    constexpr Role role() const;
 };
 
 constexpr size_t kAnyNumber = SIZE_MAX;
@@ -111,12 +196,20 @@ struct Element {
     const NamedElement *children = nullptr;
     size_t childCount = 0;
     size_t most = 1; // the highest number of siblings with this name; for 1, the last one replaces the others
+    Role role = Role::none;
 };
+
+constexpr Role NamedElement::role() const
+{
+    return ownRole != Role::none ? ownRole : element->role;
+}
 
 // An element that may be repeated.
 constexpr Element repeated(const Element &element, size_t most = kAnyNumber) noexcept
 {
-    return {element.content, element.attributes, element.attributeCount, element.children, element.childCount, most};
+    Element several = element;
+    several.most = most;
+    return several;
 }
 
 } // namespace dcm

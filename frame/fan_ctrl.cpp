@@ -1,4 +1,4 @@
-#include "common/fan_ctrl.h"
+#include "common/fan_ctrl_settings.h"
 #include "frame/frame.h"
 
 namespace dcm {
@@ -36,6 +36,7 @@ struct FanCtrlGroup : FanCtrl {
 // ---- Cooled units ---------------------------------------------------------------------------------------------------
 
 struct FanCtrlMap : EntryTable {
+    static constexpr Role role = Role::coolingEntry;
     static constexpr Attribute ids = idListOf(DCM_FAN_CTRL_MAX);
     static constexpr Attribute attributes[] = {ids};
     static constexpr IdListMessages messages = {
@@ -45,9 +46,11 @@ struct FanCtrlMap : EntryTable {
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode fanctrl-map failed, duplicate id(%u).");
     // kept: a faulty list gives the numbers before its fault.
     static constexpr Child<DcmFanCtrlMapInfo> children[] = {
-        {"card", bitList<&DcmFanCtrlMapInfo::cardBits, DCM_SLOT_MAX, KeepsBits>},
-        {kCooledPowerName, bitList<&DcmFanCtrlMapInfo::powerBits, DCM_POWER_MAX, KeepsBits>},
-        {kCooledFanModuleName, bitList<&DcmFanCtrlMapInfo::fanModuleBits, DCM_FAN_MODULE_MAX, KeepsBits>},
+        {{"card", Role::cooledCards}, bitList<&DcmFanCtrlMapInfo::cardBits, DCM_SLOT_MAX, KeepsBits>},
+        {{"power", Role::cooledPowerSupplies}, bitList<&DcmFanCtrlMapInfo::powerBits, DCM_POWER_MAX, KeepsBits>},
+        // kept: the spelling.
+        {{"fan-moudule", Role::cooledFanModules},
+         bitList<&DcmFanCtrlMapInfo::fanModuleBits, DCM_FAN_MODULE_MAX, KeepsBits>},
     };
 };
 

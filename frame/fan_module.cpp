@@ -15,12 +15,13 @@ struct FanDraft {
 };
 
 struct Fan : Table {
+    static constexpr Role role = Role::fan;
     static constexpr Attribute ids = unitIds(DCM_FAN_MAX);
     static constexpr Attribute attributes[] = {ids};
     static constexpr IdListMessages messages = {DCM_MESSAGE("decode fan failed, no id prop."), {}};
     static constexpr Child<FanDraft> children[] = {
-        {kFanCtrlName, number<&FanDraft::fanCtrl>},
-        {kFanCtrlOffsetName, signedNumber<&FanDraft::fanCtrlOffset>},
+        {{"fanctrl", Role::controllerOfFan}, number<&FanDraft::fanCtrl>},
+        {{"fanctrl-offset", Role::controllerOffsetOfFan}, signedNumber<&FanDraft::fanCtrlOffset>},
     };
 };
 
@@ -76,14 +77,15 @@ struct FanModuleSensors : SensorTable {
 constexpr Element kFanElement = repeated(elementOf<Fan>);
 
 struct FanModule : Table {
+    static constexpr Role role = Role::fanModule;
     static constexpr Attribute ids = unitIds(DCM_FAN_MODULE_MAX);
     static constexpr Attribute attributes[] = {ids};
     static constexpr IdListMessages messages = {DCM_MESSAGE("decode fanmodule-entity failed, no id prop."), {}};
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode fanmodule-entity failed, duplicate id(%u).");
     static constexpr Child<FanModuleDraft> children[] = {
-        {"fannum", number<&FanModuleDraft::fanNum>},
-        {kModuleSlotName, number<&FanModuleDraft::slot>},
-        {kModuleSlotOffsetName, signedNumber<&FanModuleDraft::slotOffset>},
+        {{"fannum", Role::fanCount}, number<&FanModuleDraft::fanNum>},
+        {{"slot", Role::moduleSlot}, number<&FanModuleDraft::slot>},
+        {{"slot-offset", Role::moduleSlotOffset}, signedNumber<&FanModuleDraft::slotOffset>},
         {"fan", call<takeFan>, kFanElement, DCM_MESSAGE("fan module decode fan failed.")},
         {"led-entity", call<takeUnitLeds<kAttachFan>>, kLedEntityElement, DCM_MESSAGE("fan module decode led failed.")},
         {"led-map", call<takeUnitLedMap>, kLedMapElement, DCM_MESSAGE("fan module decode led-map failed.")},

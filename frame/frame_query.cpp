@@ -1,10 +1,8 @@
-#include "frame/frame_query.h"
 #include "common/document.h"
 #include "common/list_codecs.h"
 #include "common/paths.h"
 #include "frame/frame.h"
-#include "frame/frame_format.h"
-#include "led/led_entity.h"
+#include "led/led.h"
 
 #include <cstring>
 #include <iterator>
@@ -25,13 +23,26 @@ template <auto Field> constexpr auto slotmap = bitList<Field, DCM_SLOT_MAX, Repo
 
 // kept: "deocde", and the text of a faulty "sfu" names "lpu".
 struct Slotmap : Table {
+    static constexpr Role role = Role::slotMap;
     static constexpr QueryChild<DcmSlotmapInfo> children[] = {
-        {"mpu", slotmap<&DcmSlotmapInfo::mpu>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-mpu failed.")},
-        {"lpu", slotmap<&DcmSlotmapInfo::lpu>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
-        {"sfu", slotmap<&DcmSlotmapInfo::sfu>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
-        {"fan", slotmap<&DcmSlotmapInfo::fan>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-fan failed.")},
-        {"lcd", slotmap<&DcmSlotmapInfo::lcd>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lcd failed.")},
-        {"power", slotmap<&DcmSlotmapInfo::power>, DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-power failed.")},
+        {{"mpu", Role::slotsOfKind},
+         slotmap<&DcmSlotmapInfo::mpu>,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-mpu failed.")},
+        {{"lpu", Role::slotsOfKind},
+         slotmap<&DcmSlotmapInfo::lpu>,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
+        {{"sfu", Role::slotsOfKind},
+         slotmap<&DcmSlotmapInfo::sfu>,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lpu failed.")},
+        {{"fan", Role::slotsOfKind},
+         slotmap<&DcmSlotmapInfo::fan>,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-fan failed.")},
+        {{"lcd", Role::slotsOfKind},
+         slotmap<&DcmSlotmapInfo::lcd>,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-lcd failed.")},
+        {{"power", Role::slotsOfKind},
+         slotmap<&DcmSlotmapInfo::power>,
+         DCM_MESSAGE_FILE("xmlfile(%s) frame deocde slotmap-power failed.")},
     };
 };
 
@@ -77,13 +88,14 @@ Result takeSupportCardType(Node element, SlotRules &rules, const Reporter &repor
 }
 
 struct SlotTable : Table {
+    static constexpr Role role = Role::slotRules;
     static constexpr Attribute id = {"id", idOf(DCM_SLOT_MAX), Need::required};
     static constexpr Attribute attributes[] = {id};
     static constexpr Child<SlotRules> children[] = {
         {"supportcrossslot", call<takeSupportCrossSlot>, kNumber<uint32_t>},
         // kept: a faulty list counts up to its fault.
-        {"crossslotbit", bitList<&SlotRules::crossSlotBit, DCM_SLOT_MAX, KeepsBits>},
-        {"supportcardtype", call<takeSupportCardType>, kCardTypeList},
+        {{"crossslotbit", Role::crossSlots}, bitList<&SlotRules::crossSlotBit, DCM_SLOT_MAX, KeepsBits>},
+        {{"supportcardtype", Role::slotCardTypes}, call<takeSupportCardType>, kCardTypeList},
         {"maxcardnum", number<&SlotRules::maxCardNum>},
         {"startcardid", number<&SlotRules::startCardId>},
     };
@@ -126,6 +138,7 @@ Result takeSlot(Node element, SlotList &list, const Reporter &reporter)
 constexpr Element kSlotElement = repeated(elementOf<SlotTable>, DCM_SLOT_MAX);
 
 struct SlotListTable : Table {
+    static constexpr Role role = Role::slotList;
     static constexpr Child<SlotList> children[] = {
         {"slotid", call<takeSlot>, kSlotElement},
     };
@@ -203,6 +216,7 @@ struct Powers : Table {
 };
 
 struct FanCtrlMaps : Table {
+    static constexpr Role role = Role::coolingMap;
     static constexpr QueryChild<DcmFrameInfo> children[] = {
         {"fan-ctrl", call<_dcmDecodeFanCtrlMapInfo>, kFanCtrlMapElement,
          DCM_MESSAGE_FILE("xmlfile(%s) frame decode fanctrl-map failed.")},
@@ -220,10 +234,11 @@ Result takeLedMap(Node element, DcmFrameInfo &frame, const Reporter &)
 }
 
 struct Frame : Table {
+    static constexpr Role role = Role::frame;
     static constexpr Attribute typeId = {"typeid", numberOf(32)};
     static constexpr Attribute attributes[] = {typeId};
     static constexpr QueryChild<DcmFrameInfo> children[] = {
-        {"maxslotnum", number<&DcmFrameInfo::maxSlotId>},
+        {{"maxslotnum", Role::lastSlot}, number<&DcmFrameInfo::maxSlotId>},
         {"slotmap", call<takeSlotmap>, elementOf<Slotmap>},
         {"cardtypecaps", call<takeCardTypeCaps>, elementOf<CardTypeCapTable>},
         {"slotinfo", call<_dcmDecodeSlotInfo>, kSlotInfoElement},

@@ -1,7 +1,7 @@
-#include "frame/frame_report.h"
+#include "frame/frame.h"
 
 #include "common/console.h"
-#include "common/fan_ctrl.h"
+#include "common/fan_ctrl_settings.h"
 #include "common/paths.h"
 
 #include <dcm.h>

@@ -19,6 +19,7 @@ struct PowerSensors : SensorTable {
 };
 
 struct Power : Table {
+    static constexpr Role role = Role::powerSupply;
     static constexpr Attribute ids = unitIds(DCM_POWER_MAX);
     static constexpr Attribute attributes[] = {ids};
     static constexpr IdListMessages messages = {DCM_MESSAGE("decode power-entity failed, no id prop."), {}};

@@ -9,8 +9,8 @@
 #define DCM_FRAME_UNIT_H
 
 #include "common/decoder.h"
-#include "common/temperatures.h"
-#include "led/led_entity.h"
+#include "common/temperature.h"
+#include "led/led.h"
 
 #include <cstring>
 

@@ -21,7 +21,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         DCM_FUZZ_CHECK(finding.span.begin >= last);
         last = finding.span.begin;
     }
-    const std::string text = dcmtool::asText(report, false);
+    const std::string text = dcmtool::asText(report, {false, true});
     DCM_FUZZ_CHECK(text.empty() == report.findings.empty());
     return 0;
 }

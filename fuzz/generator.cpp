@@ -1,10 +1,10 @@
 #include "fuzz/generator.h"
 
-#include "card/card_format.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/words.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,10 +1,10 @@
 // Prints a fuzzing dictionary: every element, attribute and keyword in the library's tables, in XML syntax, and some
 // markup of XML itself.
-#include "card/card_format.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/words.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <dcm.h>
 

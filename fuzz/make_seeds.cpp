@@ -3,11 +3,11 @@
 // description in which it is correct, one in which it is missing, and one in which it is faulty.
 //
 //     make_seeds SOURCE-FOLDER SEED-FOLDER
-#include "card/card_format.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/words.h"
-#include "vm/vm_format.h"
+#include "vm/vm.h"
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>

@@ -1,10 +1,10 @@
 #include "fuzz/queries.h"
 
 #include "fuzz/support.h"
+#include "tools/dcm/records/record.h"
 
 #include <dcm.h>
 
-#include <cstddef>
 #include <iterator>
 
 namespace dcmfuzz {
@@ -98,7 +98,6 @@ void checkSensors(const DcmTemperatureInfo *sensors, uint8_t count, size_t room,
 
 void check(const DcmFrameInfo &frame, bool isOk)
 {
-    DCM_FUZZ_CHECK(frame.spare == 0 && isAllZero(frame.tail));
     DCM_FUZZ_CHECK(!isOk || frame.powerNum <= DCM_POWER_MAX);
     DCM_FUZZ_CHECK(!isOk || frame.fanCtrlNum <= DCM_FAN_CTRL_MAX);
     DCM_FUZZ_CHECK(!isOk || frame.fanModuleNum <= DCM_FAN_MODULE_MAX);
@@ -142,7 +141,6 @@ void checkInnerPort(const DcmInnerIfInfo &port)
 
 void check(const DcmSlotInfo &slot, bool isOk)
 {
-    DCM_FUZZ_CHECK(slot.startCardId == 0);
     DCM_FUZZ_CHECK(slot.supportPoe <= 1);
     DCM_FUZZ_CHECK(!isOk || slot.fanCtrlNum <= DCM_FAN_CTRL_MAX);
     DCM_FUZZ_CHECK(!isOk || slot.powerNum <= DCM_POWER_MAX);
@@ -229,105 +227,6 @@ void check(const DcmCardInfo &card, bool isOk)
 
 // ---- Fields and their sources ---------------------------------------------------------------------------------------
 
-// A field, and the element or attribute that sets it.
-struct Source {
-    size_t offset;
-    size_t size;
-    const char *name;
-};
-
-#define DCM_FUZZ_SOURCE(record, field, name)                                                                           \
-    {                                                                                                                  \
-        offsetof(record, field), sizeof(record::field), name                                                           \
-    }
-
-constexpr Source kFrameSources[] = {
-    DCM_FUZZ_SOURCE(DcmFrameInfo, maxSlotId, "maxslotnum"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap, "slotmap"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.mpu, "mpu"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.lpu, "lpu"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.sfu, "sfu"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.fan, "fan"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.lcd, "lcd"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, slotmap.power, "power"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, crossSlotBit, "crossslotbit"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, cardTypeCaps, "cardtypecaps"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, supportCardType, "supportcardtype"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, maxCardNum, "maxcardnum"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, startCardId, "startcardid"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, supportCrossSlot, "supportcrossslot"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, fanCtrlNum, "fanctrl-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, fanCtrlInfo, "fanctrl-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, fanModuleNum, "fanmodule-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, fanModuleInfo, "fanmodule-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, powerNum, "power-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, powerInfo, "power-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, ledNum, "led-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, ledInfo, "led-entity"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, ledMap, "led-map"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, ledMap.srcEttIndex, "src"),
-    DCM_FUZZ_SOURCE(DcmFrameInfo, fanCtrlMap, "fanctrl-map"),
-};
-
-constexpr Source kSlotSources[] = {
-    DCM_FUZZ_SOURCE(DcmSlotInfo, maxCardNum, "maxcardnum"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, supportPoe, "supportpoe"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, broadcastSyncIf, "inner-port"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, syncIf, "inner-port"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, sfuIf, "sfu-port"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, fanCtrlNum, "fanctrl-entity"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, fanCtrlInfo, "fanctrl-entity"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, powerNum, "power-entity"),
-    DCM_FUZZ_SOURCE(DcmSlotInfo, powerInfo, "power-entity"),
-};
-
-constexpr Source kCardSources[] = {
-    DCM_FUZZ_SOURCE(DcmCardInfo, panneIfStartPortId, "startportid"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, panelIfMaxPortId, "maxportid"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, isTmuxCtrl, "tmuxctrl"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, isMuxCtrl, "muxctrl"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, methIfNum, "mgt-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, pannelIfNum, "panel-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, hideIfNum, "hidenum"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, pannelLineIfNum, "linenum"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, panneClientIfNum, "clientnum"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, gccIfNum, "gcc-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, ethpppIfNum, "ethppp-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, cpuNum, "cpu-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, memoryNum, "memory-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, temperatureNum, "temperature-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, voltageNum, "voltage-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, occupySlotNum, "occupyslotnum"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, ledNum, "led-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, switchChipNum, "switch-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, clockChipNum, "clock-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, componentNum, "component-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, crosslinkSlot, "crosslinkslot"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, name, "name"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, abbrName, "abbrname"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, nameLen, "name"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, abbrNameLen, "abbrname"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, methIf, "mgt-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, panelIf, "panel-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, gccIf, "gcc-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, ethpppIf, "ethppp-port"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, cpu, "cpu-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, memory, "memory-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, temperature, "temperature-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, voltage, "voltage-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, led, "led-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, portLed, "portled-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, ledMap, "led-map"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, ledMap.srcEttIndex, "src"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, portTypeCaps, "porttypecap"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, supportFuncs, "supportfunc"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, switchChip, "switch-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, clockChip, "clock-entity"),
-    DCM_FUZZ_SOURCE(DcmCardInfo, component, "component-entity"),
-};
-
-#undef DCM_FUZZ_SOURCE
-
 // The result of a query on an empty device.
 template <class Record, class Query> Record emptyRecord(const Query &query)
 {
@@ -340,15 +239,19 @@ template <class Record, class Query> Record emptyRecord(const Query &query)
     return record;
 }
 
-// A field without its source is as in an empty record: a write beyond an array of the record changes a neighbour.
-template <class Record, size_t Size>
-void checkSources(const Record &record, const Record &empty, const Source (&sources)[Size])
+// A field whose element or attribute is not in the description is as in an empty record: what goes beyond an array of
+// the record shows in its neighbour. The type that was asked for is no matter of the description.
+void checkSources(const dcmtool::RecordTable &table, const uint8_t *bytes, const uint8_t *emptyBytes)
 {
-    const uint8_t *bytes = reinterpret_cast<const uint8_t *>(&record);
-    const uint8_t *emptyBytes = reinterpret_cast<const uint8_t *>(&empty);
-    for (const Source &source : sources)
-        DCM_FUZZ_CHECK(mayHold(source.name) ||
-                       std::memcmp(bytes + source.offset, emptyBytes + source.offset, source.size) == 0);
+    for (const dcmtool::Field &field : table) {
+        const bool isSame = std::memcmp(bytes + field.offset, emptyBytes + field.offset, field.size) == 0;
+        if (field.source == dcmtool::kNeverFilled)
+            DCM_FUZZ_CHECK(isSame);
+        else if (field.fieldClass != dcmtool::FieldClass::identity)
+            DCM_FUZZ_CHECK(isSame || mayHold(field.source));
+        if (field.kind == dcmtool::FieldKind::record && field.entries == 0)
+            checkSources(*field.record, bytes + field.offset, emptyBytes + field.offset);
+    }
 }
 
 // ---- Running --------------------------------------------------------------------------------------------------------
@@ -364,15 +267,16 @@ template <class Call> int resultOf(const Call &call)
 }
 
 // `query` takes a file name and a record, `print` a record; printing and showing must not report anything.
-template <class Record, size_t Size, class Query, class Print, class Show>
-void run(const Source (&sources)[Size], const Query &query, const Print &print, const Show &show, bool again)
+template <class Record, class Query, class Print, class Show>
+void run(const Query &query, const Print &print, const Show &show, bool again)
 {
     static GuardedRecord<Record> records[2];
     static const Record empty = emptyRecord<Record>(query);
     Record *first = records[0].atEnd(kFirstFill);
     const int result = resultOf([&] { return query(again ? descriptionPath() : nullptr, first); });
     check(*first, result == 0);
-    checkSources(*first, empty, sources);
+    checkSources(dcmtool::tableOf<Record>(), reinterpret_cast<const uint8_t *>(first),
+                 reinterpret_cast<const uint8_t *>(&empty));
     DCM_FUZZ_CHECK(print(first) >= 0);
     DCM_FUZZ_CHECK(takeReportCount() == 0);
     if (!again)
@@ -390,7 +294,6 @@ void run(const Source (&sources)[Size], const Query &query, const Print &print, 
 void queryFrame(uint32_t typeId, bool again)
 {
     run<DcmFrameInfo>(
-        kFrameSources,
         [&](const char *file, DcmFrameInfo *frame) {
             const int result = dcmFrameInfoGet(file, typeId, frame);
             DCM_FUZZ_CHECK(frame->type == static_cast<uint16_t>(typeId));
@@ -402,7 +305,6 @@ void queryFrame(uint32_t typeId, bool again)
 void querySlot(uint32_t typeId, bool again)
 {
     run<DcmSlotInfo>(
-        kSlotSources,
         [&](const char *file, DcmSlotInfo *slot) {
             const int result = dcmSlotInfoGet(file, typeId, slot);
             DCM_FUZZ_CHECK(slot->type == static_cast<uint16_t>(typeId));
@@ -414,7 +316,6 @@ void querySlot(uint32_t typeId, bool again)
 void queryCard(uint32_t typeId, uint32_t mode, bool again)
 {
     run<DcmCardInfo>(
-        kCardSources,
         [&](const char *file, DcmCardInfo *card) {
             const int result = dcmCardInfoGet(file, typeId, mode, card);
             DCM_FUZZ_CHECK(card->type == static_cast<uint16_t>(typeId) && card->mode == static_cast<uint16_t>(mode));

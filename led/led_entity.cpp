@@ -1,6 +1,4 @@
-#include "led/led_entity.h"
-
-#include "led/led_states.h"
+#include "led/led.h"
 
 #include <cstring>
 
@@ -19,6 +17,7 @@ struct LedBlock {
 };
 
 struct Led : LedStateTable {
+    static constexpr Role role = Role::led;
     static constexpr Attribute ids = idListOf(8);
     static constexpr Attribute type = {"type", wordOf(&kLedTypeWords), Need::required};
     static constexpr Attribute attributes[] = {ids, type};
@@ -75,6 +74,7 @@ Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
 constexpr Element kLedElement = repeated(elementOf<Led>);
 
 struct Leds : Table {
+    static constexpr Role role = Role::leds;
     static constexpr Attribute num = numOf(DCM_LED_MAX, 32);
     static constexpr Attribute attributes[] = {num};
     static constexpr Child<LedBlock> children[] = {

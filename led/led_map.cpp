@@ -1,5 +1,5 @@
 #include "common/decoder.h"
-#include "led/led_entity.h"
+#include "led/led.h"
 
 #include <cstdio>
 
@@ -66,6 +66,7 @@ struct StatePairs {
 };
 
 struct StatePair : Table {
+    static constexpr Role role = Role::statePair;
     static constexpr Attribute source = {"type", {Kind::ledState}, Need::required};
     static constexpr Attribute attributes[] = {source};
     static constexpr Content content = {Kind::ledState};
@@ -130,6 +131,7 @@ struct LedMap {
 };
 
 struct LedName : Table {
+    static constexpr Role role = Role::ledMapName;
     static constexpr Attribute source = {"src", {Kind::source}};
     static constexpr Attribute attributes[] = {source};
     static constexpr Content content = {Kind::ledName};
@@ -155,6 +157,7 @@ Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
 }
 
 struct Source : StatePairTable {
+    static constexpr Role role = Role::ledMapSource;
     static constexpr Attribute ledName = {"led-name", {Kind::ledName}, Need::required};
     static constexpr Attribute type = {"type", wordOf(&kLedTypeWords)};
     static constexpr Attribute attributes[] = {ledName, type};
@@ -191,6 +194,7 @@ Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
 }
 
 struct LedMapTable : Table {
+    static constexpr Role role = Role::ledMap;
     static constexpr Attribute num = numOf(DCM_LED_MAP_MAX);
     static constexpr Attribute attributes[] = {num};
     static constexpr Child<LedMap> children[] = {

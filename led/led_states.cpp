@@ -1,10 +1,11 @@
-#include "led/led_states.h"
+#include "led/led.h"
 
 namespace dcm {
 
 namespace {
 
 struct State : Table {
+    static constexpr Role role = Role::ledState;
     static constexpr Attribute type = {"type", {Kind::ledState}, Need::required};
     static constexpr Attribute priority = {"pri", idOf(DCM_LED_STATE_MAX)};
     static constexpr Attribute attributes[] = {type, priority};

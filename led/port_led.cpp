@@ -1,5 +1,4 @@
-#include "led/led_entity.h"
-#include "led/led_states.h"
+#include "led/led.h"
 
 namespace dcm {
 
@@ -11,6 +10,7 @@ struct PortLedBlock {
 };
 
 struct PortLed : LedStateTable {
+    static constexpr Role role = Role::portLed;
     static constexpr Attribute type = {"type", wordOf(&kLedTypeWords), Need::required};
     static constexpr Attribute startId = {"start-id", numberOf(8), Need::required};
     static constexpr Attribute endId = {"end-id", numberOf(8), Need::required};

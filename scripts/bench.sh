@@ -173,12 +173,12 @@ bench_microseconds() {
 bench_check() {
     need libxml2-utils nlohmann-json3-dev
     bench_configure "$bench_folder-tool" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDCM_BUILD_TOOL=ON
-    bench_compile "$bench_folder-tool" dcm_tool
+    bench_compile "$bench_folder-tool" dcm_tool dcm_reference
     local file=$bench_folder-tool/large.xml rounds=21 round name
     local -A commands=(
         [check]="$bench_folder-tool/dcm check $file"
         [noout]="xmllint --noout $file"
-        [relaxng]="xmllint --noout --relaxng schema/dcm-description.rng $file"
+        [relaxng]="xmllint --noout --relaxng $bench_folder-tool/schema/dcm-description.rng $file"
     )
     bench_large "$file"
     "$bench_folder-tool/dcm" check "$file" >"$bench_folder-tool/findings" ||

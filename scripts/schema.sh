@@ -10,25 +10,30 @@ schema_corpus() {
     [ ! -d tests/tool/corpus ] || grep -lE "^<!-- expect [0-9:]+ ($schema_checks):" tests/tool/corpus/*.xml
 }
 
+# The XML syntax, which each build writes.
+schema_xml=build/release/schema/dcm-description.rng
+
 # schema_refused VALIDATOR FILE...: the files that a validator rejects.
 schema_refused() {
     local validator=$1
     shift
     case $validator in
-    xmllint) xmllint --noout --nonet --relaxng schema/dcm-description.rng "$@" 2>&1 |
+    xmllint) xmllint --noout --nonet --relaxng "$schema_xml" "$@" 2>&1 |
         sed -n 's/ fails to validate$//p' ;;
-    jing) jing schema/dcm-description.rng "$@" ;;
+    jing) jing "$schema_xml" "$@" ;;
     'jing -c') jing -c schema/dcm-description.rnc "$@" ;;
     esac | sed -E "s,^$root/,,; s/:[0-9]+:[0-9]+: (error|fatal).*//" | LC_ALL=C sort -u
 }
 
 verb_schema() {
-    need jing trang libxml2-utils
+    need jing trang libxml2-utils "${build_packages[@]}"
     local validator correct faulty status=0
+    configure release
+    compile release dcm_reference
     say 'Comparing both syntaxes'
     mkdir -p build/schema
     trang schema/dcm-description.rnc build/schema/compact.rng
-    trang schema/dcm-description.rng build/schema/xml.rng
+    trang "$schema_xml" build/schema/xml.rng
     diff -u build/schema/compact.rng build/schema/xml.rng || status=1
 
     correct=(examples/*.xml tests/format/correct/*.xml)

@@ -1,6 +1,6 @@
 // The fan controllers and power entities of a slot, which differ from those of a frame: a fan controller has no
 // "speedlevelforce"; a power entity has a single id and nothing else.
-#include "common/fan_ctrl.h"
+#include "common/fan_ctrl_settings.h"
 #include "slot/slot.h"
 
 namespace dcm {
@@ -16,6 +16,7 @@ struct FanCtrl : FanCtrlSettings {
 };
 
 struct Power : EntryTable {
+    static constexpr Role role = Role::powerSupply;
     static constexpr IdMessages messages = {
         DCM_MESSAGE("decode power-entity failed, no id prop."),
         DCM_MESSAGE_ID("decode power-entity failed, invalid id(%u)."),

@@ -15,23 +15,29 @@ constexpr size_t kPrefixSize = 16;
 // ---- Single ports ---------------------------------------------------------------------------------------------------
 
 struct Port : Table {
+    static constexpr Role role = Role::innerPort;
     static constexpr Attribute commslot = {"commslot", idOf(DCM_INNER_IF_MAX, 0), Need::required};
     static constexpr Attribute attributes[] = {commslot};
     // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<DcmInnerIfInfo> children[] = {
-        {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode innerport driver failed.")},
+        {{"driver", Role::driver},
+         keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>,
+         DCM_MESSAGE("decode innerport driver failed.")},
         // kept: no blank before "failed".
-        {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
+        {{"phytype", Role::phyType},
+         phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode innerport phytypefailed.")},
-        {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>, DCM_MESSAGE("decode innerport type failed.")},
+        {{"type", Role::portType},
+         keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
+         DCM_MESSAGE("decode innerport type failed.")},
         {"workmode", keyword<&DcmInnerIfInfo::workmode, kWorkmodeWords>,
          DCM_MESSAGE("decode innerport workmode failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},
         {"cardid", number<&DcmInnerIfInfo::cardId>},
-        {"portid", number<&DcmInnerIfInfo::portId>},
-        {"ifname", bytes<&DcmInnerIfInfo::ifName, kTerminator>},
+        {{"portid", Role::portId}, number<&DcmInnerIfInfo::portId>},
+        {{"ifname", Role::interfaceName}, bytes<&DcmInnerIfInfo::ifName, kTerminator>},
     };
 };
 
@@ -44,6 +50,7 @@ struct InnerPortDraft : DcmInnerIfInfo {
 
 // A group has no "workmode".
 struct PortGroup : Port {
+    static constexpr Role role = Role::innerPortGroup;
     static constexpr Attribute commslots = {"commslot", bitListOf(DCM_INNER_IF_MAX), Need::required};
     static constexpr Attribute attributes[] = {commslots};
     // kept: the texts call the attribute "commslot-group".
@@ -53,20 +60,23 @@ struct PortGroup : Port {
     };
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode inner-port failed, duplicate id(%u).");
     static constexpr Child<InnerPortDraft> children[] = {
-        {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>,
+        {{"driver", Role::driver},
+         keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>,
          DCM_MESSAGE("decode inner-port driver failed.")},
-        {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
+        {{"phytype", Role::phyType},
+         phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode inner-port phytype failed.")},
         // kept: the text of a faulty "type" is that of "driver".
-        {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
+        {{"type", Role::portType},
+         keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
          DCM_MESSAGE("decode inner-port driver failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},
         {"cardid", number<&DcmInnerIfInfo::cardId>},
-        {"portid", number<&DcmInnerIfInfo::portId>},
-        {"ifname", bytes<&DcmInnerIfInfo::ifName, kTerminator>},
-        {"portid-offset", signedNumber<&InnerPortDraft::portIdOffset>},
-        {"ifname-prefix", bytes<&InnerPortDraft::ifNamePrefix, kTerminator>},
+        {{"portid", Role::portId}, number<&DcmInnerIfInfo::portId>},
+        {{"ifname", Role::interfaceName}, bytes<&DcmInnerIfInfo::ifName, kTerminator>},
+        {{"portid-offset", Role::portIdOffset}, signedNumber<&InnerPortDraft::portIdOffset>},
+        {{"ifname-prefix", Role::interfaceNamePrefix}, bytes<&InnerPortDraft::ifNamePrefix, kTerminator>},
     };
 };
 

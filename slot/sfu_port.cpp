@@ -9,6 +9,7 @@ struct SfuPortDraft : DcmInnerIfInfo {
 };
 
 struct PortGroup : Table {
+    static constexpr Role role = Role::sfuPortGroup;
     static constexpr Attribute ids = idListOf(DCM_INNER_IF_MAX);
     static constexpr Attribute attributes[] = {ids};
     static constexpr IdListMessages messages = {
@@ -19,16 +20,21 @@ struct PortGroup : Table {
     // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<SfuPortDraft> children[] = {
-        {"driver", keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>, DCM_MESSAGE("decode sfu-port driver failed.")},
-        {"phytype", phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
+        {{"driver", Role::driver},
+         keyword<&DcmInnerIfInfo::drvType, kDriverTypeWords>,
+         DCM_MESSAGE("decode sfu-port driver failed.")},
+        {{"phytype", Role::phyType},
+         phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode sfu-port phytype failed.")},
         // kept: the text of a faulty "type" is that of "driver".
-        {"type", keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>, DCM_MESSAGE("decode sfu-port driver failed.")},
+        {{"type", Role::portType},
+         keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
+         DCM_MESSAGE("decode sfu-port driver failed.")},
         {"sysid", number<&DcmInnerIfInfo::sysId>},
         {"slotid", number<&DcmInnerIfInfo::slotId>},
         {"cardid", number<&DcmInnerIfInfo::cardId>},
-        {"portid", number<&DcmInnerIfInfo::portId>},
-        {"portid-offset", signedNumber<&SfuPortDraft::portIdOffset>},
+        {{"portid", Role::portId}, number<&DcmInnerIfInfo::portId>},
+        {{"portid-offset", Role::portIdOffset}, signedNumber<&SfuPortDraft::portIdOffset>},
     };
 };
 

@@ -1,8 +1,6 @@
-#include "slot/slot_query.h"
 #include "common/document.h"
 #include "common/paths.h"
 #include "slot/slot.h"
-#include "slot/slot_format.h"
 
 #include <cstring>
 
@@ -50,6 +48,7 @@ struct Powers : Table {
 };
 
 struct Slot : Table {
+    static constexpr Role role = Role::slot;
     static constexpr Attribute typeIds = {"typeid", {Kind::typeIds}, Need::required};
     static constexpr Attribute attributes[] = {typeIds};
     static constexpr QueryChild<DcmSlotInfo> children[] = {

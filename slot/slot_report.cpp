@@ -1,7 +1,7 @@
-#include "slot/slot_report.h"
+#include "slot/slot.h"
 
 #include "common/console.h"
-#include "common/fan_ctrl.h"
+#include "common/fan_ctrl_settings.h"
 #include "common/paths.h"
 
 #include <dcm.h>

@@ -4,6 +4,7 @@
 
 #include "common/vocabularies.h"
 
+#include <cstddef>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -21,6 +22,24 @@ inline std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
             words.emplace_back(vocabulary.words[i].word);
     }
     return words;
+}
+
+// The row of a word that descriptions may write; `count` of the vocabulary when there is none.
+inline size_t rowOf(const dcm::Vocabulary &vocabulary, const char *word)
+{
+    if (vocabulary.rows == nullptr) {
+        const dcm::Word *row = dcm::findWord(vocabulary, reinterpret_cast<const unsigned char *>(word));
+        return row != nullptr ? static_cast<size_t>(row - vocabulary.words) : vocabulary.count;
+    }
+    size_t row = 0;
+    while (row < vocabulary.count && std::strncmp(vocabulary.rows[row], word, DCM_KEYWORD_SIZE) != 0)
+        row++;
+    return row;
+}
+
+inline bool isWord(const char *word, const dcm::Vocabulary &vocabulary)
+{
+    return rowOf(vocabulary, word) != vocabulary.count;
 }
 
 } // namespace dcmtool

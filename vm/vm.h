@@ -1,13 +1,17 @@
+// The module of VM port lists: their content model and the steps of a query.
 #ifndef DCM_VM_VM_H
 #define DCM_VM_VM_H
 
+#include "common/format.h"
 #include "common/xml.h"
-
-#include <dcm.h>
 
 #include <cstddef>
 
 namespace dcm {
+
+// The root of a VM's port list.
+inline constexpr char kVmName[] = "panel-port";
+extern const Element kVmElement;
 
 constexpr size_t kVmPathSize = 128;
 

@@ -291,8 +291,8 @@ TEST(CardTemperatures, KeepTheSensorsBeforeAFailure)
 
 TEST(PanelBlock, StoresItsNumbers)
 {
-    const auto card = cardWith("<panel-port num='10' startportid='5' maxportid='1000' linenum='4' clientnum='6' "
-                               "hidenum='2'/>");
+    const auto card =
+        cardWith("<panel-port num='10' startportid='5' maxportid='1000' linenum='4' clientnum='6' hidenum='2'/>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(card.info->pannelIfNum, 10);
@@ -305,8 +305,8 @@ TEST(PanelBlock, StoresItsNumbers)
 
 TEST(PanelBlock, KeepsTheLowBitsOfItsNumbers)
 {
-    const auto card = cardWith("<panel-port num='300' startportid='65537' maxportid='0x1ffff' linenum='0x128' "
-                               "clientnum='260' hidenum='257'/>");
+    const auto card = cardWith(
+        "<panel-port num='300' startportid='65537' maxportid='0x1ffff' linenum='0x128' clientnum='260' hidenum='257'/>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(card.info->pannelIfNum, 44);
@@ -367,17 +367,13 @@ TEST(PanelBlock, RejectsNumsThatAreTooLargeOrDoNotAddUp)
         {"num='65' linenum='1'", 65, 1, 0,
          "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, num(=65) invalid."},
         {"num='4' linenum='2' clientnum='0'", 4, 2, 0,
-         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=2) + clientnum(=0) != num(=4) "
-         "invalid."},
+         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=2) + clientnum(=0) != num(=4) invalid."},
         {"num='4' clientnum='3'", 4, 0, 3,
-         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=0) + clientnum(=3) != num(=4) "
-         "invalid."},
+         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=0) + clientnum(=3) != num(=4) invalid."},
         {"num='0' linenum='1' clientnum='1'", 0, 1, 1,
-         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=1) + clientnum(=1) != num(=0) "
-         "invalid."},
+         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=1) + clientnum(=1) != num(=0) invalid."},
         {"num='44' linenum='200' clientnum='100'", 44, 200, 100,
-         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=200) + clientnum(=100) != num(=44) "
-         "invalid."},
+         "[dcmCardInfoGet:#]: xmlfile(FILE) card decode panel-port failed, linenum(=200) + clientnum(=100) != num(=44) invalid."},
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.attributes);
@@ -406,8 +402,8 @@ TEST(PanelBlock, ReportsAFailingPortAndAFailingGroup)
 
 TEST(PanelBlock, SkipsOtherChildren)
 {
-    const auto card = cardWith(panelOf("num='4'", "text<!-- note --><?port id='9'?><?port-group id='x'?><ports/>"
-                                                  "<Port/><port-groups/><led/>"));
+    const auto card = cardWith(
+        panelOf("num='4'", "text<!-- note --><?port id='9'?><?port-group id='x'?><ports/><Port/><port-groups/><led/>"));
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(bytesOf(card.info->panelIf), bytesOf(cardWith("").info->panelIf));

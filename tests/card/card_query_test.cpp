@@ -52,9 +52,8 @@ void dropFirstElement(xmlNodePtr node)
 
 TEST(CardQuery, FindsACardByTypeAndMode)
 {
-    const auto card = queryCard(7, 2,
-                                "<device><card typeid='7' mode='2'>"
-                                "<occupyslotnum>3</occupyslotnum></card></device>");
+    const auto card =
+        queryCard(7, 2, "<device><card typeid='7' mode='2'><occupyslotnum>3</occupyslotnum></card></device>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(card.info->type, 7);
@@ -185,8 +184,10 @@ TEST(CardQuery, ReadsTheDefaultFileWhenNoneIsNamed)
 
     const Effects missed = effectsOf([&] { result = dcmCardInfoGet(nullptr, 8, 0, info.get()); });
     EXPECT_EQ(result, -1);
-    EXPECT_EQ(missed.messages, Messages{"[dcmCardInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find card "
-                                        "with typeid=8, mode=0."});
+    EXPECT_EQ(
+        missed.messages,
+        Messages{
+            "[dcmCardInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find card with typeid=8, mode=0."});
 }
 
 TEST(CardQuery, ReportsAFileThatIsNotThere)

@@ -227,8 +227,10 @@ TEST(CardReport, ReportsThatTheCardWasNotFound)
     zorconf.write("device.xml", "<device><card typeid='1'/></device>");
     int result = -1;
     const Effects effects = effectsOf([&] { result = dcmCardInfoShow(2, 5); }, {}, Output::alsoPrints);
-    EXPECT_EQ(effects.messages, Messages{"[dcmCardInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find "
-                                         "card with typeid=2, mode=5."});
+    EXPECT_EQ(
+        effects.messages,
+        Messages{
+            "[dcmCardInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find card with typeid=2, mode=5."});
     EXPECT_EQ(behindSourceLine(effects.output),
               lines("xmlfile(/etc/zorconf/device/device.xml) can not find card with typeid=2, mode=5.", "",
                     "!!Failed to get card info."));

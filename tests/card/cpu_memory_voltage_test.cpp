@@ -139,8 +139,8 @@ TEST(MemoryEntity, FillsTheEntryOfItsId)
 
 TEST(MemoryEntity, KeepsTheLowBitsOfNumbersInAnyBase)
 {
-    const auto card = cardWithMemories("<memory id='0x2'><highthreshold>0x15f</highthreshold>"
-                                       "<lowthreshold>low</lowthreshold></memory>");
+    const auto card = cardWithMemories(
+        "<memory id='0x2'><highthreshold>0x15f</highthreshold><lowthreshold>low</lowthreshold></memory>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.info->memory[1].highThreshold, 95);
     EXPECT_EQ(card.info->memory[1].lowThreshold, 0);
@@ -192,8 +192,8 @@ TEST(MemoryEntity, NeedsAnIdOfItsOwnWithinTheAnnouncedOnes)
 
 TEST(MemoryEntity, ReportsAnUnknownTypeAndKeepsWhatCameBefore)
 {
-    const auto card = cardWithMemories("<memory id='1'><highthreshold>90</highthreshold><type>rom</type>"
-                                       "<lowthreshold>70</lowthreshold></memory>");
+    const auto card = cardWithMemories(
+        "<memory id='1'><highthreshold>90</highthreshold><type>rom</type><lowthreshold>70</lowthreshold></memory>");
     EXPECT_EQ(card.result, -1);
     EXPECT_EQ(card.messages, (Messages{"[dcmMemoryTypeStr2Val:#]: invalid memory type(rom).",
                                        "[_dcmDecodeMemoryEntity:#]: decode memory-entity failed.", kMemoryFailed}));
@@ -308,8 +308,8 @@ TEST(VoltageEntity, NeedsAnIdOfItsOwnWithinTheAnnouncedOnes)
 
 TEST(VoltageEntity, KeepsTheOnesBeforeAFailure)
 {
-    const auto card = cardWithVoltages("<voltage id='1'><highthreshold>12</highthreshold></voltage><voltage id='11'/>"
-                                       "<voltage id='3'/>");
+    const auto card = cardWithVoltages(
+        "<voltage id='1'><highthreshold>12</highthreshold></voltage><voltage id='11'/><voltage id='3'/>");
     EXPECT_EQ(card.result, -1);
     EXPECT_EQ(card.info->voltageNum, 10);
     EXPECT_EQ(card.info->voltage[0].highThreshold, 12);

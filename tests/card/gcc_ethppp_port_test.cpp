@@ -19,8 +19,8 @@ Answer<DcmCardInfo> cardWithEthpppPorts(const std::string &ports)
 
 TEST(GccPort, FillsTheEntryOfItsId)
 {
-    const auto card = cardWithGccPorts("<port id='2'><slotid>3</slotid><cardid>4</cardid><portid>500</portid>"
-                                       "<phytype>otu2</phytype></port>");
+    const auto card = cardWithGccPorts(
+        "<port id='2'><slotid>3</slotid><cardid>4</cardid><portid>500</portid><phytype>otu2</phytype></port>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(card.info->gccIf[1].slotId, 3);

@@ -272,9 +272,9 @@ TEST(ManagementPort, NumbersTransceiverCapabilitiesFromOne)
 
 TEST(ManagementPort, KeepsTheCapabilitiesBeforeABadOne)
 {
-    const auto card = cardWithPort("<transceiver-caps><cap>1000basex</cap></transceiver-caps>"
-                                   "<transceiver-caps><cap>10gbasex</cap><cap>copper</cap><cap>1000baset</cap>"
-                                   "</transceiver-caps>");
+    const auto card =
+        cardWithPort("<transceiver-caps><cap>1000basex</cap></transceiver-caps>"
+                     "<transceiver-caps><cap>10gbasex</cap><cap>copper</cap><cap>1000baset</cap></transceiver-caps>");
     EXPECT_EQ(card.result, -1);
     EXPECT_EQ(bytesOf(card.info->methIf[0].transceiverCaps), (std::vector<unsigned>{0xA0, 0, 0, 0}));
 }

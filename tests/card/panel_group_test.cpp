@@ -395,8 +395,8 @@ TEST(PanelPortGroup, WithoutADriverLeavesItsPortsFree)
 
 TEST(PanelPortGroup, OverwritesTheWholeEntryOfAFreePort)
 {
-    const auto card = cardWithPorts("<port id='2'><portid>40</portid><groupid>5</groupid><modelname>SFP</modelname>"
-                                    "</port><port-group id='2'/>");
+    const auto card = cardWithPorts(
+        "<port id='2'><portid>40</portid><groupid>5</groupid><modelname>SFP</modelname></port><port-group id='2'/>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(bytesOf(card.info->panelIf[1]), bytesOf(plainPort()));

@@ -291,9 +291,9 @@ TEST(PanelPort, RejectsAnIdOutsideTheAnnouncedPorts)
 
 TEST(PanelPort, ReachesTheLastEntry)
 {
-    const auto card = cardWith("<panel-port num='64' startportid='1' maxportid='64'><port id='64'><portid>9</portid>"
-                               "<modelname>" +
-                               std::string(64, 'm') + "</modelname></port></panel-port>");
+    const auto card =
+        cardWith("<panel-port num='64' startportid='1' maxportid='64'><port id='64'><portid>9</portid><modelname>" +
+                 std::string(64, 'm') + "</modelname></port></panel-port>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.info->panelIf[63].portId, 9);
     EXPECT_EQ(textOf(card.info->panelIf[63].modelName), std::string(64, 'm'));

@@ -268,9 +268,8 @@ TEST(TemperatureSensor, CutsALongerDescriptionAtFifteenCharacters)
 {
     for (const std::string &more : {std::string("q"), std::string("qrstuvwxyz"), std::string(500, 'q')}) {
         SCOPED_TRACE(more);
-        const Decoded decoded = decodeChildren("<description>0123456789abcdef</description><description>"
-                                               "abcdefghijklmnop" +
-                                               more + "</description>");
+        const Decoded decoded = decodeChildren(
+            "<description>0123456789abcdef</description><description>abcdefghijklmnop" + more + "</description>");
         EXPECT_EQ(textOf(decoded.sensor().description), "abcdefghijklmno");
         EXPECT_TRUE(isAllZero(decoded.sensor().fanCtrlBits));
         EXPECT_EQ(decoded.sensor().fanCtrlBitsInvalid, 0);
@@ -391,8 +390,8 @@ TEST(TemperatureSensor, OfACardLandsInDocumentOrder)
 
 TEST(TemperatureSensor, MayBeOneOfMoreThanAnnounced)
 {
-    const auto card = cardWith("<temperature-entity num='1'><temperature id='1'/><temperature id='2'/>"
-                               "</temperature-entity>");
+    const auto card =
+        cardWith("<temperature-entity num='1'><temperature id='1'/><temperature id='2'/></temperature-entity>");
     EXPECT_EQ(card.result, 0);
     EXPECT_EQ(card.messages, Messages{});
     EXPECT_EQ(card.info->temperatureNum, 2);

@@ -332,11 +332,11 @@ TEST(CapabilitySet, KeepsAValueInTheBitOfItsNumberFromZero)
 
 TEST(CapabilitySet, HoldsEveryValueThatItsKeywordsName)
 {
-    const auto answer = portWith("<layerproto-caps><cap>ge</cap><cap>flexe100ge</cap></layerproto-caps>"
-                                 "<opticalchannel-caps><cap>otu4-scfec-deqpsk</cap><cap>400zr-ofec-16qam</cap>"
-                                 "</opticalchannel-caps>"
-                                 "<poestandard-caps><cap>af</cap><cap>bt</cap></poestandard-caps>"
-                                 "<poeinrush-caps><cap>af</cap><cap>at</cap></poeinrush-caps>");
+    const auto answer =
+        portWith("<layerproto-caps><cap>ge</cap><cap>flexe100ge</cap></layerproto-caps>"
+                 "<opticalchannel-caps><cap>otu4-scfec-deqpsk</cap><cap>400zr-ofec-16qam</cap></opticalchannel-caps>"
+                 "<poestandard-caps><cap>af</cap><cap>bt</cap></poestandard-caps>"
+                 "<poeinrush-caps><cap>af</cap><cap>at</cap></poeinrush-caps>");
     ASSERT_EQ(answer.result, 0);
     EXPECT_EQ(answer.messages, Messages{});
     const DcmPanelIfInfo &port = answer.info->panelIf[0];
@@ -356,9 +356,9 @@ TEST(CapabilitySet, IsPrintedAsTheListOfItsValues)
 
 TEST(CapabilitySet, FailsWithTheFirstKeywordThatIsUnknown)
 {
-    const auto answer = cardWith("<panel-port num='2' startportid='1' maxportid='2'><port-group id='2'>"
-                                 "<layerproto-caps><cap>ge</cap><cap>GE</cap><cap>bogus</cap></layerproto-caps>"
-                                 "</port-group></panel-port>");
+    const auto answer = cardWith(
+        "<panel-port num='2' startportid='1' maxportid='2'><port-group id='2'>"
+        "<layerproto-caps><cap>ge</cap><cap>GE</cap><cap>bogus</cap></layerproto-caps></port-group></panel-port>");
     EXPECT_EQ(answer.result, -1);
     EXPECT_EQ(answer.messages, (Messages{"[dcmPortLayerProtoCapStr2Val:#]: invalid port layer proto cap(GE).",
                                          "[_dcmDecodePanelPortGroup:#]: decode panel-port layerproto-caps failed.",

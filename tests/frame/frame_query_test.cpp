@@ -293,8 +293,9 @@ TEST(FrameQuery, NamesTheDefaultFileInItsMessages)
     zorconf.write("device.xml", "<device/>");
     const auto frame = queryDefault(1);
     EXPECT_EQ(frame.result, -1);
-    EXPECT_EQ(frame.messages, Messages{"[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) "
-                                       "can not find frame with typeid=1."});
+    EXPECT_EQ(
+        frame.messages,
+        Messages{"[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find frame with typeid=1."});
 }
 
 TEST(FrameQuery, NamesTheDefaultFileWhenItIsMissing)
@@ -303,8 +304,10 @@ TEST(FrameQuery, NamesTheDefaultFileWhenItIsMissing)
     const auto frame = queryDefault(1);
     EXPECT_EQ(frame.result, -1);
     EXPECT_TRUE(holdsOnlyType(*frame.info, 1));
-    EXPECT_EQ(frame.messages, Messages{"[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) "
-                                       "parse failed(err#2, No such file or directory)"});
+    EXPECT_EQ(
+        frame.messages,
+        Messages{
+            "[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) parse failed(err#2, No such file or directory)"});
 }
 
 TEST(FrameQuery, ReadsTheFileEveryTime)

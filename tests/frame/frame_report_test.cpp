@@ -420,8 +420,9 @@ TEST(FrameReport, ReportsThatTheDefaultFileCouldNotBeRead)
     int result = 0;
     const std::string output = outputOf([&] { result = dcmFrameInfoShow(1); });
     EXPECT_EQ(result, -1);
-    EXPECT_EQ(withSourceLinesMasked(output),
-              lines("[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) parse failed(err#2, No such file or "
-                    "directory)",
-                    "", "!!Failed to get frame info."));
+    EXPECT_EQ(
+        withSourceLinesMasked(output),
+        lines(
+            "[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) parse failed(err#2, No such file or directory)",
+            "", "!!Failed to get frame info."));
 }

@@ -117,7 +117,8 @@ destdir_puts_all_below_the_root() {
     prefix=$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
     DESTDIR=$folder/image quietly cmake --install "$build"
     copy=$folder/image
-    for file in dcm.h libdcm.a libdcm.so "libdcm.so.*" dcm.pc dcm-config.cmake device.xml; do
+    for file in dcm.h libdcm.a libdcm.so "libdcm.so.*" dcm.pc dcm-config.cmake device.xml dcm-description.5 \
+        dcm-description.rnc dcm-description.rng _dcm dcm.fish; do
         [ -n "$(find "$folder/image$prefix" -name "$file")" ] || fail "DESTDIR has $file"
     done
     ! grep -rlI -F "$folder" "$folder/image" || fail 'no installed text names the image folder'
@@ -148,7 +149,7 @@ builds_alone() {
     quietly cmake --build "$folder/build" --parallel 2
     build=$folder/build
     install_and_move
-    [ -z "$(find "$copy" -path '*/bin/*' -o -path '*/man1/*' -o -path '*/bash-completion/*')" ] ||
+    [ -z "$(find "$copy" -path '*/bin/*' -o -path '*/man1/*' -o -name '*dcm.fish' -o -name _dcm -o -path '*/bash-completion/*')" ] ||
         fail 'no part of the tool is installed'
 }
 

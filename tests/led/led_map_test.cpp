@@ -268,8 +268,8 @@ TEST(LedMap, OfNumberZeroTakesNoEntry)
         EXPECT_EQ(empty.map->num, 0u);
         const Decoded tooMany = decode(begin + fanLed + "</led-map>");
         EXPECT_EQ(tooMany.result, -1);
-        EXPECT_EQ(tooMany.messages, (Messages{"[dcmLedDecodeMap:#]: decode led-map failed, led-name node count(1) is "
-                                              "out of range(0)."}));
+        EXPECT_EQ(tooMany.messages,
+                  (Messages{"[dcmLedDecodeMap:#]: decode led-map failed, led-name node count(1) is out of range(0)."}));
         EXPECT_TRUE(isAllZero(tooMany.entry(0)));
     }
 }
@@ -282,8 +282,8 @@ TEST(LedMap, RejectsEntriesBeyondItsNumberOfEitherKind)
         const Decoded decoded =
             decode("<led-map num='2'>" + fanLed + "<source led-name='led-alarm-1@sys0/0'/>" + excess + "</led-map>");
         EXPECT_EQ(decoded.result, -1);
-        EXPECT_EQ(decoded.messages, (Messages{"[dcmLedDecodeMap:#]: decode led-map failed, led-name node count(3) is "
-                                              "out of range(2)."}));
+        EXPECT_EQ(decoded.messages,
+                  (Messages{"[dcmLedDecodeMap:#]: decode led-map failed, led-name node count(3) is out of range(2)."}));
         EXPECT_EQ(decoded.map->num, 99u);
         EXPECT_EQ(decoded.entry(0).ledType, 9);
         EXPECT_EQ(decoded.entry(1).ledType, 1);
@@ -297,8 +297,9 @@ TEST(LedMap, RejectsAThirteenthEntry)
         SCOPED_TRACE(thirteenth);
         const Decoded decoded = decode("<led-map num='12'>" + repeat(12, fanLed) + thirteenth + "</led-map>");
         EXPECT_EQ(decoded.result, -1);
-        EXPECT_EQ(decoded.messages, (Messages{"[dcmLedDecodeMap:#]: decode led-map failed, led-name node count(13) is "
-                                              "out of range(12)."}));
+        EXPECT_EQ(
+            decoded.messages,
+            (Messages{"[dcmLedDecodeMap:#]: decode led-map failed, led-name node count(13) is out of range(12)."}));
         EXPECT_EQ(decoded.map->num, 99u);
         EXPECT_EQ(decoded.entry(11).id, 2);
     }
@@ -329,8 +330,8 @@ TEST(LedMap, SkipsEverythingThatIsNoEntry)
 
 TEST(LedMap, LedNameTakesThePairsOfAnEarlierSourceAway)
 {
-    const Element source("<led-map num='1'><source led-name='led-fan-1@fan7/8'><state type='stop'>alarm</state>"
-                         "</source></led-map>");
+    const Element source(
+        "<led-map num='1'><source led-name='led-fan-1@fan7/8'><state type='stop'>alarm</state></source></led-map>");
     const Element ledName("<led-map num='1'><led-name>led-fan-1@fan</led-name></led-map>");
     DcmLedMapInfo map = {};
     EXPECT_EQ(effectsOf([&] { dcmLedDecodeMap(source.node(), &map); }).messages, Messages{});

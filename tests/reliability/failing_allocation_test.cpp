@@ -39,21 +39,20 @@ TEST_P(FailingAllocationOf, FailsTheQueryOrDoesNotMatterWhereTextsAreCopiedAndOt
     const auto &[query, failing] = GetParam();
     const Zorconf zorconf;
     const std::string warning = "<last other:b='c'/>";
-    zorconf.write("device.xml",
-                  "<?xml version='1.0' encoding='UTF-8'?><!DOCTYPE device [<!ENTITY one '1'><!ENTITY eleven '&one;1'>"
-                  "<!ENTITY leds \"<led-entity num='1'><led name='sys'/></led-entity>\">"
-                  "<!ATTLIST slot kind CDATA 'line'><!ELEMENT slot ANY>]>"
-                  "<device xmlns:a='urn:a' a:b='c'><frame typeid='&one;'><maxslotnum><!-- two -->2<?x?>2</maxslotnum>"
-                  "<slotmap><mpu>1-<![CDATA[2]]>,&eleven;</mpu></slotmap>&leds;</frame>"
-                  "<slot typeid='&one;'><inner-port num='&eleven;'><port commslot='&one;'><slotid>1</slotid>"
-                  "<driver>in<!-- -->eth</driver><phytype>g<!-- -->e</phytype></port>"
-                  "</inner-port></slot>"
-                  "<card typeid='0x301' name='&eleven;'><panel-port num='&one;' startportid='&one;' maxportid='9'>"
-                  "<port id='&one;'><driver>c<!-- -->dl</driver><phytype>&#103;<?x?>e</phytype></port></panel-port>"
-                  "</card>" +
-                      warning + "</device>");
-    zorconf.write("vm-3.xml", "<!DOCTYPE panel-port [<!ENTITY one '1'>]><panel-port num='&one;'><ifindex>&one;<!-- -->2"
-                              "</ifindex>" +
-                                  warning + "</panel-port>");
+    zorconf.write(
+        "device.xml",
+        "<?xml version='1.0' encoding='UTF-8'?><!DOCTYPE device [<!ENTITY one '1'><!ENTITY eleven '&one;1'>"
+        "<!ENTITY leds \"<led-entity num='1'><led name='sys'/></led-entity>\">"
+        "<!ATTLIST slot kind CDATA 'line'><!ELEMENT slot ANY>]>"
+        "<device xmlns:a='urn:a' a:b='c'><frame typeid='&one;'><maxslotnum><!-- two -->2<?x?>2</maxslotnum>"
+        "<slotmap><mpu>1-<![CDATA[2]]>,&eleven;</mpu></slotmap>&leds;</frame>"
+        "<slot typeid='&one;'><inner-port num='&eleven;'><port commslot='&one;'><slotid>1</slotid>"
+        "<driver>in<!-- -->eth</driver><phytype>g<!-- -->e</phytype></port></inner-port></slot>"
+        "<card typeid='0x301' name='&eleven;'><panel-port num='&one;' startportid='&one;' maxportid='9'>"
+        "<port id='&one;'><driver>c<!-- -->dl</driver><phytype>&#103;<?x?>e</phytype></port></panel-port></card>" +
+            warning + "</device>");
+    zorconf.write("vm-3.xml",
+                  "<!DOCTYPE panel-port [<!ENTITY one '1'>]><panel-port num='&one;'><ifindex>&one;<!-- -->2</ifindex>" +
+                      warning + "</panel-port>");
     expectNoHarm(query, failing, 1);
 }

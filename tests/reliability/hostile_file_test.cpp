@@ -756,10 +756,10 @@ TEST(OtherFile, IsNotLookedUpInACatalog)
 
 TEST(OtherFile, IsNotReadForAnInstructionOrAHint)
 {
-    expectNotRead("<?oasis-xml-catalog catalog='CANARY'?><?xml-stylesheet href='CANARY' type='text/xsl'?>"
-                  "<!DOCTYPE device [<!ENTITY other PUBLIC 'other' 'other.xml'>]>"
-                  "<device xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' "
-                  "xsi:noNamespaceSchemaLocation='CANARY'><frame typeid='1'><maxslotnum>&other;</maxslotnum></frame>"
-                  "</device>",
-                  "66");
+    expectNotRead(
+        "<?oasis-xml-catalog catalog='CANARY'?><?xml-stylesheet href='CANARY' type='text/xsl'?>"
+        "<!DOCTYPE device [<!ENTITY other PUBLIC 'other' 'other.xml'>]>"
+        "<device xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:noNamespaceSchemaLocation='CANARY'>"
+        "<frame typeid='1'><maxslotnum>&other;</maxslotnum></frame></device>",
+        "66");
 }

@@ -440,7 +440,8 @@ TEST(Selection, ChangesNothingOfMutatedFiles)
     Comparison comparison;
     while (comparison.count() < comparisonsToMake() && comparison.isGood())
         comparison.compare(mutated(files[static_cast<size_t>(random()) % files.size()], random));
-    comparison.finish(comparison.count() / 400);
+    // Of few comparisons, chance may let fewer succeed.
+    comparison.finish(comparison.count() / (comparison.count() < 40'000 ? 400 : 200));
     RecordProperty("comparisons", static_cast<int>(comparison.count()));
 }
 

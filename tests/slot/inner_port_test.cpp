@@ -309,8 +309,8 @@ TEST(InnerPort, CutsALongNameOfTheLastPortAndOfTheBroadcastPort)
 
 TEST(InnerPort, HasNoOffsetAndNoNamePrefix)
 {
-    const auto slot = innerPorts("<port commslot='1'><portid-offset>100</portid-offset>"
-                                 "<ifname-prefix>sync</ifname-prefix></port>");
+    const auto slot =
+        innerPorts("<port commslot='1'><portid-offset>100</portid-offset><ifname-prefix>sync</ifname-prefix></port>");
     EXPECT_EQ(slot.result, 0);
     EXPECT_EQ(slot.info->syncIf[0].portId, 65535);
     EXPECT_EQ(nameOf(slot.info->syncIf[0]), "");

@@ -106,8 +106,9 @@ TEST(SlotLookup, NamesTheDefaultFileInItsMessages)
     int result = 0;
     const Effects effects = effectsOf([&] { result = dcmSlotInfoGet(nullptr, 1, info.get()); });
     EXPECT_EQ(result, -1);
-    EXPECT_EQ(effects.messages, (Messages{"[dcmSlotInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find "
-                                          "slot with typeid=1."}));
+    EXPECT_EQ(
+        effects.messages,
+        (Messages{"[dcmSlotInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) can not find slot with typeid=1."}));
 }
 
 TEST(SlotLookup, ReportsAMissingFileWithTheErrorNumberAndItsText)
@@ -117,8 +118,10 @@ TEST(SlotLookup, ReportsAMissingFileWithTheErrorNumberAndItsText)
     int result = 0;
     const Effects effects = effectsOf([&] { result = dcmSlotInfoGet(nullptr, 9, info.get()); });
     EXPECT_EQ(result, -1);
-    EXPECT_EQ(effects.messages, (Messages{"[dcmSlotInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) parse "
-                                          "failed(err#2, No such file or directory)"}));
+    EXPECT_EQ(
+        effects.messages,
+        (Messages{
+            "[dcmSlotInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) parse failed(err#2, No such file or directory)"}));
     EXPECT_EQ(bytesOf(*info), bytesOf(preparedRecord(9)));
 }
 
@@ -422,8 +425,8 @@ TEST(SlotElement, RequiresTheNumberOfFanControllers)
 {
     const auto slot = slotWith("<fanctrl-entity Num='1'><fanctrl id='1'/></fanctrl-entity>");
     EXPECT_EQ(slot.result, -1);
-    EXPECT_EQ(slot.messages, (Messages{"[dcmSlotInfoGet:#]: xmlfile(FILE) slot decode fanctrl-entity failed, "
-                                       "required num prop."}));
+    EXPECT_EQ(slot.messages,
+              (Messages{"[dcmSlotInfoGet:#]: xmlfile(FILE) slot decode fanctrl-entity failed, required num prop."}));
     EXPECT_EQ(slot.info->fanCtrlInfo[0].id, 0);
 }
 
@@ -470,8 +473,8 @@ TEST(SlotElement, RequiresTheNumberOfPowerEntities)
 {
     const auto slot = slotWith("<power-entity Num='1'><power id='1'/></power-entity>");
     EXPECT_EQ(slot.result, -1);
-    EXPECT_EQ(slot.messages, (Messages{"[dcmSlotInfoGet:#]: xmlfile(FILE) frame decode power-entity failed, "
-                                       "required num prop."}));
+    EXPECT_EQ(slot.messages,
+              (Messages{"[dcmSlotInfoGet:#]: xmlfile(FILE) frame decode power-entity failed, required num prop."}));
     EXPECT_EQ(slot.info->powerInfo[0].id, 0);
 }
 

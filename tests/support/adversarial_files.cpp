@@ -210,8 +210,7 @@ std::string longListEverywhere(size_t size)
         "<fanctrl-map><fan-ctrl id=\"1\"><power>" + numbers + "</power></fan-ctrl></fanctrl-map></frame>\n" +
         "<card typeid=\"1\"><led-entity num=\"1\"><led id=\"" + numbers +
         "\" type=\"fan\"/></led-entity><temperature-entity num=\"1\"><temperature id=\"1\"><fanctrlbits>" + numbers +
-        "</fanctrlbits></temperature></temperature-entity><panel-port num=\"1\" startportid=\"1\" "
-        "maxportid=\"1\"><port id=\"" +
+        "</fanctrlbits></temperature></temperature-entity><panel-port num=\"1\" startportid=\"1\" maxportid=\"1\"><port id=\"" +
         numbers + "\"/></panel-port></card>\n");
 }
 
@@ -408,9 +407,9 @@ std::string portGroupsOfAllIds(size_t size)
 
 std::string portsOfManyBlocks(size_t size)
 {
-    return cardWith(size, "",
-                    "<panel-port num=\"256\" startportid=\"1\" maxportid=\"256\"><port-group "
-                    "id=\"1-256\"/></panel-port>\n");
+    return cardWith(
+        size, "",
+        "<panel-port num=\"256\" startportid=\"1\" maxportid=\"256\"><port-group id=\"1-256\"/></panel-port>\n");
 }
 
 std::string repeatedElements(size_t size)

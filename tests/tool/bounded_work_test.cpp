@@ -70,7 +70,7 @@ TEST(BoundedWork, KeepsTheFirstHundredFindingsOfACheckAndCountsTheOthers)
 TEST(BoundedWork, SaysHowManyFindingsAreOnlyCounted)
 {
     const std::string text = card(times(300, "<x/>"));
-    EXPECT_THAT(asText(reportOn(text), false), HasSubstr("; and 200 more like it [unknown-element]"));
+    EXPECT_THAT(asText(reportOn(text), {}), HasSubstr("; and 200 more like it [unknown-element]"));
     EXPECT_THAT(jsonOf(reportOn(text)), HasSubstr("\"count\": 201"));
     EXPECT_THAT(sarifOf(reportOn(text)), HasSubstr("\"occurrenceCount\": 201"));
 }
@@ -78,7 +78,7 @@ TEST(BoundedWork, SaysHowManyFindingsAreOnlyCounted)
 TEST(BoundedWork, SaysNothingOfACountWhereAllFindingsAreKept)
 {
     const std::string text = card(times(100, "<x/>"));
-    EXPECT_THAT(asText(reportOn(text), false), Not(HasSubstr("more like it")));
+    EXPECT_THAT(asText(reportOn(text), {}), Not(HasSubstr("more like it")));
     EXPECT_THAT(jsonOf(reportOn(text)), Not(HasSubstr("\"count\"")));
 }
 

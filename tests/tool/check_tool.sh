@@ -50,8 +50,12 @@ exits() { [ "$status" -eq "$1" ]; }
 # The report below its "file:" line is the golden one.
 prints_golden() { tail -n +3 "$folder/out" | cmp -s - "$source/tests/golden/$1"; }
 
-# Standard output follows a schema of docs/schema.
-follows() { python3 "$source/tests/tool/validate.py" "$source/docs/schema/$1.schema.json" "$folder/out"; }
+# Standard output follows a schema of docs/schema, or the one that is built beside the tool.
+follows() {
+    local schema=$source/docs/schema/$1.schema.json
+    [ "$1" != export ] || schema=$(dirname "$dcm")/export.schema.json
+    python3 "$source/tests/tool/validate.py" "$schema" "$folder/out"
+}
 # lists LINE: a line of the list, whatever the blanks in it.
 lists() { tr -s ' ' <"$folder/out" | grep -qxF -- "$1"; }
 
@@ -276,7 +280,7 @@ check_does_alone_what_it_gets_no_threads_for() {
 
 fails_with_64_on_wrong_usage() {
     for command in '' 'unknown' 'frame' 'frame x' 'frame 1x' 'frame -1' 'frame 4294967296' 'frame 1 2' 'card 1 2 3' \
-        'slot 1 --fil' 'vm 256' 'vm' 'frame 1 --unknown' 'list 1' 'list --jso' 'export vm' 'export frame 1 2' 'export card x' \
+        'slot 1 --fil' 'vm 256' 'vm' 'frame 1 --unknown' 'list 1 2' 'list --jso' 'export vm' 'export frame 1 2' 'export card x' \
         'export card 1 2 3'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
@@ -289,25 +293,148 @@ fails_with_64_on_wrong_usage() {
 helps() {
     run --help
     expect 'help succeeds' exits 0
-    for command in frame slot card vm list check export; do
+    cp "$folder/out" "$folder/help"
+    run help
+    expect 'help is a command, too' cmp -s "$folder/out" "$folder/help"
+    local commands
+    commands=$(tool --complete 0 | cut -f 1)
+    for command in $commands; do
         expect "help names $command" says out "$command"
     done
-    expect 'help names the exit statuses' says out 'Exit status: 0 success, 1 the query failed, 64 wrong usage, 66 the file cannot be read, 71 out of memory.'
-    for command in frame slot card vm list check export; do
+    expect 'help names the exit statuses' says out '74 the output cannot be written.'
+    for command in $commands; do
         run "$command" --help
         expect "$command --help succeeds" exits 0
         expect "$command --help shows its usage" says out "dcm $command"
+        cp "$folder/out" "$folder/help"
+        run help "$command"
+        expect "so does help $command" cmp -s "$folder/out" "$folder/help"
     done
-    run --version
-    expect 'the version is printed' exits 0
-    expect 'the version is dcm and a number' grep -qE '^dcm [0-9]+\.[0-9]+\.[0-9]+$' "$folder/out"
+    run export card --help
+    cp "$folder/out" "$folder/help"
+    run help export card
+    expect 'a command of a command has help, too' cmp -s "$folder/out" "$folder/help"
+    for version in --version version; do
+        run $version
+        expect 'the version is printed' exits 0
+        expect 'the version is dcm and a number' grep -qE '^dcm [0-9]+\.[0-9]+\.[0-9]+$' "$folder/out"
+    done
+}
+
+# refuses TEXT ARGUMENT...: wrong usage, and standard error begins with the text.
+refuses() {
+    local text=$1
+    shift
+    run "$@"
+    expect "'dcm $*' is wrong usage" exits 64
+    expect "the answer is: $text" [ "$(head -n 1 "$folder/err")" = "$text" ]
+    expect 'standard output is silent' silent out
+}
+
+names_what_was_meant() {
+    refuses "dcm: 'chek' is not a valid command; did you mean 'check'?" chek
+    refuses "dcm: 'chek' is not a valid command; did you mean 'check'?" chek --format json x.xml
+    refuses "dcm help: 'exprt' is not a valid command; did you mean 'export'?" help exprt
+    refuses "dcm export: 'car' is not a valid command; did you mean 'card'?" export car
+    refuses "dcm list: '--jsn' is not an option; did you mean '--json'?" list --jsn
+    refuses "dcm: '-f' is not an option of dcm itself; a command's options are behind its name: dcm COMMAND -f" -f x list
+    refuses "dcm: no command is given; 'dcm help' lists the commands"
+    refuses "dcm list: --file has no value" list --file
+    refuses "dcm frame: '2' is not expected" frame 1 2
+    refuses "dcm help: 'x' is not expected" help list x
+    expect 'the help that goes on is named' says err "see 'dcm help help'"
+}
+
+takes_words_and_numbers_as_documented() {
+    # A number is no way to write a word.
+    refuses "dcm check: '1' is not a valid value for --format; expected 'text', 'json', 'sarif', 'markdown'" check --format 1 x
+    refuses "dcm check: '0x2' is not a valid value for --color; expected 'auto', 'always', 'never'" check --color 0x2 x
+    refuses "dcm check: 'jsn' is not a valid value for --format; did you mean 'json'?" check --format jsn x
+    refuses "dcm check: '257' is not a valid value for --jobs; expected a number from 1 to 256" check --jobs 257 x
+    for number in x 1x -1 4294967296 '1 ' ' 1' +1 0b1 "1'000" 1_000 0o7 08; do
+        refuses "dcm frame: '$number' is not a valid TYPE; expected a number in decimal, hexadecimal (0x10) or octal (010)" \
+            frame "$number" -f "$example"
+    done
+    for empty in 'list -f' 'check -f' 'frame 1 -f' 'export --file' 'vm 1 -r' 'check --explain'; do
+        # shellcheck disable=SC2086 # words of a command
+        run $empty ''
+        expect "'dcm $empty '' is wrong usage" exits 64
+        expect 'the answer says why' says err ' is empty'
+    done
+    refuses "dcm frame: TYPE is missing" frame -f "$example"
+    refuses "dcm list: --file is given a second time: 'b'" list -f a -f b
+}
+
+takes_a_file_either_way() {
+    cd "$folder"
+    cp "$example" a.xml
+    run list -f a.xml
+    cp out listed
+    run list a.xml
+    expect 'list takes a file without -f' cmp -s out listed
+    run list - <a.xml
+    expect 'standard input, too' exits 0
+    run check -f a.xml a.xml
+    expect 'check takes files with -f' says out '2 files, nothing found'
+    run vm -f "$source/examples/vm-3.xml"
+    expect 'vm takes a port list of any name' says out 'ifindex[4]: '
+    refuses "dcm list: --file is given a second time: 'b.xml'" list a.xml -f b.xml
+    refuses "dcm list: 'b.xml' is not expected; the command reads one file" list a.xml b.xml
+    refuses "dcm vm: ID and -f FILE name two port lists" vm 3 -f b.xml
+    # The wrong form is answered with the right one, which works.
+    local form
+    for form in 'card a.xml' 'card 0x402 a.xml' 'frame 1 a.xml' 'vm a.xml' 'export a.xml' 'export card a.xml' \
+        'export card 0x402 a.xml'; do
+        # shellcheck disable=SC2086 # words of a command
+        run $form
+        expect "'dcm $form' is wrong usage" exits 64
+        expect 'the answer shows the right form' says err '; a file is named with -f: dcm '
+        read -ra words < <(sed -n '1s/.*with -f: dcm //p' err | sed 's/TYPE/1/; s/card 1 /card 0x402 /')
+        [ "$form" != 'vm a.xml' ] || words=(vm -f "$source/examples/vm-3.xml")
+        run "${words[@]}"
+        expect "'dcm ${words[*]}' works" exits 0
+    done
+    touch 0x1
+    run frame 0x1 -f a.xml
+    expect 'a number is a number, though a file has its name' exits 0
+    refuses "dcm frame: '-' is standard input, which this command does not read; expected the name of a file" frame 1 -f -
+    run vm -f a.xml
+    expect 'a description is not a port list' exits 66
+    expect 'vm says so' says err 'dcm: a.xml: not a port list of a virtual machine'
+}
+
+names_the_types_and_modes_that_there_are() {
+    run card 0x31 1 -f "$example"
+    expect 'an unknown type is answered with the types, written in the same way' \
+        says err 'no card has type 0x31; the card types are 0x101, 0x102, '
+    run card 0x402 0x7 -f "$example"
+    expect 'an unknown mode is answered with the modes' says err 'card type 0x402 has no mode 0x7; its modes are 0 and 1'
+    run card 0x101 1 -f "$example"
+    expect 'or the only one' says err 'card type 0x101 has no mode 1; its mode is 0'
+    run slot 1025 -f "$example"
+    expect 'a type of another kind is named' says err 'no slot has type 1025, but a card has; '
+    run frame 1 -f "$source/examples/vm-3.xml"
+    expect 'a file that is no description says no more than the library' silent err
+    {
+        echo '<device>'
+        for ((type = 1; type <= 40; type++)); do echo "<card typeid=\"$((type * 16))\"/>"; done
+        echo '</device>'
+    } >"$folder/many.xml"
+    run card 0x9f -f "$folder/many.xml"
+    expect 'of many types the nearest are named' says err 'no card has type 0x9f; the nearest card types are 0x90, 0xa0 and 0xb0'
+    run frame 1 -f "$folder/many.xml"
+    expect 'there may be none' says err 'no frame has type 1; the file describes no frame'
+    printf '<device><card typeid="5"><mgt-port num="5"/></card></device>' >"$folder/faulty.xml"
+    run card 5 -f "$folder/faulty.xml"
+    expect 'a card that is found but fails' exits 1
+    expect 'says no more than the library' silent err
 }
 
 logs_on_standard_error_when_asked() {
     run frame 99 --file "$example" --log
     expect 'what is logged stands on standard error' says err 'can not find frame with typeid=99.'
     run frame 99 --file "$example"
-    expect 'nothing is logged unasked' silent err
+    expect 'nothing is logged unasked' [ "$(cat "$folder/err")" = "dcm: $example: no frame has type 99; the frame types are 1 and 2" ]
 }
 
 the_log_ends_at_a_megabyte() {
@@ -364,9 +491,14 @@ exports_the_rest_when_a_query_fails() {
     run export card 9 --file "$folder/faulty.xml"
     expect 'a type that is not described fails' exits 1
     expect 'nothing is exported' silent out
-    expect 'standard error says that it is not there' says err 'no card has type id 9 and mode 0.'
+    expect 'standard error says that it is not there' says err 'no card has type 9; the card types are 7 and 8'
     run export slot 9 --file "$folder/faulty.xml"
-    expect 'so it is with a slot' says err 'no slot has type id 9.'
+    expect 'so it is with a slot' says err 'no slot has type 9; the slot types are 2 and 18'
+}
+
+# place_in FILE PATTERN: line and column of the tag that a line begins with.
+place_in() {
+    awk -v pattern="$2" '$0 ~ pattern { print FNR ":" match($0, /</) + 1; exit }' "$1"
 }
 
 lists_what_is_described() {
@@ -374,15 +506,22 @@ lists_what_is_described() {
     expect 'the list succeeds' exits 0
     expect 'nothing is said on standard error' silent err
     expect 'its columns have titles' lists 'KIND TYPE MODE NAME SLOTS PORTS FANS SUPPLIES LEDS PLACE QUERY'
-    expect 'a frame is listed' lists 'frame 0x1 - - 22 - 12 2 18 22:4 ok'
-    expect 'a slot is listed with all its ids' lists 'slot 0x2,0x12 - - - 26 0 0 - 595:4 ok'
-    expect 'a card is listed with its mode' lists 'card 0x402 1 Transponder, 100G 1 3 - - 0 1466:4 ok'
+    expect 'a frame is listed' lists "frame 0x1 - - 22 - 12 2 18 $(place_in "$example" '<frame typeid="1"') ok"
+    expect 'a slot is listed with all its ids' lists \
+        "slot 0x2,0x12 - - - 26 inner 0 0 - $(place_in "$example" '<slot typeid="2,0x12"') ok"
+    expect 'a card is listed with its mode' lists \
+        "card 0x402 1 Transponder, 100G 1 2 panel, 1 gcc - - 0 $(place_in "$example" '<card typeid="0x0402" mode="1"') ok"
+    expect 'ports are counted by kind' lists \
+        "card 0x401 0 OTN line card, 2 x OTUC2, 8 clients 2 10 panel, 2 gcc, 2 ppp - - 3 $(place_in "$example" '<card typeid="0x0401"') ok"
+    expect 'management ports, too' lists \
+        "card 0x102 0 Compact control unit, 4 uplinks 1 4 panel, 1 mgt - - 3 $(place_in "$example" '<card typeid="0x0102"') ok"
     expect 'its columns are aligned' [ "$(sed 's/[^ ]*$//' "$folder/out" | awk '{ print length }' | uniq | wc -l)" -eq 1 ]
     run list --json --file "$example"
     expect 'the list for programs succeeds' exits 0
     expect 'it follows its schema' follows list
     run list --file "$source/examples/vm-3.xml"
-    expect 'a port list is listed, too' lists 'vm - - - - 5 - - - 7:2 ok'
+    expect 'a port list is listed, too' lists \
+        "vm - - - - 5 panel - - - $(place_in "$source/examples/vm-3.xml" '<panel-port') ok"
     write_faulty
     run list --file "$folder/faulty.xml"
     expect 'a failing query fails the list' exits 1
@@ -392,6 +531,46 @@ lists_what_is_described() {
     run list --json --file "$folder/faulty.xml"
     expect 'so it is for programs' exits 1
     expect 'the rest follows the schema' follows list
+}
+
+# The columns and the lines of a list on a terminal of so many columns.
+list_on_terminal() {
+    script --quiet --command "stty cols $1; ${DCM_EMULATOR:+$DCM_EMULATOR }$dcm list -f $2" /dev/null </dev/null |
+        tr -d '\r' >"$folder/out"
+}
+
+no_line_is_longer_than() { awk -v most="$1" 'length > most { exit 1 }' "$folder/out"; }
+
+the_list_fits_the_terminal() {
+    script --quiet --command true /dev/null </dev/null >"$folder/out" 2>&1 || skip 'this system has no pseudo-terminal'
+    status=0
+    : >"$folder/err"
+    local columns
+    for columns in 240 120 100 80 60 40 30; do
+        list_on_terminal "$columns" "$example"
+        expect "the list fits $columns columns" no_line_is_longer_than "$columns"
+        expect 'each type is there' [ "$(wc -l <"$folder/out")" -eq "$(tool list "$example" | wc -l)" ]
+        expect 'with its kind and mode, and whether its query succeeds' grep -qE '^card +0x402 .*1 .*ok$' "$folder/out"
+    done
+    list_on_terminal 240 "$example"
+    expect 'a wide terminal shows all' cmp -s "$folder/out" <(tool list "$example")
+    list_on_terminal 120 "$example"
+    expect 'a name is shortened first' lists 'card 0x302 0 Ethernet line card, 48 PoE... 1 58 panel - - 106 1196:4 ok'
+    list_on_terminal 80 "$example"
+    expect 'then columns are left out' lists 'KIND TYPE MODE NAME SLOTS PORTS LEDS PLACE QUERY'
+    # Characters are not cut in two.
+    printf '<device><card typeid="1" name="%s"/></device>' "$(printf 'ä%.0s' {1..60})" >"$folder/long.xml"
+    list_on_terminal 80 "$folder/long.xml"
+    expect 'a text is cut between characters' iconv -f UTF-8 -t UTF-8 -o /dev/null "$folder/out"
+    expect 'behind one that is whole' says out 'ä...'
+}
+
+the_help_of_list_describes_its_columns() {
+    run help list
+    local column
+    for column in $(tool list "$example" | head -n 1); do
+        expect "$column is described" grep -qE "^  $column +[a-z]" "$folder/out"
+    done
 }
 
 list_and_export_read_standard_input() {
@@ -421,22 +600,124 @@ list_and_export_fail_with_66_without_a_description() {
     done
 }
 
-list_and_export_end_quietly_when_nobody_reads() {
+every_command_is_quiet_when_nobody_reads() {
     set +o pipefail
-    for command in list export; do
+    write_checked
+    status=0
+    local command signal
+    while read -r command; do
         # Whoever ignores the signal gets an error from write.
-        tool "$command" --file "$example" 2>"$folder/err" | true
-        expect "$command is quiet when nobody reads" silent err
-        (
-            trap '' PIPE
-            tool "$command" --file "$example" 2>"$folder/err" | true
-        )
-        expect "$command is quiet when writing fails because nobody reads" silent err
+        for signal in kills ignored; do
+            (
+                [ "$signal" = kills ] || trap '' PIPE
+                # shellcheck disable=SC2086 # words of a command
+                tool $command 2>"$folder/err" | true
+            )
+            expect "'dcm $command' is quiet when nobody reads" silent err
+        done
+    done < <(commands_that_print)
+}
+
+# A command line for each command and form of output.
+commands_that_print() {
+    printf '%s\n' help 'help check' --help 'card --help' version --version '--complete 0' "list -f $example" \
+        "list --json -f $example" "export -f $example" "frame 1 -f $example" \
+        "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
+        "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
+        "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card'
+}
+
+every_command_exits_with_74_when_it_cannot_write() {
+    write_checked
+    local command name count=0
+    while read -r command; do
         status=0
-        tool "$command" --file "$example" 2>"$folder/err" >/dev/full || status=$?
-        expect "$command fails when it cannot write" exits 1
-        expect 'and says so' says err 'dcm: standard output: No space left on device'
+        # shellcheck disable=SC2086 # words of a command
+        tool $command 2>"$folder/err" >/dev/full || status=$?
+        : >"$folder/out"
+        expect "'dcm $command' exits with 74 on a full disk" exits 74
+        expect 'and says nothing else' [ "$(cat "$folder/err")" = 'dcm: standard output: No space left on device' ]
+        status=0
+        # shellcheck disable=SC2086 # words of a command
+        tool $command 2>"$folder/err" >&- || status=$?
+        expect "'dcm $command' exits with 74 when its output is closed" exits 74
+        expect 'and says so' says err 'dcm: standard output: Bad file descriptor'
+        count=$((count + 1))
+    done < <(
+        commands_that_print
+        echo "frame 99 -f $example"
+    )
+    [ "$count" -ge 20 ] || { echo "only $count commands" && exit 1; }
+    # Each command of the tool is among them.
+    for name in $(tool --complete 0 | cut -f 1); do
+        grep -qE "^$name( |\$)" <(commands_that_print) || { echo "not tested: $name" && exit 1; }
     done
+}
+
+explains_elements_and_attributes() {
+    run explain card/panel-port/port/phytype
+    expect 'an element is explained' exits 0
+    expect 'under its path' [ "$(head -n 1 "$folder/out")" = card/panel-port/port/phytype ]
+    expect 'with its words' says out 'words: fe, ge, 10ge, '
+    expect 'and where their values are' says out 'dcm words phy-type'
+    expect 'and an example' says out 'example: <phytype>10ge</phytype>'
+    run explain maxslotnum
+    expect 'the end of a path is enough' [ "$(head -n 1 "$folder/out")" = frame/maxslotnum ]
+    run explain card@typeid
+    expect 'an attribute is explained' says out 'value: number from 0 to 4294967295'
+    run explain frame
+    expect 'an element with others is explained' says out '<slotmap> one; see frame/slotmap'
+    expect 'with its attributes' says out 'typeid number from 0 to 4294967295; left out: 0'
+    run explain phytype
+    expect 'what several elements have is listed' says out 'card/mgt-port/port/phytype '
+    # shellcheck disable=SC2016 # Markdown
+    expect 'all of them' [ "$(wc -l <"$folder/out")" -eq "$(grep -cE '^\| `<phytype>`' "$source/docs/format.md")" ]
+    run explain panel-port
+    expect 'another of the same name is named' says out 'card/panel-port '
+    run explain
+    expect 'all are listed' [ "$(wc -l <"$folder/out")" -gt 300 ]
+    cut -d ' ' -f 1 "$folder/out" >"$folder/keys"
+    while read -r key; do
+        run explain "$key"
+        expect "$key is explained" [ "$(head -n 1 "$folder/out")" = "$key" ]
+    done < <(awk 'NR % 9 == 1' "$folder/keys")
+    refuses "dcm explain: 'phytpe' is not a valid element or attribute; did you mean 'phytype'?" explain phytpe
+}
+
+prints_vocabularies() {
+    run words
+    expect 'all vocabularies are listed' says out 'phy-type '
+    local name title count=0
+    # Each vocabulary of the reference has its words, and nothing else that descriptions write.
+    while read -r name title; do
+        [ "$name" != led-state ] || continue
+        run words "$name"
+        expect "the vocabulary $name is printed" exits 0
+        awk '/^Only in reports/ { exit } $1 ~ /^[0-9]+$/ { print $(header == "BIT" ? 3 : 2) } NR == 1 { header = $2 }' \
+            "$folder/out" >"$folder/words"
+        grep -qxF "### $title" "$source/docs/format.md" || continue
+        # shellcheck disable=SC2016 # Markdown
+        sed -n "/^### $title\$/,/^##/p" "$source/docs/format.md" | grep -E '^(`[^`]*`, )*`[^`]*`[.,]?$' | grep -oE '`[^`]+`' |
+            tr -d '`' >"$folder/documented"
+        expect "with the words of the reference: $title" cmp -s "$folder/words" "$folder/documented"
+        count=$((count + 1))
+    done < <(tool words)
+    # LED states have a section, too.
+    expect 'those of the whole reference' [ "$((count + 1))" -eq "$(sed -n '/^## Words/,$p' "$source/docs/format.md" | grep -c '^### ')" ]
+    run words phy-type
+    expect 'a word has its value' grep -qE "^ +3  10ge  \\(reports print 'xge'\\)$" "$folder/out"
+    expect 'words of reports are apart' [ "$(sed -n '/^Only in reports:/,$ s/^ *3  //p' "$folder/out")" = xge ]
+    run words transceiver
+    expect 'a word of a set has its bit' grep -qE '^ +3 +2  10gbasex$' "$folder/out"
+    run words poe-inrush
+    expect 'unless the set has none for it' grep -qE '^ +8 +-  at-altb' "$folder/out"
+    run words led-state
+    expect 'LED states have one list for each kind of LED' says out 'LEDs of type hamaster, stackmaster:'
+    expect 'with values, too' grep -qE '^ +2  role-master$' "$folder/out"
+    run words 10ge
+    expect 'a word is looked up' [ "$(cat "$folder/out")" = 'phy-type  3  10ge' ]
+    refuses "dcm words: 'phytype' is not a valid vocabulary or word; did you mean 'phy-type'?" words phytype
+    refuses "dcm words: '10gex' is not a valid vocabulary or word; did you mean '10ge'?" words 10gex
 }
 
 # Descriptions with warnings only, with an error, that are no XML.
@@ -481,7 +762,8 @@ check_exits_with_the_worst_that_it_finds() {
     expect 'a file that is not there gives 66' exits 66
     expect 'and says why' says out "$folder/none.xml: error: cannot be read: No such file or directory [unreadable]"
     for command in check 'check --format xml' 'check --jobs 0' 'check -W octal-number' 'check -W no-such x' \
-        'check -W error=such x' 'check --explain such' 'check --format markdown x'; do
+        'check -W error=such x' 'check --explain such' 'check -W no-query-fails x' \
+        'check -W no-not-xml x' 'check -W no-wrong-root x' 'check -W no-unreadable x'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
         expect "'dcm $command' is wrong usage" exits 64
@@ -500,7 +782,7 @@ check_leaves_checks_out_and_makes_errors_of_them() {
     expect 'those of all may be errors' exits 2
     run check -W no-octal-numbers "$folder/warning.xml"
     expect 'an unknown check is wrong usage' exits 64
-    expect 'the nearest one is named' says err 'did you mean octal-number?'
+    expect 'the nearest one is named' says err "did you mean 'octal-number'?"
 }
 
 check_prints_json_and_sarif() {
@@ -527,8 +809,6 @@ check_lists_and_explains_its_checks() {
         expect "$name is explained" exits 0
         expect "$name is named first" grep -qE "^$name \((error|warning)\): " "$folder/out"
     done <"$folder/names"
-    run check --explain all --format markdown
-    expect 'the documentation is what is kept' cmp -s "$folder/out" "$source/docs/checks.md"
 }
 
 check_says_the_same_with_several_jobs() {
@@ -557,17 +837,135 @@ check_shows_on_a_terminal_what_it_waits_for() {
 # The last that a terminal was told is to clear the line.
 ends_with_a_cleared_line() { [ "$(tail -c 4 "$folder/err")" = $'\r\e[K' ]; }
 
-check_reads_standard_input_and_ends_quietly() {
+check_reads_standard_input() {
     write_checked
     run check - <"$folder/warning.xml"
     expect 'standard input is checked' says out '<stdin>:2:16: warning: '
-    set +o pipefail
-    tool check "$source"/tests/tool/corpus/*.xml 2>"$folder/err" | true
-    expect 'check is quiet when nobody reads' silent err
+}
+
+# A description in two layouts: as people leave it, and the one.
+write_unformatted() {
+    printf '<device>\n<!-- a -->\n <card  typeid = "1"   />\n</device>' >"$folder/card.xml"
+    printf '<device>\n  <!-- a -->\n  <card typeid="1"/>\n</device>\n' >"$folder/formatted.xml"
+}
+is_file() { cmp -s "$folder/$1" "$folder/$2"; }
+
+format_changes_files_and_says_nothing() {
+    write_unformatted
+    cp "$folder/card.xml" "$folder/other.xml"
+    run format "$folder/card.xml" "$folder/other.xml"
+    expect 'it succeeds' exits 0
+    expect 'the file has the layout' is_file card.xml formatted.xml
+    expect 'and so has the other' is_file other.xml formatted.xml
+    expect 'standard output is silent' silent out
+    expect 'standard error is silent' silent err
+    touch -d '2000-01-01' "$folder/card.xml"
+    run format "$folder/card.xml" "$source"/examples/*.xml
+    expect 'what has the layout' exits 0
+    expect 'is not written' [ "$(date -r "$folder/card.xml" +%Y)" = 2000 ]
+}
+
+format_only_says_what_it_would_change() {
+    write_unformatted
+    cp "$folder/card.xml" "$folder/before.xml"
+    run format --check "$folder/formatted.xml" "$folder/card.xml"
+    expect 'a file of another layout is found' exits 1
+    expect 'its name is printed, and nothing else' [ "$(cat "$folder/out")" = "$folder/card.xml" ]
+    run format --check "$folder/formatted.xml"
+    expect 'a file of the layout is not' exits 0
+    expect 'and its name is not printed' silent out
+    run format --diff "$folder/card.xml"
+    expect 'a diff is no failure' exits 0
+    expect 'the diff is printed' says out '+  <card typeid="1"/>'
+    run format --check --diff "$folder/card.xml"
+    expect 'a diff with --check is one' exits 1
+    expect 'the file is as before' is_file card.xml before.xml
+    patch -s -d / -p0 <"$folder/out" || skip 'patch is not installed'
+    expect 'what patch makes of it is the layout' is_file card.xml formatted.xml
+}
+
+format_is_a_filter_of_standard_input() {
+    write_unformatted
+    run format - <"$folder/card.xml"
+    expect 'it succeeds' exits 0
+    expect 'standard output has the layout' is_file out formatted.xml
+    run format - <"$folder/formatted.xml"
+    expect 'also where nothing changes' is_file out formatted.xml
+    run format --check - <"$folder/card.xml"
+    expect 'a check of standard input' exits 1
+    expect 'names it' says out '<stdin>'
+}
+
+format_prints_an_image() {
+    cp "$example" "$folder/before.xml"
+    run format --minify "$folder/before.xml"
+    expect 'it succeeds' exits 0
+    expect 'the file is as before' cmp -s "$example" "$folder/before.xml"
+    expect 'the image says that it is made' says out '<!-- Generated by dcm format'
+    expect 'it is shorter' [ "$(wc -c <"$folder/out")" -lt 61000 ]
+    cp "$folder/out" "$folder/image.xml"
+    for kind in frame slot card; do
+        tool export $kind --file "$example" | grep -v '"line"\|"file"\|"column"' >"$folder/records"
+        tool export $kind --file "$folder/image.xml" | grep -v '"line"\|"file"\|"column"' >"$folder/image-records"
+        expect "each $kind is the same" is_file records image-records
+    done
+    run format --minify "$example" "$example"
+    expect 'an image is made of one file' exits 64
+    run format --minify --check "$example"
+    expect 'and printed' exits 64
+    run format
+    expect 'a file has to be named' exits 64
+}
+
+format_refuses_what_it_cannot_change() {
+    printf '<device>\n<card></device>' >"$folder/torn.xml"
+    printf '<p>a <b/></p>' >"$folder/other.xml"
+    printf '<?xml version="1.0" encoding="ISO-8859-1"?><device>\xe9</device>' >"$folder/latin.xml"
+    mkdir "$folder/before"
+    cp "$folder"/*.xml "$folder/before"
+    run format "$folder/torn.xml"
+    expect 'a file that is not well-formed is refused' exits 66
+    expect 'with the place' says err \
+        "$folder/torn.xml:2:16: Opening and ending tag mismatch: card line 2 and device"
+    run format "$folder/other.xml"
+    expect 'another document is refused' exits 66
+    expect 'with the reason' says err "dcm: $folder/other.xml: no description of a device"
+    run format "$folder/latin.xml"
+    expect 'another encoding is refused' exits 66
+    expect 'with the reason' says err \
+        "dcm: $folder/latin.xml: the encoding is ISO-8859-1; only UTF-8 and ASCII can be edited"
+    run format --diff "$folder/none.xml"
+    expect 'a file that is not there' exits 66
+    for file in torn other latin; do
+        expect "$file.xml is as before" is_file $file.xml before/$file.xml
+    done
+    write_unformatted
+    run format "$folder/torn.xml" "$folder/card.xml"
+    expect 'the worst counts' exits 66
+    expect 'and the others are changed' is_file card.xml formatted.xml
+}
+
+format_leaves_a_file_that_it_cannot_write() {
+    write_unformatted
+    cp "$example" "$folder/large.xml"
+    sed -i '2,$ s/^/ /' "$folder/large.xml"
+    unshare -rm true 2>/dev/null || skip 'no file system can be mounted here'
     status=0
-    tool check "$folder/warning.xml" 2>"$folder/err" >/dev/full || status=$?
-    expect 'check fails when it cannot write' exits 2
-    expect 'and says so' says err 'dcm: standard output: No space left on device'
+    # A disk of its own, on which the file fits but not a second time.
+    # shellcheck disable=SC2016
+    unshare -rm bash -euc '
+        mkdir "$1/disk"
+        mount -t tmpfs -o size=128k dcm "$1/disk" || exit 77
+        cp "$1/large.xml" "$1/disk"
+        status=0
+        ${DCM_EMULATOR:+"$DCM_EMULATOR"} "$2" format "$1/disk/large.xml" || status=$?
+        cmp "$1/large.xml" "$1/disk/large.xml"
+        [ "$(ls "$1/disk")" = large.xml ]
+        exit "$status"' bash "$folder" "$dcm" >"$folder/out" 2>"$folder/err" || status=$?
+    [ "$status" -ne 77 ] || skip 'no file system can be mounted here'
+    expect 'a full disk is a failure' exits 2
+    expect 'standard error says so' says err "dcm: $folder/disk/large.xml: cannot be written: No space left on device"
+    expect 'the file is as before, and nothing else is there' silent out
 }
 
 "$3"

@@ -2,6 +2,7 @@
 // places, say "expect LINE:COLUMN NAME: START OF THE TEXT", and "note LINE:COLUMN" of the notes of the finding before.
 // A file without them is the correct twin of another.
 #include "tools/dcm/check/engine.h"
+#include "tools/dcm/check/registry.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +57,7 @@ std::vector<std::string> foundIn(const std::string &text)
     std::vector<std::string> lines;
     for (const Finding &finding : checkFile(*file)) {
         const std::string path = finding.path.empty() ? "" : finding.path + ": ";
-        lines.push_back("expect " + placeOf(*file, finding.span) + " " + finding.check->name + ": " + path +
+        lines.push_back("expect " + placeOf(*file, finding.span) + " " + finding.rule->name + ": " + path +
                         finding.text);
         for (const Note &note : finding.notes)
             lines.push_back("note " + placeOf(*file, note.span));
@@ -87,19 +88,18 @@ TEST_P(CorpusFile, HoldsWhatItSays)
 
 INSTANTIATE_TEST_SUITE_P(Tool, CorpusFile, testing::ValuesIn(corpusFiles()), testName);
 
-TEST(Corpus, HasAFileForEachCheck)
+TEST(Corpus, HasAFileForEachRule)
 {
     std::set<std::string> found;
     for (const std::string &name : corpusFiles())
         for (const std::string &line : expectedIn(readCorpusFile(name)))
             if (const size_t space = line.find(' ', 7); line[0] == 'e')
                 found.insert(line.substr(space + 1, line.find(':', space) - space - 1));
-    for (const Checks &checks : allChecks())
-        for (const Check &check : checks)
-            // A file that cannot be read cannot be in a folder of files.
-            if (std::string(check.name) != "unreadable") {
-                EXPECT_EQ(found.count(check.name), 1U) << check.name;
-            }
+    for (const Rule *rule : allRules())
+        // A file that cannot be read cannot be in a folder of files.
+        if (rule != &kUnreadable) {
+            EXPECT_EQ(found.count(rule->name), 1U) << rule->name;
+        }
 }
 
 TEST(Corpus, HoldsAtLeast150FaultyFiles)

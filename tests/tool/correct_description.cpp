@@ -1,9 +1,8 @@
 #include "tests/tool/correct_description.h"
 
 #include "common/vocabularies.h"
-#include "led/led_entity.h"
-#include "tools/dcm/check/check.h"
-#include "tools/dcm/check/format_lookup.h"
+#include "tools/dcm/description/format_lookup.h"
+#include "tools/words.h"
 
 #include <algorithm>
 #include <cstring>
@@ -207,7 +206,7 @@ private:
             return !isGroup;
         if (name == "portid-offset" || name == "slot-offset" || name == "fanctrl-offset")
             return false;
-        if (row.element == &dcm::kLedMapElement)
+        if (row.role() == dcm::Role::ledMap)
             return !leds_.empty();
         return !oneIn(3);
     }

@@ -20,7 +20,7 @@ TEST(CorrectDescription, HasNoFindingsInAThousandThatTheTablesMake)
         FileReport report;
         report.file = DescriptionFile::parse("correct.xml", text);
         report.findings = checkFile(*report.file);
-        ASSERT_EQ(asText(report, false), "") << "made from " << seed << "\n" << text;
+        ASSERT_EQ(asText(report, {}), "") << "made from " << seed << "\n" << text;
     }
     EXPECT_GT(texts.size(), 950U);
 }
@@ -32,7 +32,7 @@ TEST(CorrectDescription, HasNoFindingsInTheExamples)
         report.file = DescriptionFile::open(std::string(DCM_SOURCE_DIR "/examples/") + name);
         report.findings = checkFile(*report.file);
         EXPECT_EQ(report.file->state(), DescriptionFile::State::parsed);
-        EXPECT_EQ(asText(report, false), "");
+        EXPECT_EQ(asText(report, {}), "");
     }
 }
 

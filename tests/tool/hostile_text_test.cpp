@@ -87,7 +87,7 @@ void expectNoHarm(const std::string &content)
     report.findings = checkFile(file);
     for (const Finding &finding : report.findings)
         expectInside(file, finding.span);
-    expectPrintable(asText(report, false));
+    expectPrintable(asText(report, {}));
     std::vector<FileReport> reports;
     reports.push_back(std::move(report));
     EXPECT_TRUE(Json::accept(asJson(reports)));

@@ -188,8 +188,9 @@ TEST(VmPortList, ReportsARootThatIsNoListOfPorts)
         SCOPED_TRACE(xml);
         const auto vm = vmWith(xml);
         EXPECT_EQ(vm.result, -1);
-        EXPECT_EQ(vm.messages, (Messages{"[dcmVmPortInfoGet:#]: xmlfile(/etc/zorconf/device/vm-3.xml) first tag is "
-                                         "not panel-port."}));
+        EXPECT_EQ(
+            vm.messages,
+            (Messages{"[dcmVmPortInfoGet:#]: xmlfile(/etc/zorconf/device/vm-3.xml) first tag is not panel-port."}));
         EXPECT_TRUE(isUntouched(*vm.info));
     }
 }

@@ -6,10 +6,12 @@ enum Exit {
     kSuccess = 0,
     kQueryFailed = 1,
     kWarnings = 1,
+    kChanges = 1,
     kErrors = 2,
     kWrongUsage = 64,
     kUnreadable = 66,
-    kOutOfMemory = 71
+    kOutOfMemory = 71,
+    kCannotWrite = 74 // before every other status but kOutOfMemory
 };
 
 #endif

@@ -6,9 +6,10 @@ int main(int argc, char **argv)
 {
     try {
         dcmtool::prepareProcess();
-        return dcmtool::runCommandLine(
-            {frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(), listCommand(), exportCommand()},
-            argc, argv);
+        return dcmtool::runCommandLine({frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(),
+                                        formatCommand(), listCommand(), exportCommand(), explainCommand(),
+                                        wordsCommand()},
+                                       argc, argv);
     } catch (...) {
         // Only lengths that no memory has are left to come here.
         dcmtool::runOutOfMemory();

@@ -1,8 +1,12 @@
 #include "tools/dcm/own_output.h"
 
+#include "tools/dcm/printable.h"
+
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -18,9 +22,11 @@ void redirect(int descriptor)
     static_cast<void>(dup2(descriptor, STDOUT_FILENO));
 }
 
-void sayThatWritingFailed(int error)
+std::atomic<bool> hasFailed{false};
+
+void reportFailure(int error)
 {
-    if (error != EPIPE)
+    if (!hasFailed.exchange(true) && error != EPIPE)
         std::fprintf(stderr, "dcm: standard output: %s\n", std::strerror(error)); // NOLINT(concurrency-mt-unsafe)
 }
 
@@ -55,11 +61,16 @@ bool OwnOutput::print(const std::string &text) const
         if (written >= 0) {
             done += static_cast<size_t>(written);
         } else if (errno != EINTR) {
-            sayThatWritingFailed(errno);
+            reportFailure(errno);
             return false;
         }
     }
     return true;
+}
+
+bool OwnOutput::printFile(const std::string &text) const
+{
+    return print(isTerminal() ? printableLines(text) : text);
 }
 
 bool OwnOutput::isTerminal() const
@@ -67,14 +78,21 @@ bool OwnOutput::isTerminal() const
     return isatty(descriptor_) == 1;
 }
 
+std::optional<size_t> OwnOutput::terminalWidth() const
+{
+    struct winsize size = {};
+    if (!isTerminal() || ioctl(descriptor_, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return std::nullopt;
+    return size.ws_col;
+}
+
 bool endOutput()
 {
     // An error of an earlier write leaves no number behind.
     errno = EIO;
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
-        return true;
-    sayThatWritingFailed(errno);
-    return false;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        reportFailure(errno);
+    return !hasFailed;
 }
 
 } // namespace dcmtool

@@ -101,6 +101,11 @@ std::string printableLine(std::string_view line)
     return escaped(line, "\t", escapeAsInC);
 }
 
+std::string printableLines(std::string_view lines)
+{
+    return escaped(lines, "\t\n", escapeAsInC);
+}
+
 std::string printableReport(std::string_view report)
 {
     constexpr std::string_view kEnd = "\r\n";

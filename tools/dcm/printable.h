@@ -15,6 +15,8 @@ namespace dcmtool {
 std::string printable(std::string_view text);
 // The same of a line of a file, whose tabs are kept.
 std::string printableLine(std::string_view line);
+// The same of several lines.
+std::string printableLines(std::string_view lines);
 // The same of a report of the library, which keeps the "\r\n" that ends it.
 std::string printableReport(std::string_view report);
 // The same of JSON text in valid UTF-8: the escapes are those of JSON, so that it means what it meant.

@@ -8,6 +8,7 @@
 #include <libxml/xmlerror.h>
 #include <libxml/xmlmemory.h>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -50,6 +51,15 @@ char *duplicateOrEnd(const char *text)
     std::set_new_handler(runOutOfMemory);
 }
 
+// A standard descriptor that is closed would go to the next file that is opened, which could then be read as standard
+// input or written as standard output. What takes its place refuses both, so that the failure is noticed.
+void occupyStandardDescriptors()
+{
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; descriptor++)
+        if (fcntl(descriptor, F_GETFD) < 0)
+            static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+}
+
 void dropParserMessages()
 {
     xmlSetStructuredErrorFunc(nullptr, [](void *, auto *) {});
@@ -59,6 +69,7 @@ void dropParserMessages()
 
 void prepareProcess()
 {
+    occupyStandardDescriptors();
     xmlStrdupFunc duplicate = nullptr;
     xmlMemGet(&release, &allocate, &resize, &duplicate);
     xmlMemSetup(release, allocateOrEnd, resizeOrEnd, duplicateOrEnd);

@@ -6,7 +6,8 @@ namespace dcmtool {
 
 // A process that this is linked into ends with "out of memory" on standard error and kOutOfMemory as soon as C++ cannot
 // get memory. From this call on, which comes before anything else is used of libxml2, it does so when libxml2 cannot:
-// no caller has to notice that a tree or a text is incomplete. And libxml2 prints nothing by itself.
+// no caller has to notice that a tree or a text is incomplete. And libxml2 prints nothing by itself, and no file takes
+// the number of a standard descriptor that is closed.
 void prepareProcess();
 // The same in a thread that was started later.
 void prepareThread();

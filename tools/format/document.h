@@ -1,5 +1,5 @@
-// A text in blocks, which is written as Markdown or as a man page. Within a block, `this` is a word of a description,
-// and [this](#there) leads to a heading.
+// A text in blocks, which is written as Markdown, as a man page or as plain text. Within a block, `this` is a word of a
+// description, and [this](#there) leads to a heading.
 #ifndef DCM_TOOLS_FORMAT_DOCUMENT_H
 #define DCM_TOOLS_FORMAT_DOCUMENT_H
 
@@ -36,6 +36,9 @@ std::string anchorOf(const std::string &heading);
 std::string toMarkdown(const Document &document);
 // The body of a man page in mdoc.
 std::string toMdoc(const Document &document);
+
+// Plain text for a terminal.
+std::string toText(const Document &document);
 
 } // namespace dcmformat
 

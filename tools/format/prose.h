@@ -45,6 +45,9 @@ std::string attributeKey(const Place &place, const dcm::Attribute &attribute);
 
 std::string readFile(const std::string &path);
 
+// What docs/format/elements.txt held when this was built.
+const std::string &builtInProse();
+
 } // namespace dcmformat
 
 #endif

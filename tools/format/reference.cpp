@@ -144,9 +144,9 @@ Document makeReference(const Tree &tree, const Prose &prose, const std::string &
 {
     Document document = readBlocks(introduction);
     document.push_back({Block::Kind::heading, "Elements", 2});
-    document.push_back({Block::Kind::paragraph,
-                        "An element goes by its path below `device`. What stands in several places is described once, "
-                        "at the shortest of its paths."});
+    document.push_back(
+        {Block::Kind::paragraph,
+         "An element goes by its path below `device`. What stands in several places is described once, at the shortest of its paths."});
     for (const Place *section : tree.sections())
         addSection(document, tree, *section, prose);
 
@@ -179,6 +179,169 @@ std::string exampleOf(const Place &place, const Entry &entry)
     return tag(place.name, items);
 }
 
+namespace {
+
+const Place *childOf(const Place &place, const std::string &name)
+{
+    for (const auto &child : place.children)
+        if (child->name == name)
+            return child.get();
+    return nullptr;
+}
+
+const dcm::Attribute *attributeOf(const Place &place, const std::string &name)
+{
+    for (size_t i = 0; i < place.element->attributeCount; i++)
+        if (name == place.element->attributes[i].name)
+            return &place.element->attributes[i];
+    return nullptr;
+}
+
+// Where the entry of an element is.
+std::string keyOf(const Place &place)
+{
+    if (place.isSection() || place.parent == nullptr)
+        return place.described->path;
+    // The value of a list has none of its own.
+    const Place &holder = place.parent->isList() ? *place.parent : place;
+    return holder.parent->described->path + "/" + holder.name;
+}
+
+// Whether the names at the end of a path are those of another.
+bool endsWith(const std::string &path, const std::string &end)
+{
+    if (end.size() >= path.size())
+        return path == end;
+    const size_t before = path.size() - end.size() - 1;
+    return (path[before] == '/' || path[before] == '@') && path.compare(before + 1, end.size(), end) == 0;
+}
+
+// What a path leads to below a root. Of an attribute, `place` is its element.
+struct Found {
+    const Place *place = nullptr;
+    const dcm::Attribute *attribute = nullptr;
+};
+
+Found find(const Place &root, const std::string &path)
+{
+    std::string names = path;
+    std::replace(names.begin(), names.end(), '@', '/');
+    std::istringstream steps(names);
+    Found found = {&root};
+    for (std::string name; std::getline(steps, name, '/');) {
+        if (found.attribute != nullptr)
+            return {};
+        const Place *child = childOf(*found.place, name);
+        const dcm::Attribute *attribute = attributeOf(*found.place, name);
+        if (child == nullptr && attribute == nullptr)
+            return {};
+        if (child != nullptr)
+            found.place = child;
+        else
+            found.attribute = attribute;
+    }
+    return found;
+}
+
+Found findBelow(const Tree &tree, const std::string &path)
+{
+    if (path == tree.device->name)
+        return {tree.device.get()};
+    const std::string vm = tree.vm->name;
+    if (path == vm)
+        return {tree.vm.get()};
+    const bool isOfVm = path.compare(0, vm.size(), vm) == 0 && (path[vm.size()] == '/' || path[vm.size()] == '@');
+    return isOfVm ? find(*tree.vm, path.substr(vm.size() + 1)) : find(*tree.device, path);
+}
+
+// What the table of a section says of an attribute or element, by itself.
+void addRow(Document &document, const Row &row, const dcm::Content &content)
+{
+    addParagraphs(document, row.meaning);
+    const auto add = [&](const std::string &title, const std::string &text) {
+        if (!text.empty())
+            document.push_back({Block::Kind::item, title + ": " + text});
+    };
+    add("value", row.value);
+    if (content.kind == dcm::Kind::keyword) {
+        add("words", listOf(wordsOf(content)));
+        add("their values", "dcm words " + nameOf(content.vocabulary).name);
+    }
+    if (content.kind == dcm::Kind::ledState)
+        add("words", "dcm words led-state");
+    if (row.leftOut == "required")
+        document.push_back({Block::Kind::item, row.leftOut});
+    else
+        add("left out", row.leftOut);
+    add("wrong", row.wrong);
+    add("example", row.example);
+}
+
+} // namespace
+
+std::vector<std::string> referenceKeys(const Tree &tree)
+{
+    std::vector<std::string> keys;
+    for (const Place *section : tree.sections()) {
+        keys.push_back(section->path);
+        for (size_t i = 0; i < section->element->attributeCount; i++)
+            keys.push_back(attributeKey(*section, section->element->attributes[i]));
+        for (const auto &child : section->children)
+            if (!child->isSection())
+                keys.push_back(child->path);
+    }
+    return keys;
+}
+
+std::string keyOfPath(const Tree &tree, const std::string &path)
+{
+    const std::string device = tree.device->name + "/";
+    std::string below = path.substr(path.find_first_not_of('/') == std::string::npos ? 0 : path.find_first_not_of('/'));
+    if (below.compare(0, device.size(), device) == 0)
+        below.erase(0, device.size());
+    const Found found = findBelow(tree, below);
+    if (found.place == nullptr || below.empty())
+        return "";
+    return found.attribute != nullptr ? attributeKey(*found.place->described, *found.attribute) : keyOf(*found.place);
+}
+
+std::vector<std::string> keysOfEnd(const Tree &tree, const std::string &end)
+{
+    std::vector<std::string> keys;
+    const auto add = [&](const std::string &path, const std::string &key) {
+        if (endsWith(path, end) && std::find(keys.begin(), keys.end(), key) == keys.end())
+            keys.push_back(key);
+    };
+    for (const Place *root : {static_cast<const Place *>(tree.device.get()), static_cast<const Place *>(tree.vm.get())})
+        forEach(*root, [&](const Place &place) {
+            add(place.path, keyOf(place));
+            for (size_t i = 0; i < place.element->attributeCount; i++)
+                add(attributeKey(place, place.element->attributes[i]),
+                    attributeKey(*place.described, place.element->attributes[i]));
+        });
+    return keys;
+}
+
+Document referenceEntry(const Tree &tree, const Prose &prose, const std::string &key)
+{
+    const Found found = findBelow(tree, key);
+    Document document;
+    if (found.attribute == nullptr && found.place->isSection()) {
+        addSection(document, tree, *found.place, prose);
+        return document;
+    }
+    document.push_back({Block::Kind::heading, key, 3});
+    if (found.attribute == nullptr) {
+        const Place &item = found.place->isList() ? *found.place->children.front() : *found.place;
+        addRow(document, rowOf(*found.place, prose), item.element->content);
+        return document;
+    }
+    for (const Row &row : attributeTable(*found.place, prose).rows)
+        if (row.name == coded(found.attribute->name))
+            addRow(document, row, found.attribute->content);
+    return document;
+}
+
 std::string markdownReference(const Tree &tree, const Prose &prose, const std::string &introduction)
 {
     return "<!-- Written by \"./dev reference\" from the library's tables and docs/format/: change those. -->\n\n"
@@ -188,25 +351,26 @@ std::string markdownReference(const Tree &tree, const Prose &prose, const std::s
 
 std::string manPage(const Tree &tree, const Prose &prose, const std::string &introduction)
 {
-    return ".\\\" Written by \"./dev reference\" from the library's tables and docs/format/: change those.\n"
-           ".Dd November 21, 2026\n"
-           ".Dt DCM-DESCRIPTION 5\n"
-           ".Os\n"
-           ".Sh NAME\n"
-           ".Nm dcm-description\n"
-           ".Nd format of the files that describe a network element's hardware\n"
-           ".Sh DESCRIPTION\n" +
-           toMdoc(makeReference(tree, prose, introduction)) +
-           ".Sh FILES\n"
-           ".Bl -tag -width Ds\n"
-           ".It Pa /etc/zorconf/device/device.xml\n"
-           "The device description that queries read unless they are given another.\n"
-           ".It Pa /etc/zorconf/device/vm\\-ID.xml\n"
-           "The panel ports of a virtual machine.\n"
-           ".El\n"
-           ".Sh SEE ALSO\n"
-           ".Xr dcm 1 ,\n"
-           ".Xr dcm 3\n";
+    return R"(.\" Written by dcm-format from the library's tables and docs/format/: change those.
+.Dd November 21, 2026
+.Dt DCM-DESCRIPTION 5
+.Os
+.Sh NAME
+.Nm dcm-description
+.Nd format of the files that describe a network element's hardware
+.Sh DESCRIPTION
+)" + toMdoc(makeReference(tree, prose, introduction)) +
+           R"(.Sh FILES
+.Bl -tag -width Ds
+.It Pa /etc/zorconf/device/device.xml
+The device description that queries read unless they are given another.
+.It Pa /etc/zorconf/device/vm\-ID.xml
+The panel ports of a virtual machine.
+.El
+.Sh SEE ALSO
+.Xr dcm 1 ,
+.Xr dcm 3
+)";
 }
 
 } // namespace dcmformat

@@ -1,9 +1,9 @@
 #include "tools/format/tree.h"
 
-#include "card/card_format.h"
-#include "frame/frame_format.h"
-#include "slot/slot_format.h"
-#include "vm/vm_format.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
+#include "vm/vm.h"
 
 #include <algorithm>
 #include <functional>

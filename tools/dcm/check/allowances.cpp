@@ -1,6 +1,6 @@
 #include "tools/dcm/check/allowances.h"
 
-#include "tools/dcm/check/checks.h"
+#include "tools/dcm/check/registry.h"
 
 #include <libxml/tree.h>
 
@@ -10,42 +10,6 @@
 namespace dcmtool {
 
 namespace {
-
-constexpr Check kChecks[] = {
-    {"faulty-allowance",
-     Severity::warning,
-     "A comment that allows a finding has a fault",
-     "A comment allows one finding at one place and says why: `<!-- dcm-check: allow NAME: REASON -->` before the "
-     "element or in it. One that cannot be read, names no check or gives no reason allows nothing.",
-     R"(<device>
-  <!-- dcm-check: allow octal-numbers: as in the manual -->
-  <card typeid="1"/>
-</device>
-)",
-     R"(<device>
-  <!-- dcm-check: allow octal-number: as in the manual -->
-  <card typeid="010"/>
-</device>
-)",
-     {}},
-    {"unused-allowance",
-     Severity::warning,
-     "A comment allows a finding that is not there",
-     "What the comment allowed has been mended, or stands elsewhere. Left in place, it would hide the next mistake.",
-     R"(<device>
-  <!-- dcm-check: allow octal-number: as in the manual -->
-  <card typeid="10"/>
-</device>
-)",
-     R"(<device>
-  <!-- dcm-check: allow octal-number: as in the manual -->
-  <card typeid="010"/>
-</device>
-)",
-     {}},
-};
-constexpr const Check &kFaulty = kChecks[0];
-constexpr const Check &kUnused = kChecks[1];
 
 std::string trimmed(const std::string &text)
 {
@@ -64,45 +28,21 @@ bool takeWord(std::string &text, const std::string &word)
     return true;
 }
 
-// What a comment allows. Without a check it has a fault, and allows nothing.
-struct Allowance {
-    const Check *check;
-    std::string name; // of a check that there is not
-    const char *fault;
-};
-
 Allowance allowanceIn(const DescriptionFile::Comment &comment)
 {
     std::string text = trimmed(reinterpret_cast<const char *>(comment.node->content));
     if (!takeWord(text, "dcm-check:") || !takeWord(text, "allow "))
-        return {nullptr, "", "expected 'dcm-check: allow NAME: REASON'"};
+        return {nullptr, "expected 'dcm-check: allow NAME: REASON'", ""};
     const size_t colon = text.find(':');
     const std::string name = trimmed(text.substr(0, colon));
-    const Check *check = findCheck(name);
-    if (check == nullptr)
-        return {nullptr, name, "there is no check "};
+    const Rule *rule = findRule(name);
+    if (rule == nullptr)
+        return {nullptr, "there is no check " + quoted(name), name};
+    if (!rule->canBeSilenced())
+        return {nullptr, quoted(name) + " cannot be allowed: the query fails all the same", ""};
     if (colon == std::string::npos || trimmed(text.substr(colon + 1)).empty())
-        return {nullptr, check->name, "a reason is missing: expected "};
-    return {check, "", nullptr};
-}
-
-void tellFault(const DescriptionFile::Comment &comment, const Allowance &allowance, Node element, Findings &findings)
-{
-    findings.run(kFaulty);
-    if (findings.counts(element))
-        return;
-    const std::string start = "the comment allows nothing: " + std::string(allowance.fault);
-    if (allowance.name.empty()) {
-        findings.at(element, comment.span, start);
-    } else if (findCheck(allowance.name) != nullptr) {
-        findings.at(element, comment.span, start + "'dcm-check: allow " + allowance.name + ": REASON'");
-    } else {
-        std::vector<std::string> names;
-        for (const Checks &checks : allChecks())
-            for (const Check &other : checks)
-                names.emplace_back(other.name);
-        findings.at(element, comment.span, start + quoted(allowance.name)).meaning(nearest(allowance.name, names));
-    }
+        return {nullptr, "a reason is missing: expected 'dcm-check: allow " + name + ": REASON'", ""};
+    return {rule, "", ""};
 }
 
 // The element in which a comment stands; nullptr behind or before the root.
@@ -133,10 +73,10 @@ void setAllowedApart(Findings &findings)
     const std::vector<DescriptionFile::Comment> &comments = findings.file().comments();
     const std::vector<Node> behind = elementsBehind(comments);
     for (size_t i = 0; i < comments.size(); i++)
-        if (const Check *check = allowanceIn(comments[i]).check)
+        if (const Rule *rule = allowanceIn(comments[i]).rule)
             for (const Node element : {behind[i], elementAround(comments[i].node)})
                 if (element != nullptr)
-                    findings.setApart(*check, element);
+                    findings.setApart(*rule, element);
 }
 
 void applyAllowances(Findings &findings)
@@ -146,19 +86,11 @@ void applyAllowances(Findings &findings)
     for (size_t i = 0; i < comments.size(); i++) {
         const Allowance allowance = allowanceIn(comments[i]);
         const Node element = elementAround(comments[i].node);
-        if (allowance.check == nullptr) {
-            tellFault(comments[i], allowance, element, findings);
-        } else if (!findings.takeOut(*allowance.check, behind[i]) && !findings.takeOut(*allowance.check, element)) {
-            findings.run(kUnused);
-            findings.at(element, comments[i].span,
-                        "the comment allows '" + std::string(allowance.check->name) + "', which is not found here");
-        }
+        if (allowance.rule == nullptr)
+            reportFaulty(comments[i], allowance, element, findings);
+        else if (!findings.takeOut(*allowance.rule, behind[i]) && !findings.takeOut(*allowance.rule, element))
+            reportUnused(comments[i], allowance, element, findings);
     }
-}
-
-Checks allowanceChecks()
-{
-    return {kChecks, std::size(kChecks)};
 }
 
 } // namespace dcmtool

@@ -1,16 +1,16 @@
-// What the frames, slots and cards of a file are and have, for checks of what refers to them. Each is looked at once,
+// What the frames, slots and cards of a file are and have, for rules about what refers to them. Each is looked at once,
 // however many refer to it.
 #ifndef DCM_TOOLS_CHECK_DECLARATIONS_H
 #define DCM_TOOLS_CHECK_DECLARATIONS_H
 
 #include "common/format.h"
 #include "tools/dcm/description/description_file.h"
+#include "tools/dcm/relations/relations.h"
 
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <vector>
 
 namespace dcmtool {
@@ -19,7 +19,7 @@ namespace dcmtool {
 class LedSet {
 public:
     // Adds those that a frame, card or unit declares in its own "led-entity".
-    void add(Node holder, const dcm::Element &format);
+    void add(Node holder);
     bool has(const char *type, uint32_t id) const;
 
 private:
@@ -29,19 +29,19 @@ private:
 
 class Declarations {
 public:
-    explicit Declarations(const std::vector<DescribedType> &types) : types_(types) {}
+    explicit Declarations(const std::vector<DescribedType> &types) : types_(types), targets_(types) {}
 
-    // The type ids of the cards.
-    const std::set<uint32_t> &cards() const;
+    // What is named by references.
+    const TargetIndex &targets() const { return targets_; }
     bool has(RecordKind kind) const;
     // The LEDs of all that is of a kind.
     const LedSet &leds(RecordKind kind) const;
     // Those of one holder, of which mostly many are asked for in a row.
-    const LedSet &ledsOf(Node holder, const dcm::Element &format) const;
+    const LedSet &ledsOf(Node holder) const;
 
 private:
     const std::vector<DescribedType> &types_;
-    mutable std::optional<std::set<uint32_t>> cards_;
+    TargetIndex targets_;
     mutable std::optional<LedSet> frameLeds_;
     mutable std::optional<LedSet> cardLeds_;
     mutable Node holder_ = nullptr;

@@ -1,8 +1,9 @@
 #include "tools/dcm/check/engine.h"
 
 #include "tools/dcm/check/allowances.h"
-#include "tools/dcm/check/format_lookup.h"
 #include "tools/dcm/check/query_failures.h"
+#include "tools/dcm/check/registry.h"
+#include "tools/dcm/description/format_lookup.h"
 
 #include <libxml/tree.h>
 
@@ -15,39 +16,39 @@ namespace dcmtool {
 
 namespace {
 
-// The checks by what they look at, so that each place of a file meets only those that may say something.
-struct Lineup {
+// The rules by what they look at, so that each place of a file meets only those that may say something.
+struct Schedule {
     static constexpr size_t kKinds = static_cast<size_t>(dcm::Kind::source) + 1;
-    std::vector<const Check *> files;
-    std::vector<const Check *> spots;
-    std::vector<const Check *> strangers;
-    std::array<std::vector<const Check *>, kKinds> values;
+    std::vector<const Rule *> files;
+    std::array<std::vector<const Rule *>, static_cast<size_t>(Role::count)> elements;
+    std::vector<const Rule *> unknownItems;
+    std::array<std::vector<const Rule *>, kKinds> values;
 
-    Lineup()
+    Schedule()
     {
-        for (const Checks &checks : allChecks())
-            for (const Check &check : checks)
-                add(check);
+        for (const Rule *rule : allRules())
+            add(*rule);
     }
 
 private:
-    void add(const Check &check)
+    void add(const Rule &rule)
     {
-        if (check.look.file != nullptr)
-            files.push_back(&check);
-        if (check.look.spot != nullptr)
-            spots.push_back(&check);
-        if (check.look.stranger != nullptr)
-            strangers.push_back(&check);
+        if (rule.kind.file != nullptr)
+            files.push_back(&rule);
+        for (size_t role = 0; role < elements.size(); role++)
+            if (rule.kind.element != nullptr && (rule.kind.roles == 0 || (rule.kind.roles >> role & 1U) != 0))
+                elements[role].push_back(&rule);
+        if (rule.kind.unknownItem != nullptr)
+            unknownItems.push_back(&rule);
         for (size_t kind = 0; kind < kKinds; kind++)
-            if (check.look.value != nullptr && (check.look.kinds >> kind & 1U) != 0)
-                values[kind].push_back(&check);
+            if (rule.kind.value != nullptr && (rule.kind.kinds >> kind & 1U) != 0)
+                values[kind].push_back(&rule);
     }
 };
 
-const Lineup &lineup()
+const Schedule &schedule()
 {
-    static const Lineup all;
+    static const Schedule all;
     return all;
 }
 
@@ -56,50 +57,50 @@ class Walk {
 public:
     Walk(const CheckedType &type, Findings &findings) : type_(type), findings_(findings) {}
 
-    void visit(const Spot *parent, Node node, const dcm::NamedElement &row)
+    void visit(const Context *parent, Node node, const dcm::NamedElement &row)
     {
         const size_t depth = parent == nullptr ? 0 : depth_ + 1;
         const std::vector<KnownChild> &known = children(depth, node, *row.element);
-        const Spot spot = {type_, parent, node, row.name, row.element, known};
-        look(spot);
+        const Context context = {type_, parent, node, row.name, row.element, row.role(), known};
+        apply(context);
         for (const KnownChild &child : known) {
             depth_ = depth;
-            visit(&spot, child.node, spot.rowOf(child));
+            visit(&context, child.node, context.rowOf(child));
         }
     }
 
-    // Without what stands in it.
+    // Without its children.
     void visitAlone(Node node, const dcm::NamedElement &row)
     {
-        look({type_, nullptr, node, row.name, row.element, children(0, node, *row.element)});
+        apply({type_, nullptr, node, row.name, row.element, row.role(), children(0, node, *row.element)});
     }
 
 private:
-    void look(const Spot &spot)
+    void apply(const Context &context)
     {
-        attributes(spot);
-        strangers(spot);
-        const dcm::Content &content = spot.format->content;
+        attributes(context);
+        unknownChildren(context);
+        const dcm::Content &content = context.format->content;
         if (content.kind != dcm::Kind::none)
-            if (const dcm::Text text = spot.content())
-                value({spot, nullptr, content, text.c_str()});
-        if (spot.format->childCount + spot.format->attributeCount == 0)
+            if (const dcm::Text text = context.content())
+                value({context, nullptr, content, text.c_str()});
+        if (context.format->childCount + context.format->attributeCount == 0)
             return;
-        for (const Check *check : lineup().spots) {
-            findings_.run(*check);
-            check->look.spot(spot, findings_);
+        for (const Rule *rule : schedule().elements[static_cast<size_t>(context.role)]) {
+            findings_.run(*rule);
+            rule->kind.element(context, findings_);
         }
     }
 
-    void attributes(const Spot &spot)
+    void attributes(const Context &context)
     {
-        for (const xmlAttr *written = spot.node->properties; written != nullptr; written = written->next) {
+        for (const xmlAttr *written = context.node->properties; written != nullptr; written = written->next) {
             const char *name = reinterpret_cast<const char *>(written->name);
-            const dcm::Attribute *attribute = spot.attribute(name);
+            const dcm::Attribute *attribute = context.attribute(name);
             if (attribute == nullptr)
-                stranger({spot, spot.node, name, true});
-            else if (const dcm::Text text = spot.text(name))
-                value({spot, attribute, attribute->content, text.c_str()});
+                unknownItem({context, context.node, name, true});
+            else if (const dcm::Text text = context.text(name))
+                value({context, attribute, attribute->content, text.c_str()});
         }
     }
 
@@ -117,12 +118,12 @@ private:
         for (auto child = all.begin(); child != dcm::Children::end(); ++child)
             count++;
         known.reserve(count);
-        areStrangers_ = false;
+        hasUnknown_ = false;
         size_t from = 0;
         for (const Node child : dcm::children(node)) {
             const size_t row = findRow(format, dcm::nameOf(child), from);
             if (row == format.childCount) {
-                areStrangers_ = true;
+                hasUnknown_ = true;
                 continue;
             }
             known.push_back({child, row});
@@ -132,62 +133,70 @@ private:
     }
 
     // The children that it does not know.
-    void strangers(const Spot &spot)
+    void unknownChildren(const Context &context)
     {
-        if (!areStrangers_)
+        if (!hasUnknown_)
             return;
-        auto next = spot.known.begin();
-        for (const Node child : dcm::children(spot.node)) {
-            if (next != spot.known.end() && next->node == child)
+        auto next = context.children.begin();
+        for (const Node child : dcm::children(context.node)) {
+            if (next != context.children.end() && next->node == child)
                 ++next;
             else
-                stranger({spot, child, dcm::nameOf(child), false});
+                unknownItem({context, child, dcm::nameOf(child), false});
         }
     }
 
     void value(const Value &value)
     {
-        for (const Check *check : lineup().values[static_cast<size_t>(value.content.kind)]) {
-            findings_.run(*check);
-            check->look.value(value, findings_);
+        for (const Rule *rule : schedule().values[static_cast<size_t>(value.content.kind)]) {
+            findings_.run(*rule);
+            rule->kind.value(value, findings_);
         }
     }
 
-    void stranger(const Stranger &stranger)
+    void unknownItem(const UnknownItem &item)
     {
-        for (const Check *check : lineup().strangers) {
-            findings_.run(*check);
-            check->look.stranger(stranger, findings_);
+        for (const Rule *rule : schedule().unknownItems) {
+            findings_.run(*rule);
+            rule->kind.unknownItem(item, findings_);
         }
     }
 
     const CheckedType &type_;
     Findings &findings_;
     std::deque<std::vector<KnownChild>> known_;
-    size_t depth_ = 0;          // of the element around
-    bool areStrangers_ = false; // among the children looked at last
+    size_t depth_ = 0;        // of the element around
+    bool hasUnknown_ = false; // among the children looked at last
 };
 
-template <class Record>
-void checkType(CheckedType &type, Record &record, const Record *CheckedType::*place, Findings &findings,
-               DecodingWork &work)
+void keep(CheckedType &type, const DcmFrameInfo &record)
+{
+    type.frame = &record;
+}
+void keep(CheckedType &type, const DcmSlotInfo &record)
+{
+    type.slot = &record;
+}
+void keep(CheckedType &type, const DcmCardInfo &record)
+{
+    type.card = &record;
+}
+void keep(CheckedType &type, const DcmVmPortInfo &record)
+{
+    type.vm = &record;
+}
+
+template <class Record> void checkType(CheckedType &type, Record &record, Findings &findings, DecodingWork &work)
 {
     const Outcome outcome = type.file.decode(type.described, record);
     if (outcome.isDecoded || explainFailures(type.file, type.described, record, findings, work))
-        type.*place = &record;
+        keep(type, record);
     Walk(type, findings).visit(nullptr, type.described.element, rowOf(type.described.kind));
 }
 
 // What may be decoded again to find why queries fail, in bytes: of small files, all that people will ever mend at once.
 constexpr size_t kMostDecoded = size_t{64} << 20;
 constexpr size_t kMostDecodedOfByte = 16;
-
-struct Records {
-    DcmFrameInfo frame;
-    DcmSlotInfo slot;
-    DcmCardInfo card;
-    DcmVmPortInfo vm;
-};
 
 // The root holds frames, slots and cards, and nothing else.
 void checkRoot(const DescriptionFile &file, const Declarations &declarations, Findings &findings)
@@ -200,27 +209,14 @@ void checkRoot(const DescriptionFile &file, const Declarations &declarations, Fi
 
 void checkTypes(const DescriptionFile &file, const std::vector<DescribedType> &types, Findings &findings)
 {
-    const auto records = std::make_unique<Records>();
+    const auto records = std::make_unique<AnyRecord>();
     const Declarations declarations(types);
     DecodingWork work = {kMostDecoded + kMostDecodedOfByte * file.text().size()};
     if (file.isDevice())
         checkRoot(file, declarations, findings);
     for (const DescribedType &described : types) {
         CheckedType type = {file, declarations, described};
-        switch (described.kind) {
-        case RecordKind::frame:
-            checkType(type, records->frame, &CheckedType::frame, findings, work);
-            break;
-        case RecordKind::slot:
-            checkType(type, records->slot, &CheckedType::slot, findings, work);
-            break;
-        case RecordKind::card:
-            checkType(type, records->card, &CheckedType::card, findings, work);
-            break;
-        case RecordKind::vm:
-            checkType(type, records->vm, &CheckedType::vm, findings, work);
-            break;
-        }
+        visitRecord(described.kind, *records, [&](auto &record) { checkType(type, record, findings, work); });
     }
 }
 
@@ -231,9 +227,9 @@ std::vector<Finding> checkFile(const DescriptionFile &file)
     Findings findings(file);
     setAllowedApart(findings);
     const std::vector<DescribedType> types = file.types();
-    for (const Check *check : lineup().files) {
-        findings.run(*check);
-        check->look.file(file, types, findings);
+    for (const Rule *rule : schedule().files) {
+        findings.run(*rule);
+        rule->kind.file(file, types, findings);
     }
     checkTypes(file, types, findings);
     applyAllowances(findings);

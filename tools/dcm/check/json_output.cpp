@@ -1,5 +1,6 @@
-#include "tools/dcm/check/file_checks.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/check/pages.h"
+#include "tools/dcm/check/registry.h"
 #include "tools/dcm/records/json_text.h"
 
 #include <algorithm>
@@ -10,14 +11,9 @@ namespace dcmtool {
 
 namespace {
 
-const char *nameOf(Severity severity)
-{
-    return severity == Severity::error ? "error" : "warning";
-}
-
 bool isPlaced(const Finding &finding)
 {
-    return finding.check != &kUnreadable;
+    return finding.rule != &kUnreadable;
 }
 
 // The end is the column behind the last character.
@@ -40,7 +36,7 @@ Json placeOf(const DescriptionFile &file, Span span)
 
 Json findingOf(const DescriptionFile &file, const Finding &finding)
 {
-    Json json = {{"check", finding.check->name}, {"severity", nameOf(finding.severity)}};
+    Json json = {{"check", finding.rule->name}, {"severity", nameOf(finding.severity)}};
     if (isPlaced(finding))
         json["place"] = placeOf(file, finding.span);
     if (!finding.path.empty())
@@ -69,6 +65,11 @@ const char *statusOf(const DescriptionFile &file)
 }
 
 // ---- SARIF ----------------------------------------------------------------------------------------------------------
+
+const char *levelOf(Severity severity)
+{
+    return severity == Severity::info ? "note" : nameOf(severity);
+}
 
 // A file name as a relative or absolute reference.
 std::string uriOf(const std::string &name)
@@ -103,9 +104,9 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
     Json location = locationOf(file, finding.span, isPlaced(finding));
     if (!finding.path.empty())
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
-    Json result = {{"ruleId", finding.check->name},
+    Json result = {{"ruleId", finding.rule->name},
                    {"ruleIndex", rule},
-                   {"level", nameOf(finding.severity)},
+                   {"level", levelOf(finding.severity)},
                    {"message", {{"text", text}}},
                    {"locations", Json::array({location})}};
     if (finding.more != 0)
@@ -118,12 +119,12 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
     return result;
 }
 
-Json ruleOf(const Check &check)
+Json ruleOf(const Rule &rule)
 {
-    return {{"id", check.name},
-            {"shortDescription", {{"text", check.summary}}},
-            {"fullDescription", {{"text", check.explanation}}},
-            {"defaultConfiguration", {{"level", nameOf(check.severity)}}}};
+    return {{"id", rule.name},
+            {"shortDescription", {{"text", summaryOf(rule)}}},
+            {"fullDescription", {{"text", explanationOf(rule)}}},
+            {"defaultConfiguration", {{"level", levelOf(rule.severity)}}}};
 }
 
 } // namespace
@@ -143,22 +144,20 @@ std::string asJson(const std::vector<FileReport> &reports)
                      {"version", kVersion},
                      {"files", files},
                      {"errors", totals.errors},
-                     {"warnings", totals.warnings}});
+                     {"warnings", totals.warnings},
+                     {"infos", totals.infos}});
 }
 
 std::string asSarif(const std::vector<FileReport> &reports)
 {
     Json rules = Json::array();
-    std::vector<const Check *> order;
-    for (const Checks &checks : allChecks())
-        for (const Check &check : checks) {
-            rules.push_back(ruleOf(check));
-            order.push_back(&check);
-        }
+    const std::vector<const Rule *> &order = allRules();
+    for (const Rule *rule : order)
+        rules.push_back(ruleOf(*rule));
     Json results = Json::array();
     for (const FileReport &report : reports)
         for (const Finding &finding : report.findings) {
-            const auto rule = std::find(order.begin(), order.end(), finding.check) - order.begin();
+            const auto rule = std::find(order.begin(), order.end(), finding.rule) - order.begin();
             results.push_back(resultOf(*report.file, finding, static_cast<size_t>(rule)));
         }
     const Json driver = {{"name", "dcm check"}, {"semanticVersion", DCM_VERSION}, {"rules", rules}};

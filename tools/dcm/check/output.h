@@ -2,7 +2,7 @@
 #ifndef DCM_TOOLS_CHECK_OUTPUT_H
 #define DCM_TOOLS_CHECK_OUTPUT_H
 
-#include "tools/dcm/check/check.h"
+#include "tools/dcm/check/rule.h"
 
 #include <cstddef>
 #include <memory>
@@ -22,22 +22,31 @@ struct Totals {
     size_t unread = 0; // of these
     size_t errors = 0;
     size_t warnings = 0;
+    size_t infos = 0;
 
     void add(const FileReport &report);
 };
 
+// How text is printed; other formats have everything.
+struct TextStyle {
+    bool isColoured = false;
+    bool hasInfos = false; // or without findings of that severity
+};
+
 // The findings of one file, each with its source line and a caret.
-std::string asText(const FileReport &report, bool isColoured);
+std::string asText(const FileReport &report, const TextStyle &style);
 // The line at the end.
-std::string summaryOf(const Totals &totals);
+std::string summaryOf(const Totals &totals, const TextStyle &style);
 
 std::string asJson(const std::vector<FileReport> &reports);
 std::string asSarif(const std::vector<FileReport> &reports);
 
-// The checks themselves: a line for each, all about one, and all about all of them for the documentation.
-std::string listOfChecks();
-std::string explanationOf(const Check &check);
-std::string documentationOfChecks();
+// The rules themselves: a line for each, and all about one.
+std::string listOfRules();
+std::string pageAsText(const Rule &rule);
+
+// "error", "warning" or "info".
+const char *nameOf(Severity severity);
 
 } // namespace dcmtool
 

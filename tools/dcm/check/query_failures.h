@@ -3,12 +3,9 @@
 #ifndef DCM_TOOLS_CHECK_QUERY_FAILURES_H
 #define DCM_TOOLS_CHECK_QUERY_FAILURES_H
 
-#include "tools/dcm/check/check.h"
+#include "tools/dcm/check/rule.h"
 
 namespace dcmtool {
-
-extern const Check &kQueryFails;
-Checks queryChecks();
 
 // How much may still be decoded for that in a file, in bytes of it.
 struct DecodingWork {

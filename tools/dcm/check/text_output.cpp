@@ -1,5 +1,5 @@
-#include "tools/dcm/check/file_checks.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/check/registry.h"
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
@@ -15,12 +15,14 @@ struct Colours {
     const char *bold;
     const char *error;
     const char *warning;
+    const char *info;
     const char *note;
     const char *caret;
     const char *none;
 };
-constexpr Colours kPlain = {"", "", "", "", "", ""};
-constexpr Colours kBright = {"\x1b[1m", "\x1b[1;31m", "\x1b[1;35m", "\x1b[1;36m", "\x1b[1;32m", "\x1b[0m"};
+constexpr Colours kPlain = {"", "", "", "", "", "", ""};
+constexpr Colours kBright = {"\x1b[1m",    "\x1b[1;31m", "\x1b[1;35m", "\x1b[1;34m",
+                             "\x1b[1;36m", "\x1b[1;32m", "\x1b[0m"};
 
 bool isContinuation(char byte)
 {
@@ -76,18 +78,22 @@ std::string placeOf(const DescriptionFile &file, Span span)
     return printable(file.name()) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 
+const char *colourOf(Severity severity, const Colours &colours)
+{
+    return severity == Severity::error ? colours.error : severity == Severity::warning ? colours.warning : colours.info;
+}
+
 std::string textOf(const DescriptionFile &file, const Finding &finding, const Colours &colours)
 {
-    const bool isPlaced = finding.check != &kUnreadable;
-    const bool isError = finding.severity == Severity::error;
+    const bool isPlaced = finding.rule != &kUnreadable;
     std::string text = colours.bold + (isPlaced ? placeOf(file, finding.span) : printable(file.name())) + ": ";
-    text += std::string(isError ? colours.error : colours.warning) + (isError ? "error: " : "warning: ") + colours.none;
+    text += std::string(colourOf(finding.severity, colours)) + nameOf(finding.severity) + ": " + colours.none;
     text += printable((finding.path.empty() ? "" : finding.path + ": ") + finding.text);
     if (!finding.meant.empty())
         text += "; did you mean '" + printable(finding.meant) + "'?";
     if (finding.more != 0)
         text += "; and " + std::to_string(finding.more) + " more like it";
-    text += std::string(" [") + finding.check->name + "]\n";
+    text += std::string(" [") + finding.rule->name + "]\n";
     if (isPlaced)
         text += excerpt(file, finding.span, colours);
     for (const Note &note : finding.notes)
@@ -108,23 +114,33 @@ void Totals::add(const FileReport &report)
     files++;
     unread += report.file->state() == DescriptionFile::State::parsed ? 0 : 1;
     for (const Finding &finding : report.findings)
-        (finding.severity == Severity::error ? errors : warnings) += 1 + finding.more;
+        (finding.severity == Severity::error     ? errors
+         : finding.severity == Severity::warning ? warnings
+                                                 : infos) += 1 + finding.more;
 }
 
-std::string asText(const FileReport &report, bool isColoured)
+std::string asText(const FileReport &report, const TextStyle &style)
 {
     std::string text;
     for (const Finding &finding : report.findings)
-        text += textOf(*report.file, finding, isColoured ? kBright : kPlain);
+        if (finding.severity != Severity::info || style.hasInfos)
+            text += textOf(*report.file, finding, style.isColoured ? kBright : kPlain);
     return text;
 }
 
-std::string summaryOf(const Totals &totals)
+std::string summaryOf(const Totals &totals, const TextStyle &style)
 {
-    const std::string files = counted(totals.files, "file");
-    if (totals.errors + totals.warnings == 0)
-        return files + ", nothing found\n";
-    return files + ", " + counted(totals.errors, "error") + ", " + counted(totals.warnings, "warning") + "\n";
+    std::string summary = counted(totals.files, "file");
+    const bool hasInfos = totals.infos != 0 && style.hasInfos;
+    if (totals.errors + totals.warnings != 0 || hasInfos)
+        summary += ", " + counted(totals.errors, "error") + ", " + counted(totals.warnings, "warning");
+    else
+        summary += ", nothing found";
+    if (hasInfos)
+        summary += ", " + counted(totals.infos, "info");
+    else if (totals.infos != 0)
+        summary += "; --info shows " + counted(totals.infos, "info");
+    return summary + "\n";
 }
 
 } // namespace dcmtool

@@ -1,5 +1,6 @@
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/check/registry.h"
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
@@ -23,7 +24,7 @@ using namespace dcmtool;
 
 namespace {
 
-enum Format : uint32_t { kText, kJson, kSarif, kMarkdown };
+enum Format : uint32_t { kText, kJson, kSarif };
 enum Colour : uint32_t { kAutomatic, kAlways, kNever };
 
 struct Options {
@@ -33,15 +34,48 @@ struct Options {
     uint32_t colour = kAutomatic;
     uint32_t jobs = 1;
     bool areListed = false;
+    bool hasInfos = false;
     std::string explained;
 };
+
+// ---- Names of checks ------------------------------------------------------------------------------------------------
+
+[[noreturn]] void refuseRule(const std::string &name)
+{
+    std::vector<std::string> names;
+    for (const Rule *rule : allRules())
+        names.emplace_back(rule->name);
+    refuseWord(name, "name of a check", names, "dcm check --list-checks");
+}
+
+// Every check, with something in front of its name.
+void addChecks(const std::string &before, Candidates &candidates)
+{
+    for (const Rule *rule : allRules())
+        candidates.push_back({before + rule->name, dcmtool::summaryOf(*rule)});
+}
+
+Candidates warningCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates = {{"error", "Makes errors of all warnings"}};
+    addChecks("no-", candidates);
+    addChecks("error=", candidates);
+    return candidates;
+}
+
+Candidates explainedCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates = {{"all", "Explains every check"}};
+    addChecks("", candidates);
+    return candidates;
+}
 
 // ---- -W -------------------------------------------------------------------------------------------------------------
 
 // What is made of each check's findings.
 struct Warnings {
-    std::set<const Check *> off;
-    std::set<const Check *> errors;
+    std::set<const Rule *> off;
+    std::set<const Rule *> errors;
     bool areErrors = false;
 
     explicit Warnings(const std::vector<std::string> &options)
@@ -53,25 +87,27 @@ struct Warnings {
     void apply(std::vector<Finding> &findings) const
     {
         findings.erase(std::remove_if(findings.begin(), findings.end(),
-                                      [&](const Finding &finding) { return off.count(finding.check) != 0; }),
+                                      [&](const Finding &finding) { return off.count(finding.rule) != 0; }),
                        findings.end());
         for (Finding &finding : findings)
-            if (areErrors || errors.count(finding.check) != 0)
+            if ((areErrors && finding.severity == Severity::warning) || errors.count(finding.rule) != 0)
                 finding.severity = Severity::error;
     }
 
 private:
-    static const Check *named(const std::string &name)
+    static const Rule *named(const std::string &name)
     {
-        if (const Check *check = findCheck(name))
-            return check;
-        std::vector<std::string> names;
-        for (const Checks &checks : allChecks())
-            for (const Check &check : checks)
-                names.emplace_back(check.name);
-        const std::string meant = nearest(name, names);
-        throw UsageError("no such check: " + name +
-                         (meant.empty() ? " (see --list-checks)" : " (did you mean " + meant + "?)"));
+        if (const Rule *rule = findRule(name))
+            return rule;
+        refuseRule(name);
+    }
+
+    static const Rule *silenced(const std::string &name)
+    {
+        const Rule *rule = named(name);
+        if (!rule->canBeSilenced())
+            throw UsageError(name + " cannot be left out: the query of such a description fails");
+        return rule;
     }
 
     void take(const std::string &option)
@@ -81,9 +117,9 @@ private:
         else if (option.compare(0, 6, "error=") == 0)
             errors.insert(named(option.substr(6)));
         else if (option.compare(0, 3, "no-") == 0)
-            off.insert(named(option.substr(3)));
+            off.insert(silenced(option.substr(3)));
         else
-            throw UsageError("-W takes no-NAME, error or error=NAME, not " + option);
+            throw UsageError(quoted(option) + " is not a valid value for -W; expected no-NAME, error or error=NAME");
     }
 };
 
@@ -228,7 +264,7 @@ private:
 Exit exitOf(const Totals &totals)
 {
     if (totals.unread > 0)
-        return kUnreadable;
+        return Exit::kUnreadable;
     if (totals.errors > 0)
         return kErrors;
     return totals.warnings > 0 ? kWarnings : kSuccess;
@@ -241,16 +277,16 @@ bool isColoured(const Options &options, const OwnOutput &output)
 }
 
 // What is printed behind the last file's findings as text, or in their place.
-std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals)
+std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals, const TextStyle &style)
 {
-    return format == kText ? summaryOf(totals) : format == kJson ? asJson(reports) : asSarif(reports);
+    return format == kText ? summaryOf(totals, style) : format == kJson ? asJson(reports) : asSarif(reports);
 }
 
 Exit runCheck(const Options &options)
 {
     const Warnings warnings(options.warnings);
     OwnOutput output;
-    const bool areColoured = isColoured(options, output);
+    const TextStyle style = {isColoured(options, output), options.hasInfos};
     Progress progress(options.files, isatty(STDERR_FILENO) == 1);
     Totals totals;
     // What is left at the end goes with the process: to take trees apart costs a tenth of all.
@@ -260,14 +296,14 @@ Exit runCheck(const Options &options)
         const bool isLast = i + 1 == options.files.size();
         FileReport report = workers.take(i);
         totals.add(report);
-        std::string text = options.format == kText ? asText(report, areColoured) : "";
+        std::string text = options.format == kText ? asText(report, style) : "";
         if (options.format != kText || isLast)
             reports.push_back(std::move(report));
         if (isLast)
-            text += endOf(options.format, reports, totals);
+            text += endOf(options.format, reports, totals, style);
         progress.advance(i + 1);
         if (!output.print(text))
-            return kErrors;
+            return kCannotWrite;
     }
     return exitOf(totals);
 }
@@ -276,28 +312,23 @@ Exit runCheck(const Options &options)
 
 std::string explained(const Options &options)
 {
-    if (options.explained == "all" && options.format == kMarkdown)
-        return documentationOfChecks();
     std::string text;
-    for (const Checks &checks : allChecks())
-        for (const Check &check : checks)
-            if (options.explained == check.name || options.explained == "all")
-                text += (text.empty() ? "" : "\n") + explanationOf(check);
+    for (const Rule *rule : allRules())
+        if (options.explained == rule->name || options.explained == "all")
+            text += (text.empty() ? "" : "\n") + pageAsText(*rule);
     if (text.empty())
-        throw UsageError("no such check: " + options.explained + " (see --list-checks)");
+        refuseRule(options.explained);
     return text;
 }
 
 Exit run(const Options &options)
 {
     if (options.areListed || !options.explained.empty()) {
-        const std::string text = options.areListed ? listOfChecks() : explained(options);
-        return OwnOutput().print(text) ? kSuccess : kErrors;
+        const std::string text = options.areListed ? listOfRules() : explained(options);
+        return OwnOutput().print(text) ? kSuccess : kCannotWrite;
     }
     if (options.files.empty())
-        throw UsageError("FILE is required");
-    if (options.format == kMarkdown)
-        throw UsageError("markdown is a format of --explain all");
+        throw UsageError("FILE is missing");
     return runCheck(options);
 }
 
@@ -306,19 +337,33 @@ Exit run(const Options &options)
 Command checkCommand()
 {
     const auto options = std::make_shared<Options>();
-    const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}, {"markdown", kMarkdown}};
+    const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}};
     const Words colours = {{"auto", kAutomatic}, {"always", kAlways}, {"never", kNever}};
     return {"check",
             "Find what is wrong in descriptions",
             {{"FILE", "Descriptions to check, - for standard input", &options->files},
-             {"-W", "no-NAME leaves a check out, error=NAME makes its findings errors, error those of all",
-              &options->warnings, "WHAT"},
+             {"-f,--file", "The same as FILE", &options->files, "FILE"},
+             {"-W",
+              "no-NAME leaves a check out, error=NAME makes its findings errors, error all warnings",
+              &options->warnings,
+              "WHAT",
+              {},
+              {},
+              warningCandidates},
+             {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
              {"--list-checks", "List the checks", &options->areListed},
-             {"--explain", "Explain a check: why it matters, and examples; or all", &options->explained, "NAME"}},
+             {"--explain",
+              "Explain a check: why it matters, and examples; or all",
+              &options->explained,
+              "NAME",
+              {},
+              {},
+              explainedCandidates}},
             [options] { return run(*options); },
             "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
-            "66 a file cannot be read or is no XML, 71 out of memory."};
+            "66 a file cannot be read or is not well-formed XML, 71 out of memory,\n"
+            "74 the output cannot be written."};
 }

@@ -6,7 +6,6 @@
 #include "tools/dcm/records/record_json.h"
 
 #include <algorithm>
-#include <cinttypes>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -15,13 +14,13 @@ using namespace dcmtool;
 
 namespace {
 
-constexpr int kVersion = 1; // of what is exported: docs/schema/export.schema.json
+constexpr int kVersion = 1; // of what is exported: tools/dcm/records/export.schema.in.json
 
 struct Options {
     std::string file;
     std::optional<RecordKind> kind; // none: the whole file
-    std::optional<uint32_t> type;   // none: all of the kind
-    std::optional<uint32_t> mode;   // none: 0
+    std::optional<Number> type;     // none: all of the kind
+    std::optional<Number> mode;     // none: 0
 };
 
 const char *arrayName(RecordKind kind)
@@ -46,29 +45,30 @@ bool isWanted(const Options &options, RecordKind kind, const DescribedType &type
     if (!options.type)
         return true;
     const auto &ids = type.typeIds;
-    return std::find(ids.begin(), ids.end(), *options.type) != ids.end() && options.mode.value_or(0) == type.mode;
+    return std::find(ids.begin(), ids.end(), options.type->value) != ids.end() &&
+           options.mode.value_or(Number()).value == type.mode;
 }
 
 // An entry whose query fails has no record.
-template <class Record> Json recordOf(Queries &queries, const DescribedType &type)
+template <class Info> Json jsonOf(Queries &queries, const DescribedType &type)
 {
-    Record info;
-    return queries.run(type, info) ? toJson(info) : Json();
+    Info info;
+    return queries.run(type, info) ? toJson(recordOf(info)) : Json();
 }
 
-Json recordOf(Queries &queries, const DescribedType &type)
+Json jsonOf(Queries &queries, const DescribedType &type)
 {
     switch (type.kind) {
     case RecordKind::frame:
-        return recordOf<DcmFrameInfo>(queries, type);
+        return jsonOf<DcmFrameInfo>(queries, type);
     case RecordKind::slot:
-        return recordOf<DcmSlotInfo>(queries, type);
+        return jsonOf<DcmSlotInfo>(queries, type);
     case RecordKind::card:
-        return recordOf<DcmCardInfo>(queries, type);
+        return jsonOf<DcmCardInfo>(queries, type);
     case RecordKind::vm:
         break;
     }
-    return recordOf<DcmVmPortInfo>(queries, type);
+    return jsonOf<DcmVmPortInfo>(queries, type);
 }
 
 Json entryOf(const DescriptionFile &file, Queries &queries, const Options &options, const DescribedType &type)
@@ -83,19 +83,16 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Options &optio
     entry["column"] = place.column;
     // Of several ids a record holds the one that was asked for.
     if (options.type)
-        entry["record"] = recordOf(queries, {type.kind, type.element, {*options.type}, type.mode});
+        entry["record"] = jsonOf(queries, {type.kind, type.element, {options.type->value}, type.mode});
     else
-        entry["record"] = recordOf(queries, type);
+        entry["record"] = jsonOf(queries, type);
     return entry;
 }
 
-void sayNotFound(const DescriptionFile &file, const Options &options)
+Wanted wantedBy(const Options &options)
 {
-    std::fprintf(stderr, "dcm: %s: no %s has type id %" PRIu32, printable(file.name()).c_str(), kindName(*options.kind),
-                 *options.type);
-    if (*options.kind == RecordKind::card)
-        std::fprintf(stderr, " and mode %" PRIu32, options.mode.value_or(0));
-    std::fputs(".\n", stderr);
+    const Number mode = options.mode.value_or(Number());
+    return {*options.kind, options.type->value, mode.value, options.type->written, mode.written};
 }
 
 // Prints the entries of one kind; those for which there is no room are counted.
@@ -129,9 +126,9 @@ void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &t
 Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOutput &output)
 {
     const std::vector<DescribedType> types = file.types();
-    const auto isWantedOne = [&](const DescribedType &type) { return isWanted(options, *options.kind, type); };
-    if (options.type && std::none_of(types.begin(), types.end(), isWantedOne)) {
-        sayNotFound(file, options);
+    const std::string notFound = options.type ? whyNotFound(file, wantedBy(options)) : "";
+    if (!notFound.empty()) {
+        std::fprintf(stderr, "dcm: %s: %s\n", printable(file.name()).c_str(), notFound.c_str());
         return kQueryFailed;
     }
     JsonStream json(output, mostOutputOf(file));
@@ -148,7 +145,7 @@ Exit exportFrom(const DescriptionFile &file, const Options &options, const OwnOu
         sayOmitted(file, omitted, "records", "ask for one with its type");
         exit = kQueryFailed;
     }
-    return json.end() ? exit : kQueryFailed;
+    return json.end() ? exit : kCannotWrite;
 }
 
 Exit runExport(const Options &options)

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <climits>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <optional>
 
@@ -22,15 +24,21 @@ struct Outcomes {
     size_t omitted = 0; // rows for which there was no room
 };
 
-// What is there of a kind; nothing where the kind means nothing, or the query fails.
+// How many there are of a kind; nothing where the kind means nothing, or the query fails.
 using Count = std::optional<uint32_t>;
+
+// Ports of one kind.
+struct PortCount {
+    uint32_t count;
+    const char *kind;
+};
 
 struct Row {
     const DescribedType *type;
     Place place;
     std::optional<std::string> name = std::nullopt;
     Count slots = std::nullopt;
-    Count ports = std::nullopt;
+    std::optional<std::vector<PortCount>> ports = std::nullopt;
     Count fans = std::nullopt;
     Count supplies = std::nullopt;
     Count leds = std::nullopt;
@@ -58,7 +66,7 @@ void count(const DcmSlotInfo &slot, Row &row)
     const auto isThere = [](const DcmInnerIfInfo &port) { return port.portId < DCM_PORT_UNSPEC; };
     const auto there = std::count_if(std::begin(slot.syncIf), std::end(slot.syncIf), isThere) +
                        std::count_if(std::begin(slot.sfuIf), std::end(slot.sfuIf), isThere);
-    row.ports = static_cast<uint32_t>(there) + (isThere(slot.broadcastSyncIf) ? 1 : 0);
+    row.ports = {{static_cast<uint32_t>(there) + (isThere(slot.broadcastSyncIf) ? 1 : 0), "inner"}};
     row.fans = 0;
     for (const DcmFanCtrlInfo &fanCtrl : slot.fanCtrlInfo)
         *row.fans += fanCtrl.fanNum;
@@ -69,7 +77,8 @@ void count(const DcmCardInfo &card, Row &row)
 {
     row.name = std::string(card.name, std::min<size_t>(card.nameLen, sizeof card.name));
     row.slots = card.occupySlotNum;
-    row.ports = uint32_t{card.methIfNum} + card.pannelIfNum + card.gccIfNum + card.ethpppIfNum;
+    row.ports = {
+        {card.pannelIfNum, "panel"}, {card.methIfNum, "mgt"}, {card.gccIfNum, "gcc"}, {card.ethpppIfNum, "ppp"}};
     row.leds = card.ledNum;
     for (const DcmPortLedInfo &run : card.portLed)
         if (run.endId != 0 && run.endId >= run.startId)
@@ -78,7 +87,7 @@ void count(const DcmCardInfo &card, Row &row)
 
 void count(const DcmVmPortInfo &vm, Row &row)
 {
-    row.ports = vm.ifindexNum;
+    row.ports = {{vm.ifindexNum, "panel"}};
 }
 
 template <class Record> void countBy(Queries &queries, Row &row)
@@ -115,6 +124,9 @@ struct Column {
     const char *title;
     bool isNumber; // to the right
     std::string (*cell)(const Row &row);
+    const char *meaning;
+    size_t least = 0;     // the width to which it is shortened on a narrow terminal; 0 where it is not
+    unsigned leftOut = 0; // the columns with the lowest numbers are left out first on one that is still too narrow
 };
 
 std::string shown(const Count &count)
@@ -144,20 +156,57 @@ std::string nameCell(const Row &row)
     return name.empty() ? "-" : printable(name);
 }
 
+// "16 panel, 2 mgt"
+std::string portsCell(const Row &row)
+{
+    if (!row.ports)
+        return "-";
+    std::string cell;
+    for (const PortCount &ports : *row.ports)
+        if (ports.count != 0)
+            cell += (cell.empty() ? "" : ", ") + std::to_string(ports.count) + " " + ports.kind;
+    return cell.empty() ? "0" : cell;
+}
+
+constexpr unsigned kNever = UINT_MAX;
+
 constexpr Column kColumns[] = {
-    {"KIND", false, [](const Row &row) { return std::string(kindName(row.type->kind)); }},
-    {"TYPE", false, typeCell},
-    {"MODE", true, [](const Row &row) { return row.type->kind == RecordKind::card ? shown(row.type->mode) : "-"; }},
-    {"NAME", false, nameCell},
-    {"SLOTS", true, [](const Row &row) { return shown(row.slots); }},
-    {"PORTS", true, [](const Row &row) { return shown(row.ports); }},
-    {"FANS", true, [](const Row &row) { return shown(row.fans); }},
-    {"SUPPLIES", true, [](const Row &row) { return shown(row.supplies); }},
-    {"LEDS", true, [](const Row &row) { return shown(row.leds); }},
+    {"KIND", false, [](const Row &row) { return std::string(kindName(row.type->kind)); },
+     "frame, slot or card; vm for the port list of a virtual machine", 0, kNever},
+    {"TYPE", false, typeCell, "the type ids, of many the first ones", 8, kNever},
+    {"MODE", true, [](const Row &row) { return row.type->kind == RecordKind::card ? shown(row.type->mode) : "-"; },
+     "the mode of a card", 0, kNever},
+    {"NAME", false, nameCell, "the name of a card", 12, 7},
+    {"SLOTS", true, [](const Row &row) { return shown(row.slots); },
+     "of a frame, its highest slot number; of a card, the slots that it occupies", 0, 4},
+    {"PORTS", false, portsCell,
+     "of a card, its panel, management (mgt), GCC (gcc) and Ethernet PPP (ppp) ports; of a slot, its inner ports", 14,
+     6},
+    {"FANS", true, [](const Row &row) { return shown(row.fans); }, "the fans of a frame or slot", 0, 2},
+    {"SUPPLIES", true, [](const Row &row) { return shown(row.supplies); }, "the power supplies of a frame or slot", 0,
+     1},
+    {"LEDS", true, [](const Row &row) { return shown(row.leds); },
+     "the LEDs of a frame, with those of its units, or of a card, with those of its ports", 0, 3},
     {"PLACE", false,
-     [](const Row &row) { return std::to_string(row.place.line) + ":" + std::to_string(row.place.column); }},
-    {"QUERY", false, [](const Row &row) { return std::string(row.isDecoded ? "ok" : "fails"); }},
+     [](const Row &row) { return std::to_string(row.place.line) + ":" + std::to_string(row.place.column); },
+     "line and column in the file", 0, 5},
+    {"QUERY", false, [](const Row &row) { return std::string(row.isDecoded ? "ok" : "fails"); },
+     "whether the query for it succeeds; where it fails, nothing is counted", 0, kNever},
 };
+
+std::string describedColumns()
+{
+    std::string text = "Columns:\n";
+    for (const Column &column : kColumns) {
+        char line[160];
+        std::snprintf(line, sizeof line, "  %-10s%s\n", column.title, column.meaning);
+        text += line;
+    }
+    return text +
+           "\nA dash is shown where a column does not apply. On a terminal the table is as wide as that at most: texts\n"
+           "are shortened, and then columns are left out. Exit status: 0 success, 1 a query failed, 64 wrong usage,\n"
+           "66 the file cannot be read, 71 out of memory, 74 the output cannot be written.";
+}
 
 // The characters of a text in UTF-8.
 size_t widthOf(const std::string &text)
@@ -166,14 +215,64 @@ size_t widthOf(const std::string &text)
         text.begin(), text.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
 }
 
+constexpr size_t kLeftOut = SIZE_MAX; // the width of a column that is not shown
+constexpr size_t kGap = 2;            // blanks between columns
+
+size_t widthOfTable(const std::vector<size_t> &widths)
+{
+    size_t width = 0;
+    for (const size_t column : widths)
+        if (column != kLeftOut)
+            width += column + (width == 0 ? 0 : kGap);
+    return width;
+}
+
+// Makes a table fit a terminal as well as possible.
+void fit(std::vector<size_t> &widths, size_t terminal)
+{
+    const auto excess = [&] {
+        const size_t width = widthOfTable(widths);
+        return width > terminal ? width - terminal : 0;
+    };
+    const std::vector<size_t> wanted = widths;
+    for (const char *title : {"NAME", "PORTS", "TYPE"})
+        for (size_t i = 0; i < widths.size(); i++)
+            if (std::strcmp(kColumns[i].title, title) == 0)
+                widths[i] -= std::min(excess(), widths[i] - std::min(widths[i], kColumns[i].least));
+    for (unsigned rank = 1; rank < std::size(kColumns); rank++)
+        for (size_t i = 0; i < widths.size(); i++)
+            if (kColumns[i].leftOut == rank && excess() != 0)
+                widths[i] = kLeftOut;
+    // What is left out makes room for texts.
+    for (size_t i = 0; i < widths.size(); i++)
+        if (kColumns[i].least != 0 && widths[i] != kLeftOut)
+            widths[i] += std::min(wanted[i] - widths[i], terminal - std::min(terminal, widthOfTable(widths)));
+}
+
+// A cell in the width of its column.
+std::string fitted(const std::string &cell, size_t width)
+{
+    constexpr char kCut[] = "...";
+    if (widthOf(cell) <= width)
+        return cell;
+    std::string text = cell;
+    while (widthOf(text) + std::strlen(kCut) > width)
+        text.pop_back(); // half a character counts as none, and is taken with the rest of it
+    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0xC0)
+        text.pop_back();
+    return text + kCut;
+}
+
 // The first line of the table, or that of a row.
 std::string lineOf(const Row *row, const std::vector<size_t> &widths)
 {
     std::string line;
     for (size_t i = 0; i < std::size(kColumns); i++) {
-        const std::string cell = row != nullptr ? kColumns[i].cell(*row) : kColumns[i].title;
+        if (widths[i] == kLeftOut)
+            continue;
+        const std::string cell = fitted(row != nullptr ? kColumns[i].cell(*row) : kColumns[i].title, widths[i]);
         const std::string blanks(widths[i] - widthOf(cell), ' ');
-        line += i == 0 ? "" : "  ";
+        line += line.empty() ? "" : std::string(kGap, ' ');
         line += kColumns[i].isNumber ? blanks + cell : cell + (i + 1 == std::size(kColumns) ? "" : blanks);
     }
     return line + "\n";
@@ -196,6 +295,8 @@ bool printTable(const DescriptionFile &file, const std::vector<DescribedType> &t
                 widths[i] = std::max(widths[i], widthOf(kColumns[i].cell(row)));
         }
     }
+    if (const std::optional<size_t> terminal = output.terminalWidth())
+        fit(widths, *terminal);
     Queries queries(file, true);
     std::string text = lineOf(nullptr, widths);
     size_t size = text.size();
@@ -231,7 +332,13 @@ Json entryOf(const Row &row)
     entry["mode"] = row.type->kind == RecordKind::card ? Json(row.type->mode) : Json();
     entry["name"] = orNull(row.name);
     entry["slots"] = orNull(row.slots);
-    entry["ports"] = orNull(row.ports);
+    entry["ports"] = Json();
+    if (row.ports) {
+        uint32_t all = 0;
+        for (const PortCount &ports : *row.ports)
+            all += ports.count;
+        entry["ports"] = all;
+    }
     entry["fans"] = orNull(row.fans);
     entry["supplies"] = orNull(row.supplies);
     entry["leds"] = orNull(row.leds);
@@ -276,7 +383,9 @@ Exit runList(const std::string &fileName, bool asJson)
         asJson ? printJson(*file, types, output, outcomes) : printTable(*file, types, output, outcomes);
     if (outcomes.omitted != 0)
         sayOmitted(*file, outcomes.omitted, "rows", "the file has more types than a device");
-    return isPrinted && outcomes.areAllDecoded && outcomes.omitted == 0 ? kSuccess : kQueryFailed;
+    if (!isPrinted)
+        return kCannotWrite;
+    return outcomes.areAllDecoded && outcomes.omitted == 0 ? kSuccess : kQueryFailed;
 }
 
 } // namespace
@@ -288,9 +397,11 @@ Command listCommand()
         bool asJson = false;
     };
     const auto options = std::make_shared<Options>();
-    return {
-        "list",
-        "List every frame, slot and card of a description",
-        {fileOption(options->file, ", - for standard input"), {"--json", "As JSON, for programs", &options->asJson}},
-        [options] { return runList(options->file, options->asJson); }};
+    return {"list",
+            "List every frame, slot and card of a description",
+            {fileArgument(options->file),
+             fileOption(options->file, ", - for standard input"),
+             {"--json", "As JSON, for programs", &options->asJson}},
+            [options] { return runList(options->file, options->asJson); },
+            describedColumns()};
 }

@@ -1,9 +1,10 @@
 // The commands that print the library's own reports.
-#include "card/card_report.h"
+#include "card/card.h"
 #include "common/paths.h"
-#include "frame/frame_report.h"
-#include "slot/slot_report.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
 #include "tools/dcm/commands/command.h"
+#include "tools/dcm/description/described.h"
 #include "tools/dcm/description/input_file.h"
 #include "tools/dcm/library_log.h"
 #include "tools/dcm/own_output.h"
@@ -15,7 +16,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <type_traits>
 
 using namespace dcmtool;
@@ -54,15 +57,10 @@ private:
     bool isSaid_ = false;
 };
 
-// Asks a query of a file and prints on standard output what it reports; what the parser finds is said on standard
-// error. A file that the tool does not open is not asked about: that is said, and the exit is kUnreadable.
-Exit askQuery(const std::string &file, const std::function<int()> &query)
+// Runs a query of a file and prints on standard output what it reports; what the parser finds is said on standard
+// error.
+Exit runQuery(const std::string &file, const std::function<int()> &query)
 {
-    const std::string fault = faultOfFile(file);
-    if (!fault.empty()) {
-        std::fprintf(stderr, "dcm: %s: %s\n", printable(file).c_str(), fault.c_str());
-        return kUnreadable;
-    }
     std::vector<std::string> reports;
     int result = 0;
     {
@@ -83,10 +81,25 @@ Exit askQuery(const std::string &file, const std::function<int()> &query)
     return result == 0 ? kSuccess : kQueryFailed;
 }
 
-// What the exit is once the answer is printed, too.
-Exit exitOfQuery(Exit asked)
+// The same of a query that opens the file itself. A file that the tool does not open is reported on standard error.
+Exit runQueryOfFile(const std::string &file, const std::function<int()> &query)
 {
-    return endOutput() ? asked : kQueryFailed;
+    if (file == "-")
+        throw UsageError("'-' is standard input, which this command does not read; expected the name of a file");
+    const std::string fault = faultOfFile(file);
+    if (fault.empty())
+        return runQuery(file, query);
+    std::fprintf(stderr, "dcm: %s: %s\n", printable(file).c_str(), fault.c_str());
+    return kUnreadable;
+}
+
+// Says on standard error why the description has no such type, if that is why a query failed.
+void explainNotFound(const std::string &fileName, const Wanted &wanted)
+{
+    const auto file = DescriptionFile::open(fileName);
+    const std::string why = file->isDevice() ? whyNotFound(*file, wanted) : "";
+    if (!why.empty() && endOutput())
+        std::fprintf(stderr, "dcm: %s: %s\n", printable(fileName).c_str(), why.c_str());
 }
 
 // The texts that reports print become printable.
@@ -108,31 +121,41 @@ void makeTextsPrintable(DcmCardInfo &card)
 }
 
 struct Options {
-    std::string file;
-    uint32_t type = 0;
-    std::optional<uint32_t> mode; // of a card
+    std::string file = dcm::kDefaultFile;
+    Number type;
+    std::optional<Number> mode; // of a card
+
+    Wanted wanted(RecordKind kind) const
+    {
+        const Number wantedMode = mode.value_or(Number());
+        return {kind, type.value, wantedMode.value, type.written, wantedMode.written};
+    }
 };
 
 template <class Record, class Get>
-Command reportCommand(const std::string &name, const std::string &summary, Get get,
+Command reportCommand(RecordKind kind, const std::string &summary, Get get,
                       int (*print)(const char *file, const Record *info))
 {
     constexpr bool kHasMode = std::is_same_v<Record, DcmCardInfo>;
+    const std::string name = kindName(kind);
     const auto options = std::make_shared<Options>();
-    const auto run = [options, get, print] {
-        const std::string file = options->file.empty() ? dcm::kDefaultFile : options->file;
+    const auto run = [options, kind, get, print] {
+        const std::string &file = options->file;
+        const Wanted wanted = options->wanted(kind);
         Record info;
-        const Exit asked = askQuery(file, [&] {
+        const Exit asked = runQueryOfFile(file, [&] {
             if constexpr (kHasMode)
-                return get(file.c_str(), options->type, options->mode.value_or(0), &info);
+                return get(file.c_str(), wanted.type, wanted.mode, &info);
             else
-                return get(file.c_str(), options->type, &info);
+                return get(file.c_str(), wanted.type, &info);
         });
         if (asked == kUnreadable)
             return asked;
         makeTextsPrintable(info);
         static_cast<void>(print(printable(file).c_str(), asked == kSuccess ? &info : nullptr));
-        return exitOfQuery(asked);
+        if (asked == kQueryFailed)
+            explainNotFound(file, wanted);
+        return asked;
     };
     const std::string typeHelp = "Type id of the " + name + ": decimal, hexadecimal (0x10) or octal (010)";
     Command command = {name, summary, {{"TYPE", typeHelp, &options->type}, fileOption(options->file)}, run};
@@ -145,43 +168,95 @@ Command reportCommand(const std::string &name, const std::string &summary, Get g
 
 Command frameCommand()
 {
-    return reportCommand("frame", "Print the report of a frame type", dcmFrameInfoGet, dcm::printFrameAnswer);
+    return reportCommand(RecordKind::frame, "Print the report of a frame type", dcmFrameInfoGet, dcm::printFrameAnswer);
 }
 
 Command slotCommand()
 {
-    return reportCommand("slot", "Print the report of a slot type", dcmSlotInfoGet, dcm::printSlotAnswer);
+    return reportCommand(RecordKind::slot, "Print the report of a slot type", dcmSlotInfoGet, dcm::printSlotAnswer);
 }
 
 Command cardCommand()
 {
-    return reportCommand("card", "Print the report of a card type in one of its modes", dcmCardInfoGet,
+    return reportCommand(RecordKind::card, "Print the report of a card type in one of its modes", dcmCardInfoGet,
                          dcm::printCardAnswer);
 }
 
+namespace {
+
+struct VmOptions {
+    std::optional<uint32_t> id;
+    std::string root = dcm::kBaseFolder;
+    std::string file;
+};
+
+Exit showPorts(const std::string &path, Exit asked, const DcmVmPortInfo &info)
+{
+    if (asked == kSuccess)
+        dcmVmPortInfoShow(printable(path).c_str(), &info);
+    return asked;
+}
+
+// The port list of a VM, where the element looks for it.
+Exit runVm(uint8_t id, const std::string &root)
+{
+    DcmVmPortInfo info = {};
+    char path[dcm::kVmPathSize];
+    dcm::vmPath(root.c_str(), id, path);
+    return showPorts(path, runQueryOfFile(path, [&] { return dcm::readVmPorts(root.c_str(), id, info); }), info);
+}
+
+// The port list in a file of any name.
+Exit runVmFile(const std::string &name)
+{
+    const auto file = openDescription(name);
+    if (file == nullptr)
+        return kUnreadable;
+    if (!file->isVm()) {
+        std::fprintf(stderr, "dcm: %s: not a port list of a virtual machine\n", printable(name).c_str());
+        return kUnreadable;
+    }
+    DcmVmPortInfo info = {};
+    const auto decode = [&] { return file->decode(file->types().front(), info).isDecoded ? 0 : -1; };
+    return showPorts(name, runQuery(name, decode), info);
+}
+
+// The VMs that have a port list below the folder that the line names.
+Candidates machines(const PartialLine &line)
+{
+    const auto root = line.options.find("--root");
+    const std::string folder = (root != line.options.end() ? root->second : std::string(dcm::kBaseFolder)) + "/device";
+    Candidates candidates;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        unsigned id = 0;
+        if (std::sscanf(name.c_str(), "vm-%3u", &id) == 1 && name == "vm-" + std::to_string(id) + ".xml")
+            candidates.push_back({std::to_string(id), ""});
+    }
+    return candidates;
+}
+
+} // namespace
+
 Command vmCommand()
 {
-    struct VmOptions {
-        uint32_t id = 0;
-        std::string root = dcm::kBaseFolder;
-    };
     const auto options = std::make_shared<VmOptions>();
     const auto run = [options] {
-        const auto id = static_cast<uint8_t>(options->id);
-        DcmVmPortInfo info = {};
-        char path[dcm::kVmPathSize];
-        dcm::vmPath(options->root.c_str(), id, path);
-        const Exit asked = askQuery(path, [&] { return dcm::readVmPorts(options->root.c_str(), id, info); });
-        if (asked == kUnreadable)
-            return asked;
-        if (asked == kSuccess)
-            dcmVmPortInfoShow(printable(path).c_str(), &info);
-        return exitOfQuery(asked);
+        if (options->id && !options->file.empty())
+            throw UsageError("ID and -f FILE name two port lists");
+        if (!options->file.empty())
+            return runVmFile(options->file);
+        if (!options->id)
+            throw UsageError("ID is missing");
+        return runVm(static_cast<uint8_t>(*options->id), options->root);
     };
     const std::string rootHelp = "Folder that holds device/vm-ID.xml [" + options->root + "]";
     return {"vm",
             "Print the panel ports given to a virtual machine",
-            {{"ID", "Number of the VM, 0 to 255", &options->id, "", {}, {0, 255}},
-             {"-r,--root", rootHelp, &options->root, "DIR"}},
+            {{"ID", "Number of the VM, 0 to 255", &options->id, "", {}, {0, 255}, machines},
+             {"-r,--root", rootHelp, &options->root, "DIR"},
+             {"-f,--file", "Port list to read, in place of that of ID", &options->file, "FILE"}},
             run};
 }

@@ -1,14 +1,16 @@
 #include "tools/dcm/description/described.h"
 
-#include "card/card_query.h"
+#include "card/card.h"
 #include "common/paths.h"
-#include "tools/dcm/check/check.h"
+#include "tools/dcm/description/format_lookup.h"
+#include "tools/dcm/description/texts.h"
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <set>
 #include <type_traits>
 
 namespace dcmtool {
@@ -47,22 +49,82 @@ std::unique_ptr<DescriptionFile> openDescription(const std::string &name)
 
 const char *kindName(RecordKind kind)
 {
-    switch (kind) {
-    case RecordKind::frame:
-        return "frame";
-    case RecordKind::slot:
-        return "slot";
-    case RecordKind::card:
-        return "card";
-    case RecordKind::vm:
-        break;
-    }
-    return "vm";
+    return kind == RecordKind::vm ? "vm" : rowOf(kind).name;
 }
 
 Place placeOf(const DescriptionFile &file, const DescribedType &type)
 {
     return file.place(file.nameSpan(type.element).begin);
+}
+
+namespace {
+
+bool hasType(const DescribedType &type, uint32_t id)
+{
+    return std::find(type.typeIds.begin(), type.typeIds.end(), id) != type.typeIds.end();
+}
+
+// "1, 2 and 3"
+std::string enumerated(const std::set<uint32_t> &numbers, bool areHexadecimal)
+{
+    std::string text;
+    size_t left = numbers.size();
+    for (const uint32_t number : numbers) {
+        char digits[16];
+        std::snprintf(digits, sizeof digits, areHexadecimal ? "0x%" PRIx32 : "%" PRIu32, number);
+        text += text.empty() ? digits : (left == 1 ? " and " : ", ") + std::string(digits);
+        left--;
+    }
+    return text;
+}
+
+// Of many numbers the nearest ones.
+std::set<uint32_t> nearestOf(const std::set<uint32_t> &numbers, uint32_t wanted)
+{
+    constexpr size_t kFew = 16;
+    constexpr size_t kNearest = 3;
+    if (numbers.size() <= kFew)
+        return numbers;
+    std::vector<uint32_t> sorted(numbers.begin(), numbers.end());
+    const auto distance = [&](uint32_t number) { return number < wanted ? wanted - number : number - wanted; };
+    std::partial_sort(sorted.begin(), sorted.begin() + kNearest, sorted.end(),
+                      [&](uint32_t one, uint32_t other) { return distance(one) < distance(other); });
+    return {sorted.begin(), sorted.begin() + kNearest};
+}
+
+} // namespace
+
+std::string whyNotFound(const DescriptionFile &file, const Wanted &wanted)
+{
+    std::set<uint32_t> modes;
+    std::set<uint32_t> types;
+    const char *otherKind = nullptr;
+    for (const DescribedType &type : file.types()) {
+        const bool isOfType = hasType(type, wanted.type);
+        if (type.kind == wanted.kind)
+            types.insert(type.typeIds.begin(), type.typeIds.end());
+        else if (isOfType)
+            otherKind = kindName(type.kind);
+        if (type.kind == wanted.kind && isOfType)
+            modes.insert(type.mode);
+    }
+    if (modes.count(wanted.mode) != 0)
+        return "";
+    const std::string kind = kindName(wanted.kind);
+    if (!modes.empty())
+        return kind + " type " + wanted.writtenType + " has no mode " +
+               (wanted.writtenMode.empty() ? std::to_string(wanted.mode) : wanted.writtenMode) + "; its " +
+               (modes.size() == 1 ? "mode is " : "modes are ") + enumerated(nearestOf(modes, wanted.mode), false);
+    std::string text = "no " + kind + " has type " + wanted.writtenType;
+    if (otherKind != nullptr)
+        text += ", but a " + std::string(otherKind) + " has";
+    if (types.empty())
+        return text + "; the file describes no " + kind;
+    const std::set<uint32_t> named = nearestOf(types, wanted.type);
+    const bool isHexadecimal = wanted.writtenType.compare(0, 2, "0x") == 0;
+    const std::string ofKind = kind + (types.size() == 1 ? " type is " : " types are ");
+    return text + "; the " + (named.size() < types.size() ? "nearest " : "") + ofKind +
+           enumerated(named, isHexadecimal);
 }
 
 size_t mostOutputOf(const DescriptionFile &file)

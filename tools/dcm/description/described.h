@@ -20,6 +20,17 @@ const char *kindName(RecordKind kind);
 // Where it stands in its file.
 Place placeOf(const DescriptionFile &file, const DescribedType &type);
 
+// What the user of a command asks for, with the numbers as they were written.
+struct Wanted {
+    RecordKind kind = RecordKind::frame;
+    uint32_t type = 0;
+    uint32_t mode = 0; // of a card
+    std::string writtenType;
+    std::string writtenMode;
+};
+// Why the description has none: the modes that the card type has, or the nearest of the types. Empty when it has one.
+std::string whyNotFound(const DescriptionFile &file, const Wanted &wanted);
+
 // How much a command may print of a file, in bytes: each entry holds a whole record, however little describes it.
 size_t mostOutputOf(const DescriptionFile &file);
 // Says on standard error that some of what is described is not printed.

@@ -1,15 +1,12 @@
 #include "tools/dcm/description/description_file.h"
 
-#include "card/card_format.h"
-#include "card/card_query.h"
-#include "frame/frame_format.h"
-#include "frame/frame_query.h"
-#include "slot/slot_format.h"
-#include "slot/slot_query.h"
+#include "card/card.h"
+#include "frame/frame.h"
+#include "slot/slot.h"
+#include "tools/dcm/description/format_lookup.h"
 #include "tools/dcm/description/input_file.h"
 #include "tools/dcm/description/parse_limits.h"
 #include "vm/vm.h"
-#include "vm/vm_format.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/encoding.h>
@@ -27,16 +24,9 @@ namespace dcmtool {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
 constexpr int kLongestCharacter = 4; // in bytes, of any encoding; fewer at the end of a file are a part of one
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // ---- Encodings ------------------------------------------------------------------------------------------------------
-
-bool hasByteOrderMark(const std::string &text)
-{
-    return text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0;
-}
 
 // The encoding that an XML declaration in ASCII names; empty when it names none.
 std::string declaredEncoding(const std::string &text)
@@ -54,11 +44,16 @@ std::string declaredEncoding(const std::string &text)
     return close == std::string_view::npos ? "" : std::string(head.substr(open + 1, close - open - 1));
 }
 
-// The encoding of a text that is not UTF-8; nullptr for UTF-8, and where the parser is to say what it thinks of it.
-xmlCharEncodingHandler *foreignEncoding(const std::string &text)
+xmlCharEncoding detectedEncoding(const std::string &text)
 {
     const auto *bytes = reinterpret_cast<const unsigned char *>(text.data());
-    const xmlCharEncoding detected = xmlDetectCharEncoding(bytes, static_cast<int>(std::min<size_t>(text.size(), 4)));
+    return xmlDetectCharEncoding(bytes, static_cast<int>(std::min<size_t>(text.size(), 4)));
+}
+
+// The encoding of a text that is not UTF-8; nullptr for UTF-8, and where the parser is to say what it thinks of it.
+xmlCharEncodingHandler *foreignEncodingOf(const std::string &text)
+{
+    const xmlCharEncoding detected = detectedEncoding(text);
     if (detected != XML_CHAR_ENCODING_NONE && detected != XML_CHAR_ENCODING_UTF8)
         return xmlGetCharEncodingHandler(detected);
     const std::string declared = declaredEncoding(text);
@@ -67,6 +62,20 @@ xmlCharEncodingHandler *foreignEncoding(const std::string &text)
         xmlStrncasecmp(BAD_CAST declared.c_str(), BAD_CAST "UTF16", 5) == 0)
         return nullptr;
     return xmlFindCharEncodingHandler(declared.c_str());
+}
+
+// What that encoding is called; empty when the bytes are ASCII, too.
+std::string foreignNameOf(const std::string &text)
+{
+    const std::string declared = declaredEncoding(text);
+    if (declared.empty()) {
+        const char *name = xmlGetCharEncodingName(detectedEncoding(text));
+        return name != nullptr ? name : "one that is not UTF-8";
+    }
+    for (const char *ascii : {"US-ASCII", "ASCII"})
+        if (xmlStrcasecmp(BAD_CAST declared.c_str(), BAD_CAST ascii) == 0)
+            return "";
+    return declared;
 }
 
 // ---- Places of elements ---------------------------------------------------------------------------------------------
@@ -397,9 +406,10 @@ void DescriptionFile::fail(State state, std::string fault, Span span)
 // The parser's offsets are those of the text only when it has nothing to convert.
 void DescriptionFile::convertToUtf8()
 {
-    xmlCharEncodingHandler *encoding = foreignEncoding(text_);
+    xmlCharEncodingHandler *encoding = foreignEncodingOf(text_);
     if (encoding == nullptr)
         return;
+    foreignEncoding_ = foreignNameOf(text_);
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> in(xmlBufferCreateStatic(text_.data(), text_.size()),
                                                                xmlBufferFree);
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> out(xmlBufferCreate(), xmlBufferFree);
@@ -474,31 +484,38 @@ bool DescriptionFile::isDevice() const
 
 bool DescriptionFile::isVm() const
 {
-    return root_ != nullptr && dcm::isNamed(root_, dcm::kVmName);
+    return root_ != nullptr && dcm::isNamed(root_, rowOf(RecordKind::vm).name);
 }
 
 namespace {
 
-constexpr char kTypeId[] = "typeid";
-constexpr char kMode[] = "mode";
-
-uint32_t numberOf(Node element, const char *attribute)
+uint32_t numberOf(Node element, const dcm::Attribute &attribute)
 {
-    const dcm::Text text = dcm::Text::attribute(element, attribute, {"dcm"});
+    const dcm::Text text = dcm::Text::attribute(element, attribute.name, {"dcm"});
     return text ? text.number() : 0;
 }
 
 // The ids of a slot, as the library looks for one among them.
-std::vector<uint32_t> typeIdsOf(Node slot)
+std::vector<uint32_t> typeIdsOf(Node slot, const dcm::Attribute &typeIds)
 {
     std::vector<uint32_t> ids;
-    const dcm::Text text = dcm::Text::attribute(slot, kTypeId, {"dcm"});
+    const dcm::Text text = dcm::Text::attribute(slot, typeIds.name, {"dcm"});
     for (const char *list = text ? text.c_str() : nullptr; list != nullptr; list = std::strchr(list, ',')) {
         if (!ids.empty())
             list++;
         ids.push_back(dcm::readNumber(list));
     }
     return ids;
+}
+
+// The first attribute is the type, the second one of a card the mode.
+DescribedType describedType(RecordKind kind, Node element)
+{
+    const dcm::Attribute *attributes = rowOf(kind).element->attributes;
+    if (kind == RecordKind::slot)
+        return {kind, element, typeIdsOf(element, attributes[0]), 0};
+    const uint32_t mode = kind == RecordKind::card ? numberOf(element, attributes[1]) : 0;
+    return {kind, element, {numberOf(element, attributes[0])}, mode};
 }
 
 } // namespace
@@ -515,12 +532,9 @@ std::vector<DescribedType> DescriptionFile::types() const
         count++;
     types.reserve(count);
     for (const Node child : dcm::children(root_)) {
-        if (dcm::isNamed(child, dcm::kFrameName))
-            types.push_back({RecordKind::frame, child, {numberOf(child, kTypeId)}, 0});
-        else if (dcm::isNamed(child, dcm::kSlotName))
-            types.push_back({RecordKind::slot, child, typeIdsOf(child), 0});
-        else if (dcm::isNamed(child, dcm::kCardName))
-            types.push_back({RecordKind::card, child, {numberOf(child, kTypeId)}, numberOf(child, kMode)});
+        for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card})
+            if (dcm::isNamed(child, rowOf(kind).name))
+                types.push_back(describedType(kind, child));
     }
     return types;
 }
@@ -579,60 +593,6 @@ Outcome DescriptionFile::decode(const DescribedType &type, DcmVmPortInfo &info, 
 
 // ---- Places ---------------------------------------------------------------------------------------------------------
 
-namespace {
-
-bool isBlank(char character)
-{
-    return kBlanks.find(character) != std::string_view::npos;
-}
-
-// The end of the first `mark` from `at` on; the end of the text where there is none.
-size_t endOf(std::string_view mark, std::string_view text, size_t at)
-{
-    const size_t begin = text.find(mark, at);
-    return begin == std::string_view::npos ? text.size() : begin + mark.size();
-}
-
-size_t skipBlanks(std::string_view text, size_t at)
-{
-    while (at < text.size() && isBlank(text[at]))
-        at++;
-    return at;
-}
-
-// The end of the name that begins at `at`.
-size_t nameEnd(std::string_view text, size_t at)
-{
-    while (at < text.size() && !isBlank(text[at]) && std::strchr("=/>", text[at]) == nullptr)
-        at++;
-    return at;
-}
-
-struct WrittenAttribute {
-    Span name;
-    Span value;
-};
-
-// The attribute that is written at `at` or behind blanks; false at the end of the tag.
-bool nextAttribute(std::string_view text, size_t &at, WrittenAttribute &attribute)
-{
-    at = skipBlanks(text, at);
-    if (at >= text.size() || text[at] == '>' || text[at] == '/')
-        return false;
-    attribute.name = {at, nameEnd(text, at)};
-    const size_t quote = text.find_first_of("\"'", attribute.name.end);
-    if (quote == std::string_view::npos)
-        return false;
-    const size_t close = text.find(text[quote], quote + 1);
-    if (close == std::string_view::npos)
-        return false;
-    attribute.value = {quote + 1, close};
-    at = close + 1;
-    return true;
-}
-
-} // namespace
-
 Span DescriptionFile::tagSpan(Node element) const
 {
     if (!hasOffset(element))
@@ -640,10 +600,7 @@ Span DescriptionFile::tagSpan(Node element) const
     const size_t begin = offsetOf(element);
     if (text_[begin] == '&')
         return {begin, endOf(";", text_, begin)};
-    size_t at = nameEnd(text_, begin + 1);
-    WrittenAttribute attribute;
-    while (nextAttribute(text_, at, attribute)) {}
-    return {begin, endOf(">", text_, at)};
+    return {begin, tagEnd(text_, begin)};
 }
 
 Span DescriptionFile::nameSpan(Node element) const
@@ -699,15 +656,6 @@ Span DescriptionFile::contentSpan(Node element) const
         end = endOf("]]>", text_, begin);
     return begin < end ? Span{begin, end} : nameSpan(element);
 }
-
-namespace {
-
-bool isCharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-}
-
-} // namespace
 
 // All lines of a file may be one, and all that is found in it.
 void DescriptionFile::indexLines() const

@@ -3,6 +3,7 @@
 #define DCM_TOOLS_DESCRIPTION_FILE_H
 
 #include "common/xml.h"
+#include "tools/dcm/description/markup.h"
 #include "tools/dcm/library_log.h"
 
 #include <dcm.h>
@@ -20,12 +21,6 @@ namespace dcmtool {
 
 using dcm::Node;
 
-// A stretch of a file's text, in bytes. What lies in a file of another encoding is meant as if it were UTF-8.
-struct Span {
-    size_t begin = 0;
-    size_t end = 0;
-};
-
 // Where a byte stands for people. Both count from 1; a column is a character (a code point, a tab is one).
 struct Place {
     size_t line = 1;
@@ -41,6 +36,29 @@ struct DescribedType {
     std::vector<uint32_t> typeIds; // several only of a slot; none of a slot without "typeid" and of a port list
     uint32_t mode = 0;             // of a card
 };
+
+// A record of each kind.
+struct AnyRecord {
+    DcmFrameInfo frame;
+    DcmSlotInfo slot;
+    DcmCardInfo card;
+    DcmVmPortInfo vm;
+};
+
+// Calls `function` with the record of a kind.
+template <class Function> void visitRecord(RecordKind kind, AnyRecord &records, const Function &function)
+{
+    switch (kind) {
+    case RecordKind::frame:
+        return function(records.frame);
+    case RecordKind::slot:
+        return function(records.slot);
+    case RecordKind::card:
+        return function(records.card);
+    case RecordKind::vm:
+        return function(records.vm);
+    }
+}
 
 // What came of decoding one.
 struct Outcome {
@@ -90,6 +108,8 @@ public:
     // A line without its end; empty when there is none of this number.
     std::string_view line(size_t number) const;
     const std::string &text() const { return text_; }
+    // The encoding of a file whose text() is not its bytes; empty when it is UTF-8 or ASCII.
+    const std::string &foreignEncoding() const { return foreignEncoding_; }
 
     // The comments that speak to the tool.
     struct Comment {
@@ -119,6 +139,7 @@ private:
     struct Parsing;
     Parsing *parsing_ = nullptr; // what is kept track of meanwhile
     Node root_ = nullptr;
+    std::string foreignEncoding_;
     bool isConverted_ = false;
     std::vector<Comment> comments_;
     void indexLines() const;

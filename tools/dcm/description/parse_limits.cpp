@@ -1,7 +1,6 @@
 #include "tools/dcm/description/parse_limits.h"
 
-#include "tools/dcm/check/format_lookup.h"
-#include "vm/vm_format.h"
+#include "tools/dcm/description/format_lookup.h"
 
 #include <libxml/entities.h>
 #include <libxml/tree.h>
@@ -162,7 +161,8 @@ void FormatPosition::enter(const char *name)
     const dcm::Element *format = nullptr;
     if (depth == 0) {
         isDevice_ = std::strcmp(name, dcm::kDeviceName) == 0;
-        format = std::strcmp(name, dcm::kVmName) == 0 ? &dcm::kVmElement : nullptr;
+        const dcm::NamedElement &vm = rowOf(RecordKind::vm);
+        format = std::strcmp(name, vm.name) == 0 ? vm.element : nullptr;
     } else if (depth == 1 && isDevice_) {
         for (const dcm::NamedElement &child : deviceChildren())
             if (std::strcmp(name, child.name) == 0)
@@ -172,10 +172,14 @@ void FormatPosition::enter(const char *name)
         format = row < around->childCount ? around->children[row].element : nullptr;
     }
     formats_.push_back(format);
+    if (valueDepth_ == 0 && format != nullptr && format->content.kind != dcm::Kind::none)
+        valueDepth_ = formats_.size();
 }
 
 void FormatPosition::leave()
 {
+    if (formats_.size() == valueDepth_)
+        valueDepth_ = 0;
     if (!formats_.empty())
         formats_.pop_back();
 }

@@ -63,15 +63,18 @@ private:
     std::string excess_;
 };
 
-// Where in the format the parser is: between the elements of a container, blanks mean nothing.
+// Where in the format a walk through a description is: between the elements of a container, blanks mean nothing.
 class FormatPosition {
 public:
     void enter(const char *name);
     void leave();
     bool isInContainer() const;
+    // In an element whose text, with that of all elements in it, is a value.
+    bool isInValue() const { return valueDepth_ != 0; }
 
 private:
     std::vector<const dcm::Element *> formats_; // nullptr for what the format does not know
+    size_t valueDepth_ = 0;                     // of the outermost element whose text is one; 0 is none
     bool isDevice_ = false;
 };
 

@@ -1,0 +1,186 @@
+#include "tools/dcm/check/findings.h"
+
+#include "common/paths.h"
+#include "tools/dcm/check/registry.h"
+#include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/format_lookup.h"
+
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace dcmtool {
+
+// ---- Paths ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// An element among others of its kind goes by its first attribute.
+std::string stepOf(Node element)
+{
+    std::string step = shortened(dcm::nameOf(element));
+    const dcm::Element *format = formatOf(element);
+    if (format == nullptr || format->most == 1 || format->attributeCount == 0)
+        return step;
+    const dcm::Text id = dcm::Text::attribute(element, format->attributes[0].name, {"dcm"});
+    if (id && *id.c_str() != '\0')
+        step.append(" ").append(shortened(id.c_str()));
+    // A card has a second one.
+    if (format->role == dcm::Role::card) {
+        const dcm::Text mode = dcm::Text::attribute(element, format->attributes[1].name, {"dcm"});
+        if (mode && mode.number() != 0)
+            step.append(" ").append(format->attributes[1].name).append(" ").append(shortened(mode.c_str()));
+    }
+    return step;
+}
+
+} // namespace
+
+std::string pathOf(Node element)
+{
+    const Node parent = element->parent;
+    const bool isBelowRoot = parent != nullptr && parent->type == XML_ELEMENT_NODE;
+    if (!isBelowRoot || (dcm::isNamed(parent, dcm::kDeviceName) && parent->parent->type != XML_ELEMENT_NODE))
+        return stepOf(element);
+    return pathOf(parent) + "/" + stepOf(element);
+}
+
+// ---- Findings -------------------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr size_t kLongestText = 1000; // of a finding, whose parts are cut where they are quoted
+
+bool isBefore(const Finding &one, const Finding &other)
+{
+    return std::pair(one.span.begin, one.order) < std::pair(other.span.begin, other.order);
+}
+
+} // namespace
+
+Findings::Found &Findings::foundAt(Node element)
+{
+    if (!apart_.empty())
+        if (const auto apart = apart_.find({running_, element}); apart != apart_.end())
+            return apart->second;
+    return found_[running_];
+}
+
+// Whether a rule that says nothing where the query fails for the very fault may be about such a place.
+bool Findings::isToldAt(Node element) const
+{
+    if (!running_->kind.isSilentWhereQueryFails)
+        return false;
+    const auto next = told_.lower_bound({element, 0});
+    return next != told_.end() && next->first == element;
+}
+
+bool Findings::counts(Node element)
+{
+    Found &found = foundAt(element);
+    if (found.kept.size() < kMostOfRule || isToldAt(element))
+        return false;
+    found.count++;
+    return true;
+}
+
+template <class SpanOf> Finding &Findings::add(Node element, const SpanOf &spanOf, const std::string &text)
+{
+    counted_ = {};
+    if (isToldAt(element) && told_.count({element, spanOf().begin}) != 0)
+        return counted_;
+    Found &found = foundAt(element);
+    found.count++;
+    if (running_ == &kQueryFails)
+        told_.emplace(element, spanOf().begin);
+    if (found.kept.size() >= kMostOfRule)
+        return counted_;
+    Finding finding;
+    finding.rule = running_;
+    finding.severity = running_->severity;
+    finding.element = element;
+    finding.span = spanOf();
+    finding.path = element != nullptr ? pathOf(element) : "";
+    finding.text = shortened(text, kLongestText);
+    finding.order = order_++;
+    found.kept.push_back(std::move(finding));
+    return found.kept.back();
+}
+
+Finding &Findings::at(Node element, Span span, const std::string &text)
+{
+    return add(
+        element, [&] { return span; }, text);
+}
+
+Finding &Findings::at(const Value &value, const std::string &text)
+{
+    return value.attribute != nullptr ? atValue(value.context.node, value.attribute->name, text)
+                                      : atContent(value.context.node, text);
+}
+
+Finding &Findings::atName(Node element, const std::string &text)
+{
+    return add(
+        element, [&] { return file_.nameSpan(element); }, text);
+}
+
+Finding &Findings::atAttribute(Node element, const char *attribute, const std::string &text)
+{
+    return add(
+        element, [&] { return file_.attributeSpan(element, attribute); }, text);
+}
+
+Finding &Findings::atValue(Node element, const char *attribute, const std::string &text)
+{
+    return add(
+        element, [&] { return file_.valueSpan(element, attribute); }, text);
+}
+
+Finding &Findings::atContent(Node element, const std::string &text)
+{
+    return add(
+        element, [&] { return file_.contentSpan(element); }, text);
+}
+
+void Findings::setApart(const Rule &rule, Node element)
+{
+    apart_.try_emplace({&rule, element});
+}
+
+bool Findings::takeOut(const Rule &rule, Node element)
+{
+    const auto apart = apart_.find({&rule, element});
+    if (apart == apart_.end() || apart->second.count == 0)
+        return false;
+    apart->second = {};
+    return true;
+}
+
+std::vector<Finding> Findings::take()
+{
+    for (auto &[key, apart] : apart_) {
+        Found &found = found_[key.first];
+        found.count += apart.count;
+        std::move(apart.kept.begin(), apart.kept.end(), std::back_inserter(found.kept));
+    }
+    apart_.clear();
+    std::vector<Finding> all;
+    for (auto &[rule, found] : found_) {
+        std::sort(found.kept.begin(), found.kept.end(), isBefore);
+        if (found.kept.size() > kMostOfRule)
+            found.kept.resize(kMostOfRule);
+        if (!found.kept.empty())
+            found.kept.back().more = found.count - found.kept.size();
+        // The finding that says so may be one that is only counted.
+        if (found.count > found.kept.size() && ended_.count(rule) != 0)
+            found.kept.back().text += "; the search for others has ended because it takes too long";
+        std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));
+    }
+    found_.clear();
+    std::sort(all.begin(), all.end(), isBefore);
+    return all;
+}
+
+} // namespace dcmtool

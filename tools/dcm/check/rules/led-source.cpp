@@ -1,0 +1,27 @@
+#include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/led_names.h"
+
+#include <cstring>
+
+namespace dcmtool {
+
+namespace {
+
+void ledSource(const Value &value, Findings &findings)
+{
+    const std::string text(value.text, strnlen(value.text, kLongestName));
+    const size_t slash = text.find('/');
+    const auto isNumber = [](const std::string &part) {
+        return !part.empty() && part.size() < 10 && part.find_first_not_of("0123456789") == std::string::npos;
+    };
+    if (text.compare(0, 4, "src-") != 0 || slash == std::string::npos || !isNumber(text.substr(4, slash - 4)) ||
+        !isNumber(text.substr(slash + 1)))
+        findings.at(value, quoted(text) + " is no source: the numbers that cannot be read count as 0; expected one "
+                                          "like 'src-3/1'");
+}
+
+} // namespace
+
+extern constexpr Rule kLedSource = {"led-source", Severity::warning, onValues(ledSource, kindsOf(Kind::source))};
+
+} // namespace dcmtool

@@ -1,0 +1,23 @@
+#include "tools/dcm/check/number_reading.h"
+#include "tools/dcm/check/rule.h"
+
+namespace dcmtool {
+
+namespace {
+
+void notANumber(const Value &value, Findings &findings)
+{
+    if (isShort(value.text))
+        return;
+    forEachNumber(value, [&](const std::string &text) {
+        if (!readingOf(text).isNumber)
+            findings.at(value, (text.empty() ? "nothing" : quoted(text)) + " is no number and counts as 0; " +
+                                   quotedName(value.name()) + " expects one like '10' or '0x0a'");
+    });
+}
+
+} // namespace
+
+extern constexpr Rule kNotANumber = {"not-a-number", Severity::warning, onValues(notANumber, kNumberKinds)};
+
+} // namespace dcmtool

@@ -1,0 +1,28 @@
+#include "tools/dcm/check/number_reading.h"
+#include "tools/dcm/check/rule.h"
+
+#include <cstdlib>
+
+namespace dcmtool {
+
+namespace {
+
+void octalNumber(const Value &value, Findings &findings)
+{
+    if (isShort(value.text))
+        return;
+    forEachNumber(value, [&](const std::string &text) {
+        const Reading reading = readingOf(text);
+        if (reading.isOctal)
+            findings.at(value, quoted(text) + " begins with 0, which makes it octal: it counts as " +
+                                   std::to_string(static_cast<uint32_t>(reading.bits)) + "; expected " +
+                                   std::to_string(std::strtoul(text.c_str(), nullptr, 10)) + " or " +
+                                   "a number in hexadecimal");
+    });
+}
+
+} // namespace
+
+extern constexpr Rule kOctalNumber = {"octal-number", Severity::warning, onValues(octalNumber, kNumberKinds)};
+
+} // namespace dcmtool

@@ -1,0 +1,18 @@
+#include "tools/dcm/check/rule.h"
+#include "tools/dcm/check/unknown_items.h"
+
+namespace dcmtool {
+
+namespace {
+
+void unknownElement(const UnknownItem &item, Findings &findings)
+{
+    if (!item.isAttribute && !isKnownElsewhere(item))
+        reportUnknown(item, findings);
+}
+
+} // namespace
+
+extern constexpr Rule kUnknownElement = {"unknown-element", Severity::warning, onUnknownItems(unknownElement)};
+
+} // namespace dcmtool

@@ -1,0 +1,39 @@
+// Finds elements and attributes in the format's tables.
+#ifndef DCM_TOOLS_FORMAT_LOOKUP_H
+#define DCM_TOOLS_FORMAT_LOOKUP_H
+
+#include "common/format.h"
+#include "common/xml.h"
+#include "tools/dcm/description/description_file.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace dcmtool {
+
+// What may stand under "device", in the order of RecordKind, and what a record is decoded from.
+const std::vector<dcm::NamedElement> &deviceChildren();
+const dcm::NamedElement &rowOf(RecordKind kind);
+
+// The row of a child, looked for from row `from` on and then from the top; `childCount` when there is none.
+size_t findRow(const dcm::Element &format, const char *name, size_t from = 0);
+// An attribute, by its name or the first of a kind; nullptr when there is none.
+const dcm::Attribute *findAttribute(const dcm::Element &format, const char *name);
+const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
+
+// The attribute that tells an element from others of its kind, an id or a list of ids; nullptr when there is none.
+const dcm::Attribute *idAttribute(const dcm::Element &format);
+// What it says: the ids that mean something.
+std::vector<uint32_t> idsOf(Node element, const dcm::Element &format);
+std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content);
+// The numbers of a bit list that mean something.
+std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
+
+// The format of an element of a description, and its role; nullptr and none where the format knows no such element.
+const dcm::NamedElement *formatRowOf(Node element);
+const dcm::Element *formatOf(Node element);
+dcm::Role roleOf(Node element);
+
+} // namespace dcmtool
+
+#endif

@@ -1,0 +1,27 @@
+// The one layout of descriptions. Only what means nothing changes: blanks between elements and in tags.
+#ifndef DCM_TOOLS_LAYOUT_H
+#define DCM_TOOLS_LAYOUT_H
+
+#include "tools/dcm/description/description_file.h"
+
+#include <string>
+
+namespace dcmtool {
+
+enum class Layout : uint8_t {
+    lines, // for people: indented, comments and all
+    image  // for the element: neither indented nor commented
+};
+
+struct LaidOut {
+    std::string text;  // empty where there is a fault
+    std::string fault; // why there is no text
+};
+
+// A description in another layout: the same elements, attributes and texts in the same order, which is proved by
+// parsing both; and, but in an image, the same comments.
+LaidOut layOut(const DescriptionFile &file, Layout layout);
+
+} // namespace dcmtool
+
+#endif

@@ -1,0 +1,36 @@
+// LED names, taken apart.
+#ifndef DCM_TOOLS_LED_NAMES_H
+#define DCM_TOOLS_LED_NAMES_H
+
+#include "tools/words.h"
+
+#include <cstddef>
+#include <string>
+
+namespace dcmtool {
+
+// "led-TYPE-ID@ATTACH[SLOT][/CARD]", where a slot or card is a number, or "#" for the holder's own.
+struct LedName {
+    std::string type;
+    std::string id;
+    std::string attach;
+    std::string slot;
+    std::string card;
+    bool isComplete = false; // all of these parts are there and in their places
+};
+
+// Far more than any name has: a name is taken apart for each state that is shown on its LED.
+constexpr size_t kLongestName = 200;
+
+LedName splitName(const char *written);
+
+// A number from 0 to 255.
+bool isSmallNumber(const std::string &text);
+// A slot or card in an LED name.
+bool isPlace(const std::string &text);
+// Whether each part of it can be read.
+bool isLedName(const LedName &name);
+
+} // namespace dcmtool
+
+#endif
