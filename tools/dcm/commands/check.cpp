@@ -1,5 +1,6 @@
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
+#include "tools/dcm/check/pages.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/own_output.h"
