@@ -33,6 +33,8 @@ names_in() {
     # The target of a Markdown link, without a heading in the page.
     grep -oE '\]\([^) #:]+(#[^) ]*)?\)' <<<"$text" | sed -E 's/^\]\(//; s/(#.*)?\)$//; s/^/link /' || true
     grep -oE '/usr/(local/)?share/[A-Za-z0-9_./*-]*[A-Za-z0-9_/*-]' <<<"$text" | sed 's/^/absolute /' || true
+    # CONTRIBUTING.md describes files to be added to the source tree.
+    [[ $1 != */CONTRIBUTING.md ]] || return 0
     # A page, example or schema of the source tree.
     grep -oE "(^|[^A-Za-z0-9_./-])(docs|examples|schema)/[A-Za-z0-9_./*-]*\\.$suffix\\b" <<<"$text" |
         sed -E 's/^[^des]*/relative /' || true
