@@ -1,8 +1,7 @@
-// What the tool costs on files that are made to cost it much: time, peak memory and output of each command, against the
-// size of the file: "0.24 s, 30.1, 9.0" is processor time, the peak less that on an empty description, and output on
-// both streams, the latter two in sizes of the file.
+// Measures the tool on adversarial files: "0.24 s, 30.1, 9.0" is the processor time of a command, its peak memory above
+// that for an empty description, and its output on both streams, the latter two in sizes of the file.
 //
-//     dcm_bench_adversarial TOOL [SIZE...]     a table, in Markdown; the sizes are kilobytes
+//     dcm_bench_adversarial TOOL [SIZE...]     a table in Markdown; the sizes are in kilobytes
 //     dcm_bench_adversarial --write SHAPE SIZE FILE
 #include "tests/support/adversarial_files.h"
 
@@ -125,8 +124,8 @@ Cost worst(const Cost &one, const Cost &other)
             std::max(one.output, other.output), one.isStopped || other.isStopped};
 }
 
-// A row for each shape with the worst of all commands, and then the worst of all shapes for each command. With a shape
-// in the environment (SHAPE), only that.
+// Prints a row for each shape with its worst command, and then the worst of all shapes for each command. The
+// environment variable SHAPE selects one shape.
 void measure(const char *tool, const std::vector<size_t> &sizes)
 {
     const char *only = std::getenv("SHAPE");

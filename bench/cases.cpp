@@ -25,7 +25,7 @@ namespace dcmbench {
 
 namespace {
 
-constexpr uint32_t kMode = 1; // of all cards that are made
+constexpr uint32_t kMode = 1; // of all generated cards
 
 Case frameCase(const std::string &name, const std::string &file, uint32_t typeId, const Limits &limits)
 {
@@ -51,7 +51,7 @@ Case cardCase(const std::string &name, const std::string &file, uint32_t typeId,
             }};
 }
 
-// A port list lies at DEVICE-FOLDER/vm-ID.xml below a base folder.
+// The path of a port list is BASE-FOLDER/device/vm-ID.xml.
 Case vmCase(const std::string &name, const std::string &baseFolder, const std::string &file, uint8_t id,
             const Limits &limits)
 {
@@ -61,39 +61,39 @@ Case vmCase(const std::string &name, const std::string &baseFolder, const std::s
             }};
 }
 
-// Sends standard output nowhere while it lives.
-class Silence {
+// Discards standard output during its lifetime.
+class DiscardedOutput {
 public:
-    Silence() : saved_(dup(STDOUT_FILENO))
+    DiscardedOutput() : saved_(dup(STDOUT_FILENO))
     {
         std::fflush(stdout);
         static const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
         dup2(nowhere, STDOUT_FILENO);
     }
-    ~Silence()
+    ~DiscardedOutput()
     {
         std::fflush(stdout);
         dup2(saved_, STDOUT_FILENO);
         close(saved_);
     }
-    Silence(const Silence &) = delete;
-    Silence &operator=(const Silence &) = delete;
+    DiscardedOutput(const DiscardedOutput &) = delete;
+    DiscardedOutput &operator=(const DiscardedOutput &) = delete;
 
 private:
     int saved_;
 };
 
-// A type that no card has.
+// A type without a card.
 Case cardCaseInVain(const std::string &name, const std::string &file, const Limits &limits)
 {
     return {name, file, limits, [file] {
                 static DcmCardInfo card;
-                const Silence silence;
+                const DiscardedOutput discarded;
                 return dcmCardInfoGet(file.c_str(), 0xFFFF, 0, &card) == -1 ? 0 : -1;
             }};
 }
 
-// What a process asks of the example when it starts.
+// The queries of a process that starts.
 Case bootCase(const std::string &name, const std::string &file)
 {
     constexpr uint32_t frames[] = {1, 2};

@@ -1,4 +1,4 @@
-// What is measured: queries on files. The floor of a query is what libxml2 needs to parse and free its file.
+// The measured cases: queries on files. The floor of a query is the cost of libxml2 to parse and free its file.
 #ifndef DCM_BENCH_CASES_H
 #define DCM_BENCH_CASES_H
 
@@ -10,7 +10,7 @@
 
 namespace dcmbench {
 
-// A folder that goes with the object.
+// A folder that is removed with the object.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -19,14 +19,14 @@ public:
     TemporaryFolder &operator=(const TemporaryFolder &) = delete;
 
     const std::string &path() const { return path_; }
-    // Writes a file, in folders that are made as needed, and returns its path.
+    // Writes a file, creates its folders if needed, and returns its path.
     std::string write(const std::string &name, const std::string &text) const;
 
 private:
     std::string path_;
 };
 
-// The most that a query may cost, in floors; 0: whatever it costs.
+// The limit for the cost of a query, in floors; 0: no limit.
 struct Limits {
     double instructions;
     double time;
@@ -41,8 +41,8 @@ struct Case {
     unsigned parses = 1; // of the file, one for each query
 };
 
-// The whole file is wanted, about a quarter of it, at most a fifteenth of it, and so much of 0.5 MB or of 5 MB and
-// more.
+// The wanted element is the whole file, about a quarter of it, at most a fifteenth of it, and that of at least 0.5 MB
+// or 5 MB.
 constexpr Limits kWhole = {1.10, 0, 1.00};
 constexpr Limits kQuarter = {0.60, 0, 0.30};
 constexpr Limits kFifteenth = {0.45, 0, 0.20};
@@ -51,7 +51,8 @@ constexpr Limits kFifteenthOf5Megabytes = {0.45, 0.35, 0.02};
 // 25 queries in a row.
 constexpr Limits kBoot = {0, 0.40, 0.30};
 
-// Every query on the example, on files of one large element, and on many cards with the wanted one in several places.
+// Every query on the example, on files with one large element, and on many cards with the wanted one in several
+// positions.
 std::vector<Case> standardCases(const TemporaryFolder &folder);
 
 // The card of type `typeId` among `count` ordinary ones in `file`.
@@ -65,8 +66,8 @@ size_t fileSize(const std::string &file);
 // Throws unless each query succeeds.
 void check(const std::vector<Case> &cases);
 
-// Joins the pieces into which earlier documents have broken the heap, and gives them back, so that what comes next
-// finds the heap of a young process. A used heap costs up to twice as much, and differs from one time to the next.
+// Returns the free memory of earlier documents, so that the next measurement has the heap of a new process. A
+// fragmented heap costs up to twice as much, and varies.
 void tidyHeap();
 
 } // namespace dcmbench

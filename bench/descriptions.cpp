@@ -41,12 +41,12 @@ std::string hexadecimal(uint32_t number)
     return "0x" + text;
 }
 
-// Writes elements, one on a line or all on one.
+// Writes elements, each on its own line or all on one.
 class Writer {
 public:
     explicit Writer(Layout layout) : layout_(layout) { text_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"; }
 
-    // An element with children, which `fill` writes.
+    // An element whose children `fill` writes.
     template <class Fill> void element(const char *name, const std::string &attributes, Fill fill)
     {
         open(name, attributes);
@@ -66,7 +66,7 @@ public:
         close(name);
     }
     void leaf(const char *name, size_t number) { leaf(name, std::to_string(number)); }
-    // An element whose children all have one name and a word each.
+    // An element whose children have the same name and one word each.
     void words(const char *name, const char *child, Words words)
     {
         element(name, "", [&] {
@@ -110,7 +110,7 @@ std::string attribute(const char *name, size_t number)
     return attribute(name, std::to_string(number));
 }
 
-// Writes `count` elements that have ids from 1 into an element that announces their number.
+// Writes a container with `count` elements, whose ids start at 1.
 template <class Fill> void counted(Writer &writer, const char *container, size_t count, const char *name, Fill fill)
 {
     writer.element(container, attribute("num", count), [&] {
@@ -119,7 +119,7 @@ template <class Fill> void counted(Writer &writer, const char *container, size_t
     });
 }
 
-// ---- What cards, frames and slots share -----------------------------------------------------------------------------
+// ---- Common parts of cards, frames and slots ------------------------------------------------------------------------
 
 void writeTemperatures(Writer &writer, size_t count)
 {
@@ -169,7 +169,7 @@ void writeLeds(Writer &writer, size_t count)
     });
 }
 
-// As many names as sources; `place` is what the LEDs are attached to.
+// As many names as sources; `place` is the attachment of the LEDs.
 void writeLedMap(Writer &writer, size_t count, const std::string &place)
 {
     writer.element("led-map", attribute("num", count), [&] {

@@ -1,4 +1,4 @@
-// Descriptions to measure with. They are made by rule, so that every run measures the same bytes.
+// Descriptions for measurements. They are generated, so that every run measures the same bytes.
 #ifndef DCM_BENCH_DESCRIPTIONS_H
 #define DCM_BENCH_DESCRIPTIONS_H
 
@@ -8,20 +8,20 @@
 
 namespace dcmbench {
 
-// People indent their descriptions; programs need not. Without the blanks a file has less to parse and as much to
-// decode.
+// People indent descriptions, programs need not. Without blanks a file is cheaper to parse, and the decoding costs the
+// same.
 enum class Layout { indented, compact };
 
-// The type id of the one element of a kind, and of the first of several cards, which count up from it.
+// The type id of the only element of a kind, and of the first of several cards; the others have the next ids.
 constexpr uint32_t kTypeId = 0x1000;
 
-// One card that has everything a card can have: 64 panel ports, each with every element and every capability.
+// One card with everything that a card can have: 64 panel ports, each with every element and every capability.
 std::string largeCard(Layout layout);
-// One frame of 32 slots that has everything a frame can have.
+// One frame of 32 slots with everything that a frame can have.
 std::string largeFrame();
-// One slot with all its inner and switch-fabric ports, each described by itself.
+// One slot with all its inner and switch-fabric ports, each in an element of its own.
 std::string largeSlot();
-// The list of a virtual machine that has as many ports as a list may have.
+// The port list of a virtual machine with the highest number of ports.
 std::string largeVm();
 // `count` ordinary line cards of 8 ports.
 std::string ordinaryCards(size_t count);

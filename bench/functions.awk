@@ -1,4 +1,4 @@
-# Where the instructions of a query go: by function, its own ones.
+# The instructions of a query by function, without those of its callees.
 function idOf(text) {
     match(text, /^\([0-9]+\)/)
     if (length(text) > RLENGTH)
@@ -12,7 +12,7 @@ FNR == 1 { isOwn = 0 }
 /^cfn=/ { called = idOf(substr($0, 5)); next }
 /^calls=/ { sub(/^calls=/, ""); calls[called] += $1; isCall = 1; next }
 /^[0-9+*-]/ {
-    # What follows a call's line is the callee's cost.
+    # The line after a call is the cost of the callee.
     if (!isCall) {
         own[current] += $2
         total += $2

@@ -1,6 +1,5 @@
-# Compares callgrind's counts of each case: what libxml2 needs to parse and free its file, and what the query costs. Each
-# file holds the count of one of the two, named floor|BYTES|LIMIT|CASE or query|.... Fails when a query costs more than
-# its limit.
+# Compares callgrind's counts for each case: libxml2 parsing and freeing the file, and the query. Each input file has one of
+# the two counts, named floor|BYTES|LIMIT|CASE or query|.... Fails if a query exceeds its limit.
 /^desc: Trigger: Client Request: / {
     sub(/^desc: Trigger: Client Request: /, "")
     split($0, section, "|")

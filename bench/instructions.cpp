@@ -11,7 +11,7 @@
 
 namespace {
 
-// Files the instructions of an action under a name.
+// Dumps the instruction count of an action under a name.
 template <class Action> void count(const std::string &name, Action action)
 {
     dcmbench::tidyHeap();
@@ -20,12 +20,12 @@ template <class Action> void count(const std::string &name, Action action)
     CALLGRIND_DUMP_STATS_AT(name.c_str());
 }
 
-// Counts for the case `wanted`; for all cases when it is empty.
+// Counts for the case `wanted`; for all cases if it is empty.
 void countAll(const std::string &wanted)
 {
     const dcmbench::TemporaryFolder folder;
     const std::vector<dcmbench::Case> cases = dcmbench::standardCases(folder);
-    // A first run also does what the dynamic linker and libxml2 do once in a process.
+    // The first run includes one-time work of the dynamic linker and libxml2.
     dcmbench::check(cases);
 
     CALLGRIND_START_INSTRUMENTATION;

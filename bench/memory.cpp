@@ -1,5 +1,5 @@
-// Counts what each query allocates. The library has no allocator of its own: whatever it needs comes from libxml2,
-// whose allocator is replaced here. "./dev bench --memory" runs it.
+// Counts the allocations of each query. The library has no allocator: all its memory is from libxml2, whose allocator
+// is replaced here. "./dev bench --memory" runs it.
 #include "bench/cases.h"
 
 #include <libxml/parser.h>
@@ -15,20 +15,20 @@
 
 namespace {
 
-// The most allocations that decoding may make. Texts are borrowed from the document; only one that is made of several
-// pieces (around a comment, or with an entity in it) is copied, and none here is.
+// The limit for allocations of decoding. Texts are borrowed from the document; only a text in several nodes (around a
+// comment, or with an entity) is copied, and these files have none.
 constexpr size_t kMostAllocations = 0;
 
 struct Usage {
     size_t allocations = 0;
-    size_t ownAllocations = 0; // those made neither by parsing nor by freeing
+    size_t ownAllocations = 0; // outside parsing and freeing
     size_t live = 0;           // bytes
     size_t peak = 0;           // bytes
 };
 Usage usage;
 bool isOwn = false;
 
-// Each block begins with its size, in a place that keeps what follows aligned.
+// Each block begins with its size, padded so that the rest is aligned.
 constexpr size_t kHeader = alignof(std::max_align_t);
 
 void grow(size_t bytes)
@@ -89,7 +89,7 @@ template <class Action> Usage usageOf(Action action)
 
 } // namespace
 
-// The linker puts these between the library and libxml2: what lies between them is decoding.
+// The linker wraps these calls of the library to libxml2: the time between them is decoding.
 extern "C" {
 
 xmlParserCtxtPtr __real_xmlNewParserCtxt(void);
@@ -129,7 +129,7 @@ bool measureAll()
     std::printf("%-30s %12s %12s %12s %12s %6s %5s\n", "", "allocations", "of decoding", "peak bytes", "floor's peak",
                 "ratio", "limit");
     for (const dcmbench::Case &one : cases) {
-        // What libxml2 allocates once in a process is nobody's.
+        // One-time allocations of libxml2 are not counted.
         dcmbench::check({one});
         const Usage floor = usageOf([&] { dcmbench::parseAndFree(one); });
         const Usage query = usageOf([&] { dcmbench::check({one}); });

@@ -1,6 +1,5 @@
-// The panel ports of a card, read in the ways that one would write for oneself, to compare the library with. Each
-// searches the file for the card, fills the same 64 records by the library's own converters, and knows no port groups.
-// False when it could not.
+// Alternatives to the library for reading the panel ports of a card. Each searches the file for the card and fills the
+// same 64 records with the library's converters; port groups are not supported. They return false on failure.
 #ifndef DCM_BENCH_PANEL_READERS_H
 #define DCM_BENCH_PANEL_READERS_H
 
@@ -14,21 +13,21 @@ struct Panel {
     DcmPanelIfInfo ports[DCM_PANEL_IF_MAX];
 };
 
-// libxml2's tree, asked with XPath expressions.
+// libxml2's tree with XPath expressions.
 bool readWithXPath(const char *file, uint32_t typeId, Panel &panel);
-// libxml2's streaming reader, left as soon as the card has been read: what follows in the file is not looked at.
+// libxml2's streaming reader, which stops after the card: the rest of the file is not parsed.
 bool readWithTextReader(const char *file, uint32_t typeId, Panel &panel);
 // pugixml.
 bool readWithPugixml(const char *file, uint32_t typeId, Panel &panel);
 
-// ---- What they share ------------------------------------------------------------------------------------------------
+// ---- Common parts ---------------------------------------------------------------------------------------------------
 
-// A record of which nothing is known.
+// A record with its defaults.
 void clear(Panel &panel);
-// The port with an id; nullptr when there is none.
+// The port with an id; nullptr if there is none.
 DcmPanelIfInfo *claimPort(Panel &panel, const char *id);
 
-// An element of a port: what to do with its text. A list's is that of each "cap" below it.
+// An element of a port and the action for its text. For a list it is the text of each "cap".
 struct PortElement {
     const char *name;
     bool isList;
@@ -36,7 +35,7 @@ struct PortElement {
 };
 extern const PortElement kPortElements[23];
 
-// The row of an element; nullptr when there is none.
+// The row of an element; nullptr if there is none.
 const PortElement *findPortElement(const char *name);
 
 } // namespace dcmbench

@@ -22,8 +22,8 @@ const char *nameOf(xmlTextReaderPtr reader)
     return reinterpret_cast<const char *>(xmlTextReaderConstLocalName(reader));
 }
 
-// Moves on to the next element below the depth `parent`; false when there is none. After `skip` what the current
-// element holds is passed over.
+// Moves to the next element below the depth `parent`; false if there is none. `skip` skips the content of the current
+// element.
 bool nextElement(xmlTextReaderPtr reader, int parent, bool skip = false)
 {
     int moved = skip ? xmlTextReaderNext(reader) : xmlTextReaderRead(reader);
@@ -42,7 +42,7 @@ uint32_t numberIn(xmlTextReaderPtr reader, const char *attribute)
                            : 0;
 }
 
-// Stores the text that follows the current element's start.
+// Stores the text after the current start tag.
 bool storeText(xmlTextReaderPtr reader, const PortElement &element, DcmPanelIfInfo &port)
 {
     if (xmlTextReaderIsEmptyElement(reader) != 0)
@@ -59,7 +59,7 @@ bool readPort(xmlTextReaderPtr reader, DcmPanelIfInfo &port)
     const int depth = xmlTextReaderDepth(reader);
     const PortElement *list = nullptr;
     while (nextElement(reader, depth)) {
-        // A "cap" lies one level below its list.
+        // A "cap" is one level below its list.
         if (xmlTextReaderDepth(reader) == depth + 2) {
             if (list != nullptr && std::strcmp(nameOf(reader), "cap") == 0 && !storeText(reader, *list, port))
                 return false;

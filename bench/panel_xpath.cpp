@@ -32,7 +32,7 @@ int count(const Object &object)
     return object != nullptr && object->nodesetval != nullptr ? object->nodesetval->nodeNr : 0;
 }
 
-// Stores what the nodes that `path` finds below `port` hold.
+// Stores the contents of the nodes that `path` finds below `port`.
 bool store(xmlXPathContextPtr context, xmlNodePtr node, const char *path, const PortElement &element,
            DcmPanelIfInfo &port)
 {
@@ -55,7 +55,7 @@ bool readWithXPath(const char *file, uint32_t typeId, Panel &panel)
         return false;
     const Context context(xmlXPathNewContext(document.get()));
     char path[96];
-    // The files that are measured write all type ids in one way.
+    // All type ids in the measured files have the same format.
     std::snprintf(path, sizeof path, "/device/card[@typeid='0x%x' and @mode='1'][1]/panel-port/port", typeId);
     const Object ports(xmlXPathEvalExpression(xmlText(path), context.get()));
     for (int i = 0; i < count(ports); i++) {

@@ -41,7 +41,7 @@ bool parseWithSax(const char *file)
     parser->sax->endElementNs = endElementNs;
     parser->sax->characters = characters;
     parser->sax->ignorableWhitespace = characters;
-    // Without a handler that begins one there is no document.
+    // Without a handler for the start of a document none is created.
     xmlCtxtReadIO(parser.get(), dcm::InputFile::readNext, nullptr, &input, file, nullptr, 0);
     return parser->wellFormed != 0 && input.error() == 0;
 }

@@ -1,6 +1,6 @@
-// Measures each query, and other ways to read the same, against the floor: what libxml2 needs to parse and free the
-// file. The two take turns, in random order, so that what disturbs the machine disturbs both; the time is that of the
-// processor, so that other processes do not count. Where several processes work at once, it is the time that passes.
+// Compares each query and its alternatives with the floor, which is libxml2 parsing and freeing the file. The two
+// alternate in random order, so that disturbances affect both. Times are processor times, so that other processes do
+// not count; for several concurrent processes they are elapsed times.
 #include "bench/cases.h"
 #include "bench/descriptions.h"
 #include "bench/panel_readers.h"
@@ -47,7 +47,7 @@ template <class Action> double secondsFor(clockid_t clock, Action action)
     return now() - start;
 }
 
-// Processes that do the same and begin together: the mean of the times that they take.
+// Runs several processes that start together, and returns the mean of their times.
 template <class Action> double secondsForEach(unsigned processes, Action action)
 {
     int gate[2];
@@ -60,7 +60,7 @@ template <class Action> double secondsForEach(unsigned processes, Action action)
             throw std::runtime_error("cannot make a process");
         if (process > 0)
             continue;
-        // There is nothing to read, and no end of it while another process has the gate open.
+        // Blocks until the last process closes its end of the pipe.
         close(gate[1]);
         char nothing = 0;
         bool isGood = read(gate[0], &nothing, sizeof nothing) == 0;
@@ -96,7 +96,7 @@ void measure(benchmark::State &state, const Case &one, unsigned processes)
     };
     const auto floor = [&] { floors.push_back(seconds([&] { dcmbench::parseAndFree(one); })); };
     const auto query = [&] { queries.push_back(seconds([&] { benchmark::DoNotOptimize(one.query()); })); };
-    // The first pair finds the memory as the next ones do.
+    // The first pair gets the same heap as the next ones.
     dcmbench::parseAndFree(one);
     while (state.KeepRunning()) {
         if (random() % 2 == 0) {
@@ -181,7 +181,7 @@ private:
     bool isGood_ = true;
 };
 
-// As many pairs in a repetition as make some megabytes: small files get many, and all of it takes a few minutes.
+// The number of pairs in a repetition, so that each parses some megabytes: all of it takes a few minutes.
 int64_t pairsFor(const Case &one)
 {
     return std::clamp<int64_t>(10'000'000 / static_cast<int64_t>(dcmbench::fileSize(one.file)), 1, 200);
@@ -214,7 +214,7 @@ void addParsers(const std::string &name, const std::string &file)
     }
 }
 
-// ---- Other ways to the same ports -----------------------------------------------------------------------------------
+// ---- Alternatives to the library ------------------------------------------------------------------------------------
 
 using PanelReader = bool (*)(const char *file, uint32_t typeId, dcmbench::Panel &panel);
 
@@ -225,25 +225,25 @@ template <class Record> std::string_view bytesOf(const Record &record)
 
 void addSideBySide(const std::string &name, const std::string &file, uint32_t typeId)
 {
-    struct Way {
+    struct Alternative {
         const char *name;
         PanelReader read;
     };
-    constexpr Way ways[] = {{"XPath", dcmbench::readWithXPath},
-                            {"streaming reader", dcmbench::readWithTextReader},
-                            {"pugixml", dcmbench::readWithPugixml}};
+    constexpr Alternative alternatives[] = {{"XPath", dcmbench::readWithXPath},
+                                            {"streaming reader", dcmbench::readWithTextReader},
+                                            {"pugixml", dcmbench::readWithPugixml}};
     const Case query = dcmbench::cardCase("side by side: " + name + "/query", file, typeId, 1);
     add({query.name, file, {}, query.query});
 
     DcmCardInfo card;
     if (dcmCardInfoGet(file.c_str(), typeId, 1, &card) != 0)
         throw std::runtime_error("cannot read " + file);
-    for (const Way &way : ways) {
-        const PanelReader read = way.read;
+    for (const Alternative &alternative : alternatives) {
+        const PanelReader read = alternative.read;
         auto panel = std::make_shared<dcmbench::Panel>();
         if (!read(file.c_str(), typeId, *panel) || bytesOf(panel->ports) != bytesOf(card.panelIf))
-            throw std::runtime_error(std::string(way.name) + " reads other ports than the library in " + file);
-        add({"side by side: " + name + "/" + way.name, file, {}, [=] {
+            throw std::runtime_error(std::string(alternative.name) + " reads other ports than the library in " + file);
+        add({"side by side: " + name + "/" + alternative.name, file, {}, [=] {
                  return read(file.c_str(), typeId, *panel) ? 0 : -1;
              }});
     }

@@ -1,13 +1,12 @@
-# The deepest stack that each query and dumper builds of the library's own frames; libxml2 and the libc come on top.
-# Reads, in this order: the roots, with the record that each holds; the compiler's notes on frames and calls;
-# callgrind's record of a run, which names each function with all its callers and so shows what is called through
-# tables. To each of these chains comes what its last function may call without tables. Fails when a root needs more
-# than `limit` bytes beside its record.
+# The deepest stack of the library's own frames for each query and report function, without libxml2 and libc. The inputs, in
+# this order: the roots, with the size of the record on their stack; the compiler's files on frames and calls; callgrind's
+# output of a run, which has each function with all its callers, including calls through tables. Direct calls of the last
+# function of each chain are added. Fails if a root needs more than `limit` bytes without its record.
 function withoutFile(name) {
     sub(/^.*:/, "", name)
     return name
 }
-# The bytes from a function downwards. What follows the gap are local variables.
+# The bytes of a function and its callees. Parameters after the gap are local variables.
 function below(name,    called, count, i, bytes, most) {
     if (name in depth)
         return depth[name]
@@ -26,12 +25,12 @@ function below(name,    called, count, i, bytes, most) {
     delete isOpen[name]
     return depth[name] = frame[name] + most
 }
-# Takes a chain of callers, the last called first.
+# Adds a chain of callers; the last callee comes first.
 function takeChain(chain,    name, count, i, bytes) {
     count = split(chain, name, "'")
     bytes = 0
     for (i = 1; i <= count; i++) {
-        # Recursion is marked by a number.
+        # callgrind appends a number for recursion.
         if (!(name[i] in frame))
             continue
         bytes += bytes == 0 ? below(name[i]) : frame[name[i]]
@@ -55,7 +54,7 @@ kind == "frames" && /^node: .* bytes \(/ {
     name = withoutFile(substr($0, RSTART + 8, RLENGTH - 9))
     match($0, /[0-9]+ bytes \(/)
     bytes = substr($0, RSTART, RLENGTH) + 0
-    # A name may stand for a function in each of several files.
+    # Functions in several files may have the same name.
     if (bytes > frame[name])
         frame[name] = bytes
 }

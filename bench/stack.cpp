@@ -1,5 +1,5 @@
-// Runs each query and each dumper, so that callgrind sees who calls whom through the decoders' tables. First it names
-// them, with the size of the record that each of them has on its stack.
+// Runs each query and each report function, so that callgrind records the calls through the decoders' tables. First
+// prints their names, with the size of the record that each has on its stack.
 #include "bench/cases.h"
 #include "bench/descriptions.h"
 
@@ -41,18 +41,18 @@ constexpr Root kRoots[] = {
     {"dcmVmPortInfoShow", 0},
 };
 
-// What stands in for the files below /etc.
+// Replaces the files in /etc.
 std::string defaultFile;
 
 } // namespace
 
-// The linker puts these between the library and the system.
+// The linker wraps these calls of the library to the system.
 extern "C" {
 
 int __wrap_open(const char *path, int flags, ...);
 int __wrap_access(const char *path, int mode);
 
-// Only the library opens files by it, to read.
+// Only the library calls it, to read a file.
 int __wrap_open(const char *path, int flags, ...)
 {
     return openat(AT_FDCWD, std::string(path).rfind("/etc/", 0) == 0 ? defaultFile.c_str() : path, flags);

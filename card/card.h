@@ -1,4 +1,4 @@
-// The module of cards: the format of their element, the steps of a query, and the decoders of what they hold.
+// The module of cards: the content model of their element, the steps of a query, and the decoders of its content.
 #ifndef DCM_CARD_CARD_H
 #define DCM_CARD_CARD_H
 
@@ -6,25 +6,25 @@
 
 namespace dcm {
 
-// ---- For the tool: the format, the steps of dcmCardInfoGet() on a parsed description, the report --------------------
+// ---- For the tool: the content model, the steps of dcmCardInfoGet() on a parsed description, the report -------------
 
-// A "card" of a device description.
+// The content model of a "card".
 inline constexpr char kCardName[] = "card";
 extern const Element kCardElement;
 
-// A record of which nothing has been read.
+// Clears a record and sets its defaults.
 void clearCard(uint32_t typeId, uint32_t mode, DcmCardInfo &info);
-// Its "name" and "abbrname". kept: a query takes those of every card before the one that it finds.
+// Stores "name" and "abbrname". kept: a query does so for every card up to the wanted one.
 Result takeCardNames(Node card, DcmCardInfo &info, const Reporter &reporter);
-// Reads the content of a "card"; the reporter is the query's.
+// Decodes a "card"; the reporter is that of the query.
 Result decodeCard(Node card, DcmCardInfo &info, const QueryReporter &reporter);
 
-// What dcmCardInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
+// The output of dcmCardInfoShowFilename() after the query; `info` is nullptr if the query failed.
 int printCardAnswer(const char *fileName, const DcmCardInfo *info);
 
-// ---- Decoders of a card's ports and parts: each takes one element and writes what it describes to the whole record --
+// ---- Decoders of ports and components: each decodes one element into the record of the card -------------------------
 
-// A port of which nothing is known.
+// Sets the identity of a port to "not given".
 template <class Port> void clearIdentity(Port &port)
 {
     port.slotId = DCM_ID_UNSPEC;
@@ -32,7 +32,7 @@ template <class Port> void clearIdentity(Port &port)
     port.portId = DCM_PORT_UNSPEC;
 }
 
-constexpr uint8_t kUnassigned = 2; // the port type of a panel port that is given none
+constexpr uint8_t kUnassigned = 2; // the default port type of a panel port
 
 // One "port" of "mgt-port"; needs methIfNum.
 Result _dcmDecodeMgtPort(Node element, DcmCardInfo &card, const Reporter &reporter);
@@ -56,7 +56,7 @@ Result _dcmDecodeComponentEntity(Node element, DcmCardInfo &card, const Reporter
 Result takeSwitchChip(Node element, DcmCardInfo &card, const Reporter &reporter);
 Result takeClockChip(Node element, DcmCardInfo &card, const Reporter &reporter);
 
-// What those elements may hold.
+// The content models of these elements.
 extern const Element kMgtPortElement;
 extern const Element kPanelPortElement;
 extern const Element kPanelPortGroupElement;

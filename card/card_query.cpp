@@ -11,7 +11,7 @@ namespace dcm {
 
 namespace {
 
-// ---- Blocks of ports and parts: a "num", and an element for each ----------------------------------------------------
+// ---- Containers of ports and components: a "num", and one element for each ------------------------------------------
 
 struct MgtPorts : Table {
     static constexpr CountMessages<QueryReporter> messages = {
@@ -105,7 +105,7 @@ struct Panel : Table {
     };
 };
 
-// An attribute that may be left out, and then leaves the count as it was.
+// Reads an optional attribute; without it the count is unchanged.
 Result takeOptionalNum(Node element, const Attribute &attribute, uint8_t &count, const Reporter &reporter)
 {
     uint32_t number = count;
@@ -190,7 +190,7 @@ struct Card : Table {
     static constexpr Attribute attributes[] = {typeId, mode, name, abbrName};
     static constexpr QueryChild<DcmCardInfo> children[] = {
         {"occupyslotnum", number<&DcmCardInfo::occupySlotNum>},
-        // kept: both go by one text.
+        // kept: both have the same text.
         {"tmuxctrl", keyword<&DcmCardInfo::isTmuxCtrl, kYesNoWords>, DCM_MESSAGE("decode wdmctrl failed.")},
         {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, kYesNoWords>, DCM_MESSAGE("decode wdmctrl failed.")},
         {"porttypecap", capabilities<&DcmCardInfo::portTypeCaps, kPortTypeCapWords, 0, PortCap>,
@@ -219,7 +219,7 @@ struct Card : Table {
     };
 };
 
-// A name keeps room for a terminator, but what counts is its length.
+// A name has room for a terminator, but its length is stored separately.
 template <size_t Size>
 Result takeName(Node element, const Attribute &attribute, char (&name)[Size], uint8_t &length, const Reporter &reporter)
 {
@@ -265,13 +265,13 @@ Result findCard(Node device, const CardQuery &wanted, Node &card, const QueryRep
                       wanted.typeId, wanted.mode);
 }
 
-// Not inlined: the stack of the search is free again when the card is decoded.
+// Not inlined, so that the stack of the search is released before the card is decoded.
 [[gnu::noinline]] Result openCard(uint32_t typeId, uint32_t mode, Document &document, Node &card, DcmCardInfo &info,
                                   const QueryReporter &reporter)
 {
     const CardQuery wanted = {typeId, mode, info};
     if (const Result parsed = document.parseDevice(reporter, kCardName, compareCard, &wanted); parsed != Result::ok) {
-        // The cards before the fault may have left their names.
+        // Cards before the fault may have set the names.
         clearCard(typeId, mode, info);
         return parsed;
     }

@@ -22,7 +22,7 @@ void printOpening(const char *format, unsigned index)
     printf(format, index);
 }
 
-// The names of a capability set, each followed by a comma, end the line.
+// Prints the words of a capability set, each followed by a comma, and ends the line.
 template <size_t Size> void printCaps(const uint8_t (&caps)[Size], const char *(*nameOf)(uint32_t value))
 {
     for (uint32_t value = 0; value < Size * 8; value++)
@@ -131,7 +131,7 @@ void printMemory(const DcmMemoryInfo &memory, unsigned index)
     puts("}\r");
 }
 
-// kept: thresholds below zero print as large numbers.
+// kept: negative thresholds are printed as large numbers.
 unsigned signExtended(uint16_t threshold)
 {
     return static_cast<unsigned>(int{static_cast<int16_t>(threshold)});
@@ -160,7 +160,7 @@ void printVoltage(const DcmVoltageInfo &voltage, unsigned index)
     puts("}\r");
 }
 
-// Prints the first `count` entries of an array of the record, and never more than it holds.
+// Prints the first `count` entries of an array of the record, but not more than it has.
 template <class Entry, size_t Size>
 void printEach(const Entry (&entries)[Size], unsigned count, void (*print)(const Entry &entry, unsigned index))
 {

@@ -6,13 +6,13 @@ namespace {
 
 // ---- Switch and clock chips -----------------------------------------------------------------------------------------
 
-// A chip element that is being decoded.
+// The state of decoding a chip element.
 struct ChipDraft {
     DcmChipInfo &chip;
     bool isNamed = false;
 };
 
-// It names one chip, whatever its "num" says: further names are passed over.
+// It describes one chip, whatever its "num" is: further names are ignored.
 Result takeChipName(Node element, ChipDraft &draft, const Reporter &reporter)
 {
     if (draft.isNamed)
@@ -48,7 +48,7 @@ Result takeChip(Node element, DcmChipInfo &chip, const Reporter &reporter)
 
 // ---- Components -----------------------------------------------------------------------------------------------------
 
-// A "component-entity" that is being decoded.
+// The state of decoding a "component-entity".
 struct ComponentList {
     DcmComponentInfo (&components)[DCM_COMPONENT_MAX];
     uint32_t num;
@@ -65,7 +65,7 @@ struct Component : Table {
 };
 constexpr Element kComponentElement = repeated(elementOf<Component>, DCM_COMPONENT_MAX);
 
-// One "component"; those beyond "num" are passed over. What it does not give counts as 0.
+// One "component"; those beyond "num" are ignored. Missing attributes count as 0.
 Result takeComponent(Node element, ComponentList &list, const Reporter &reporter)
 {
     if (list.count == list.num)

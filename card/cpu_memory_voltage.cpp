@@ -35,7 +35,7 @@ struct Memory : EntryTable {
     };
 };
 
-// kept: the length is that of the whole text, also where the field holds only its start.
+// kept: the length is that of the whole text, also if the field has only its start.
 Result takeVoltageModelName(Node element, DcmVoltageInfo &voltage, const Reporter &reporter)
 {
     const Text text = Text::content(element, reporter);

@@ -19,7 +19,7 @@ struct GccPort : EntryTable {
          phyType<&DcmGccIfInfo::phyType, &DcmGccIfInfo::ondType>,
          DCM_MESSAGE("decode gcc-port failed.")},
     };
-    // A GCC port has no driver: its PHY type marks it as taken.
+    // A GCC port has no driver: its PHY type marks it as described.
     static bool isTaken(const DcmGccIfInfo &port) { return port.phyType != 0; }
     static void begin(DcmGccIfInfo &, uint32_t) {}
 };
@@ -33,7 +33,7 @@ struct EthpppPort : EntryTable {
     static constexpr Child<DcmEthpppIfInfo> children[] = {
         {{"portid", Role::portId}, number<&DcmEthpppIfInfo::portId>},
     };
-    // Nothing marks an ethppp port as taken: the last description of an id holds.
+    // Nothing marks an ethppp port as described: the last element with an id is used.
     static bool isTaken(const DcmEthpppIfInfo &) { return false; }
     static void begin(DcmEthpppIfInfo &, uint32_t) {}
 };

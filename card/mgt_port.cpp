@@ -49,11 +49,11 @@ struct Port : EntryTable {
         {{"supportmediachg", Role::mediumChange},
          keywordThrough<setSupportMediaChg, kYesNoWords>,
          DCM_MESSAGE("decode mgt-port supportmediachg failed.")},
-        // kept: a management port's transceivers go by the text of a panel port.
+        // kept: the text names a panel port.
         {"transceiver-caps", capabilities<&DcmMethIfInfo::transceiverCaps, kTransceiverCapWords, 1>,
          DCM_MESSAGE("decode panel-port failed.")},
     };
-    // kept: only a driver marks a port as taken; one without it may be described again.
+    // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmMethIfInfo &port) { return port.drvType != 0; }
     static void begin(DcmMethIfInfo &port, uint32_t) { port.supportMediaChg = 1; }
 };

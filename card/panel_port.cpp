@@ -33,7 +33,7 @@ void setSupportSplit(DcmPanelIfInfo &port, uint32_t value)
     port.supportSplit = value & 15U;
 }
 
-// kept: the set of inrush modes has no bit for "at-altb"; it has always shown in the byte behind, portIdOffset.
+// kept: the set of inrush modes has no bit for "at-altb", which changes the byte after it, portIdOffset.
 static_assert(offsetof(DcmPanelIfInfo, portIdOffset) == offsetof(DcmPanelIfInfo, poeInrushCaps) + 1);
 constexpr auto poeInrushCaps = capabilities<&DcmPanelIfInfo::poeInrushCaps, kPoeInrushCapWords>;
 
@@ -44,7 +44,7 @@ struct Port : EntryTable {
         DCM_MESSAGE_ID("decode panel-port failed, invalid id(%u)."),
         DCM_MESSAGE_ID("decode panel-port failed, duplicate id(%u)."),
     };
-    // kept: only a driver marks a port as taken; one without it may be described again.
+    // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmPanelIfInfo &port) { return port.drvType != 0; }
     static void begin(DcmPanelIfInfo &port, uint32_t) { port.supportMediaChg = 1; }
     static constexpr Child<DcmPanelIfInfo> children[] = {
@@ -94,7 +94,7 @@ struct Port : EntryTable {
     };
 };
 
-// A group numbers its ports itself and has no model names; only a group has "portid-offset" and "bpport".
+// A group computes its port numbers and has no model names; only a group has "portid-offset" and "bpport".
 struct PortGroup : Port {
     static constexpr Role role = Role::panelPortGroup;
     static constexpr Attribute ids = idListOf(DCM_PANEL_IF_MAX);
@@ -134,7 +134,7 @@ struct PortGroup : Port {
         {{"supportlaser", Role::laser},
          keywordThrough<setSupportLaser, kYesNoWords>,
          DCM_MESSAGE("decode panel-port supportlaser failed.")},
-        // kept: goes by the text of "supportlaser".
+        // kept: the text is that of "supportlaser".
         {{"supportmediachg", Role::mediumChange},
          keywordThrough<setSupportMediaChg, kYesNoWords>,
          DCM_MESSAGE("decode panel-port supportlaser failed.")},
@@ -167,7 +167,7 @@ Result _dcmDecodePanelPort(Node element, DcmCardInfo &card, const Reporter &)
 Result _dcmDecodePanelPortGroup(Node element, DcmCardInfo &card, const Reporter &)
 {
     const Reporter here{__func__};
-    // A group may go beyond the announced number of ports.
+    // The ids of a group may exceed "num".
     uint8_t idBits[DCM_PANEL_IF_MAX / 8] = {};
     if (const Result read = readIds(element, PortGroup::ids, idBits, PortGroup::messages, here); read != Result::ok)
         return read;

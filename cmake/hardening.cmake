@@ -18,7 +18,7 @@ if(NOT "${CMAKE_CXX_FLAGS} " MATCHES "-fhardened ")
     # libc checks the bounds that the compiler knows, in optimised code only. A level that is given holds.
     if(NOT "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS}" MATCHES "_FORTIFY_SOURCE")
         set(optimised "$<OR:$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>,$<CONFIG:MinSizeRel>>")
-        # Some compilers define it unasked.
+        # Some compilers define it by default.
         add_compile_options("$<${optimised}:-U_FORTIFY_SOURCE>" "$<${optimised}:-D_FORTIFY_SOURCE=2>")
     endif()
 endif()

@@ -5,7 +5,7 @@ set(CMAKE_SYSTEM_PROCESSOR ${CMAKE_HOST_SYSTEM_PROCESSOR})
 set(CMAKE_C_COMPILER musl-gcc)
 set(CMAKE_CXX_COMPILER g++)
 
-# Where a compiler looks for headers; their names stand between two lines of what it says about itself.
+# The header folders of the compiler, which are between two lines of its verbose output.
 function(dcm_header_folders compiler language result)
     execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C ${compiler} -E -v -x ${language} /dev/null
         OUTPUT_QUIET ERROR_VARIABLE said RESULT_VARIABLE status)

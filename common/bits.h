@@ -1,4 +1,4 @@
-// Bit arrays: bit n, from 0, is the mask 0x80 >> (n % 8) of byte n / 8. Nothing here checks bounds.
+// Bit arrays: bit n, counted from 0, is the mask 0x80 >> (n % 8) of byte n / 8. Bounds are not checked.
 #ifndef DCM_COMMON_BITS_H
 #define DCM_COMMON_BITS_H
 
@@ -21,7 +21,7 @@ inline uint32_t _dcmBitTest(const uint8_t *bits, uint32_t n)
     return (bits[n / 8] & bitMask(n)) != 0 ? 1 : 0;
 }
 
-// The list number, from 1, of the highest of the first `count` bits that is set; 0 when none is.
+// The number, counted from 1, of the highest set bit among the first `count` bits; 0 if none is set.
 inline uint32_t _dcmBitLastSet(const uint8_t *bits, uint32_t count)
 {
     while (count > 0 && _dcmBitTest(bits, count - 1) == 0)

@@ -1,4 +1,4 @@
-// The words for what cards and panel ports can do.
+// The words of the capabilities of cards and panel ports.
 #include "common/vocabularies.h"
 
 #include <dcm.h>
@@ -34,7 +34,7 @@ constexpr Word kTransceiverCaps[] = {
     {"2500baset", 15},
     {"5gbasex", 16},
     {"5gbaset", 17},
-    // kept: these are read and kept, but have never been printed.
+    // kept: these are read and stored, but reports have never printed them.
     {"200gbasex", 18, Direction::reads},
     {"200gbaset", 19, Direction::reads},
     {"400gbasex", 20, Direction::reads},

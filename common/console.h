@@ -1,4 +1,4 @@
-// Lines that reports share. Every line of a report ends "\r\n"; puts() brings the "\n" of those below.
+// Lines that reports share. Every line of a report ends in "\r\n"; puts() adds the "\n" of those below.
 #ifndef DCM_COMMON_CONSOLE_H
 #define DCM_COMMON_CONSOLE_H
 

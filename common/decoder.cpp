@@ -6,7 +6,7 @@ namespace dcm {
 
 namespace {
 
-// Functions of their own, so that what they keep is off the stack while a row is taken: walks nest.
+// Separate functions, so that their locals are off the stack while a row is processed: walks are nested.
 [[gnu::noinline]] const Row *findRow(const Row *rows, const Row *end, const char *name)
 {
     const uint32_t key = wordKey(name);
@@ -27,7 +27,7 @@ Result walk(Node parent, const Row *rows, size_t count, void *record, const Repo
 {
     const Row *end = rows + count;
     for (const Node element : children(parent)) {
-        // Without memory libxml2 may leave an element without its name.
+        // Without memory, libxml2 may create an element without a name.
         if (nameOf(element) == nullptr)
             return reporter.reportOutOfMemory();
         const Row *row = findRow(rows, end, nameOf(element));

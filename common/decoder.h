@@ -1,5 +1,5 @@
-// Decoders read as tables: a row is an element that a decoder knows, what to do with it, and what the decoder reports
-// when that fails. Names are in tables, behaviour is in functions.
+// Decoders are tables: a row has the name of an element, its action, and the message that the decoder reports when the
+// action fails. Names are in tables, behaviour is in functions.
 #ifndef DCM_COMMON_DECODER_H
 #define DCM_COMMON_DECODER_H
 
@@ -20,18 +20,18 @@ namespace dcm {
 // ---- Tables ---------------------------------------------------------------------------------------------------------
 //
 //     struct Fan : Table {
-//         static constexpr Attribute id = idListOf(8);           the attributes that the decoder reads
+//         static constexpr Attribute id = idListOf(8);           its attributes
 //         static constexpr Attribute attributes[] = {id};
-//         static constexpr Child<FanDraft> children[] = {        the elements that it knows
+//         static constexpr Child<FanDraft> children[] = {        its children
 //             {"fanctrl", number<&FanDraft::fanCtrl>},
 //         };
 //     };
 //
-// Two things are made of such a type: rowsOf, which walk() searches, and elementOf, the format, which a linker drops
-// where nobody looks at it. Tables are types because templates over constants of a file, unlike those over its types
-// and functions, get one name for all files from some compilers.
+// Two things are derived from such a type: rowsOf, which walk() searches, and elementOf, the content model, which a
+// linker drops where it is not used. Tables are types because some compilers give templates over constants of different
+// files the same symbol, but not templates over their types and functions.
 
-// What every table has unless it says otherwise.
+// Defaults for every table.
 struct Table {
     struct Nothing {
         static constexpr size_t size() { return 0; }
@@ -51,7 +51,7 @@ struct ChildName {
     constexpr ChildName(const char *name, Role valueRole = Role::none) : text(name), role(valueRole) {}
 };
 
-// A row as walk() sees it: without the types of its record and its reporter, without its format, and with a key of its
+// A row for walk(): without the types of its record and its reporter, without its content model, and with a key of its
 // name, so that the name of an element is read once and not once per row.
 struct Row {
     uint32_t key;
@@ -60,7 +60,7 @@ struct Row {
     Result (*take)(Node element, void *record, const Reporter &reporter);
 };
 
-// `TakenBy`: the level at which the table is walked, a Reporter or a query.
+// `TakenBy`: the reporter of the level that walks the table, a Reporter or a QueryReporter.
 template <class RecordType, class TakenBy = Reporter> struct Child : Row {
     using Record = RecordType;
     using By = TakenBy;
@@ -68,13 +68,13 @@ template <class RecordType, class TakenBy = Reporter> struct Child : Row {
     const Element *format;
     Role role;
 
-    // A leaf of the kinds below.
+    // One of the leaves below.
     template <class Leaf>
     constexpr Child(ChildName childName, Leaf, const MessageFor<By> &reported = {})
         : Child(childName, Leaf(), Leaf::format, reported)
     {
     }
-    // A function of the decoder's own, and what its element may hold.
+    // A function of the decoder, and the content model of its element.
     template <class Leaf>
     constexpr Child(ChildName childName, Leaf, const Element &childFormat, const MessageFor<By> &reported = {})
         : Row{wordKey(childName.text), childName.text, reported, take<Leaf>}, format(&childFormat), role(childName.role)
@@ -105,8 +105,8 @@ Result walk(Node parent, const Row *rows, size_t count, void *record, const Repo
 
 template <class T> using ChildOf = std::remove_const_t<std::remove_extent_t<decltype(T::children)>>;
 
-// Hands each child of `parent`, in document order, to its row in the table; skips children without one. The first
-// failure ends it, after `reporter` has reported the row's message. `More` are tables for the same element.
+// Passes each child of `parent`, in document order, to its row in the table; skips children without a row. Ends at the
+// first failure, after `reporter` has reported the message of the row. `More` are tables for the same element.
 template <class T, class... More>
 Result walk(Node parent, typename ChildOf<T>::Record &record, const typename ChildOf<T>::By &reporter)
 {
@@ -116,7 +116,7 @@ Result walk(Node parent, typename ChildOf<T>::Record &record, const typename Chi
     return result;
 }
 
-// A function of the decoder's own.
+// A function of the decoder.
 template <auto Function> struct Call {
     template <class Record, class By> static Result take(Node element, Record &record, const By &reporter)
     {
@@ -125,7 +125,7 @@ template <auto Function> struct Call {
 };
 template <auto Function> constexpr Call<Function> call;
 
-// ---- Formats --------------------------------------------------------------------------------------------------------
+// ---- Content models -------------------------------------------------------------------------------------------------
 
 template <size_t Size> struct NamedElements {
     NamedElement elements[Size];
@@ -143,7 +143,7 @@ template <class... Ts> constexpr auto nameElements()
 }
 template <class... Ts> inline constexpr auto namedElements = nameElements<Ts...>();
 
-// What an element holds that a table describes; `More` are tables for the same element.
+// The content model of an element with this table; `More` are tables for the same element.
 template <class T, class... More> constexpr Element toElement()
 {
     Element element = {T::content, std::data(T::attributes), std::size(T::attributes)};
@@ -158,27 +158,27 @@ template <class T, class... More> inline constexpr Element elementOf = toElement
 
 // ---- Attributes -----------------------------------------------------------------------------------------------------
 
-// The text of an attribute; absent when the element does not have it.
+// The text of an attribute; absent if the element does not have it.
 inline Text attributeText(Node element, const Attribute &attribute, const Reporter &reporter)
 {
     return Text::attribute(element, attribute.name, reporter);
 }
 
-// The number in an attribute; `number` stays as it is where there is none.
+// The number in an attribute; without the attribute `number` is unchanged.
 Result readOptional(Node element, const char *attribute, uint32_t &number, const Reporter &reporter);
 inline Result readOptional(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
 {
     return readOptional(element, attribute.name, number, reporter);
 }
 
-// The same, but 0 where there is none.
+// The same, but 0 without the attribute.
 inline Result readAttribute(Node element, const Attribute &attribute, uint32_t &number, const Reporter &reporter)
 {
     number = 0;
     return readOptional(element, attribute.name, number, reporter);
 }
 
-// The same of an attribute that must be there: `message` reports that it is not.
+// The same of a required attribute: `message` reports that it is missing.
 Result readRequired(Node element, const char *attribute, uint32_t &number, const Message &message,
                     const Reporter &reporter);
 template <class By>
@@ -188,13 +188,13 @@ Result readRequired(Node element, const Attribute &attribute, uint32_t &number, 
     return readRequired(element, attribute.name, number, message, reporter);
 }
 
-// The number of entries that a container announces.
+// The number of entries of a container.
 constexpr Attribute numOf(size_t most, size_t bits = 8, uint8_t least = 0)
 {
     return {"num", countOf(most, static_cast<uint8_t>(bits), least), Need::required};
 }
 
-// ---- Leaves: what can be done with an element's content -------------------------------------------------------------
+// ---- Leaves: actions for the content of an element ------------------------------------------------------------------
 
 template <class> struct MemberOf;
 template <class Member, class Record> struct MemberOf<Member Record::*> {
@@ -208,7 +208,7 @@ template <size_t Limit> inline constexpr Element kBitList = {bitListOf(Limit)};
 template <size_t Limit> inline constexpr Element kText = {textOf(Limit)};
 template <const Vocabulary &Words> inline constexpr Element kWord = {wordOf(&Words)};
 
-// The number in an element's content goes to a field, which keeps the low bits that fit it.
+// Stores the number in an element's content in a field, which keeps the low bits that fit.
 Result takeNumber(Node element, uint8_t &field, const Reporter &reporter);
 Result takeNumber(Node element, int8_t &field, const Reporter &reporter);
 Result takeNumber(Node element, uint16_t &field, const Reporter &reporter);
@@ -223,15 +223,15 @@ template <auto Field> struct Number {
 };
 template <auto Field> constexpr Number<Field> number;
 
-// The same where a description may write a negative number, of which the field keeps the two's complement.
+// The same for a number that may be negative; the field keeps its two's complement.
 template <auto Field> struct SignedNumber : Number<Field> {
     static constexpr const Element &format = kNumber<std::make_signed_t<FieldType<Field>>>;
 };
 template <auto Field> constexpr SignedNumber<Field> signedNumber;
 
-// The value of the keyword in an element's content; a word that is not valid has been reported.
+// The value of the keyword in an element's content; an unknown word is reported.
 Result readKeyword(Node element, const Vocabulary &words, uint32_t &value, const Reporter &reporter);
-// It goes to a field.
+// Stores it in a field.
 Result takeKeyword(Node element, const Vocabulary &words, uint8_t &field, const Reporter &reporter);
 
 template <auto Field, const Vocabulary &Words> struct Keyword {
@@ -243,7 +243,7 @@ template <auto Field, const Vocabulary &Words> struct Keyword {
 };
 template <auto Field, const Vocabulary &Words> constexpr Keyword<Field, Words> keyword;
 
-// The value of a keyword goes through a function, for fields that have no address.
+// Passes the value of a keyword to a function, for bit-fields, which have no address.
 template <auto Set, const Vocabulary &Words> struct KeywordThrough {
     static constexpr const Element &format = kWord<Words>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
@@ -257,8 +257,8 @@ template <auto Set, const Vocabulary &Words> struct KeywordThrough {
 };
 template <auto Set, const Vocabulary &Words> constexpr KeywordThrough<Set, Words> keywordThrough;
 
-// Each child of the element called `Item::name` holds a keyword; bit `value - First` of a capability set is set. A
-// value that the set has no bit for lands in the record's bytes behind the set.
+// Each child called `Item::name` has a keyword; sets bit `value - First` of a capability set. A value without a bit in
+// the set changes the bytes of the record after the set.
 Result takeCapabilities(Node element, const char *childName, const Vocabulary &words, uint32_t first, uint8_t *record,
                         size_t offset, const Reporter &reporter);
 struct Cap {
@@ -279,13 +279,13 @@ template <auto Set, const Vocabulary &Words, uint32_t First = 0, class Item = Ca
 template <auto Set, const Vocabulary &Words, uint32_t First = 0, class Item = Cap>
 constexpr Capabilities<Set, Words, First, Item> capabilities;
 
-// Copies the start of a text that fits `room` bytes, without a terminator; returns its length.
+// Copies at most `room` bytes of a text, without a terminator; returns their number.
 size_t copyBytes(char *field, const Text &text, size_t room);
 
-// The start of the content that fits goes to a field of `room` bytes, without a terminator.
+// Stores the content in a field of `room` bytes, cut and without a terminator if it does not fit.
 Result takeBytes(Node element, char *field, size_t room, const Reporter &reporter, size_t *length = nullptr);
 
-// `Unused`: bytes at the end of the field that are left alone, such as a terminator.
+// `Unused`: bytes at the end of the field that are not written, such as a terminator.
 template <auto Field, size_t Unused = 0> struct Bytes {
     static constexpr size_t room = sizeof(FieldType<Field>) - Unused;
     static constexpr const Element &format = kText<room>;
@@ -296,7 +296,7 @@ template <auto Field, size_t Unused = 0> struct Bytes {
 };
 template <auto Field, size_t Unused = 0> constexpr Bytes<Field, Unused> bytes;
 
-// As Bytes, and the number of bytes stored goes to a field of its own.
+// As Bytes, and also stores the number of stored bytes in a field.
 template <auto Length, auto Field> struct CountedBytes {
     static constexpr const Element &format = kText<sizeof(FieldType<Field>)>;
     template <class Record> static Result take(Node element, Record &record, const Reporter &reporter)
@@ -310,7 +310,7 @@ template <auto Length, auto Field> struct CountedBytes {
 };
 template <auto Length, auto Field> constexpr CountedBytes<Length, Field> countedBytes;
 
-// A PHY type and the interface kind that goes with it go to two fields.
+// Stores a PHY type and its interface kind in two fields.
 Result takePhyType(Node element, uint16_t &phyTypeField, uint8_t &ondTypeField, const Reporter &reporter);
 inline constexpr Element kPhyType = {wordOf(&kPhyTypeWords)};
 template <auto PhyTypeField, auto OndTypeField> struct PhyType {
@@ -322,15 +322,15 @@ template <auto PhyTypeField, auto OndTypeField> struct PhyType {
 };
 template <auto PhyTypeField, auto OndTypeField> constexpr PhyType<PhyTypeField, OndTypeField> phyType;
 
-// The list of numbers from 1 to `maximum` in an element's content goes to a bit array; what a faulty one means is the
-// caller's to say.
+// Stores the list of numbers from 1 to `maximum` in an element's content in a bit array; the caller handles a faulty
+// list.
 Result takeBits(Node element, size_t maximum, uint8_t *bits, size_t size, const Reporter &reporter);
 
 // A faulty list ...
 struct Fails { // ... is a failure.
     template <class Record, class By> static Result onFault(Record &, const By &) { return Result::failed; }
 };
-struct KeepsBits { // ... gives the numbers before its fault.
+struct KeepsBits { // ... counts up to its fault.
     template <class Record, class By> static Result onFault(Record &, const By &) { return Result::ok; }
 };
 template <auto Field, size_t Maximum, class Fault = Fails> struct BitList {
@@ -356,7 +356,7 @@ template <class T> struct Holding {
 };
 template <class T> constexpr Holding<T> holding;
 
-// What is reported of a count.
+// The messages about a count.
 struct AnyCountMessages {
     Message noNum;
     Message invalid;
@@ -368,14 +368,14 @@ template <class By> struct CountMessages : AnyCountMessages {
     }
 };
 
-// The "num" of a container goes to its count, which is stored before it is checked. What is shown of a count beyond
-// `most` is `shown`, read after that.
+// Stores the "num" of a container in its count before the count is checked. The message about a count above `most`
+// shows `shown`, which is read after that.
 Result takeNum(Node element, size_t most, uint8_t &count, const uint8_t &shown, const AnyCountMessages &messages,
                const Reporter &reporter);
 Result takeNum(Node element, size_t most, uint16_t &count, const uint16_t &shown, const AnyCountMessages &messages,
                const Reporter &reporter);
 
-// A container that announces in `Count` how many of `Entries` it has.
+// A container that stores the number of its `Entries` in `Count`.
 template <auto Count, auto Entries, class T, auto Shown = Count> struct Counted {
     static constexpr size_t most = std::extent_v<FieldType<Entries>>;
     struct Container : T {
@@ -393,18 +393,18 @@ template <auto Count, auto Entries, class T, auto Shown = Count> constexpr Count
 
 // ---- Entries: elements with an id -----------------------------------------------------------------------------------
 
-// What is reported of an id.
+// The messages about an id.
 struct IdMessages {
     MessageFor<Reporter> noId;
     MessageFor<Reporter, uint32_t> invalid;
     MessageFor<Reporter, uint32_t> duplicate = {};
 };
 
-// The one number in an element's "id", which must be from 1 to `count`.
+// The number in an element's "id", which must be from 1 to `count`.
 inline constexpr Attribute kId = {"id", idOf(), Need::required};
 Result readId(Node element, uint32_t count, uint32_t &id, const IdMessages &messages, const Reporter &reporter);
 
-// A table of an entry with an id of its own.
+// A table of an entry with an id.
 struct EntryTable : Table {
     static constexpr Attribute attributes[] = {kId};
     template <class Entry> static bool isTaken(const Entry &entry) { return entry.id != 0; }
@@ -414,7 +414,7 @@ struct EntryTable : Table {
     }
 };
 
-// Decodes an element into the entry of its id, as `function`; `count` entries have been announced.
+// Decodes an element into the entry of its id, with reports by `function`; ids go up to `count`.
 template <class T, class... More, class Entry>
 Result takeEntry(Node element, Entry *entries, uint32_t count, const char *function)
 {
@@ -432,13 +432,13 @@ Result takeEntry(Node element, Entry *entries, uint32_t count, const char *funct
         return walk<T, More...>(element, entry, here);
 }
 
-// What is reported of a list of ids.
+// The messages about a list of ids.
 struct IdListMessages {
     MessageFor<Reporter> noId;
     MessageFor<Reporter, const char *> invalid;
 };
 
-// The ids of several entries alike; those above `kept` are accepted and mean nothing.
+// The ids of several identical entries; those above `kept` are accepted and ignored.
 constexpr Attribute idListOf(size_t limit, size_t kept)
 {
     return {"id", bitListOf(limit, kept), Need::required};
@@ -448,7 +448,7 @@ constexpr Attribute idListOf(size_t limit)
     return idListOf(limit, limit);
 }
 
-// Reads an attribute that lists ids.
+// Reads an attribute with a list of ids.
 Result readIds(Node element, const char *attribute, size_t maximum, uint8_t *bits, size_t size,
                const IdListMessages &messages, const Reporter &reporter);
 template <size_t Size>
@@ -458,7 +458,7 @@ Result readIds(Node element, const Attribute &attribute, uint8_t (&bits)[Size], 
     return readIds(element, attribute.name, attribute.content.limit, bits, Size, messages, reporter);
 }
 
-// Hands the entry of each listed id to `put`; the first one that is taken ends it.
+// Passes the entry of each listed id to `put`; ends at the first entry that is already described.
 template <class T, class Entry, size_t Size, class Put>
 Result putEach(const uint8_t *bits, Entry (&entries)[Size], const Reporter &reporter, const Put &put)
 {

@@ -12,14 +12,14 @@ namespace dcm {
 
 namespace {
 
-// Without its identifiers an external entity is one that cannot be found, also in a process that lets libxml2 load
-// entities: neither a catalog nor the entity's file is looked at.
+// Without its identifiers an external entity cannot be found, also in a process that lets libxml2 load entities: no
+// catalog is consulted, and the file of the entity is not opened.
 void declareEntity(void *context, const xmlChar *name, int type, const xmlChar *, const xmlChar *, xmlChar *content)
 {
     xmlSAX2EntityDecl(context, name, type, nullptr, nullptr, content);
 }
 
-// The document in an open file; nullptr when it is not well-formed. The path is for libxml2's own messages.
+// The document in an open file; nullptr if it is not well-formed. The path is for libxml2's own messages.
 xmlDocPtr documentIn(InputFile &file, const char *path, Selection *selection)
 {
     xmlInitParser();
@@ -30,20 +30,20 @@ xmlDocPtr documentIn(InputFile &file, const char *path, Selection *selection)
     context->sax->entityDecl = declareEntity;
     if (selection != nullptr)
         selection->attach(context);
-    // A new context has the options that the process has chosen as libxml2's defaults.
+    // A new context has the options that the process has set as libxml2's defaults.
     const xmlDocPtr document =
         xmlCtxtReadIO(context, InputFile::readNext, nullptr, &file, path, nullptr, context->options);
     xmlFreeParserCtxt(context);
     return document;
 }
 
-// The document in a file; nullptr where there is none, and then errno says why the file cannot be read.
+// The document in a file; nullptr on failure, with errno set if the file cannot be read.
 xmlDocPtr parseFile(const char *path, Selection *selection)
 {
     InputFile file(path);
     xmlDocPtr document = file.error() == 0 ? documentIn(file, path, selection) : nullptr;
     if (file.error() != 0) {
-        // What could not be read to its end may look complete.
+        // A file that could not be read to its end may look complete.
         xmlFreeDoc(document);
         document = nullptr;
         errno = file.error();
@@ -51,7 +51,7 @@ xmlDocPtr parseFile(const char *path, Selection *selection)
     return document;
 }
 
-// The same with no more than what is wanted, if possible.
+// The same with the tree of the wanted element only, if possible.
 xmlDocPtr parseWanted(const QueryReporter &reporter, const Wanted &wanted)
 {
     Selection selection(wanted, reporter);

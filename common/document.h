@@ -1,4 +1,4 @@
-// A description file from its opening to the release of its tree.
+// Opens and parses a description, and owns its tree.
 #ifndef DCM_COMMON_DOCUMENT_H
 #define DCM_COMMON_DOCUMENT_H
 
@@ -18,8 +18,8 @@ public:
 
     // Parses the reporter's file.
     Result parse(const QueryReporter &reporter) { return parse(reporter, nullptr); }
-    // Parses the reporter's file, which must be a device description. The tree may have no more than is needed to find
-    // and decode what is wanted: the child of the root that has this name and compares equal with the query.
+    // Parses the reporter's file, which must be a device description. The tree may be limited to what is needed to find
+    // and decode the wanted element: the child of the root that has this name and that `compare` accepts for the query.
     Result parseDevice(const QueryReporter &reporter, const char *name, Wanted::Compare compare, const void *query);
     Node root() const { return root_; }
 

@@ -1,4 +1,4 @@
-// The words for entities, LEDs and temperature sensors: the rows of the exported tables, as they are at the moment.
+// The words of entities, LEDs and temperature sensors: the current rows of the exported tables.
 #include "common/keyword_tables.h"
 #include "common/number.h"
 #include "common/report.h"
@@ -34,7 +34,7 @@ constexpr Vocabulary kLedAlarmState = statesOf(gDcmLedAlarmStateStrs, DCM_LED_AL
 constexpr Vocabulary kLedCardState = statesOf(gDcmLedCardStateStrs, DCM_LED_CARD_STATE_ROWS, gDcmLedUsbStateStrs);
 constexpr Vocabulary kLedUsbState = statesOf(gDcmLedUsbStateStrs, DCM_LED_USB_STATE_ROWS, gDcmTemperTypeStrs);
 
-// The state table of each LED type, by its value; nullptr: the type has none.
+// The state table of each LED type, by its value; nullptr: the type has no states.
 constexpr const Vocabulary *kLedStates[DCM_LED_TYPE_ROWS] = {
     &kLedMasterState, // hamaster
     &kLedAlarmState,  // alarm
@@ -100,7 +100,7 @@ int dcmEttClassStr2Val(const unsigned char *text, uint32_t *value)
     uint32_t row = 0;
     if (convertWord(dcm::kEttClassWords, text, &row) != 0)
         return -1;
-    // kept: where a process has given two rows the same word, the last one counts.
+    // kept: if a process has set two rows to the same word, the last one counts.
     for (uint32_t other = row + 1; other < DCM_ETT_CLASS_ROWS; other++)
         if (std::strncmp(gDcmEttClass[other], gDcmEttClass[row], DCM_KEYWORD_SIZE) == 0)
             row = other;
@@ -182,7 +182,7 @@ int dcmNameToEttInfo(const char *name, DcmEttInfo *info)
     char parts[DCM_ETT_PATH_MAX][8] = {};
     const int count = std::sscanf(path, "%7[^/]/%7[^/]/%7s", parts[0], parts[1], parts[2]);
 
-    // Faulty words are reported and leave 0.
+    // Unknown words are reported and leave 0.
     static_cast<void>(dcmEttClassStr2Val(reinterpret_cast<unsigned char *>(ettClass), &info->ettClass));
     static_cast<void>(dcmEttAttachStr2Val(reinterpret_cast<unsigned char *>(attach), &info->attach));
     info->sysIndex = DCM_ID_UNSPEC;

@@ -1,4 +1,4 @@
-// What the fan controllers of frames and slots have in common.
+// The common part of the fan controllers of frames and slots.
 #ifndef DCM_COMMON_FAN_CTRL_SETTINGS_H
 #define DCM_COMMON_FAN_CTRL_SETTINGS_H
 
@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// The settings that both frames and slots describe.
+// The settings that frames and slots have.
 struct FanCtrlSettings : EntryTable {
     static constexpr Role role = Role::fanController;
     static constexpr Child<DcmFanCtrlInfo> children[] = {
@@ -16,7 +16,7 @@ struct FanCtrlSettings : EntryTable {
         {"speedlevelmax", number<&DcmFanCtrlInfo::speedLevelMax>},
         {"speedlevelmin", number<&DcmFanCtrlInfo::speedLevelMin>},
         {"speed", number<&DcmFanCtrlInfo::speed>},
-        // kept: existing descriptions spell it "threadhold".
+        // kept: the format spells it "threadhold".
         {"speedhighthreadhold", number<&DcmFanCtrlInfo::speedHighThreshold>},
         {"speedlowthreadhold", number<&DcmFanCtrlInfo::speedLowThreshold>},
         {"speedhighthreadholdmax", number<&DcmFanCtrlInfo::speedHighThresholdMax>},
@@ -26,7 +26,7 @@ struct FanCtrlSettings : EntryTable {
     };
 };
 
-// The block of a fan controller in the reports of frames and slots. Its work mode is not printed.
+// Prints a fan controller in the reports of frames and slots, without its work mode.
 void printFanCtrl(const DcmFanCtrlInfo &fanCtrl, unsigned index);
 
 } // namespace dcm

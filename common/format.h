@@ -1,5 +1,5 @@
-// What a description may hold. The decoders' tables carry this knowledge for whoever checks, documents or generates
-// descriptions; decoding itself does not look at it, and a library that is linked without such a user has none of it.
+// Content models of descriptions. The decoders' tables have them for programs that check, document or generate
+// descriptions. Decoding does not use them, and a linker drops them from a program that does not either.
 #ifndef DCM_COMMON_FORMAT_H
 #define DCM_COMMON_FORMAT_H
 
@@ -11,14 +11,14 @@
 namespace dcm {
 
 enum class Kind : uint8_t {
-    none,       // nothing but children
+    none,       // children only
     number,     // any number; `bits` of it are kept
-    count,      // the number of entries announced, from `least` to `limit`; `bits` of it are kept
-    id,         // one number from `least` to `limit`, or to the announced count where `limit` is 0
-    keyword,    // a word of `vocabulary`; in a set, whose `limit` bits begin with the value `least`
-    ledState,   // a word of the state table of the LED type at hand
-    bitList,    // a range list of numbers from 1 to `limit`, of which those up to `kept` mean something
-    numberList, // numbers with any one character between two, at most `limit` of them
+    count,      // the number of entries, from `least` to `limit`; `bits` of it are kept
+    id,         // one number from `least` to `limit`, or to the count of the container if `limit` is 0
+    keyword,    // a word of `vocabulary`; in a set, whose `limit` bits start with the value `least`
+    ledState,   // a word of the state table of the LED type
+    bitList,    // a range list of numbers from 1 to `limit`; those above `kept` are ignored
+    numberList, // at most `limit` numbers, separated by any single character
     typeIds,    // a comma list of type ids
     text,       // any text of at most `limit` bytes; `kept` bytes are kept of a longer one
     ledName,    // an LED name, as in "led-fan-2@slot3/#"
@@ -50,7 +50,7 @@ constexpr Content idOf(size_t limit = 0, uint8_t least = 1)
     return {Kind::id, 0, false, least, 0, limit};
 }
 
-// Numbers above `kept` are accepted and mean nothing.
+// Numbers above `kept` are accepted and ignored.
 constexpr Content bitListOf(size_t limit, size_t kept)
 {
     return {Kind::bitList, 0, false, 1, static_cast<uint16_t>(kept), limit};
@@ -94,31 +94,31 @@ struct Attribute {
     Need need = Need::optional;
 };
 
-// What an element describes, whatever it is called. Single values have a role where something else depends on them.
+// The role of an element, independent of its name. Single values have a role if something else depends on them.
 enum class Role : uint8_t {
     none,
-    // What a record is decoded from.
+    // The elements of records.
     frame,
     slot,
     card,
     vmPorts,
     // Of a frame.
     lastSlot,         // the id of its last slot
-    slotMap,          // which slots are of which kind
+    slotMap,          // the slots of each kind
     slotsOfKind,      // one list in it
-    slotList,         // what each slot accepts, in the order of the slots
+    slotList,         // the rules of slots, in the order of the slots
     slotRules,        // one entry in it
-    crossSlots,       // the slots that a slot is connected with
+    crossSlots,       // the slots that a slot is connected to
     slotCardTypes,    // the card types that a slot accepts
     fanModule,        // of one or several ids
     moduleSlot,       // the slot of a fan module
     moduleSlotOffset, // ... as the difference to its id
-    fanCount,         // how many fans a module has
+    fanCount,         // the number of fans of a module
     fan,
     controllerOfFan,       // the controller that drives a fan
     controllerOffsetOfFan, // ... as the difference to its id
     powerSupply,
-    coolingMap,   // what each controller cools
+    coolingMap,   // the units that each controller cools
     coolingEntry, // one entry in it, for one or several controllers
     cooledCards,  // the slots whose cards it cools
     cooledPowerSupplies,
@@ -178,7 +178,7 @@ constexpr bool isPort(Role role)
 
 struct Element;
 
-// An element under the name that it goes by among its siblings, where it may have a role that its like have not.
+// A child element with its name, and its role if that differs from others with the same content.
 struct NamedElement {
     const char *name;
     const Element *element;
@@ -195,7 +195,7 @@ struct Element {
     size_t attributeCount = 0;
     const NamedElement *children = nullptr;
     size_t childCount = 0;
-    size_t most = 1; // how many of the kind mean something side by side; of one that stands alone the last one holds
+    size_t most = 1; // the highest number of siblings with this name; for 1, the last one replaces the others
     Role role = Role::none;
 };
 
@@ -204,7 +204,7 @@ constexpr Role NamedElement::role() const
     return ownRole != Role::none ? ownRole : element->role;
 }
 
-// An element that may stand side by side with others of its kind.
+// An element that may be repeated.
 constexpr Element repeated(const Element &element, size_t most = kAnyNumber) noexcept
 {
     Element several = element;

@@ -15,7 +15,8 @@ namespace dcm {
 
 namespace {
 
-// Why a query must not read an open file; 0 when it may. A FIFO or a device could block or never end.
+// The error number for an open file that a query must not read, otherwise 0. A FIFO or a device could block or never
+// end.
 int reasonNotToRead(int descriptor)
 {
     struct stat status = {};

@@ -1,4 +1,4 @@
-// The file that a query reads.
+// The file of a query.
 #ifndef DCM_COMMON_INPUT_FILE_H
 #define DCM_COMMON_INPUT_FILE_H
 
@@ -6,8 +6,8 @@
 
 namespace dcm {
 
-// A regular file of limited size, opened by its path: no other kind of name reaches anything. It is read as it is, so
-// that a compressed file costs what its own bytes cost.
+// A regular file of limited size, opened by its path; URLs and the like are plain paths. It is read without
+// decompression, so the cost of a compressed file is that of its own bytes.
 class InputFile {
 public:
     static constexpr size_t kSizeMax = size_t{128} << 20;
@@ -17,10 +17,10 @@ public:
     InputFile(const InputFile &) = delete;
     InputFile &operator=(const InputFile &) = delete;
 
-    // Why the file cannot be opened or read, as an error number; 0 while it can.
+    // The error number of opening or reading the file; 0 without an error.
     int error() const { return error_; }
 
-    // libxml2's way to read it, with the object as context.
+    // libxml2's read callback; the context is the object.
     static int readNext(void *file, char *buffer, int size);
 
 private:

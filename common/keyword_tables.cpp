@@ -1,8 +1,8 @@
-// The exported keyword tables, in the order in which they lie in memory.
+// The exported keyword tables, in their order in memory.
 #include "common/keyword_tables.h"
 
-// A section of its own keeps the tables together, `no_reorder` keeps them in order, and rows of 16 bytes that are
-// aligned to 16 leave no gaps; sanitizers put no redzones into a section whose name is an identifier.
+// A separate section keeps the tables together, `no_reorder` keeps them in order, and rows of 16 bytes with an
+// alignment of 16 leave no gaps; sanitizers add no redzones to a section whose name is an identifier.
 #if defined(__clang__)
 #define DCM_KEYWORD_TABLE __attribute__((section("dcm_keywords"), aligned(16), used))
 #else

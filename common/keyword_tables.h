@@ -5,7 +5,7 @@
 
 namespace dcm {
 
-// The row of zero bytes behind the last table.
+// The row of zero bytes after the last table.
 extern char keywordTablesEnd[1][DCM_KEYWORD_SIZE];
 
 } // namespace dcm

@@ -35,7 +35,7 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-// Reads the digits at `text` into `number`. False when it is not from minimum to maximum, however long it is.
+// Reads the digits at `text` into `number`. False if the number, of any length, is not from minimum to maximum.
 bool readBounded(const char *text, uint32_t minimum, uint32_t maximum, uint32_t &number)
 {
     uint64_t value = 0;
@@ -55,7 +55,7 @@ size_t decimalLength(uint32_t number)
 
 void setNumbers(uint8_t *bits, uint32_t first, uint32_t last)
 {
-    // A list counts from 1: there is no bit for 0.
+    // Lists count from 1: 0 has no bit.
     for (uint64_t number = first > 0 ? first : 1; number <= last; number++)
         _dcmBitSet(bits, static_cast<uint32_t>(number - 1));
 }
@@ -65,7 +65,7 @@ char *writeBitList(const uint8_t *bits, uint32_t size, char *out, uint32_t limit
 {
     std::memset(out, 0, 4);
     char *end = out;
-    bool open = false; // a run has been opened, from `first` to `last`
+    bool open = false; // a run from `first` to `last` has been started
     uint32_t first = 0;
     uint32_t last = 0;
     for (uint64_t bit = 0; bit < uint64_t{size} * 8; bit++) {
@@ -124,7 +124,7 @@ int dcmStr2BitList(const char *list, uint32_t minimum, uint32_t maximum, uint8_t
         return 0;
 
     enum { start, afterNumber, afterComma, afterDash } state = start;
-    uint32_t first = 0; // the number that opened the last item
+    uint32_t first = 0; // the first number of the last item
     while (*list != '\0') {
         if (*list == '-' || *list == ',') {
             if (state != afterNumber)
@@ -139,7 +139,7 @@ int dcmStr2BitList(const char *list, uint32_t minimum, uint32_t maximum, uint8_t
                 return -1;
             if (state == afterDash && number < first)
                 return -1;
-            // kept: the scan moves on by the number's own length, so that numbers with leading zeros are refused.
+            // kept: the scan advances by the length of the value, so that numbers with leading zeros are rejected.
             list += dcm::decimalLength(number);
             if (state == afterDash)
                 dcm::setNumbers(bits, first, number);

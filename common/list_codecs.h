@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// As dcmStr2Array(), but stores at most `room` numbers and leaves the rest of the list.
+// As dcmStr2Array(), but stores at most `room` numbers and ignores the rest of the list.
 void readNumbers(const char *list, uint32_t *array, int32_t size, size_t room);
 
 } // namespace dcm

@@ -7,8 +7,8 @@
 
 namespace dcm {
 
-// Watches a call of libxml2, which hands out what it has when memory runs out. It raises an error then, but a later one
-// may take the error's place (a prefix without a namespace has one, and is accepted): errno still tells in that case.
+// Detects that memory runs out in a call of libxml2, which then returns what it has. It raises an error, but a later
+// error may replace it (a prefix without a namespace raises one, and is accepted): errno is still ENOMEM in that case.
 // errno alone proves nothing, since malloc may fail in one way and succeed in another.
 class MemoryWatch {
 public:

@@ -19,12 +19,12 @@ bool isBlank(char character)
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-// Moves `text` behind its digits and reads them; false when they are too many for 64 bits.
+// Reads the digits at `text` and advances it; false if the number does not fit into 64 bits.
 template <unsigned Base> bool readDigits(const char *&text, uint64_t &number)
 {
     bool fits = true;
     for (unsigned digit = digitOf<Base>(*text); digit < Base; digit = digitOf<Base>(*++text)) {
-        // Only a number near the end of the range takes the exact test.
+        // Only a number near the end of the range needs the exact test.
         if (number >> 59 != 0 && number > (UINT64_MAX - digit) / Base)
             fits = false;
         number = number * Base + digit;
@@ -45,7 +45,7 @@ bool readUnsigned(const char *&text, uint64_t &number)
 
 } // namespace
 
-// As strtoull reads in the "C" locale with base 0, but the same on every machine: some libcs read binary numbers, too,
+// As strtoull in the "C" locale with base 0, but the same on every machine: some libcs also accept binary numbers,
 // which descriptions do not have.
 uint32_t readNumber(const char *text, const char **end)
 {
@@ -62,7 +62,7 @@ uint32_t readNumber(const char *text, const char **end)
     const char *digits = stop;
     uint64_t number = 0;
     if (!readUnsigned(stop, number))
-        number = UINT64_MAX; // whatever the sign
+        number = UINT64_MAX; // with either sign
     else if (isNegative)
         number = 0 - number;
     if (end != nullptr)

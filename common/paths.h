@@ -1,4 +1,4 @@
-// Where the element's own descriptions lie.
+// The paths of the descriptions on a network element.
 #ifndef DCM_COMMON_PATHS_H
 #define DCM_COMMON_PATHS_H
 

@@ -1,4 +1,4 @@
-// The four calls of the platform that the library runs in. The library calls them and never defines them.
+// The four functions of the platform. The library calls them and never defines them.
 #ifndef DCM_COMMON_PLATFORM_H
 #define DCM_COMMON_PLATFORM_H
 
@@ -6,7 +6,7 @@
 
 extern "C" {
 
-/** The platform's log call: `format` and what follows are printf's. */
+/** The platform's log call, with printf's format and arguments. */
 void loggingLogOutput(int module, int level, int flags, const char *format, ...) __attribute__((format(printf, 4, 5)));
 
 /** The calling thread's last error number. */

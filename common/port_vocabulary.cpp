@@ -1,4 +1,4 @@
-// The words for properties of ports and interfaces.
+// The words of the properties of ports and interfaces.
 #include "common/vocabularies.h"
 
 #include <dcm.h>
@@ -17,7 +17,7 @@ constexpr Word kMemoryTypes[] = {{"ram", 1}, {"flash", 2}};
 constexpr Word kPortTypeCaps[] = {{"eth", 0}, {"pon", 1}, {"stack-link", 2}, {"cross-link", 3}, {"none", 6}};
 
 constexpr Word kPortTypes[] = {
-    // kept: descriptions write value 2 as one word, reports have always printed the other.
+    // kept: descriptions and reports have different words for 2.
     {"unassigned", 2, Direction::reads},
     {"unassign", 2, Direction::prints},
     {"client", 0},
@@ -55,7 +55,7 @@ constexpr Word kPortTypes[] = {
     {"ptmes61", 33},
 };
 
-// Interface kinds: a PHY type brings its own, none is read from a description.
+// Interface kinds: each is derived from a PHY type, none is read from a description.
 constexpr Word kOndTypes[] = {
     {"eth", 1, Direction::prints},
     {"ethagg", 2, Direction::prints},
@@ -395,7 +395,7 @@ int dcmPhyTypeStr2Val(const unsigned char *text, uint32_t *phyType, uint32_t *on
 {
     const dcm::Word *word = dcm::findWord(dcm::kPhyTypeWords, text);
     if (word == nullptr)
-        return convertWord(dcm::kPhyTypeWords, text, phyType); // which reports
+        return convertWord(dcm::kPhyTypeWords, text, phyType); // reports it
     *phyType = word->value;
     *ondType = word->ondType;
     return 0;

@@ -1,4 +1,4 @@
-// How a failure is reported: through the platform's log and on standard output, with the same format and arguments.
+// Reports failures: to the platform's log and on standard output, with the same format and arguments.
 #ifndef DCM_COMMON_REPORT_H
 #define DCM_COMMON_REPORT_H
 
@@ -10,16 +10,15 @@
 // Completes the text of a message, which is always one literal.
 #define DCM_FORMAT(text) "[%s:%u]: " text "\r\n"
 
-// Reports `text` with its arguments as said by `function`; evaluates to Result::failed. The function that is never
-// called lets the compiler check the arguments against the text: of a branch that is never taken, GCC 14 checks
-// nothing.
+// Reports `text` with its arguments in the name of `function`; evaluates to Result::failed. The lambda, which is never
+// called, lets the compiler check the arguments against the text: GCC 14 does not check a branch that is never taken.
 #define DCM_REPORT(function, text, ...)                                                                                \
     (static_cast<void>([&] { static_cast<void>(std::printf(DCM_FORMAT(text), "", 0U, __VA_ARGS__)); }),                \
      dcm::report(DCM_FORMAT(text), function, static_cast<unsigned>(__LINE__), __VA_ARGS__))
 
 // Declares a message that a level reports later, with the line of the declaration. There is one macro for each list of
-// arguments, and each makes a type of its own: a message that needs a file name or a number cannot be used where there
-// is none. The sample arguments let the compiler check the text.
+// argument types, and each has its own type: a message with a file name or a number cannot be used where there is none.
+// The sample arguments let the compiler check the text.
 #define DCM_MESSAGE(text) DCM_MESSAGE_OF((dcm::Reporter), text, "", 0U)
 #define DCM_MESSAGE_NUM(text) DCM_MESSAGE_OF((dcm::Reporter, int), text, "", 0U, 0)
 #define DCM_MESSAGE_ID(text) DCM_MESSAGE_OF((dcm::Reporter, uint32_t), text, "", 0U, 0U)
@@ -39,7 +38,7 @@ template <class... Arguments> [[gnu::noinline]] Result report(const char *format
     return Result::failed;
 }
 
-// The format, which the compiler has checked against the arguments.
+// The format, after the compiler has checked it against the arguments.
 __attribute__((format(printf, 1, 2))) constexpr const char *checked(const char *format, ...) noexcept
 {
     return format;
@@ -51,7 +50,7 @@ inline const char *printable(const unsigned char *text)
     return text != nullptr ? reinterpret_cast<const char *>(text) : "(null)";
 }
 
-// A message without the types of its arguments, as tables keep it.
+// A message in a table, without the types of its arguments.
 struct Message {
     const char *format = nullptr; // nullptr: nothing is reported
     unsigned line = 0;
@@ -61,8 +60,8 @@ struct Message {
 struct Reporter;
 struct QueryReporter;
 
-// A message that a `By` reports with `Values`. What any decoder reports, a query reports as well; only a query can name
-// its file.
+// A message that a `By` reports with `Values`. A query can report every message of a decoder; only a query has the name
+// of its file.
 template <class By, class... Values> struct MessageFor : Message {
     constexpr MessageFor() noexcept = default;
     constexpr MessageFor(const char *text, unsigned declaredAt) noexcept
@@ -83,11 +82,11 @@ template <class... Values> struct MessageFor<QueryReporter, Values...> : Message
         : Message(message) {} // NOLINT(*-explicit-*)
 };
 
-// Reports a message whose type has been checked when it went into a table: one that names a file needs a QueryReporter.
+// Reports a message whose type was checked when the table was built: one with a file name needs a QueryReporter.
 Result reportChecked(const Reporter &reporter, const Message &message);
 Result reportChecked(const Reporter &reporter, const Message &message, int num);
 
-// Who reports: a function.
+// The function that reports.
 struct Reporter {
     const char *function;
 
@@ -97,7 +96,7 @@ struct Reporter {
     Result reportOutOfMemory() const;
 };
 
-// A query, which has a file.
+// A query and its file.
 struct QueryReporter : Reporter {
     const char *file;
 

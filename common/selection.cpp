@@ -15,7 +15,7 @@ constexpr size_t kTextMax = 8'000'000;
 
 } // namespace
 
-// What libxml2 calls; the context is its parser.
+// libxml2's callbacks; the context is its parser.
 struct Selection::Handlers {
     template <class... Rest> static void startRoot(void *context, Rest... rest)
     {
@@ -29,7 +29,7 @@ struct Selection::Handlers {
     {
         const auto parser = static_cast<xmlParserCtxtPtr>(context);
         Selection &selection = of(parser);
-        // Without its namespace a prefix is a part of the name.
+        // Without a namespace the prefix is part of the name.
         if ((prefix != nullptr && uri == nullptr) ||
             !selection.isCandidate(parser, reinterpret_cast<const char *>(name))) {
             selection.skipStart(parser);
@@ -51,10 +51,10 @@ struct Selection::Handlers {
         const Node ended = parser->node;
         xmlSAX2EndElementNs(context, name, prefix, uri);
         if (parser->node == nullptr) {
-            // What follows the root is built as what precedes it.
+            // Nodes after the root are built, like those before it.
             buildNodes(*parser->sax);
         } else if (ended != parser->node) {
-            // The search has passed it.
+            // It is not the wanted element.
             xmlUnlinkNode(ended);
             xmlFreeNode(ended);
         }
@@ -117,8 +117,7 @@ void Selection::buildNodes(xmlSAXHandler &handler)
 void Selection::startRoot(xmlParserCtxtPtr parser)
 {
     xmlSAXHandler &handler = *parser->sax;
-    // libxml2 looks at its nodes to know which blanks to drop, and a document type may give elements more than they
-    // have.
+    // libxml2 decides from its nodes which blanks to drop, and a document type may add attributes and content.
     if (parser->myDoc->intSubset != nullptr || handler.ignorableWhitespace != handler.characters) {
         handler.startElementNs = xmlSAX2StartElementNs;
         return;
@@ -140,10 +139,10 @@ void Selection::startCandidate(xmlParserCtxtPtr parser)
         return;
     }
     bool isWanted = false;
-    // A number that is too large sets errno, which is not to be seen in the report of a file that is not well-formed: a
-    // search comes after the parsing.
+    // A number that is too large sets errno, which must not appear in the report of a file that is not well-formed: on
+    // a whole tree, the search follows the parsing.
     const int before = errno;
-    // A copy of an attribute could fail, which is for the search to report.
+    // Copying an attribute could fail, and the search after the parsing reports that.
     if (!Text::borrowsAttributes(parser->node) ||
         wanted_.compare(parser->node, wanted_.query, isWanted, reporter_) != Result::ok)
         giveUp(parser);

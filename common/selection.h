@@ -1,18 +1,17 @@
 // The part of a device description that a query needs: libxml2 parses all of it, but builds the tree of this part only.
 //
 //     <device>                              a node
-//         <frame typeid="1">...</frame>     nothing: it has another name than what is wanted
-//         <card typeid="1">                 a node with its attributes, until its end: the search passes it
+//         <frame typeid="1">...</frame>     nothing: not the wanted name
+//         <card typeid="1">                 a node with its attributes, until its end tag: compared, not wanted
 //             <panel-port>...               nothing
 //         </card>
-//         <card typeid="2">...</card>       everything: it is wanted
-//         <card typeid="3">...</card>       nothing: the search does not come here
+//         <card typeid="2">...</card>       everything: the wanted element
+//         <card typeid="3">...</card>       nothing: after the wanted element
 //     </device>
 //
-// Nodes and attributes are libxml2's own, made by its own handlers. Nothing of a tree decides whether a document is
-// well-formed, except limits of depth and of size; well before these, selecting gives up, and the file is parsed again
-// with its whole tree. A description with a document type, or in a process that drops blanks, has its whole tree as
-// well.
+// libxml2's own handlers create the nodes and attributes. The tree does not affect whether a document is well-formed,
+// except for limits of depth and size; well below these the selection gives up, and the file is parsed again with its
+// whole tree. A description with a document type, or in a process that drops blanks, also gets its whole tree.
 #ifndef DCM_COMMON_SELECTION_H
 #define DCM_COMMON_SELECTION_H
 
@@ -24,10 +23,10 @@
 
 namespace dcm {
 
-// What a query looks for: the first child of the root that has this name and compares equal.
+// The wanted element: the first child of the root that has this name and that `compare` accepts.
 struct Wanted {
-    // Whether `child`, which may have no more than its attributes, is the one. Fails only without memory. What it does
-    // besides must not change when it is done twice for the same children in the same order.
+    // Sets whether `child`, which may have only its attributes, is the wanted element. Fails only without memory. Its
+    // side effects must be the same when it is called twice for the same children in the same order.
     using Compare = Result (*)(Node child, const void *query, bool &isWanted, const Reporter &reporter);
 
     const char *name;
@@ -41,9 +40,9 @@ public:
     Selection(const Selection &) = delete;
     Selection &operator=(const Selection &) = delete;
 
-    // Lets a context that has parsed nothing build what is selected. The object outlives the parsing.
+    // Lets a new context build the selected part. The object must outlive the parsing.
     void attach(xmlParserCtxtPtr parser);
-    // Whether the tree lacks something that it should have.
+    // Whether the tree is incomplete, so that the file must be parsed again.
     bool hasGivenUp() const { return hasGivenUp_; }
 
 private:
@@ -60,8 +59,8 @@ private:
 
     const Wanted &wanted_;
     const Reporter &reporter_;
-    Node root_ = nullptr;  // whose children are still of interest
-    Node found_ = nullptr; // what is wanted, until its end
+    Node root_ = nullptr;  // until the wanted element is found
+    Node found_ = nullptr; // the wanted element, until its end tag
     unsigned depth_ = 0;   // open elements without a node
     size_t textSize_ = 0;  // bytes of skipped text since the last tag
     bool hasGivenUp_ = false;

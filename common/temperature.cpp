@@ -6,13 +6,13 @@ namespace dcm {
 
 namespace {
 
-// kept: an unknown type leaves the field as it was.
+// kept: an unknown type leaves the field unchanged.
 Result takeType(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
 {
     return unlessOutOfMemory(keyword<&DcmTemperatureInfo::type, kTemperTypeWords>.take(element, sensor, reporter));
 }
 
-// 16 bytes fill the field; what is longer is cut so that the field stays terminated.
+// A text of 16 bytes fills the field; a longer one is cut so that the field is terminated.
 Result takeDescription(Node element, DcmTemperatureInfo &sensor, const Reporter &reporter)
 {
     const Text text = Text::content(element, reporter);
@@ -28,7 +28,7 @@ Result takeDescription(Node element, DcmTemperatureInfo &sensor, const Reporter 
     return Result::ok;
 }
 
-// A faulty list is not a failure: the sensor says that it has none.
+// A faulty list is not a failure: the list is empty, and the record marks it as invalid.
 struct MarksFanCtrlBits {
     static Result onFault(DcmTemperatureInfo &sensor, const Reporter &)
     {
@@ -69,7 +69,7 @@ struct Temperature : Table {
 
 const Element kTemperatureElement = repeated(elementOf<Temperature>);
 
-// Sensors that the owner has no room for are passed over: the decoder appends without a bound of its own.
+// Sensors beyond the room of the record are ignored: the decoder appends without checking a bound.
 Result takeSensor(Node element, SensorBlock &block, const Reporter &)
 {
     if (block.count == block.room)

@@ -1,4 +1,4 @@
-// How fan modules, power supplies and cards hold their temperature sensors.
+// The temperature sensors of fan modules, power supplies and cards.
 #ifndef DCM_COMMON_TEMPERATURE_H
 #define DCM_COMMON_TEMPERATURE_H
 
@@ -6,7 +6,7 @@
 
 namespace dcm {
 
-// What one "temperature" may hold.
+// The content model of "temperature".
 extern const Element kTemperatureElement;
 
 struct SensorBlock {
@@ -38,7 +38,7 @@ template <class By> struct SensorMessages : AnySensorMessages {
     }
 };
 
-// A "temperature-entity": "num" bounds what is announced, the array what is kept.
+// A "temperature-entity": "num" is checked against the room of the array, which bounds the sensors that are kept.
 Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count,
                    const AnySensorMessages &messages, const Reporter &reporter);
 

@@ -1,4 +1,4 @@
-// The words that descriptions and reports have for values.
+// The words of descriptions and reports.
 #ifndef DCM_COMMON_VOCABULARIES_H
 #define DCM_COMMON_VOCABULARIES_H
 
@@ -34,7 +34,7 @@ extern const Vocabulary kLedColorWords;
 extern const Vocabulary kLedTypeWords;
 extern const Vocabulary kTemperTypeWords;
 
-// The state words of an LED type; nullptr for a type that has none.
+// The words of the states of an LED type; nullptr for a type without states.
 const Vocabulary *ledStateWords(uint32_t ledType);
 
 } // namespace dcm

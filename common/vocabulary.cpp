@@ -8,12 +8,12 @@ namespace {
 
 bool isWord(const char (&row)[DCM_KEYWORD_SIZE], const char *text)
 {
-    // A row that a process has filled to its end holds no word.
+    // A row that a process has filled completely has no terminator and no word.
     return row[0] == text[0] && std::strncmp(row, text, DCM_KEYWORD_SIZE) == 0 &&
            (row[DCM_KEYWORD_SIZE - 1] == '\0' || std::memchr(row, '\0', DCM_KEYWORD_SIZE) != nullptr);
 }
 
-// Where a process has given two rows the same word, the first one counts.
+// If a process has set two rows to the same word, the first one counts.
 bool findRow(const Vocabulary &vocabulary, const char *text, uint32_t &value)
 {
     for (uint32_t row = 0; row < vocabulary.count; row++)

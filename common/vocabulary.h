@@ -12,21 +12,21 @@ namespace dcm {
 
 enum class Direction : uint8_t {
     both,
-    reads, // descriptions write the word; its value prints as another one, or not at all
-    prints // reports print the word; descriptions may not write it
+    reads, // only read from descriptions; reports print another word for its value, or "unknown"
+    prints // only printed in reports; not valid in descriptions
 };
 
 struct Word {
     const char *word;
     uint16_t value;
     Direction direction = Direction::both;
-    uint8_t ondType = 0; // the interface kind that a PHY type brings
+    uint8_t ondType = 0; // the interface kind of a PHY type
     uint32_t key = wordKey(word);
 };
 
-// A vocabulary as a whole: words, or the rows of a keyword table.
+// A vocabulary: words, or the rows of a keyword table.
 struct Vocabulary {
-    const char *converter; // who reports a text that is not one of the words
+    const char *converter; // the function that reports an unknown word
     MessageFor<Reporter, const char *> invalid;
     const Word *words;
     const char (*rows)[DCM_KEYWORD_SIZE];
@@ -41,19 +41,19 @@ constexpr Vocabulary vocabularyOf(const Word (&words)[Size], const char *convert
     return {converter, invalid, words, nullptr, Size};
 }
 
-// The row of a vocabulary of words that descriptions write as `text`; nullptr when there is none or no text.
+// The row that reads `text`, in a vocabulary of words; nullptr for an unknown or missing text.
 const Word *findWord(const Vocabulary &vocabulary, const unsigned char *text);
-// The value of a text; false when it is not one of the words.
+// The value of a text; false for an unknown word.
 bool readWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t &value);
-// Reports that it is not, as the vocabulary's converter.
+// Reports an unknown word in the name of the converter.
 Result reportUnknown(const Vocabulary &vocabulary, const unsigned char *text);
-// Both, for a converter of the interface; 0 or -1.
+// Reads a word or reports that it is unknown, for a converter of the interface; returns 0 or -1.
 int convertWord(const Vocabulary &vocabulary, const unsigned char *text, uint32_t *value);
-// What reports print for a value: "unknown" when it has no word.
+// The word that reports print for a value; "unknown" for a value without a word.
 const char *printWord(const Vocabulary &vocabulary, uint32_t value);
 
-// The first word by which a direction of a vocabulary is not a function, because it reads twice or its value prints
-// twice; empty when there is none.
+// The first ambiguous word of a vocabulary: one that is read with two values, or whose value is printed in two ways;
+// empty if there is none.
 template <size_t Size> constexpr const char *ambiguousWord(const Word (&rows)[Size])
 {
     for (size_t i = 0; i < Size; i++)
@@ -76,7 +76,7 @@ constexpr char characterOf(const char *word, size_t at)
     return word[at];
 }
 
-// Spells the start of a word in the compiler's message.
+// Puts the start of a word into the compiler's message.
 template <char... Word> struct AmbiguousWord {
     static_assert(((Word == '\0') && ...), "this word, or its value, is in the vocabulary twice");
     static constexpr bool isThere = false;

@@ -1,5 +1,5 @@
-// What tables are searched by before words are compared whole: rows have their key from compile time, a text gets its
-// key once.
+// Tables are searched by this key before words are compared. The keys of rows are computed at compile time, that of a
+// text once.
 #ifndef DCM_COMMON_WORD_KEY_H
 #define DCM_COMMON_WORD_KEY_H
 
@@ -9,7 +9,7 @@
 
 namespace dcm {
 
-// The length of a word and three of its characters, which tell most words apart.
+// The length of a word and three of its characters, which distinguish most words.
 constexpr uint32_t wordKey(const char *word)
 {
     const size_t length = std::string_view(word).size();
@@ -18,7 +18,7 @@ constexpr uint32_t wordKey(const char *word)
     return static_cast<uint32_t>(length & 0xFF) << 24 | at(0) << 16 | at((length + 1) / 2) << 8 | at(last);
 }
 
-// For short words, for which a call would cost more.
+// For short words, where a call would cost more.
 constexpr bool areEqual(const char *one, const char *other)
 {
     for (; *one == *other; one++, other++)

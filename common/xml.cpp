@@ -24,19 +24,19 @@ const xmlAttr *attributeNamed(Node element, const char *name)
     for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next)
         if (attribute->name != nullptr && std::strcmp(reinterpret_cast<const char *>(attribute->name), name) == 0)
             return attribute;
-    // Only a document type gives an element what it does not have. The tree of an exported decoder's caller may have no
-    // document at all.
+    // Only a document type adds default attributes. The tree of the caller of an exported decoder may have no document.
     return element->doc != nullptr && element->doc->intSubset != nullptr ? xmlHasProp(element, xmlText(name)) : nullptr;
 }
 
-// How much entities may add to one text and to a whole description, and how deep texts may nest: with entities a short
-// description can spell out gigabytes, and refer to one another deeper than a stack is.
+// Bounds for the expansion of entities in one text and in a whole description, and for the nesting of texts: a short
+// description can have entities that expand to gigabytes, or are nested deeper than the stack allows.
 constexpr size_t kTextExpansionMax = size_t{1} << 20;
 constexpr size_t kDocumentExpansionMax = size_t{16} << 20;
 constexpr unsigned kDepthMax = 320;
 
-// Takes the content of the entities that `first` and its siblings refer to from `room`; false once that is used up, or
-// they nest too deep. Each node in an entity counts for one more, so that entities without a text end, too.
+// Subtracts the size of the entities that `first` and its siblings refer to from `room`; false once that is used up or
+// they are nested too deeply. Each node in an entity counts as one byte more, so that entities without text are
+// bounded, too.
 bool expandsWithin(size_t &room, const xmlNode *first, bool isInEntity, unsigned depth)
 {
     for (const xmlNode *node = first; node != nullptr; node = node->next) {
@@ -55,7 +55,7 @@ bool expandsWithin(size_t &room, const xmlNode *first, bool isInEntity, unsigned
             for (const xmlAttr *attribute = node->properties; attribute != nullptr; attribute = attribute->next)
                 if (!expandsWithin(room, attribute->children, isInEntity, depth - 1))
                     return false;
-        // The child of a reference is the entity's declaration, whose children are its content.
+        // The child of a reference is the declaration of the entity, and its children are the content.
         const bool isReference = node->type == XML_ENTITY_REF_NODE;
         const xmlNode *below = isReference && node->children != nullptr ? node->children->children : node->children;
         if (!expandsWithin(room, below, isInEntity || isReference, depth - 1))
@@ -76,7 +76,7 @@ Text Text::attribute(Node element, const char *name, const Reporter &reporter)
     const xmlAttr *attribute = attributeNamed(element, name);
     if (attribute == nullptr)
         return Text(nullptr);
-    // A default from the document type is a declaration, not an attribute.
+    // A default from the document type is a declaration node, not an attribute.
     if (attribute->type == XML_ATTRIBUTE_NODE) {
         if (const xmlChar *text = soleText(attribute->children))
             return Text(text);

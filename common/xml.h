@@ -1,4 +1,4 @@
-// What decoders see of a parsed document: elements, their names, and their texts.
+// Access to a parsed document for decoders: elements, their names, and their texts.
 #ifndef DCM_COMMON_XML_H
 #define DCM_COMMON_XML_H
 
@@ -26,7 +26,7 @@ inline bool isNamed(Node element, const char *name)
 }
 
 // The element children of a node, in document order: for (Node child : children(node)) ...
-// Texts, comments and processing instructions are none, whatever their names.
+// Texts, comments and processing instructions are not elements, whatever their names.
 class Children {
 public:
     explicit Children(Node parent) : first_(elementFrom(parent->children)) {}
@@ -64,13 +64,13 @@ inline Children children(Node parent)
     return Children(parent);
 }
 
-// The value of an attribute or the content of an element: all text below it. Where one node of the document holds it
-// all, as nearly always, it is borrowed from there; otherwise libxml2 makes a copy, which is freed with the object.
+// The value of an attribute or the content of an element: all text below it. If it is in one node of the document, as
+// it nearly always is, it is borrowed from there; otherwise libxml2 makes a copy, which is freed with the object.
 class Text {
 public:
-    // The attribute `name`; absent when the element has none.
+    // The attribute `name`; absent if the element does not have it.
     static Text attribute(Node element, const char *name, const Reporter &reporter);
-    // Whether the attributes of an element need no copies.
+    // Whether all attributes of an element can be borrowed.
     static bool borrowsAttributes(Node element);
     // The content of an element; never absent.
     static Text content(Node element, const Reporter &reporter)
@@ -89,24 +89,25 @@ public:
     Text &operator=(const Text &) = delete;
     Text &operator=(Text &&) = delete;
 
-    // False when there is nothing to read: the text is absent, or memory ran out, which has then been reported.
+    // False if there is nothing to read: the text is absent, or memory ran out, which has been reported.
     explicit operator bool() const { return text_ != nullptr; }
     bool isOutOfMemory() const { return outOfMemory_; }
-    // The result where there is nothing to read, after `message` is reported.
+    // Reports `message` if the text is absent; returns the result for a text that cannot be read.
     template <class By, class MessageType> Result reportMissing(const By &reporter, const MessageType &message) const
     {
         static_cast<void>(reporter.report(message));
         return outOfMemory_ ? Result::outOfMemory : Result::failed;
     }
 
-    const unsigned char *word() const { return text_; } // nullptr when there is nothing to read
+    const unsigned char *word() const { return text_; } // nullptr if there is nothing to read
     const char *c_str() const { return reinterpret_cast<const char *>(text_); }
     size_t length() const { return std::strlen(c_str()); }
     uint32_t number() const { return readNumber(c_str()); }
 
 private:
     explicit Text(const unsigned char *borrowed) : text_(borrowed) {}
-    // The text of a node whose children are `first` and its siblings, when one of them is all there is; else nullptr.
+    // The text of a node whose children are `first` and its siblings, if there is a single text node; otherwise
+    // nullptr.
     static const unsigned char *soleText(const xmlNode *first)
     {
         static constexpr unsigned char kEmpty[] = "";
@@ -128,7 +129,7 @@ private:
 // The root of every device description.
 inline constexpr char kDeviceName[] = "device";
 
-// The root of a parsed document, of which entities must not make too much.
+// The root of a parsed document; fails if its entities expand too far.
 Result rootOf(::_xmlDoc *document, Node &root, const QueryReporter &reporter);
 
 } // namespace dcm

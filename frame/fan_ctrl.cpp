@@ -7,7 +7,7 @@ namespace {
 
 // ---- Fan controllers ------------------------------------------------------------------------------------------------
 
-// What only the fan controllers of frames have.
+// The setting that only fan controllers of frames have.
 struct FrameSettings : Table {
     static constexpr Child<DcmFanCtrlInfo> children[] = {
         {"speedlevelforce", number<&DcmFanCtrlInfo::speedLevelForce>},
@@ -22,7 +22,7 @@ struct FanCtrl : FanCtrlSettings {
     };
 };
 
-// Its messages are those of the single fan controller; the function's name tells them apart.
+// Its messages are those of the single fan controller; only the name of the function differs.
 struct FanCtrlGroup : FanCtrl {
     static constexpr Attribute ids = idListOf(DCM_FAN_CTRL_MAX);
     static constexpr Attribute attributes[] = {ids};
@@ -33,7 +33,7 @@ struct FanCtrlGroup : FanCtrl {
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode fanctrl-entity failed, duplicate id(%u).");
 };
 
-// ---- What each of them cools ----------------------------------------------------------------------------------------
+// ---- Cooled units ---------------------------------------------------------------------------------------------------
 
 struct FanCtrlMap : EntryTable {
     static constexpr Role role = Role::coolingEntry;

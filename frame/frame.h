@@ -1,4 +1,4 @@
-// The module of frames: the format of their element, the steps of a query, and the decoders of what they hold.
+// The module of frames: the content model of their element, the steps of a query, and the decoders of its content.
 #ifndef DCM_FRAME_FRAME_H
 #define DCM_FRAME_FRAME_H
 
@@ -6,21 +6,21 @@
 
 namespace dcm {
 
-// ---- For the tool: the format, the steps of dcmFrameInfoGet() on a parsed description, the report -------------------
+// ---- For the tool: the content model, the steps of dcmFrameInfoGet() on a parsed description, the report ------------
 
-// A "frame" of a device description.
+// The content model of a "frame".
 inline constexpr char kFrameName[] = "frame";
 extern const Element kFrameElement;
 
-// A record of which nothing has been read.
+// Clears a record and sets its defaults.
 void clearFrame(uint32_t typeId, DcmFrameInfo &info);
-// Reads the content of a "frame"; the reporter is the query's.
+// Decodes a "frame"; the reporter is that of the query.
 Result decodeFrame(Node frame, DcmFrameInfo &info, const QueryReporter &reporter);
 
-// What dcmFrameInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
+// The output of dcmFrameInfoShowFilename() after the query; `info` is nullptr if the query failed.
 int printFrameAnswer(const char *fileName, const DcmFrameInfo *info);
 
-// ---- Decoders of a frame's units: each takes one element and writes what it describes to the whole record -----------
+// ---- Decoders of units: each decodes one element into the record of the frame ---------------------------------------
 
 // One "fanmodule"; needs fanModuleNum.
 Result _dcmDecodeFanModuleEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
@@ -33,8 +33,8 @@ Result _dcmDecodeFanCtrlMapInfo(Node element, DcmFrameInfo &frame, const Reporte
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmFrameInfo &frame, const Reporter &reporter);
 
-// What those elements may hold.
-extern const Element kSlotInfoElement; // a "slotinfo", whose slots come in order
+// The content models of these elements.
+extern const Element kSlotInfoElement; // a "slotinfo", whose slots are in order
 extern const Element kFanModuleElement;
 extern const Element kFanCtrlElement;
 extern const Element kFanCtrlGroupElement;

@@ -11,7 +11,7 @@ namespace dcm {
 
 namespace {
 
-// ---- Which slots hold which kind of unit ----------------------------------------------------------------------------
+// ---- Slot map -------------------------------------------------------------------------------------------------------
 
 struct ReportsSlotmap {
     static Result onFault(DcmSlotmapInfo &, const Reporter &)
@@ -21,7 +21,7 @@ struct ReportsSlotmap {
 };
 template <auto Field> constexpr auto slotmap = bitList<Field, DCM_SLOT_MAX, ReportsSlotmap>;
 
-// kept: "deocde", and a faulty "sfu" goes by the text of "lpu".
+// kept: "deocde", and the text of a faulty "sfu" names "lpu".
 struct Slotmap : Table {
     static constexpr Role role = Role::slotMap;
     static constexpr QueryChild<DcmSlotmapInfo> children[] = {
@@ -51,9 +51,9 @@ Result takeSlotmap(Node element, DcmFrameInfo &frame, const QueryReporter &repor
     return walk<Slotmap>(element, frame.slotmap, reporter);
 }
 
-// ---- What each slot takes -------------------------------------------------------------------------------------------
+// ---- Rules of slots -------------------------------------------------------------------------------------------------
 
-// The rules of one slot, which the record spreads over several arrays.
+// The rules of one slot, which are in several arrays of the record.
 struct SlotRules {
     bool supportsCrossSlot;
     uint8_t crossSlotBit[4];
@@ -62,7 +62,7 @@ struct SlotRules {
     uint8_t startCardId;
 };
 
-// The size in bytes that the number list codec has always been given here, though a slot has room for 64 numbers.
+// The number of bytes that the number list codec clears, although a slot has room for 64 numbers.
 constexpr int32_t kCardTypesCleared = 64;
 
 constexpr Element kCardTypeList = {limited(Kind::numberList, DCM_SLOT_CARD_TYPE_MAX)};
@@ -72,7 +72,7 @@ Result takeSupportCrossSlot(Node element, SlotRules &rules, const Reporter &repo
     const Text text = Text::content(element, reporter);
     if (!text)
         return Result::outOfMemory;
-    // kept: a second element cannot take the first one's 1 back.
+    // kept: a second element cannot reset the 1 of the first.
     rules.supportsCrossSlot = rules.supportsCrossSlot || text.number() == 1;
     return Result::ok;
 }
@@ -82,7 +82,7 @@ Result takeSupportCardType(Node element, SlotRules &rules, const Reporter &repor
     const Text list = Text::content(element, reporter);
     if (!list)
         return Result::outOfMemory;
-    // kept: a second, shorter list leaves what the first one had from the 17th number on.
+    // kept: a second, shorter list leaves the numbers of the first one from the 17th on.
     readNumbers(list.c_str(), rules.supportCardType, kCardTypesCleared, std::size(rules.supportCardType));
     return Result::ok;
 }
@@ -93,7 +93,7 @@ struct SlotTable : Table {
     static constexpr Attribute attributes[] = {id};
     static constexpr Child<SlotRules> children[] = {
         {"supportcrossslot", call<takeSupportCrossSlot>, kNumber<uint32_t>},
-        // kept: a faulty list gives the slots before its fault.
+        // kept: a faulty list counts up to its fault.
         {{"crossslotbit", Role::crossSlots}, bitList<&SlotRules::crossSlotBit, DCM_SLOT_MAX, KeepsBits>},
         {{"supportcardtype", Role::slotCardTypes}, call<takeSupportCardType>, kCardTypeList},
         {"maxcardnum", number<&SlotRules::maxCardNum>},
@@ -101,13 +101,13 @@ struct SlotTable : Table {
     };
 };
 
-// A "slotinfo" that is being decoded.
+// The state of decoding a "slotinfo".
 struct SlotList {
     DcmFrameInfo &frame;
     uint32_t count = 0;
 };
 
-// kept: slots are listed 1, 2, 3, ...; an element that is not the next one is passed over, so that a gap ends the list.
+// kept: slots are listed 1, 2, 3, ...; an element that is not the next one is ignored, so that a gap ends the list.
 Result takeSlot(Node element, SlotList &list, const Reporter &reporter)
 {
     const uint32_t slot = list.count;
@@ -120,7 +120,7 @@ Result takeSlot(Node element, SlotList &list, const Reporter &reporter)
         return Result::ok;
     list.count++;
 
-    // kept: what an earlier "slotinfo" says of the slot holds where this one says nothing.
+    // kept: the values of an earlier "slotinfo" remain where this one has none.
     DcmFrameInfo &frame = list.frame;
     SlotRules rules = {false, {}, {}, frame.maxCardNum[slot], frame.startCardId[slot]};
     std::memcpy(rules.crossSlotBit, frame.crossSlotBit[slot], sizeof rules.crossSlotBit);
@@ -157,7 +157,7 @@ struct CardTypeCaps {
     size_t count = 0;
 };
 
-// Words that the record has no room for are passed over.
+// Words beyond the room of the record are ignored.
 Result takeCardTypeCap(Node element, CardTypeCaps &caps, const Reporter &reporter)
 {
     return caps.count < std::size(caps.words) ? takeNumber(element, caps.words[caps.count++], reporter) : Result::ok;

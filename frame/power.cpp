@@ -31,7 +31,7 @@ struct Power : Table {
         {"modelname", countedBytes<&PowerDraft::modelNameLen, &PowerDraft::modelName>},
     };
 
-    // kept: the index is compared, not the id, so that the id one above the announced number passes.
+    // kept: the index is compared, not the id, so that an id of "num" plus one is accepted.
     static bool isWithin(uint32_t index, uint32_t num) { return index <= num; }
     static Result reportOutOfRange(const Reporter &here, uint32_t id, uint32_t num)
     {

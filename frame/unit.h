@@ -1,6 +1,6 @@
-// What the decoders of fan modules and power supplies share. Both read an element into a draft and copy that to the
-// entry of each id that the element lists. The LEDs are too large for a draft on a small stack: they are read into the
-// entry of the first id, and copied to the others from there.
+// The common part of the decoders of fan modules and power supplies. Both decode an element into a draft and copy it to
+// the entry of each listed id. The LEDs are too large for a draft on a small stack: they are decoded into the entry of
+// the first id and copied to the others from there.
 //
 //     id="1-2"   draft { LED map, sensors, ... } ──> entry 1 ──> entry 2
 //                LEDs ───────────────────────────────^
@@ -16,15 +16,14 @@
 
 namespace dcm {
 
-// The ids of units are 1 to 8. kept: those above `kept` are accepted, and mean nothing; a faulty list gives the ids
-// before its fault.
+// The ids of units are 1 to 8. kept: those above `kept` are accepted and ignored; a faulty list counts up to its fault.
 constexpr Attribute unitIds(size_t kept)
 {
     return idListOf(8, kept);
 }
 
 struct UnitDraft {
-    // Of the entry that keeps the unit; without one (its id is not free, or out of range) LEDs are checked and dropped.
+    // Those of the entry; without an entry (its id is repeated or out of range) LEDs are checked and dropped.
     DcmLedInfo *leds;
     uint8_t ledNum;
     uint8_t temperatureNum;
@@ -38,8 +37,8 @@ template <int32_t Attach> Result takeUnitLeds(Node element, UnitDraft &draft, co
 }
 Result takeUnitLedMap(Node element, UnitDraft &draft, const Reporter &reporter);
 
-// Decodes an element into the entry of each id that it lists, as `function`. `T` is its table, and says which ids are
-// within the announced `num`, how it reports others, and what it copies besides the draft.
+// Decodes an element into the entry of each listed id, with reports by `function`. `T` is its table; it also decides
+// which ids are within `num`, reports others, and copies what is not in the draft.
 template <class T, class Unit, size_t Size>
 Result takeUnit(Node element, Unit (&units)[Size], uint32_t num, const char *function)
 {

@@ -1,5 +1,5 @@
-// dcmBitList2Str and dcmBitList2Str0: a limit from the first two bytes of the input, the bit array from the rest. What
-// they write is read back.
+// dcmBitList2Str and dcmBitList2Str0: the limit is in the first two bytes of the input, the bit array is the rest. The
+// output is read back.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 
@@ -14,9 +14,9 @@ namespace {
 
 constexpr size_t kMostBytes = 160; // numbers up to 1280
 constexpr uint32_t kMostLimit = 5000;
-constexpr uint32_t kNoLimit = kMostLimit; // more than all numbers come to
+constexpr uint32_t kNoLimit = kMostLimit; // more than the text of all numbers
 
-// What a text may come to: as many characters as the limit, one more item, and the terminator.
+// The largest text: as many characters as the limit, one more item, and the terminator.
 size_t roomFor(uint32_t limit, size_t bytes)
 {
     const std::string item = "," + std::to_string(bytes * 8) + "-" + std::to_string(bytes * 8);
@@ -90,7 +90,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string wholeFromZero = write(dcmBitList2Str0, outs, array, bytes, kNoLimit);
     DCM_FUZZ_CHECK(countedFromOne(wholeFromZero) == whole);
 
-    // A limit cuts behind an item.
+    // A limit cuts after an item.
     const std::string limited = write(dcmBitList2Str, outs, array, bytes, limit);
     const dcmfuzz::RangeList kept = dcmfuzz::readRangeList(limited, 1, static_cast<uint32_t>(bytes * 8), bytes);
     DCM_FUZZ_CHECK(kept.isValid);

@@ -1,4 +1,4 @@
-// The input is a device description, of which a card is read.
+// The input is a device description, from which a card is read.
 #include "fuzz/queries.h"
 #include "fuzz/support.h"
 #include "fuzz/type_ids.h"

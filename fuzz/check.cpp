@@ -1,5 +1,5 @@
-// The input is a description, which is checked: every query is run on it, what makes queries fail is found, and all
-// that is found is written.
+// The input is a description, which is checked: every query runs on it, the causes of failing queries are found, and
+// all findings are printed.
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
 
@@ -14,7 +14,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     dcmtool::FileReport report;
     report.file = dcmtool::DescriptionFile::parse("fuzz.xml", std::string(reinterpret_cast<const char *>(data), size));
     report.findings = dcmtool::checkFile(*report.file);
-    // Places lie in the file, and in its order.
+    // Positions are inside the file and in its order.
     size_t last = 0;
     for (const dcmtool::Finding &finding : report.findings) {
         DCM_FUZZ_CHECK(finding.span.begin <= finding.span.end && finding.span.end <= report.file->text().size());

@@ -1,4 +1,4 @@
-// The input drives a generator, which makes a description from the library's own tables. Every query reads it.
+// The input controls a generator, which makes a description from the library's tables. Every query reads it.
 #include "fuzz/generator.h"
 #include "fuzz/queries.h"
 
@@ -13,7 +13,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     dcmfuzz::Input input(data, size);
     const dcmfuzz::Description description = dcmfuzz::Generator(input).make();
-    // To see what the description of an input that was kept looks like.
+    // Prints the description for an input that the fuzzer has kept.
     if (std::getenv("DCM_FUZZ_SHOW") != nullptr)
         std::fprintf(stderr, "%s\n", description.text.c_str());
     dcmfuzz::writeDescription(description.text.data(), description.text.size());

@@ -1,6 +1,6 @@
-// The input is a description, or drives the generator of descriptions, whose text is then written anew with other
-// blanks and with comments. It is laid out: every query does what it did, the comments are the same, nothing else is
-// found, and laid out again it stays as it is.
+// The input is a description, or controls the generator of descriptions, to whose text other blanks and comments are
+// added. It is formatted: every query has the same result, comments and findings are the same, and formatting it again
+// changes nothing.
 #include "tests/support/meaning.h"
 #include "tools/dcm/description/edits.h"
 #include "tools/dcm/description/layout.h"

@@ -1,4 +1,4 @@
-// The input is a device description, of which a frame is read.
+// The input is a device description, from which a frame is read.
 #include "fuzz/queries.h"
 #include "fuzz/support.h"
 #include "fuzz/type_ids.h"

@@ -44,7 +44,7 @@ std::string escaped(const std::string &text)
     return xml;
 }
 
-// Whether a text may stand in an entity or a default as it is.
+// Whether a text may be in an entity or a default without escapes.
 bool isPlain(const std::string &text)
 {
     return text.find_first_of("<>&%\"'") == std::string::npos;
@@ -63,7 +63,7 @@ Description Generator::make()
         element(dcm::kVmName, dcm::kVmElement, scope, 0);
     } else {
         body_ += "<device>";
-        // What stands in front of the element that is asked for: others of its kind, and of other kinds.
+        // Elements before the wanted one: others of its kind, and of other kinds.
         while (input_.oneIn(3)) {
             const Root &other = kRoots[input_.below(std::size(kRoots))];
             root(other.name, *other.element);
@@ -121,7 +121,7 @@ void Generator::attributes(const std::string &name, const dcm::Element &element,
         if (input_.oneIn(attribute.need == dcm::Need::required ? 32 : 3))
             continue;
         std::string text;
-        // Queries find an element by these.
+        // These identify the element.
         if (std::string(attribute.name) == "typeid")
             text = input_.oneIn(8) ? number() : std::to_string(description_.typeId);
         else if (std::string(attribute.name) == "mode")
@@ -131,7 +131,7 @@ void Generator::attributes(const std::string &name, const dcm::Element &element,
         else
             text = value(attribute.content, parent, scope, Place::attribute);
 
-        // Some attributes are given by default.
+        // Some attributes are defaults of the document type.
         if (input_.oneIn(64) && isPlain(text)) {
             declarations_.append("<!ATTLIST ").append(name).append(" ").append(attribute.name);
             declarations_.append(" CDATA \"").append(text).append("\">\n");
@@ -163,7 +163,7 @@ void Generator::children(const dcm::Element &element, Scope &scope, int depth)
     }
 }
 
-// Writes what stands from `begin` on many times more: as often as an array has entries, or goes round.
+// Repeats the text from `begin` on: as often as an array has entries, or more often.
 void Generator::repeat(size_t begin)
 {
     static constexpr uint32_t kTimes[] = {1, 8, 12, 13, 16, 17, 32, 33, 64, 65, 255, 256, 257};
@@ -172,7 +172,7 @@ void Generator::repeat(size_t begin)
         body_ += text;
 }
 
-// What decoders are to pass over, or what does not belong where it stands.
+// Content that decoders ignore, or that is in a wrong place.
 void Generator::noise(const dcm::Element &element, Scope &scope, int depth)
 {
     const Root &other = kRoots[input_.below(std::size(kRoots))];
@@ -228,7 +228,7 @@ std::string Generator::value(const dcm::Content &content, Scope &parent, Scope &
     case dcm::Kind::keyword: {
         std::string text = word(*content.vocabulary, row);
         if (content.vocabulary == &dcm::kLedTypeWords) {
-            // An LED's own type, or the type of an LED map's source.
+            // The type of an LED, or of the source in an LED map.
             if (scope.ledType == parent.ledType)
                 scope.ledType = row;
             scope.sourceType = row;
@@ -289,7 +289,7 @@ std::string Generator::faultyValue(const dcm::Content &content, const Scope &par
         return pick(input_, kSources);
     case dcm::Kind::keyword:
     case dcm::Kind::ledState: {
-        // A word of another vocabulary, or one that is not quite a word.
+        // A word of another vocabulary, or a misspelled one.
         static const dcm::Vocabulary *const kOthers[] = {&dcm::kPhyTypeWords, &dcm::kEttClassWords, &dcm::kLedTypeWords,
                                                          &dcm::kPortTypeWords, &dcm::kPoeInrushCapWords};
         uint32_t row = 0;
@@ -349,7 +349,7 @@ std::string Generator::bitList(uint32_t limit, Scope &parent)
 {
     std::string list;
     const uint32_t most = std::max<uint32_t>(parent.announced != 0 ? std::min(parent.announced, limit) : limit, 1);
-    // Mostly the numbers that are still to come, so that nothing is described twice.
+    // Mostly the numbers that have not been used, so that few entries are described twice.
     if (!input_.oneIn(4)) {
         const uint32_t first = parent.nextId;
         const uint32_t last = first + input_.below(4);
@@ -411,9 +411,9 @@ std::string Generator::source()
     return "src-" + std::to_string(input_.byte()) + "/" + std::to_string(input_.byte());
 }
 
-// ---- How a text is written ------------------------------------------------------------------------------------------
+// ---- Forms of texts -------------------------------------------------------------------------------------------------
 
-// A text may be written in several ways, of which libxml2 makes different nodes.
+// A text has several forms, for which libxml2 creates different nodes.
 void Generator::write(const std::string &text, Place place)
 {
     const uint32_t way = input_.byte();

@@ -1,5 +1,5 @@
-// Makes descriptions from the tables by which the library decodes them: an input says which elements stand where, what
-// they hold, and where they are not as they should be.
+// Generates descriptions from the library's decoder tables: the input determines the elements, their contents and their
+// faults.
 #ifndef DCM_FUZZ_GENERATOR_H
 #define DCM_FUZZ_GENERATOR_H
 
@@ -14,7 +14,7 @@ enum class Query { frame, slot, card, vm };
 
 struct Description {
     std::string text;
-    Query query = Query::frame; // which finds something in it
+    Query query = Query::frame; // that finds an element in it
     uint32_t typeId = 0;
     uint32_t mode = 0;
 };
@@ -25,9 +25,9 @@ public:
     Description make();
 
 private:
-    // What the elements around have settled.
+    // Values from the enclosing elements.
     struct Scope {
-        uint32_t announced = 0; // by "num"
+        uint32_t announced = 0; // "num"
         uint32_t nextId = 1;
         uint32_t ledType = 0;
         uint32_t sourceType = 0;

@@ -1,6 +1,6 @@
-// LED names and source positions, which dcmLedDecodeMap reads: the first line of the input is a name, the rest a source
-// position. The element is made in memory, so that the texts are what the input says. What they come to is worked out a
-// second time.
+// LED names and source positions in dcmLedDecodeMap: the first line of the input is a name, the rest a source position.
+// The element is created in memory, so that the texts are exactly those of the input. The result is compared with a
+// second implementation.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 
@@ -17,14 +17,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 namespace {
 
 constexpr size_t kLongestText = 4096;
-constexpr uint8_t kPlaceBefore = 77; // the slot and card of an entry before its name is read
+constexpr uint8_t kPlaceBefore = 77; // slot and card of an entry before its name is read
 
 const xmlChar *xmlText(const std::string &text)
 {
     return reinterpret_cast<const xmlChar *>(text.c_str());
 }
 
-// A "led-map" that names one LED twice: in a "led-name" with a source, and in a "source".
+// A "led-map" with the same LED name twice: in a "led-name" with a source, and in a "source".
 class Map {
 public:
     Map(const std::string &name, const std::string &source)
@@ -64,7 +64,7 @@ void setPlace(const char *text, uint8_t &place)
         place = static_cast<uint8_t>(dcmfuzz::numberAt(text));
 }
 
-// The LED that a name stands for.
+// The LED of a name.
 void split(const std::string &name, DcmLedHead &led)
 {
     char type[16] = "";

@@ -1,5 +1,5 @@
-// Prints a fuzzing dictionary: every element, attribute and keyword that the library's tables know, as they stand in a
-// file, and some of what XML itself has.
+// Prints a fuzzing dictionary: every element, attribute and keyword in the library's tables, in XML syntax, and some
+// markup of XML itself.
 #include "card/card.h"
 #include "frame/frame.h"
 #include "slot/slot.h"

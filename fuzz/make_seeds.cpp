@@ -1,6 +1,6 @@
-// Writes the inputs that fuzzing starts from, each into a file of its own below a folder for each target: the frames,
-// slots and cards of the examples, the descriptions that the tests use, and for each element and attribute of the
-// library's tables a small description in which it is right, one in which it is missing, and one in which it is faulty.
+// Writes the seeds for fuzzing, one file each, into a folder for each target: the frames, slots and cards of the
+// examples, the descriptions in the tests, and for each element and attribute of the library's tables a small
+// description in which it is correct, one in which it is missing, and one in which it is faulty.
 //
 //     make_seeds SOURCE-FOLDER SEED-FOLDER
 #include "card/card.h"
@@ -84,12 +84,12 @@ void cutExample(const fs::path &path)
 
 // ---- The tests ------------------------------------------------------------------------------------------------------
 
-// The texts of a C++ source: literals that are joined make one text, with a "1" where something else stands between.
+// The texts of a C++ source: adjacent literals make one text, with a "1" for anything else between them.
 std::vector<std::string> textsOf(const std::string &source)
 {
     std::vector<std::string> texts;
     std::string text;
-    std::string between; // what stands between the last literal and here
+    std::string between; // the source since the last literal
     const auto flush = [&] {
         if (!text.empty())
             texts.push_back(text);
@@ -181,7 +181,7 @@ std::string faultyValue(const dcm::Content &content)
     case dcm::Kind::count:
         return std::to_string(content.limit + 1);
     case dcm::Kind::id:
-        // Without a limit of its own it goes up to the announced count, which is 1.
+        // Without a limit, it may be up to the count, which is 1.
         return std::to_string(std::max<size_t>(content.limit, 1) + 1);
     case dcm::Kind::bitList:
         return "1," + std::to_string(content.limit + 1);
@@ -214,7 +214,7 @@ std::string opening(const std::string &name, const dcm::Element &element, bool w
     return xml + ">";
 }
 
-// `before` and `behind` are what stands around the element in its file.
+// `before` and `behind` are the text around the element in its file.
 void takeElement(const std::string &target, const std::string &name, const dcm::Element &element,
                  const std::string &before, const std::string &behind)
 {
@@ -223,7 +223,7 @@ void takeElement(const std::string &target, const std::string &name, const dcm::
     const std::string content = rightValue(element.content);
     const std::string right = opening(name, element, false) + content + closing;
     write(right);
-    // As often as no array has entries, and no count of 8 bits can tell.
+    // More often than any array has entries and 8 bits can count.
     std::string repeated;
     for (int i = 0; i < 260; i++)
         repeated += right;
@@ -287,7 +287,7 @@ try {
     takeElement("card", dcm::kCardName, dcm::kCardElement, "<device>", "</device>");
     takeElement("vm", dcm::kVmName, dcm::kVmElement, "", "");
     takeTexts();
-    // Where each byte is a choice, any bytes are a beginning.
+    // Each byte is a choice, so that any bytes are a valid seed.
     for (unsigned kind = 0; kind < 4; kind++)
         for (unsigned length : {16U, 64U, 256U, 1024U}) {
             std::string choices(1, static_cast<char>(kind));

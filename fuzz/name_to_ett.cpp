@@ -1,4 +1,4 @@
-// dcmNameToEttInfo: the input is an entity's name. What it comes to is worked out a second time.
+// dcmNameToEttInfo: the input is the name of an entity. The result is compared with a second implementation.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 
@@ -21,7 +21,7 @@ template <size_t Size> bool isRow(const char (&table)[Size][DCM_KEYWORD_SIZE], c
     return false;
 }
 
-// The identity that a name stands for, and how many of its words are faulty.
+// The identity of a name, and the number of its unknown words.
 size_t split(const char *name, DcmEttInfo &info)
 {
     static constexpr uint32_t kClassNumbers[DCM_ETT_CLASS_ROWS] = {26, 19, 6, 9, 12, 13, 14, 8, 24, 27, 28, 10, 29};

@@ -19,7 +19,7 @@ namespace {
 struct Digits {
     size_t count = 0;
     bool hasLeadingZeros = false;
-    uint64_t value = 0; // what is longer than any number of 32 bits counts as the largest
+    uint64_t value = 0; // saturates above 32 bits
 };
 
 Digits digitsAt(const std::string &text, size_t at)
@@ -36,7 +36,7 @@ Digits digitsAt(const std::string &text, size_t at)
     return digits;
 }
 
-// A list counts from 1: there is no bit for 0.
+// Lists count from 1: 0 has no bit.
 void setNumbers(std::vector<uint8_t> &bits, uint64_t first, uint64_t last)
 {
     for (uint64_t bit = std::max<uint64_t>(first, 1) - 1; bit < last; bit++)
@@ -59,7 +59,7 @@ RangeList readRangeList(const std::string &text, uint32_t minimum, uint32_t maxi
             setNumbers(list.bits, first.value, first.value);
         else if (text[at] != '-')
             return list;
-        // kept: a range may go on, "1-2-5", and one that is left open means nothing.
+        // kept: a range may continue, as in "1-2-5", and an open range is ignored.
         while (at < text.size() && text[at] == '-') {
             at++;
             if (at == text.size())

@@ -12,11 +12,11 @@ namespace dcmfuzz {
 
 namespace {
 
-// What a record holds before the first and before the second run.
+// The content of a record before the first and the second run.
 constexpr uint8_t kFirstFill = 0xA5;
 constexpr uint8_t kSecondFill = 0x5A;
 
-// ---- What holds for a record ----------------------------------------------------------------------------------------
+// ---- Properties of records ------------------------------------------------------------------------------------------
 
 template <class Field> bool isAllZero(const Field &field)
 {
@@ -94,7 +94,7 @@ template <class Head> void checkHead(const Head &led)
     }
 }
 
-// LEDs behind the last one that is counted may be left from a failure, but are LEDs all the same.
+// LEDs after the counted ones may be left from a failure, but are valid LEDs.
 void checkLeds(const DcmLedInfo (&leds)[DCM_LED_MAX], uint8_t count, bool isOk)
 {
     DCM_FUZZ_CHECK(count <= DCM_LED_MAX);
@@ -240,9 +240,9 @@ void check(const DcmCardInfo &card, bool isOk)
         DCM_FUZZ_CHECK(component.entityClass <= 29);
 }
 
-// ---- What a record may hold of a description ------------------------------------------------------------------------
+// ---- Fields and their sources ---------------------------------------------------------------------------------------
 
-// What a query makes of a device that holds nothing.
+// The result of a query on an empty device.
 template <class Record, class Query> Record emptyRecord(const Query &query)
 {
     static constexpr char kEmpty[] = "<device/>";
@@ -281,7 +281,7 @@ template <class Call> int resultOf(const Call &call)
     return result;
 }
 
-// `query` takes a file name and a record, `print` a record; neither printing nor showing may report anything new.
+// `query` takes a file name and a record, `print` a record; printing and showing must not report anything.
 template <class Record, class Query, class Print, class Show>
 void run(const Query &query, const Print &print, const Show &show, bool again)
 {
@@ -340,7 +340,8 @@ void queryCard(uint32_t typeId, uint32_t mode, bool again)
         dcmCardInfoPrint, [&] { dcmCardInfoShow(typeId, mode); }, again);
 }
 
-// The record of a VM is not cleared: what is not written keeps what it held, and what is written is the same each time.
+// The record of a VM is not cleared: fields that are not written keep their values, and the others are the same each
+// time.
 void queryVm(uint8_t vmId, bool again)
 {
     static GuardedRecord<DcmVmPortInfo> records[2];

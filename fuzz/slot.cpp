@@ -1,4 +1,4 @@
-// The input is a device description, of which a slot is read.
+// The input is a device description, from which a slot is read.
 #include "fuzz/queries.h"
 #include "fuzz/support.h"
 #include "fuzz/type_ids.h"

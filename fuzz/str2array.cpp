@@ -1,5 +1,5 @@
-// dcmStr2Array: the number of bytes to clear from the first two bytes of the input, the list from the rest. The array
-// has room for the longest list that a text of this length can give, and not for one number more.
+// dcmStr2Array: the number of bytes to clear is in the first two bytes of the input, the list is the rest. The array
+// has exactly the room for the longest list in a text of this length.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 
@@ -15,7 +15,7 @@ namespace {
 constexpr size_t kLongestText = 4096;
 constexpr uint32_t kFill = 0xA5A5A5A5;
 
-// The numbers of a list: each is followed by one character of any kind, and the first 0 ends it.
+// The numbers of a list: any single character follows each, and the first 0 ends the list.
 std::vector<uint32_t> readNumbers(const std::string &text)
 {
     std::vector<uint32_t> numbers;

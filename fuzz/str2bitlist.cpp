@@ -1,4 +1,4 @@
-// dcmStr2BitList: bounds and size from the first bytes of the input, the list from the rest.
+// dcmStr2BitList: bounds and size are in the first bytes of the input, the list is the rest.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 

@@ -1,4 +1,4 @@
-// dcmStrMatch: every number that the input holds is an item of it, and a number from its first bytes may be one.
+// dcmStrMatch: every number in the input is an item of it, and a number from its first bytes may be one.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 

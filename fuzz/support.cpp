@@ -98,7 +98,7 @@ struct MemoryFile {
     int descriptor = memfd_create("description", 0);
     char path[32] = "";
     std::string content;
-    bool isLiteral = true; // names stand in it as they are
+    bool isLiteral = true; // names in it are not escaped
 
     MemoryFile()
     {
@@ -113,7 +113,7 @@ MemoryFile &memoryFile()
     return file;
 }
 
-// A description may name other files, and none of them may be read.
+// A description may refer to other files, which must not be read.
 xmlParserInputPtr loadNothing(const char *, const char *, xmlParserCtxtPtr)
 {
     failCheck("libxml2 loads no file", __FILE__, __LINE__);
@@ -155,12 +155,12 @@ bool mayHold(const char *name)
 
 namespace {
 
-// Longer texts are compared as far as this goes.
+// Longer texts are compared up to this length.
 using ReportText = char[2048];
 
 size_t reportCount;
 std::string reports;
-const char *loggedFormat; // of a report that has been logged and not yet printed
+const char *loggedFormat; // of a report that is logged and not yet printed
 ReportText loggedText;
 
 bool beginsWith(const char *text, const char *beginning)
@@ -213,8 +213,8 @@ std::string takeReports()
 
 } // namespace dcmfuzz
 
-// The targets are linked with --wrap for the calls by which the library prints and by which it reaches a file. What it
-// prints is formatted, so that its arguments are read, and dropped.
+// The targets are linked with --wrap for the calls of the library that print or access files. The output is formatted,
+// so that its arguments are read, and dropped.
 extern "C" {
 int LLVMFuzzerInitialize(int *argumentCount, char ***arguments);
 int __real_access(const char *path, int mode);

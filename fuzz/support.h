@@ -1,5 +1,5 @@
-// What every fuzz target uses: checks, memory with an end that cannot be overrun, the description file in memory, and
-// an eye on what the library reports and prints.
+// Common parts of the fuzz targets: checks, memory next to unreadable pages, the description in memory, and checks of
+// the reports and the output of the library.
 #ifndef DCM_FUZZ_SUPPORT_H
 #define DCM_FUZZ_SUPPORT_H
 
@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-// A property that holds for every input; the fuzzer keeps the input for which it does not.
+// Checks a property of every input; the fuzzer keeps an input for which it fails.
 #define DCM_FUZZ_CHECK(condition)                                                                                      \
     ((condition) ? static_cast<void>(0) : dcmfuzz::failCheck(#condition, __FILE__, __LINE__))
 
@@ -16,7 +16,7 @@ namespace dcmfuzz {
 
 [[noreturn]] void failCheck(const char *condition, const char *file, int line);
 
-// Pages between two pages that nobody may touch.
+// Pages between two unreadable pages.
 class GuardedRoom {
 public:
     explicit GuardedRoom(size_t capacity);
@@ -24,8 +24,7 @@ public:
     GuardedRoom(const GuardedRoom &) = delete;
     GuardedRoom &operator=(const GuardedRoom &) = delete;
 
-    // `size` bytes directly in front of the page behind, or directly behind the page in front. The room is filled
-    // first.
+    // `size` bytes directly before the last page, or directly after the first page. The room is filled first.
     uint8_t *atEnd(size_t size, uint8_t fill);
     uint8_t *atStart(size_t size, uint8_t fill);
     size_t capacity() const { return capacity_; }
@@ -44,7 +43,7 @@ private:
     GuardedRoom room_{sizeof(Record)};
 };
 
-// A text whose terminator is the last byte that may be read.
+// A text whose terminator is the last readable byte.
 class GuardedText {
 public:
     explicit GuardedText(size_t longest) : room_(longest + 1) {}
@@ -54,7 +53,7 @@ private:
     GuardedRoom room_;
 };
 
-// The bytes of an input, taken one by one; zeros when there are no more.
+// The bytes of an input, consumed one by one; zeros at the end.
 class Input {
 public:
     Input(const uint8_t *data, size_t size) : data_(data), size_(size) {}
@@ -65,7 +64,7 @@ public:
     uint32_t below(uint32_t bound) { return (bound > 256 ? word() : byte()) % bound; }
     // True for one value in `n`, and never at the end of the input.
     bool oneIn(uint32_t n) { return below(n) == n - 1; }
-    // What is left, up to its first zero byte.
+    // The rest, up to its first zero byte.
     std::string text();
 
 private:
@@ -73,17 +72,17 @@ private:
     size_t size_;
 };
 
-// What the queries read, by its path and as whatever file they look for below "/etc/zorconf".
+// The description that the queries read, by its path and for every path in "/etc/zorconf".
 void writeDescription(const void *data, size_t size);
 const char *descriptionPath();
 const std::string &description();
 // Whether the description may hold an element or attribute of this name.
 bool mayHold(const char *name);
 
-// How many reports there were since the last call. Each was checked: the log call has the leading arguments 0, 3, 0 and
-// a format that begins "[%s:%u]: " and ends "\r\n", and the same text was printed before anything else was.
+// The number of reports since the last call. Each was checked: the log call has the leading arguments 0, 3, 0 and a
+// format that begins with "[%s:%u]: " and ends in "\r\n", and the same text was printed next.
 size_t takeReportCount();
-// What they said.
+// The texts of the reports.
 std::string takeReports();
 
 } // namespace dcmfuzz

@@ -1,5 +1,5 @@
-// The input is a device description, or drives the generator of descriptions. Each query runs twice, once with the part
-// of the tree that it asks libxml2 for and once with the whole tree, and does the same: six comparisons for each input.
+// The input is a device description, or controls the generator of descriptions. Each query runs twice, with the
+// selected part of the tree and with the whole tree, and must have the same result: six comparisons for each input.
 #include "fuzz/generator.h"
 #include "fuzz/support.h"
 #include "fuzz/type_ids.h"
@@ -17,14 +17,14 @@ namespace {
 
 bool buildsWholeTree = false;
 
-// All that a query did, but for its record.
-struct Deed {
+// The effects of a query, except for its record.
+struct QueryEffects {
     int result;
     int error; // errno
     std::string reports;
 };
 
-template <class Record, class Query> Deed run(bool isWhole, Record *record, const Query &query)
+template <class Record, class Query> QueryEffects run(bool isWhole, Record *record, const Query &query)
 {
     std::memset(record, 0xA5, sizeof *record);
     buildsWholeTree = isWhole;
@@ -38,8 +38,8 @@ template <class Record, class Query> void compare(const Query &query)
 {
     static Record part;
     static Record whole;
-    const Deed ofPart = run(false, &part, query);
-    const Deed ofWhole = run(true, &whole, query);
+    const QueryEffects ofPart = run(false, &part, query);
+    const QueryEffects ofWhole = run(true, &whole, query);
     DCM_FUZZ_CHECK(ofPart.result == ofWhole.result);
     DCM_FUZZ_CHECK(ofPart.error == ofWhole.error);
     DCM_FUZZ_CHECK(ofPart.reports == ofWhole.reports);
@@ -64,7 +64,7 @@ void compareAll(const std::string &text)
 
 } // namespace
 
-// The target is linked with --wrap for the call by which the library parses.
+// The target is linked with --wrap for the call of the library that parses.
 extern "C" {
 xmlDocPtr __real_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback read, xmlInputCloseCallback close,
                                void *context, const char *url, const char *encoding, int options);

@@ -11,8 +11,8 @@ struct TypeIds {
     uint32_t mode;
 };
 
-// The type id and mode of an element called `name` in a file, so that its query finds something: of the first or, which
-// the input decides, the second one. What is not there counts as 0, as it does for the queries.
+// The type id and mode of an element called `name` in a file, so that its query finds it: the first or the second one,
+// depending on the input. A missing attribute counts as 0, as for the queries.
 TypeIds findTypeIds(const uint8_t *data, size_t size, const char *name);
 
 } // namespace dcmfuzz

@@ -1,7 +1,7 @@
 /**
  * @file host.h
- * A stand-in for the platform that the library runs in: the tool and the tests link it, the library never does.
- * What is set here holds for the whole process; but for the log, set it before other threads call the library.
+ * A stub platform: the tool and the tests link it, the library never does. Settings apply to the whole process. Except
+ * for the log, they must be set before other threads call the library.
  */
 #ifndef DCM_HOST_H
 #define DCM_HOST_H
@@ -13,21 +13,21 @@
 extern "C" {
 #endif
 
-/** Receives what the library logs; `format` and `arguments` are vprintf's. */
+/** Receives the log calls of the library, with vprintf's arguments. */
 typedef void (*HostLogHandler)(int module, int level, int flags, const char *format, va_list arguments);
 
 /** Maps a physical entity to its logical index and returns a status. */
 typedef int (*HostEttMapping)(const DcmEttInfo *physical, uint32_t *logicalIndex);
 
-/** Sends the log to `handler`; NULL, as at the start, drops it. Threads may call it at any time. */
+/** Sends the log to `handler`; NULL, the default, drops it. May be called by any thread at any time. */
 void hostSetLogHandler(HostLogHandler handler);
 
-/** Sets this system's index; 1 at the start. */
+/** Sets the index of this system; the default is 1. */
 void hostSetSystemIndex(uint32_t index);
 
 /**
- * Sets the mapping from physical to logical entities. NULL, as at the start, stands for the host's own: the logical
- * index is (class << 24) | (first path part << 16) | (index & 0xffff), and the status is 0.
+ * Sets the mapping from physical to logical entities. NULL is the default mapping: the logical index is
+ * (class << 24) | (first path part << 16) | (index & 0xffff), and the status is 0.
  */
 void hostSetEttMapping(HostEttMapping mapping);
 

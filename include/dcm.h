@@ -1,45 +1,60 @@
 /**
  * @file dcm.h
- * Descriptions of the hardware of a modular network element: what a frame, slot or card type looks like, read from
- * one XML file into fixed-size records.
+ * Reads descriptions of the hardware of a modular network element: a query parses one XML file and decodes one frame,
+ * slot or card type of it into a fixed-size record.
  *
- * **Results.** A query, decoder or text-to-value converter returns 0, or -1 after it has reported what was wrong: each
+ * **Results.** A query, decoder or text-to-value converter returns 0, or -1 after it has reported the cause. Each
  * report goes, with the same format and arguments, to the platform's `loggingLogOutput` (0, 3, 0, ...) and to standard
- * output, innermost failure first. Some faults are reported and passed over, and the result is 0 all the same: those of an
- * LED's states, of the names, sources and state pairs in an LED map, of a component's class and of a sensor's type. A
+ * output, innermost failure first. Some faults are reported, ignored, and leave the result at 0: those of an LED's
+ * states, of the names, sources and state pairs in an LED map, of a component's class and of a sensor's type. A
  * value-to-text converter always returns a text.
  *
- * **Ownership.** Records belong to the caller. The library keeps no pointer to them, allocates nothing that outlives a
- * call, and keeps no state: each query parses its file afresh.
+ * **Ownership.** The caller owns the records. The library keeps no pointer to them, allocates nothing that outlives a
+ * call, and has no state between calls: each query parses its file again.
  *
- * **Threads.** Every function may run in any number of threads at once as long as no two of them write the same record
- * (and, with libxml2, after its `xmlInitParser` has run once in the process). A stack of 64 KiB is safe for every call.
+ * **Threads.** Every function may run in any number of threads at once, as long as no two of them write the same record
+ * and libxml2's `xmlInitParser` has run once in the process. Every call fits into a stack of 64 KiB.
  *
- * **libxml2.** Queries and decoders change none of libxml2's settings and handlers. The calling thread's last error of
- * libxml2 (`xmlGetLastError`) is the call's afterwards, also where there was none. The tree that a decoder is given may
- * belong to no document.
+ * **libxml2.** Queries and decoders change none of libxml2's settings and handlers. They replace the calling thread's
+ * last libxml2 error (`xmlGetLastError`), also when they succeed. The tree that is passed to a decoder need not belong
+ * to a document.
  *
- * **Numbers in a description** are decimal, hexadecimal ("0x10") or octal ("010"); what is no number counts as 0, and a
- * field keeps the low bits that fit it.
+ * **Numbers in a description** are decimal, hexadecimal ("0x10") or octal ("010"). A text that is not a number counts
+ * as 0, and a field keeps the low bits that fit.
  *
- * **Bit arrays.** Bit i, from 0, is the mask 0x80 >> (i % 8) of byte i / 8. A list of slots, ports or ids, which count
- * from 1, keeps number n in bit n - 1; a capability set keeps value v in bit v.
+ * **Bit arrays.** Bit i, counted from 0, is the mask 0x80 >> (i % 8) of byte i / 8. A list of slots, ports or ids,
+ * which count from 1, has number n in bit n - 1. A capability set has value v in bit v, except for transceivers, whose
+ * values count from 1: value v is in bit v - 1. The example programs print each set as words.
  *
  * **Texts** in a record are zero-terminated unless they fill their field; print them with a precision ("%.*s").
  *
- * **The platform** brings four functions with C linkage, which the library calls and does not define:
- * `loggingLogOutput`, `errnoGet`, `zorSelfSysIndex` and `hwalEttPhy2Logical`.
+ * **The platform.** The library calls four functions and defines none of them. The process that links it does, with C
+ * linkage:
+ *
+ *     void loggingLogOutput(int module, int level, int flags, const char *format, ...);  // printf's format
+ *     int errnoGet(void);                      // the calling thread's last error number, as errno
+ *     uint32_t zorSelfSysIndex(void);          // the index of this system
+ *     int hwalEttPhy2Logical(const DcmEttInfo *physical, uint32_t *logicalIndex);   // entity to logical index
+ *
+ * **NULL** is allowed where a comment says so. Elsewhere GCC and Clang warn of it (#DCM_NONNULL).
  */
 #ifndef DCM_H
 #define DCM_H
 
 #include <stdint.h>
 
-/** Marks what the library exports. */
+/** Marks a function or table that the library exports. */
 #if defined(__GNUC__)
 #define DCM_API __attribute__((visibility("default")))
 #else
 #define DCM_API
+#endif
+
+/** Marks the arguments, counted from 1, that must not be NULL. */
+#if defined(__GNUC__)
+#define DCM_NONNULL(...) __attribute__((nonnull(__VA_ARGS__)))
+#else
+#define DCM_NONNULL(...)
 #endif
 
 #ifdef __cplusplus
@@ -91,7 +106,7 @@ enum {
 /** @name Marks for "not given"; reports print them as "UNSPEC" */
 /** @{ */
 enum {
-    DCM_ID_UNSPEC = 255,      /**< a slot, card or system id that is not given; the holder's own in an LED's attachment */
+    DCM_ID_UNSPEC = 255,      /**< a slot, card or system id that is not given; in an LED's attachment: its holder's */
     DCM_PORT_UNSPEC = 65535   /**< a port id that is not given */
 };
 /** @} */
@@ -104,10 +119,10 @@ enum {
 typedef struct DcmEttInfo {
     uint32_t ettClass;                /**< the platform's class number, see dcmEttClassStr2Val() */
     uint32_t ettIndex;                /**< the entity's own index */
-    uint32_t attach;                  /**< what the entity is attached to: row of #gDcmEttAttachStrs */
+    uint32_t attach;                  /**< attachment: row of #gDcmEttAttachStrs */
     uint32_t pathDepth;               /**< number of path parts plus one */
     uint32_t sysIndex;                /**< system index; 255 is this system */
-    uint32_t path[DCM_ETT_PATH_MAX];  /**< slot-like path parts; 255 is the holder's own ("#") */
+    uint32_t path[DCM_ETT_PATH_MAX];  /**< slot-like path parts; 255 is that of its holder ("#") */
 } DcmEttInfo;
 
 /** How an LED shows one state. */
@@ -118,13 +133,13 @@ typedef struct DcmLedStateInfo {
     uint8_t pri;   /**< priority, 1 to 12; 0: entry not in use */
 } DcmLedStateInfo;
 
-/** What an LED is and which source states drive it. */
+/** The identity of an LED and the source states that it shows. */
 typedef struct DcmLedHead {
     uint8_t ledType;    /**< row of #gDcmLedTypeStrs; selects the LED's state table */
     uint8_t id;         /**< LED number, from 1 */
-    uint8_t attach;     /**< what the LED is attached to: row of #gDcmEttAttachStrs */
-    uint8_t attachSlot; /**< slot of the attachment; 255: the holder's own */
-    uint8_t attachCard; /**< card of the attachment; 255: the holder's own; always 0 outside an LED map */
+    uint8_t attach;     /**< attachment: row of #gDcmEttAttachStrs */
+    uint8_t attachSlot; /**< slot of the attachment; 255: that of its holder */
+    uint8_t attachCard; /**< card of the attachment; 255: that of its holder; always 0 outside an LED map */
     uint8_t srcType;    /**< LED type whose state table the source states use */
     uint8_t statMapNum; /**< pairs in use in `srcState` and `ledState`, 0 to 12 */
     uint8_t srcState[DCM_LED_STATE_MAX]; /**< source states */
@@ -145,7 +160,7 @@ typedef struct DcmLedInfo {
     DcmLedStateInfo states[DCM_LED_STATE_MAX]; /**< displays; entry i has priority i + 1 */
 } DcmLedInfo;
 
-/** A run of port LEDs that look alike. An array of them ends at the first entry whose `endId` is 0. */
+/** A run of identical port LEDs. An array of them ends at the first entry whose `endId` is 0. */
 typedef struct DcmPortLedInfo {
     uint8_t ledType; /**< row of #gDcmLedTypeStrs */
     uint8_t startId; /**< first LED number of the run */
@@ -183,7 +198,7 @@ typedef struct DcmTemperatureInfo {
     uint8_t type;                      /**< row of #gDcmTemperTypeStrs */
 } DcmTemperatureInfo;
 
-/** One fan controller. Codes and levels are the fan control's own and pass through unchecked. */
+/** One fan controller. Codes and levels are defined by the fan control and are not checked. */
 typedef struct DcmFanCtrlInfo {
     uint8_t id;            /**< position in its array plus one; 0: entry not in use */
     uint8_t fanNum;        /**< number of fans driven */
@@ -277,7 +292,7 @@ typedef struct DcmFrameInfo {
     uint8_t tail[DCM_FRAME_TAIL_SIZE];                    /**< never filled */
 } DcmFrameInfo;
 
-/** An inner port or switch-fabric port of a slot. Present when `portId` is below 65535; taken when `drvType` is not 0. */
+/** An inner or switch-fabric port of a slot. Exists when `portId` is below 65535, described when `drvType` is not 0. */
 typedef struct DcmInnerIfInfo {
     uint8_t sysId;     /**< system id; 255: not given; 0 in an entry that is not described at all */
     uint8_t slotId;    /**< slot id; 255: not given */
@@ -286,7 +301,7 @@ typedef struct DcmInnerIfInfo {
     uint16_t phyType;  /**< PHY type, see dcmPhyTypeStr2Val() */
     uint8_t ondType;   /**< interface kind, see dcmOndTypeVal2Str() */
     uint8_t workmode;  /**< work mode, see dcmWorkmodeStr2Val() */
-    uint8_t drvType;   /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is taken */
+    uint8_t drvType;   /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is described */
     uint8_t portType;  /**< interface type, see dcmInnerIfTypeStr2Val() */
     uint8_t rsv;       /**< never filled */
     char ifName[DCM_INNER_IF_NAME_SIZE]; /**< interface name, always terminated; empty for switch-fabric ports */
@@ -314,7 +329,7 @@ typedef struct DcmSlotInfo {
 #define DCM_BIG_ENDIAN_BIT_FIELDS 0
 #endif
 
-/** A management port of a card. Present in reports when `portId` is below 65535; taken when `drvType` is not 0. */
+/** A management port of a card. Present in reports when `portId` is below 65535; described when `drvType` is not 0. */
 typedef struct DcmMethIfInfo {
     uint8_t slotId;   /**< slot id; 255: not given */
     uint8_t cardId;   /**< card id; 255: not given */
@@ -322,7 +337,7 @@ typedef struct DcmMethIfInfo {
     uint16_t phyType; /**< PHY type, see dcmPhyTypeStr2Val() */
     uint8_t ondType;  /**< interface kind: 44 ("meth") once a PHY type has been read */
     uint8_t workmode; /**< work mode, see dcmWorkmodeStr2Val() */
-    uint8_t drvType;  /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is taken */
+    uint8_t drvType;  /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is described */
     /* One byte of flags, counted from its most significant bit in either byte order. */
 #if DCM_BIG_ENDIAN_BIT_FIELDS
     uint8_t supportLaser : 2;    /**< 1 when the laser can be controlled */
@@ -334,10 +349,10 @@ typedef struct DcmMethIfInfo {
     uint8_t supportLaser : 2;    /**< 1 when the laser can be controlled */
 #endif
     char ifName[DCM_METH_IF_NAME_SIZE]; /**< interface name; terminated only when shorter than the field */
-    uint8_t transceiverCaps[4];         /**< bit array: transceiver capability v in bit v - 1 */
+    uint8_t transceiverCaps[4];         /**< capability set: value v in bit v - 1, see dcmPortTransceiverCapStr2Val() */
 } DcmMethIfInfo;
 
-/** A panel port of a card. Taken when `drvType` is not 0. */
+/** A panel port of a card. Described when `drvType` is not 0. */
 typedef struct DcmPanelIfInfo {
     uint8_t slotId;            /**< slot id; 255: not given */
     uint8_t cardId;            /**< card id; 255: not given */
@@ -346,12 +361,12 @@ typedef struct DcmPanelIfInfo {
     uint8_t ondType;           /**< interface kind, see dcmOndTypeVal2Str() */
     uint8_t workmode;          /**< work mode, see dcmWorkmodeStr2Val() */
     uint8_t portType;          /**< port type, see dcmPortTypeStr2Val(); 2 ("unassigned") by default */
-    uint8_t drvType;           /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is taken */
+    uint8_t drvType;           /**< driver type, see dcmDriverTypeStr2Val(); not 0: the entry is described */
     uint8_t hidden;            /**< 1 when the port is hidden */
     uint8_t connectorType;     /**< connector, see dcmPortConnectorStr2Val() */
     uint32_t groupId;          /**< port group number */
-    uint8_t layerProtoCaps[4]; /**< capability set, see dcmPortLayerProtoCapStr2Val() */
-    uint8_t opticalChnCaps[4]; /**< capability set, see dcmPortOpticalChnCapStr2Val() */
+    uint8_t layerProtoCaps[4]; /**< capability set: value v in bit v, see dcmPortLayerProtoCapStr2Val() */
+    uint8_t opticalChnCaps[4]; /**< capability set: value v in bit v, see dcmPortOpticalChnCapStr2Val() */
     uint16_t wavelength;       /**< wavelength number */
     uint8_t bpPort;            /**< 1 for a backplane port */
     uint8_t gccBitOrder;       /**< bit order, see dcmBitOrderStr2Val() */
@@ -371,16 +386,16 @@ typedef struct DcmPanelIfInfo {
     uint16_t supportPoe : 2;      /**< 1 when the port supplies PoE */
     uint16_t supportLaser : 2;    /**< 1 when the laser can be controlled */
 #endif
-    uint8_t poeStandardCaps[1]; /**< capability set, see dcmPortPoeStandardCapStr2Val() */
-    uint8_t poeInrushCaps[1];   /**< capability set, see dcmPortPoeInrushCapStr2Val(); "at-altb" (8) has no bit here and
-                                     shows as the top bit of `portIdOffset` */
+    uint8_t poeStandardCaps[1]; /**< capability set: value v in bit v, see dcmPortPoeStandardCapStr2Val() */
+    uint8_t poeInrushCaps[1];   /**< capability set: value v in bit v, see dcmPortPoeInrushCapStr2Val(); "at-altb" (8)
+                                     has no bit here and sets the top bit of `portIdOffset` */
     int8_t portIdOffset;        /**< what a group adds to its port ids */
-    uint8_t transceiverCaps[4]; /**< bit array: transceiver capability v in bit v - 1 */
+    uint8_t transceiverCaps[4]; /**< capability set: value v in bit v - 1, see dcmPortTransceiverCapStr2Val() */
     uint8_t modelNameLen;       /**< bytes of `modelName`, 0 to 64 */
     char modelName[DCM_MODEL_NAME_SIZE]; /**< terminated only when shorter than the field */
 } DcmPanelIfInfo;
 
-/** A GCC port of a card. Taken when `phyType` is not 0. */
+/** A GCC port of a card. Described when `phyType` is not 0. */
 typedef struct DcmGccIfInfo {
     uint8_t slotId;   /**< slot id; 255: not given */
     uint8_t cardId;   /**< card id; 255: not given */
@@ -465,8 +480,8 @@ typedef struct DcmCardInfo {
     uint8_t clockChipNum;        /**< announced clock chips, 0 or 1 */
     uint8_t componentNum;        /**< announced components, 0 to 12 */
     uint8_t crosslinkSlot;       /**< the card's cross-link slot */
-    char name[DCM_CARD_NAME_SIZE];          /**< `nameLen` bytes; what follows them means nothing */
-    char abbrName[DCM_CARD_ABBR_NAME_SIZE]; /**< `abbrNameLen` bytes; what follows them means nothing */
+    char name[DCM_CARD_NAME_SIZE];          /**< `nameLen` bytes; the rest is not defined */
+    char abbrName[DCM_CARD_ABBR_NAME_SIZE]; /**< `abbrNameLen` bytes; the rest is not defined */
     uint8_t nameLen;             /**< 0 to 63 */
     uint8_t abbrNameLen;         /**< 0 to 31 */
     DcmMethIfInfo methIf[DCM_METH_IF_MAX];       /**< entry i: management port i + 1 */
@@ -480,8 +495,8 @@ typedef struct DcmCardInfo {
     DcmLedInfo led[DCM_LED_MAX];                 /**< the card's LEDs */
     DcmPortLedInfo portLed[DCM_PORT_LED_MAX];    /**< the card's port LED runs */
     DcmLedMapInfo ledMap;                        /**< the card's LED map */
-    uint8_t portTypeCaps[1];                     /**< capability set, see dcmPortTypeCapStr2Val() */
-    uint8_t supportFuncs[1];                     /**< capability set, see dcmCardSupportFuncStr2Val() */
+    uint8_t portTypeCaps[1];                     /**< capability set: value v in bit v, dcmPortTypeCapStr2Val() */
+    uint8_t supportFuncs[1];                     /**< capability set: value v in bit v, dcmCardSupportFuncStr2Val() */
     DcmChipInfo switchChip;                      /**< the switch chip */
     DcmChipInfo clockChip;                       /**< the clock chip */
     DcmComponentInfo component[DCM_COMPONENT_MAX]; /**< components, in document order */
@@ -499,29 +514,65 @@ typedef struct DcmVmPortInfo {
 
 /**
  * @name Queries
- * `fileName` is the path of the description file; NULL stands for "/etc/zorconf/device/device.xml". The file is a regular
- * file of at most 128 MiB and is read as it is, so that a compressed one is not well-formed. A URL, an escape ("%20") or
- * "-" means nothing but a path of these characters, no catalog is asked for a missing file, and whatever a description
- * refers to is not opened. `info` must not be NULL.
- * The record is cleared and given its defaults before the file is opened; after -1 it holds what was decoded before the
- * failure and must not be trusted.
+ * `fileName` is the path of the description; NULL is "/etc/zorconf/device/device.xml". It must be a regular file of at
+ * most 128 MiB and is read as it is: a compressed file is not well-formed. URLs, escapes ("%20") and "-" are plain
+ * paths, no catalog is consulted for a missing file, and nothing that a description refers to is opened.
+ *
+ * A query returns 0 when it has found and decoded the element. It returns -1 when
+ * - the file cannot be opened or read, is not a regular file, or is larger than 128 MiB,
+ * - the file is not well-formed XML,
+ * - the root element has another name ("device"; "panel-port" for a VM),
+ * - no element has the requested type (and mode),
+ * - a required attribute is missing, a count or an id is out of range, an id is described twice, a word is unknown or a
+ *   list is faulty, except where the reference of the format says that this is ignored,
+ * - an allocation fails, or entities expand beyond 1 MiB in one text or 16 MiB in the description.
  */
 /** @{ */
 
-/** Reads the first frame whose type id is `typeId`; a frame without one counts as type 0. */
-DCM_API int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info);
-
-/** Reads the first slot whose list of type ids holds `typeId`. */
-DCM_API int dcmSlotInfoGet(const char *fileName, uint32_t typeId, DcmSlotInfo *info);
-
-/** Reads the first card whose type id is `typeId` and whose mode is `mode`; each counts as 0 where a card has none. */
-DCM_API int dcmCardInfoGet(const char *fileName, uint32_t typeId, uint32_t mode, DcmCardInfo *info);
+/**
+ * Reads the first frame whose type id is `typeId`. A frame without a type id has type 0.
+ *
+ * Returns -1 in the cases above, and when a list in "slotmap" is faulty, when "fanmodule-entity", "fanctrl-entity" or
+ * "power-entity" has no "num" or one above its bound, or when a fan module, fan, controller, supply, LED, LED map or
+ * sensor in it fails. The record then has its `type`, the elements before the fault in document order, and what the
+ * failing element had set, such as the rejected count. All other fields are 0. When the file is at fault or the frame
+ * is not found, only `type` is set.
+ */
+DCM_API int dcmFrameInfoGet(const char *fileName, uint32_t typeId, DcmFrameInfo *info) DCM_NONNULL(3);
 
 /**
- * Reads the port list of VM `vmId` from "/etc/zorconf/device/vm-N.xml". The record is not cleared: entries beyond the
- * last one of the file keep what they held.
+ * Reads the first slot whose list of type ids contains `typeId`. A slot without a list is never found.
+ *
+ * Returns -1 in the cases above, and when "supportpoe" is not "yes" or "no", when an inner port, switch-fabric port,
+ * fan controller or power entity fails, or when "fanctrl-entity" or "power-entity" has no "num" or one above its bound.
+ * The record then has its `type`, the elements before the fault in document order, and what the failing element had
+ * set. All other ports are absent (`portId` 65535; slot, card and system id 255) and other fields are 0. When the file
+ * is at fault or the slot is not found, only `type` is set.
  */
-DCM_API int dcmVmPortInfoGet(uint8_t vmId, DcmVmPortInfo *info);
+DCM_API int dcmSlotInfoGet(const char *fileName, uint32_t typeId, DcmSlotInfo *info) DCM_NONNULL(3);
+
+/**
+ * Reads the first card whose type id is `typeId` and whose mode is `mode`. A missing attribute counts as 0.
+ *
+ * Returns -1 in the cases above, and when "panel-port" has no "num", "startportid" or "maxportid", or a "linenum" or
+ * "clientnum" that is not 0 although both do not add up to "num"; when another counted element has no "num" or one
+ * above its bound; or when a port, chip, memory, sensor, LED, LED map or component in it fails. The record then has its
+ * `type` and `mode`, the elements before the fault in document order, and what the failing element had set, such as the
+ * rejected count. Other ports have no ids (`portId` 65535; slot and card id 255), panel ports are "unassigned" (2), and
+ * other fields are 0. When the file is at fault, only `type` and `mode` are set. When the card is not found, `name` and
+ * `abbrName` are those of the last card that had any.
+ */
+DCM_API int dcmCardInfoGet(const char *fileName, uint32_t typeId, uint32_t mode, DcmCardInfo *info) DCM_NONNULL(4);
+
+/**
+ * Reads the port list of VM `vmId` from "/etc/zorconf/device/vm-N.xml". The record is not cleared: entries after the
+ * last one of the file keep their values.
+ *
+ * Returns -1 when the file does not exist, and in the cases above for the file, its root element "panel-port" and
+ * allocations. The record then keeps all its values, unless an allocation failed between two entries: then the entries
+ * before it are already written.
+ */
+DCM_API int dcmVmPortInfoGet(uint8_t vmId, DcmVmPortInfo *info) DCM_NONNULL(2);
 
 /** @} */
 
@@ -531,45 +582,46 @@ DCM_API int dcmVmPortInfoGet(uint8_t vmId, DcmVmPortInfo *info);
 
 /**
  * @name Reports
- * Printed on standard output for a person at a debug shell, every line ending "\r\n". A Show function runs the query
- * into a record of its own, on its stack, and prints it, or a line that it failed.
+ * A report is printed on standard output for a person at a debug shell; each line ends in "\r\n". A Show function runs
+ * the query into a record on its own stack and prints it, or a line that the query failed. A NULL `fileName` is the
+ * default file. A result that is described as that of the last write is the one of printf or puts.
  */
 /** @{ */
 
 /** Prints a frame type of the default file. Returns as dcmFrameInfoShowFilename(). */
 DCM_API int dcmFrameInfoShow(uint32_t typeId);
-/** Prints a frame type of `fileName` (NULL: the default file). Returns -1 when the query failed, else 0 or more. */
+/** Prints a frame type of `fileName`. Returns -1 when the query failed, otherwise 0 or more. */
 DCM_API int dcmFrameInfoShowFilename(const char *fileName, uint32_t typeId);
-/** Prints a frame record. The result is that of the last write. */
-DCM_API int dcmFrameInfoPrint(const DcmFrameInfo *info);
+/** Prints a frame record. Returns the result of the last write. */
+DCM_API int dcmFrameInfoPrint(const DcmFrameInfo *info) DCM_NONNULL(1);
 
-/** Prints a slot type of the default file. The result is that of the last write, whether or not the query failed. */
+/** Prints a slot type of the default file. Returns the result of the last write, also when the query failed. */
 DCM_API int dcmSlotInfoShow(uint32_t typeId);
-/** Prints a slot type of `fileName` (NULL: the default file). The result is as for dcmSlotInfoShow(). */
+/** Prints a slot type of `fileName`. Returns as dcmSlotInfoShow(). */
 DCM_API int dcmSlotInfoShowFilename(const char *fileName, uint32_t typeId);
-/** Prints a slot record. The result is that of the last write. */
-DCM_API int dcmSlotInfoPrint(const DcmSlotInfo *info);
+/** Prints a slot record. Returns the result of the last write. */
+DCM_API int dcmSlotInfoPrint(const DcmSlotInfo *info) DCM_NONNULL(1);
 
-/** Prints a card type of the default file. The result is that of the last write, whether or not the query failed. */
+/** Prints a card type of the default file. Returns the result of the last write, also when the query failed. */
 DCM_API int dcmCardInfoShow(uint32_t typeId, uint32_t mode);
-/** Prints a card type of `fileName` (NULL: the default file). The result is as for dcmCardInfoShow(). */
+/** Prints a card type of `fileName`. Returns as dcmCardInfoShow(). */
 DCM_API int dcmCardInfoShowFilename(const char *fileName, uint32_t typeId, uint32_t mode);
-/** Prints a card record. The result is that of the last write. */
-DCM_API int dcmCardInfoPrint(const DcmCardInfo *info);
+/** Prints a card record. Returns the result of the last write. */
+DCM_API int dcmCardInfoPrint(const DcmCardInfo *info) DCM_NONNULL(1);
 
-/** Prints a VM's port list; `fileName` is only printed. The result is that of the last write. */
-DCM_API int dcmVmPortInfoShow(const char *fileName, const DcmVmPortInfo *info);
+/** Prints the port list of a VM. `fileName` is only printed, NULL as "(null)". Returns the result of the last write. */
+DCM_API int dcmVmPortInfoShow(const char *fileName, const DcmVmPortInfo *info) DCM_NONNULL(2);
 
-/** Prints what an LED is and its state map. Takes a #DcmLedInfo, too, as it begins with the same fields. */
-DCM_API void _dcmLedInfoPrint(const DcmLedHead *led);
+/** Prints type, id, attachment and state map of an LED. Also takes a #DcmLedInfo, which begins with the same fields. */
+DCM_API void _dcmLedInfoPrint(const DcmLedHead *led) DCM_NONNULL(1);
 /** Prints those of the 12 `states` that are in use, in the words of `ledType`. */
-DCM_API void _dcmLedStatesPrint(const DcmLedStateInfo *states, uint32_t ledType);
-/** Prints `num` LEDs. */
+DCM_API void _dcmLedStatesPrint(const DcmLedStateInfo *states, uint32_t ledType) DCM_NONNULL(1);
+/** Prints `num` LEDs. `leds` may be NULL when `num` is 0. */
 DCM_API void dcmLedInfoPrint(const DcmLedInfo *leds, int32_t num);
 /** Prints an LED map. */
-DCM_API void dcmLedMapPrint(const DcmLedMapInfo *map);
+DCM_API void dcmLedMapPrint(const DcmLedMapInfo *map) DCM_NONNULL(1);
 /** Prints the LEDs and port LED runs of a card. */
-DCM_API void dcmLedCardInfoPrint(const DcmCardInfo *info);
+DCM_API void dcmLedCardInfoPrint(const DcmCardInfo *info) DCM_NONNULL(1);
 
 /** @} */
 
@@ -579,34 +631,37 @@ DCM_API void dcmLedCardInfoPrint(const DcmCardInfo *info);
 
 /**
  * @name Shared decoders
- * They decode one element of a parsed description into what the caller owns. No argument may be NULL.
+ * Each decodes one element of a tree that the caller has parsed with libxml2 into memory of the caller. After -1 the
+ * memory has what was decoded before the fault.
  */
 /** @{ */
 
 /**
- * Appends one "temperature" element to `sensors` at position `*count` and counts it. The caller sees to it that the
- * array has room.
+ * Appends one "temperature" element to `sensors` at position `*count` and increments `*count`, also when the content of
+ * the element is at fault. The caller makes sure that the array has room.
  */
-DCM_API int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count);
+DCM_API int dcmDecodeTemperatureEntity(struct _xmlNode *node, DcmTemperatureInfo *sensors, uint8_t *count)
+    DCM_NONNULL(1, 2, 3);
 
 /**
  * Decodes a "led-entity" element into `leds`, which has room for `maxLeds`; each LED gets `attach` and `attachSlot`.
- * `*count` receives the number of LEDs, and stays as it is after a failure. LEDs beyond the room are left out.
+ * `*count` receives the number of LEDs and is unchanged after a failure. LEDs beyond the room are left out. With NULL
+ * for `leds` they are only counted.
  */
 DCM_API int dcmLedDecodeEntity(struct _xmlNode *node, DcmLedInfo *leds, int32_t maxLeds, int32_t attach,
-                               int32_t attachSlot, uint8_t *count);
+                               int32_t attachSlot, uint8_t *count) DCM_NONNULL(1, 6);
 
 /**
  * Decodes the "state" children of an element into the state pairs of `led`, whose `ledType` and `srcType` are set.
  * Pairs beyond the twelfth are left out.
  */
-DCM_API int _dcmLedDecodeStateMap(struct _xmlNode *node, DcmLedHead *led);
+DCM_API int _dcmLedDecodeStateMap(struct _xmlNode *node, DcmLedHead *led) DCM_NONNULL(1, 2);
 
 /** Decodes a "portled-entity" element into the 3 cleared entries of `portLeds`; further runs are left out. */
-DCM_API int dcmLedDecodePortEntity(struct _xmlNode *node, DcmPortLedInfo *portLeds);
+DCM_API int dcmLedDecodePortEntity(struct _xmlNode *node, DcmPortLedInfo *portLeds) DCM_NONNULL(1, 2);
 
 /** Decodes a "led-map" element into a cleared map. */
-DCM_API int dcmLedDecodeMap(struct _xmlNode *node, DcmLedMapInfo *map);
+DCM_API int dcmLedDecodeMap(struct _xmlNode *node, DcmLedMapInfo *map) DCM_NONNULL(1, 2);
 
 /** @} */
 
@@ -616,36 +671,37 @@ DCM_API int dcmLedDecodeMap(struct _xmlNode *node, DcmLedMapInfo *map);
 
 /**
  * @name List codecs
- * They report nothing. A NULL text counts as empty.
+ * They report nothing. A NULL `list` counts as empty.
  */
 /** @{ */
 
-/** Returns 1 when `value` is an item of a comma list of numbers ("1,0x10"; no ranges), else 0. */
+/** Returns 1 when `value` is an item of a comma-separated list of numbers ("1,0x10"; no ranges), otherwise 0. */
 DCM_API int dcmStrMatch(uint32_t value, const char *list);
 
 /**
- * Reads numbers, each separated from the next by one character of any kind, into `array` up to the first 0 or text that
- * is no number. Clears `size` bytes of `array` first. Always returns 0. `array` must hold the longest list that the
- * text may give: `size` does not bound what is stored.
+ * Reads numbers, each separated from the next by one character of any kind, into `array`, up to the first 0 or text
+ * that is not a number. Clears `size` bytes of `array` first. Always returns 0. `array` must hold the longest list that
+ * the text may contain: `size` does not limit what is stored.
  */
 DCM_API int dcmStr2Array(const char *list, uint32_t *array, int32_t size);
 
 /**
  * Reads a range list ("1-4,6": no blanks, no leading zeros) of numbers from `minimum` to `maximum` into a bit array of
- * `size` bytes. Returns -1 and leaves the array as it is when it cannot hold `maximum`; returns -1 for a faulty list,
- * whose numbers before the fault stay set.
+ * `size` bytes. Returns -1 and leaves the array unchanged when it cannot hold `maximum`. Returns -1 for a faulty list,
+ * whose numbers before the fault are set.
  */
-DCM_API int dcmStr2BitList(const char *list, uint32_t minimum, uint32_t maximum, uint8_t *bits, uint32_t size);
+DCM_API int dcmStr2BitList(const char *list, uint32_t minimum, uint32_t maximum, uint8_t *bits, uint32_t size)
+    DCM_NONNULL(4);
 
 /**
  * Writes a bit array of `size` bytes as a range list that counts from 1, and returns `out`. Stops before an item once
  * more than `limit` characters are written; `out` must hold `limit` characters, one more item ("," and two numbers
  * joined by "-") and the terminator, and never less than 4 bytes.
  */
-DCM_API char *dcmBitList2Str(const uint8_t *bits, uint32_t size, char *out, uint32_t limit);
+DCM_API char *dcmBitList2Str(const uint8_t *bits, uint32_t size, char *out, uint32_t limit) DCM_NONNULL(3);
 
-/** As dcmBitList2Str(), counting from 0: prints a capability set as its values. */
-DCM_API char *dcmBitList2Str0(const uint8_t *bits, uint32_t size, char *out, uint32_t limit);
+/** The same counting from 0: prints a capability set as its values (for transceivers, use dcmBitList2Str()). */
+DCM_API char *dcmBitList2Str0(const uint8_t *bits, uint32_t size, char *out, uint32_t limit) DCM_NONNULL(3);
 
 /** @} */
 
@@ -655,61 +711,88 @@ DCM_API char *dcmBitList2Str0(const uint8_t *bits, uint32_t size, char *out, uin
 
 /**
  * @name Keywords of ports and interfaces
- * Str2Val: exact comparison; on an unknown or NULL text nothing is written, the text is reported, and the result is -1.
- * Val2Str: a constant text, "unknown" for a value without keyword.
+ * Str2Val: compares exactly. For an unknown or NULL text nothing is written, the text is reported, and the result is
+ * -1. Val2Str: a constant text, "unknown" for a value without a keyword.
  */
 /** @{ */
-DCM_API int dcmYesNoStr2Val(const unsigned char *text, uint32_t *value);          /**< "yes" 1, "no" 0 */
-DCM_API int dcmBitOrderStr2Val(const unsigned char *text, uint32_t *value);       /**< "lsb" 0, "msb" 1 */
-DCM_API const char *dcmBitOrderVal2Str(uint32_t value);                           /**< reverse of dcmBitOrderStr2Val() */
-DCM_API int dcmDriverTypeStr2Val(const unsigned char *text, uint32_t *value);     /**< "cdl" 1, "ineth" 2 */
-DCM_API const char *dcmDriverTypeVal2Str(uint32_t value);                         /**< reverse of dcmDriverTypeStr2Val() */
-DCM_API int dcmInnerIfTypeStr2Val(const unsigned char *text, uint32_t *value);    /**< "hsync" 1 to "sfu" 4 */
-DCM_API const char *dcmInnerIfTypeVal2Str(uint32_t value);                        /**< reverse of dcmInnerIfTypeStr2Val() */
-DCM_API int dcmWorkmodeStr2Val(const unsigned char *text, uint32_t *value);       /**< "bridge" 0, "route" 1 */
-DCM_API const char *dcmWorkmodeVal2Str(uint32_t value);                           /**< reverse of dcmWorkmodeStr2Val() */
-DCM_API int dcmPortConnectorStr2Val(const unsigned char *text, uint32_t *value);  /**< "copper" 1, "fiber" 2 */
-DCM_API const char *dcmPortConnectorTypeVal2Str(uint32_t value);                  /**< reverse of dcmPortConnectorStr2Val() */
-/** PHY type and the interface kind that goes with it; writes both or none. */
-DCM_API int dcmPhyTypeStr2Val(const unsigned char *text, uint32_t *phyType, uint32_t *ondType);
+/** "yes" 1, "no" 0. */
+DCM_API int dcmYesNoStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** "lsb" 0, "msb" 1. */
+DCM_API int dcmBitOrderStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmBitOrderStr2Val(). */
+DCM_API const char *dcmBitOrderVal2Str(uint32_t value);
+/** "cdl" 1, "ineth" 2. */
+DCM_API int dcmDriverTypeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmDriverTypeStr2Val(). */
+DCM_API const char *dcmDriverTypeVal2Str(uint32_t value);
+/** "hsync" 1 to "sfu" 4. */
+DCM_API int dcmInnerIfTypeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmInnerIfTypeStr2Val(). */
+DCM_API const char *dcmInnerIfTypeVal2Str(uint32_t value);
+/** "bridge" 0, "route" 1. */
+DCM_API int dcmWorkmodeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmWorkmodeStr2Val(). */
+DCM_API const char *dcmWorkmodeVal2Str(uint32_t value);
+/** "copper" 1, "fiber" 2. */
+DCM_API int dcmPortConnectorStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortConnectorStr2Val(). */
+DCM_API const char *dcmPortConnectorTypeVal2Str(uint32_t value);
+/** PHY type and its interface kind; writes both or neither. */
+DCM_API int dcmPhyTypeStr2Val(const unsigned char *text, uint32_t *phyType, uint32_t *ondType) DCM_NONNULL(2, 3);
 /** Name of a PHY type. Not the reverse of dcmPhyTypeStr2Val(): "10ge" reads as 3, and 3 prints "xge". */
 DCM_API const char *dcmPhyTypeVal2Str(uint32_t value);
-DCM_API const char *dcmOndTypeVal2Str(uint32_t value);                            /**< name of an interface kind, 1 to 45 */
-DCM_API int dcmPortTypeStr2Val(const unsigned char *text, uint32_t *value);       /**< "client" 0 to "ptmes61" 33 */
-/** Reverse of dcmPortTypeStr2Val(), but that 2 ("unassigned") prints "unassign". */
+/** Name of an interface kind, 1 to 45. */
+DCM_API const char *dcmOndTypeVal2Str(uint32_t value);
+/** "client" 0 to "ptmes61" 33. */
+DCM_API int dcmPortTypeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortTypeStr2Val(), except that 2 ("unassigned") prints "unassign". */
 DCM_API const char *dcmPortTypeVal2Str(uint32_t value);
-DCM_API int dcmPortTypeCapStr2Val(const unsigned char *text, uint32_t *value);    /**< "eth" 0 to "none" 6 */
-DCM_API const char *dcmPortTypeCapVal2Str(uint32_t value);                        /**< reverse of dcmPortTypeCapStr2Val() */
-DCM_API int dcmMemoryTypeStr2Val(const unsigned char *text, uint32_t *value);     /**< "ram" 1, "flash" 2 */
-DCM_API const char *dcmMemoryTypeVal2Str(uint32_t value);                         /**< reverse of dcmMemoryTypeStr2Val() */
+/** "eth" 0 to "none" 6. */
+DCM_API int dcmPortTypeCapStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortTypeCapStr2Val(). */
+DCM_API const char *dcmPortTypeCapVal2Str(uint32_t value);
+/** "ram" 1, "flash" 2. */
+DCM_API int dcmMemoryTypeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmMemoryTypeStr2Val(). */
+DCM_API const char *dcmMemoryTypeVal2Str(uint32_t value);
 /** @} */
 
 /**
  * @name Keywords of capabilities
- * Results are as for the keywords of ports and interfaces.
+ * Results are as for the keywords of ports and interfaces. In a record, value v is in bit v of its set; transceivers
+ * are in bit v - 1, since their values count from 1.
  */
 /** @{ */
-DCM_API int dcmCardSupportFuncStr2Val(const unsigned char *text, uint32_t *value);      /**< "switch-console" 0 to 2 */
-DCM_API int dcmPortLayerProtoCapStr2Val(const unsigned char *text, uint32_t *value);    /**< "ge" 0 to "flexe100ge" 26 */
-DCM_API const char *dcmPortLayerProtoCapVal2Str(uint32_t value);   /**< reverse of dcmPortLayerProtoCapStr2Val() */
-DCM_API int dcmPortTransceiverCapStr2Val(const unsigned char *text, uint32_t *value);   /**< "1000basex" 1 to 21 */
-/** Reverse of dcmPortTransceiverCapStr2Val() for 1 to 17; 18 to 21 print "unknown". */
+/** "switch-console" 0 to 2. */
+DCM_API int dcmCardSupportFuncStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** "ge" 0 to "flexe100ge" 26. */
+DCM_API int dcmPortLayerProtoCapStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortLayerProtoCapStr2Val(). */
+DCM_API const char *dcmPortLayerProtoCapVal2Str(uint32_t value);
+/** "1000basex" 1 to 21. */
+DCM_API int dcmPortTransceiverCapStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortTransceiverCapStr2Val() for 1 to 17; 18 to 21 print "unknown". Bit v - 1 of a set has value v. */
 DCM_API const char *dcmPortTransceiverCapVal2Str(uint32_t value);
-DCM_API int dcmPortOpticalChnCapStr2Val(const unsigned char *text, uint32_t *value);    /**< 0 to 16 */
-DCM_API const char *dcmPortOpticalChnCapVal2Str(uint32_t value);   /**< reverse of dcmPortOpticalChnCapStr2Val() */
-DCM_API int dcmPortPoeStandardCapStr2Val(const unsigned char *text, uint32_t *value);   /**< "af" 1, "at" 2, "bt" 3 */
-DCM_API const char *dcmPortPoeStandardCapVal2Str(uint32_t value);  /**< reverse of dcmPortPoeStandardCapStr2Val() */
-DCM_API int dcmPortPoeInrushCapStr2Val(const unsigned char *text, uint32_t *value);     /**< "af" 0 to "at-altb" 8 */
-DCM_API const char *dcmPortPoeInrushCapVal2Str(uint32_t value);    /**< reverse of dcmPortPoeInrushCapStr2Val() */
+/** 0 to 16. */
+DCM_API int dcmPortOpticalChnCapStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortOpticalChnCapStr2Val(). */
+DCM_API const char *dcmPortOpticalChnCapVal2Str(uint32_t value);
+/** "af" 1, "at" 2, "bt" 3. */
+DCM_API int dcmPortPoeStandardCapStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortPoeStandardCapStr2Val(). */
+DCM_API const char *dcmPortPoeStandardCapVal2Str(uint32_t value);
+/** "af" 0 to "at-altb" 8. */
+DCM_API int dcmPortPoeInrushCapStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmPortPoeInrushCapStr2Val(). */
+DCM_API const char *dcmPortPoeInrushCapVal2Str(uint32_t value);
 /** @} */
 
 /**
  * @name Keyword tables
- * A keyword's value is its row; entity classes are the exception, see dcmEttClassStr2Val(). The converters read the
- * tables as they are at the moment of the call, so that a process may put its own words into them. They lie in memory
- * one after the other in this order, with zero bytes behind the last. (A program that is linked with the shared library
- * and is not compiled as position-independent code with -fPIC works on copies of the tables that it names; the library
- * sees the copies, but these do not lie one after the other.)
+ * The value of a keyword is its row, except for entity classes, see dcmEttClassStr2Val(). The converters read the
+ * tables at each call, so that a process may replace words in them. The tables are adjacent in memory in this order,
+ * followed by zero bytes. (A program that links the shared library and is not compiled as position-independent code
+ * with -fPIC has copies of the tables that it names; the library uses the copies, which are not adjacent.)
  */
 /** @{ */
 enum {
@@ -729,50 +812,75 @@ enum {
     DCM_LED_USB_STATE_ROWS = 2,    /**< rows of #gDcmLedUsbStateStrs */
     DCM_TEMPER_TYPE_ROWS = 8       /**< rows of #gDcmTemperTypeStrs */
 };
-extern DCM_API char gDcmEttClass[DCM_ETT_CLASS_ROWS][DCM_KEYWORD_SIZE];                /**< entity classes */
-extern DCM_API char gDcmEttAttachStrs[DCM_ETT_ATTACH_ROWS][DCM_KEYWORD_SIZE];          /**< attachments */
-extern DCM_API char gDcmLedFreqStrs[DCM_LED_FREQ_ROWS][DCM_KEYWORD_SIZE];              /**< LED frequencies */
-extern DCM_API char gDcmLedColorStrs[DCM_LED_COLOR_ROWS][DCM_KEYWORD_SIZE];            /**< LED colours */
-extern DCM_API char gDcmLedTypeStrs[DCM_LED_TYPE_ROWS][DCM_KEYWORD_SIZE];              /**< LED types */
-extern DCM_API char gDcmLedSysStateStrs[DCM_LED_SYS_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: system */
-extern DCM_API char gDcmLedPowerStateStrs[DCM_LED_POWER_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: power */
-extern DCM_API char gDcmLedFanStateStrs[DCM_LED_FAN_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: fan */
-extern DCM_API char gDcmLedStackStateStrs[DCM_LED_STACK_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: stack, id, breakout */
-extern DCM_API char gDcmLedMasterStateStrs[DCM_LED_MASTER_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: (stack) master */
-extern DCM_API char gDcmLedPoeStateStrs[DCM_LED_POE_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: poe, link, ponlink */
-extern DCM_API char gDcmLedAlarmStateStrs[DCM_LED_ALARM_STATE_ROWS][DCM_KEYWORD_SIZE]; /**< states: alarm */
-extern DCM_API char gDcmLedCardStateStrs[DCM_LED_CARD_STATE_ROWS][DCM_KEYWORD_SIZE];   /**< states: mcu, lcu, sfu */
-extern DCM_API char gDcmLedUsbStateStrs[DCM_LED_USB_STATE_ROWS][DCM_KEYWORD_SIZE];     /**< states: usb */
-extern DCM_API char gDcmTemperTypeStrs[DCM_TEMPER_TYPE_ROWS][DCM_KEYWORD_SIZE];        /**< temperature sensor types */
+/** Entity classes. */
+extern DCM_API char gDcmEttClass[DCM_ETT_CLASS_ROWS][DCM_KEYWORD_SIZE];
+/** Attachments. */
+extern DCM_API char gDcmEttAttachStrs[DCM_ETT_ATTACH_ROWS][DCM_KEYWORD_SIZE];
+/** LED frequencies. */
+extern DCM_API char gDcmLedFreqStrs[DCM_LED_FREQ_ROWS][DCM_KEYWORD_SIZE];
+/** LED colours. */
+extern DCM_API char gDcmLedColorStrs[DCM_LED_COLOR_ROWS][DCM_KEYWORD_SIZE];
+/** LED types. */
+extern DCM_API char gDcmLedTypeStrs[DCM_LED_TYPE_ROWS][DCM_KEYWORD_SIZE];
+/** States: system. */
+extern DCM_API char gDcmLedSysStateStrs[DCM_LED_SYS_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: power. */
+extern DCM_API char gDcmLedPowerStateStrs[DCM_LED_POWER_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: fan. */
+extern DCM_API char gDcmLedFanStateStrs[DCM_LED_FAN_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: stack, id, breakout. */
+extern DCM_API char gDcmLedStackStateStrs[DCM_LED_STACK_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: (stack) master. */
+extern DCM_API char gDcmLedMasterStateStrs[DCM_LED_MASTER_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: poe, link, ponlink. */
+extern DCM_API char gDcmLedPoeStateStrs[DCM_LED_POE_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: alarm. */
+extern DCM_API char gDcmLedAlarmStateStrs[DCM_LED_ALARM_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: mcu, lcu, sfu. */
+extern DCM_API char gDcmLedCardStateStrs[DCM_LED_CARD_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** States: usb. */
+extern DCM_API char gDcmLedUsbStateStrs[DCM_LED_USB_STATE_ROWS][DCM_KEYWORD_SIZE];
+/** Temperature sensor types. */
+extern DCM_API char gDcmTemperTypeStrs[DCM_TEMPER_TYPE_ROWS][DCM_KEYWORD_SIZE];
 /** @} */
 
 /**
  * @name Keywords of entities, LEDs and temperature sensors
- * Str2Val: results are as for the keywords of ports and interfaces. Val2Str: the row of the table; a value equal to the
- * number of rows gives the first row of the table that follows in memory, a larger one "unknown".
+ * Str2Val: results are as for the keywords of ports and interfaces. Val2Str: the row of the table. A value equal to the
+ * number of rows returns the first row of the table that follows in memory, a larger one "unknown".
  */
 /** @{ */
 /** Writes the platform's class number, not the row: "led" 26, "fan" 19, "power" 6, "card" 9, "port" 10, ... */
-DCM_API int dcmEttClassStr2Val(const unsigned char *text, uint32_t *value);
-DCM_API int dcmEttAttachStr2Val(const unsigned char *text, uint32_t *value);  /**< row of #gDcmEttAttachStrs */
-DCM_API const char *dcmEttAttachVal2Str(uint32_t value);                      /**< reverse of dcmEttAttachStr2Val() */
-DCM_API int dcmLedFreqStr2Val(const unsigned char *text, uint32_t *value);    /**< row of #gDcmLedFreqStrs */
-DCM_API const char *dcmLedFreqVal2Str(uint32_t value);                        /**< reverse of dcmLedFreqStr2Val() */
-DCM_API int dcmLedColorStr2Val(const unsigned char *text, uint32_t *value);   /**< row of #gDcmLedColorStrs */
-DCM_API const char *dcmLedColorVal2Str(uint32_t value);                       /**< reverse of dcmLedColorStr2Val() */
-DCM_API int dcmLedTypeStr2Val(const unsigned char *text, uint32_t *value);    /**< row of #gDcmLedTypeStrs */
-DCM_API const char *dcmLedTypeVal2Str(uint32_t value);                        /**< reverse of dcmLedTypeStr2Val() */
-DCM_API int dcmTemperTypeStr2Val(const unsigned char *text, uint32_t *value); /**< row of #gDcmTemperTypeStrs */
-DCM_API const char *dcmTemperTypeVal2Str(uint32_t value);                     /**< reverse of dcmTemperTypeStr2Val() */
-/** Row of the state table of `ledType`; -1 without a report for an LED type that has none. */
-DCM_API int dcmLedStateStr2Val(uint32_t ledType, const unsigned char *text, uint32_t *value);
-/** Reverse of dcmLedStateStr2Val(); "unknown" for an LED type without state table. */
+DCM_API int dcmEttClassStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Row of #gDcmEttAttachStrs. */
+DCM_API int dcmEttAttachStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmEttAttachStr2Val(). */
+DCM_API const char *dcmEttAttachVal2Str(uint32_t value);
+/** Row of #gDcmLedFreqStrs. */
+DCM_API int dcmLedFreqStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmLedFreqStr2Val(). */
+DCM_API const char *dcmLedFreqVal2Str(uint32_t value);
+/** Row of #gDcmLedColorStrs. */
+DCM_API int dcmLedColorStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmLedColorStr2Val(). */
+DCM_API const char *dcmLedColorVal2Str(uint32_t value);
+/** Row of #gDcmLedTypeStrs. */
+DCM_API int dcmLedTypeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmLedTypeStr2Val(). */
+DCM_API const char *dcmLedTypeVal2Str(uint32_t value);
+/** Row of #gDcmTemperTypeStrs. */
+DCM_API int dcmTemperTypeStr2Val(const unsigned char *text, uint32_t *value) DCM_NONNULL(2);
+/** Reverse of dcmTemperTypeStr2Val(). */
+DCM_API const char *dcmTemperTypeVal2Str(uint32_t value);
+/** Row of the state table of `ledType`; -1 without a report for an LED type that has no states. */
+DCM_API int dcmLedStateStr2Val(uint32_t ledType, const unsigned char *text, uint32_t *value) DCM_NONNULL(3);
+/** Reverse of dcmLedStateStr2Val(); "unknown" for an LED type that has no states. */
 DCM_API const char *dcmLedStateVal2Str(uint32_t ledType, uint32_t value);
 /**
  * Splits an entity name, CLASS-PATH-NAME\@ATTACH with up to three path parts joined by "/", into an identity. Always
- * returns 0; an unknown class or attachment is reported and reads as 0.
+ * returns 0; an unknown class or attachment is reported and counts as 0. A NULL `name` is an empty one.
  */
-DCM_API int dcmNameToEttInfo(const char *name, DcmEttInfo *info);
+DCM_API int dcmNameToEttInfo(const char *name, DcmEttInfo *info) DCM_NONNULL(2);
 /** @} */
 
 #ifdef __cplusplus

@@ -1,4 +1,4 @@
-// The module of LEDs: the formats of their elements, and what LEDs and port LEDs share.
+// The module of LEDs: the content models of their elements, and the common part of LEDs and port LEDs.
 #ifndef DCM_LED_LED_H
 #define DCM_LED_LED_H
 
@@ -11,13 +11,13 @@ extern const Element kPortLedEntityElement; // a "portled-entity"
 extern const Element kLedMapElement;        // a "led-map"
 extern const Element kLedStateElement;      // a "state" of an LED
 
-// What LEDs are attached to: rows of gDcmEttAttachStrs.
+// The attachments of LEDs: rows of gDcmEttAttachStrs.
 constexpr int32_t kAttachSys = 0;
 constexpr int32_t kAttachCard = 2;
 constexpr int32_t kAttachFan = 3;
 constexpr int32_t kAttachPower = 4;
 
-// The displays of an LED that is being decoded.
+// The state of decoding the displays of an LED.
 struct LedStates {
     DcmLedStateInfo *states;
     uint32_t ledType;
@@ -27,7 +27,7 @@ struct LedStates {
 // One "state". A faulty one is reported and ignored.
 Result takeLedState(Node element, LedStates &led, const Reporter &reporter);
 
-// A table of what is lit in which state.
+// The table of an element with "state" children.
 struct LedStateTable : Table {
     static constexpr Child<LedStates> children[] = {
         {"state", call<takeLedState>, kLedStateElement},

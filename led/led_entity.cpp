@@ -6,9 +6,9 @@ namespace dcm {
 
 namespace {
 
-// A "led-entity" that is being decoded.
+// The state of decoding a "led-entity".
 struct LedBlock {
-    DcmLedInfo *leds; // nullptr: LEDs are counted and not kept
+    DcmLedInfo *leds; // nullptr: LEDs are only counted
     uint32_t room;
     uint32_t num;
     uint8_t attach;
@@ -23,7 +23,7 @@ struct Led : LedStateTable {
     static constexpr Attribute attributes[] = {ids, type};
 };
 
-// A function of its own, so that its texts are off the stack when the states are read.
+// A separate function, so that its texts are off the stack when the states are read.
 [[gnu::noinline]] Result readLedAttributes(Node element, uint8_t (&idBits)[2], uint32_t &ledType,
                                            const Reporter &reporter)
 {
@@ -33,16 +33,16 @@ struct Led : LedStateTable {
     const Text type = attributeText(element, Led::type, reporter);
     if (!type)
         return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
-    // kept: a faulty list gives the ids before its fault.
+    // kept: a faulty list counts up to its fault.
     static_cast<void>(dcmStr2BitList(ids.c_str(), 1, Led::ids.content.limit, idBits, sizeof idBits));
     return dcmLedTypeStr2Val(type.word(), &ledType) == 0 ? Result::ok
                                                          : reporter.report(DCM_MESSAGE("decode led type failed."));
 }
 
-// One "led": every LED that its "id" lists is a copy of what it describes.
+// One "led": each id in its list gets a copy.
 Result takeLed(Node element, LedBlock &block, const Reporter &reporter)
 {
-    // kept: only where an element starts; one that lists several ids may go past "num".
+    // kept: checked only at the start of an element; one with several ids may exceed "num".
     if (block.count >= block.num)
         return DCM_REPORT(reporter.function, "decode led-entity failed, led node count(%u) is out of range(%u).",
                           block.count, block.num);

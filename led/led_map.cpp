@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint32_t kCardClass = 9; // the platform's class number of "card"
 
-// The slot or card of an LED name: "#" is the holder's own, nothing leaves the field as it is.
+// The slot or card of an LED name: "#" is that of its holder, an empty text leaves the field unchanged.
 void takePlace(const char *text, uint8_t &place)
 {
     if (text[0] == '#')
@@ -43,7 +43,7 @@ Result _dcmLedName2EttInfo(const char *name, DcmLedHead &led)
     return Result::ok;
 }
 
-// Has the platform map a source position, as in "src-3/1", to a logical entity index. The status is the platform's.
+// Maps a source position, as in "src-3/1", to a logical entity index through the platform, and returns its status.
 int _dcmLedSrc2EttIndex(const char *source, uint32_t *ettIndex)
 {
     int first = 0;
@@ -73,7 +73,7 @@ struct StatePair : Table {
 };
 constexpr Element kStatePairElement = repeated(elementOf<StatePair>, DCM_LED_STATE_MAX);
 
-// One "state": what the LED shows while the source is in a state. Pairs that the LED has no room for are passed over.
+// One "state": the state that the LED shows for a state of the source. Pairs beyond the room of the LED are ignored.
 Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
 {
     if (pairs.count == DCM_LED_STATE_MAX)
@@ -116,14 +116,14 @@ Result decodeStateMap(Node element, DcmLedHead &led, const Reporter &reporter)
 
 // ---- Map entries ----------------------------------------------------------------------------------------------------
 
-// An LED map that is being decoded.
+// The state of decoding an LED map.
 struct LedMap {
     DcmLedMapInfo &map;
     uint32_t num;
     uint32_t count = 0;
 
     bool isFull() const { return count >= num; }
-    Result saysFull(const Reporter &reporter) const
+    Result reportFull(const Reporter &reporter) const
     {
         return DCM_REPORT(reporter.function, "decode led-map failed, led-name node count(%u) is out of range(%u).",
                           count + 1, num);
@@ -138,11 +138,11 @@ struct LedName : Table {
 };
 constexpr Element kLedNameElement = repeated(elementOf<LedName>);
 
-// kept: a faulty name, source or state pair is reported, and the entry counts all the same.
+// kept: a faulty name, source or state pair is reported, and the entry is kept.
 Result takeLedName(Node element, LedMap &ledMap, const Reporter &reporter)
 {
     if (ledMap.isFull())
-        return ledMap.saysFull(reporter);
+        return ledMap.reportFull(reporter);
     DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
     const Text source = attributeText(element, LedName::source, reporter);
     if (source)
@@ -164,7 +164,7 @@ struct Source : StatePairTable {
 };
 constexpr Element kSourceElement = repeated(elementOf<Source>);
 
-// A function of its own, so that its texts are off the stack when the state pairs are read.
+// A separate function, so that its texts are off the stack when the state pairs are read.
 [[gnu::noinline]] Result takeSourceAttributes(Node element, DcmLedHead &led, const Reporter &reporter)
 {
     const Text name = attributeText(element, Source::ledName, reporter);
@@ -185,7 +185,7 @@ constexpr Element kSourceElement = repeated(elementOf<Source>);
 Result takeSource(Node element, LedMap &ledMap, const Reporter &reporter)
 {
     if (ledMap.isFull())
-        return ledMap.saysFull(reporter);
+        return ledMap.reportFull(reporter);
     DcmLedHead &led = ledMap.map.mapEntries[ledMap.count];
     if (const Result taken = takeSourceAttributes(element, led, reporter); taken != Result::ok)
         return taken;

@@ -11,7 +11,7 @@ namespace dcm {
 
 namespace {
 
-// An LED begins with the fields of an LED head, all of them bytes.
+// An LED begins with the fields of an LED head, which are all bytes.
 const DcmLedHead &headOf(const DcmLedInfo &led)
 {
     return reinterpret_cast<const DcmLedHead &>(led);

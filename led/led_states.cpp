@@ -15,13 +15,13 @@ struct State : Table {
     };
 };
 
-// What a "state" is about. A function of its own, so that its text is off the stack when the display is read.
+// The state of a "state" element. A separate function, so that its text is off the stack when the display is read.
 [[gnu::noinline]] Result readState(Node element, uint32_t ledType, uint32_t &state, const Reporter &reporter)
 {
     const Text type = attributeText(element, State::type, reporter);
     if (!type)
         return type.reportMissing(reporter, DCM_MESSAGE("decode led failed, no type prop."));
-    // An unknown state has been reported, where the LED has states at all, and is taken for "default".
+    // An unknown state counts as "default"; it has been reported, unless the LED type has no states.
     static_cast<void>(dcmLedStateStr2Val(ledType, type.word(), &state));
     return Result::ok;
 }

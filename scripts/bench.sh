@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# help: bench [WHAT]      show what queries cost: their time, or --instructions, --functions CASE, --memory, --size, --adversarial; --check
+# help: bench [WHAT]      measure queries: time, --instructions, --functions CASE, --memory, --size; the tool: --check, --adversarial
 
 bench_folder=build/bench
 
@@ -8,7 +8,7 @@ bench_configure() {
     local folder=$1 key="$root|${CC-}|${CXX-}" known=
     shift
     need "${build_packages[@]}"
-    # CMake keeps the folder and the compiler of its first run: another one starts anew.
+    # CMake keeps the folder and the compiler of its first run: with others, start from scratch.
     [ ! -f "$folder/configured-for" ] || known=$(<"$folder/configured-for")
     if [ "$known" != "$key" ]; then
         rm -rf "$folder"
@@ -26,23 +26,23 @@ bench_compile() {
     quietly cmake --build "$folder" --parallel "$jobs" --target "$@" || fail 'the build failed'
 }
 
-# bench_build TARGET...: as the library ships.
+# bench_build TARGET...: with the options of a release.
 bench_build() {
     bench_configure "$bench_folder" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDCM_BUILD_BENCHMARKS=ON
     bench_compile "$bench_folder" "$@"
 }
 
-# Arguments are Google Benchmark's; what is given twice holds the second time.
+# The arguments are those of Google Benchmark, where the last one of an option counts.
 bench_time() {
     need libbenchmark-dev libpugixml-dev libexpat1-dev
     bench_build dcm_bench
-    say 'Measuring for some minutes: nothing else should run'
+    say 'Measuring for some minutes, during which the machine should be idle'
     "$bench_folder/bench/dcm_bench" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
         --benchmark_out="$bench_folder/bench.json" --benchmark_out_format=json "$@"
     echo "all figures: $bench_folder/bench.json"
 }
 
-# bench_callgrind [CASE]: leaves a file for each section of each case.
+# bench_callgrind [CASE]: writes a file for each section of each case.
 bench_callgrind() {
     need valgrind
     bench_build dcm_bench_instructions
@@ -54,7 +54,7 @@ bench_callgrind() {
         fail 'the count failed'
 }
 
-# bench_add_up AWK-FILE: the files in the order in which they were written.
+# bench_add_up AWK-FILE: processes the files in the order in which they were written.
 bench_add_up() {
     local files=()
     mapfile -t files < <(printf '%s\n' "$bench_folder"/callgrind/out.* | sort -V)
@@ -83,17 +83,17 @@ bench_memory() {
     for source in {common,frame,slot,card,led,vm}/*.cpp; do
         frames+=("$bench_folder/CMakeFiles/dcm_objects.dir/$source.ci")
     done
-    [ -f "${frames[0]}" ] || fail 'only GCC notes the sizes of stack frames'
+    [ -f "${frames[0]}" ] || fail 'only GCC writes the sizes of stack frames'
     valgrind --quiet --tool=callgrind --demangle=no --separate-callers=40 \
         --callgrind-out-file="$bench_folder/callgrind.stack" "$bench_folder/bench/dcm_bench_stack" \
         >"$bench_folder/roots" || fail 'the run failed'
-    # 2,048 bytes, and the guards of 16 bytes that a hardened build puts into the frames with arrays, eight of them.
+    # 2,048 bytes, and the stack protectors of 16 bytes in the eight frames with arrays of a hardened build.
     awk -v limit=2176 -f bench/stack.awk "$bench_folder/roots" "${frames[@]}" "$bench_folder/callgrind.stack" ||
         status=1
     return "$status"
 }
 
-# bench_size_of TYPE FOLDER: the sizes of the shared library's parts, without its debug information.
+# bench_size_of TYPE FOLDER: the section sizes of the shared library, without debug information.
 bench_size_of() {
     local type=$1 folder=$2 library=$2/libdcm.stripped.so limit=$((64 * 1024)) status=0 size
     bench_compile "$folder" dcm_shared dcm_static
@@ -108,7 +108,7 @@ bench_size_of() {
         echo 'too large'
         status=1
     fi
-    # A shared library has one entry of the compiler's own there, so that the objects are what tells.
+    # A shared library has one entry of the compiler there, so check the objects.
     if readelf --wide --sections "$folder/libdcm.a" | grep -E '\.(init_array|ctors|preinit_array)'; then
         echo 'runs code when it is loaded'
         status=1

@@ -20,7 +20,7 @@ verb_coverage() {
     find "$coverage_folder" -name '*.gcda' -delete
     # Those left out look at the library as it ships, without counters.
     say 'Testing (coverage)'
-    test_whole "$coverage_folder" '^(Abi|Header|Install|Man|Messages|Release)\.' || fail 'there is more to mend first'
+    test_whole "$coverage_folder" '^(Abi|Header|Install|Man|Messages|Release)\.' || fail 'tests fail, fix them first'
     say 'Adding up'
     mkdir -p "$coverage_folder/html"
     gcovr --config tests/coverage/gcovr.cfg --root . --object-directory "$coverage_folder" --print-summary \

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# help: docs              make the reference of the interface, build/docs/html/index.html
+# help: docs              build the reference of the interface, build/docs/html/index.html
 
-# What the reference lacks: names without a word about them, and exported names that are not in it.
+# The gaps of the reference: names without a description, and exported names that are not in it.
 docs_gaps() {
     local xml=$1 file
     for file in "$xml"/dcm_8h.xml "$xml"/struct*.xml; do
-        # An enumeration without a name needs no text, but each of its values does.
+        # An unnamed enumeration needs no description, but each of its values does.
         xmllint --xpath '//*[self::compounddef or self::memberdef or self::enumvalue]
             [not(briefdescription/* or detaileddescription/*) and not(starts-with(name, "@"))]
             /*[self::compoundname or self::name]/text()' "$file" 2>/dev/null | sed 's/^/not documented: /'
@@ -18,11 +18,11 @@ docs_gaps() {
 verb_docs() {
     need doxygen libxml2-utils
     local gaps
-    say 'Writing the reference'
+    say 'Building the reference'
     rm -rf build/docs
     mkdir -p build/docs
     DCM_VERSION=$(project_version) DCM_DOCS=build/docs quietly doxygen docs/api/Doxyfile ||
-        fail 'the reference has faults'
+        fail 'the reference has errors'
     gaps=$(docs_gaps build/docs/xml)
     if [ -n "$gaps" ]; then
         printf '%s\n' "$gaps" >&2

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# help: fresh             follow the README on a bare Debian 12 in a folder: build, test, install and link (as root)
+# help: fresh             run what README.md and docs/install.md show and install the packages on a bare Debian 12 (as root)
 
 source scripts/lib/system.sh
 source scripts/lib/tree.sh
 
 fresh_folder=build/fresh
 
-# A copy of the bare system that nothing has touched yet, and of the tree.
+# Copies the bare system and the tree.
 fresh_machine() {
     rm -rf "$fresh_folder/machine"
     cp --archive --reflink=auto "$fresh_folder/base" "$fresh_folder/machine"
@@ -24,36 +24,49 @@ on_fresh() {
     echo "$what: passed after $((SECONDS - start)) s"
 }
 
-# The commands that a section of the README shows, as root, who needs no sudo.
-readme_commands() {
+# shown_commands FILE HEADING: the commands of a section, without sudo, since they run as root.
+shown_commands() {
     local commands
-    commands=$(awk -v heading="## $1" '$0 == heading { inside = 1; next } /^## / { inside = 0 } inside' README.md |
-        sed -nE 's/^    (sudo )?((cmake|cc|c\+\+|ldconfig) .*|ldconfig)$/\2/p')
-    [ -n "$commands" ] || fail "the README shows no commands under '$1'"
+    commands=$(awk -v heading="## $2" '$0 == heading { inside = 1; next } /^## / { inside = 0 } inside' "$1" |
+        sed -nE 's/^(sudo )?((cmake|cc|c\+\+|ldconfig) .*|ldconfig( .*)?)$/\2/p')
+    [ -n "$commands" ] || fail "$1 shows no commands under '$2'"
     printf '%s\n' "$commands"
 }
 
-# Each command makes a program, which is run; a folder is where it finds a shared library that is not installed.
+# fresh_runs [FOLDER]: runs the program after each command that builds it; FOLDER has the shared library, if it is not
+# installed.
 fresh_runs() {
-    sed "s,\$,\n${1:+LD_LIBRARY_PATH=$1 }./program examples/device.xml,"
+    sed "s,\$,\n${1:+LD_LIBRARY_PATH=$1 }./program examples/device.xml 0x0301,"
 }
 
 verb_fresh() {
     local programs
     system_make bookworm "$fresh_folder/base"
     fresh_machine
-    programs='cp tests/client/frame_client.c program.c; cp tests/install/cxx/card_client.cpp program.cpp'
+    programs='cp examples/client/card_ports.c program.c; cp examples/client/card_ports.cpp program.cpp'
 
-    say 'Following the README'
+    say 'Running the commands of the documents'
     on_fresh './dev demo' './dev demo'
     on_fresh './dev test' './dev test'
     on_fresh 'linking from the tree' "$programs
-        $(readme_commands 'Asking from a program' | fresh_runs build/release)"
-    on_fresh 'installing' "$(readme_commands Installing | grep -v '^cc ')"
-    on_fresh 'linking what is installed' "$(readme_commands Installing | grep '^cc ' | fresh_runs)
+        $(shown_commands docs/install.md 'Linking from the source tree' | fresh_runs build/release)"
+    on_fresh 'installing as in the README' "$(shown_commands README.md Installing)"
+    on_fresh 'installing as in docs/install.md' "$(shown_commands docs/install.md 'Building and installing')"
+    on_fresh 'linking an installed library' "$(shown_commands README.md 'The library' | fresh_runs)
+        $(shown_commands docs/install.md 'Linking an installed library' | fresh_runs)
         dcm frame 1 --file /usr/local/share/doc/dcm/examples/device.xml
         cmake -S tests/install/cxx -B /tmp/client -G Ninja -DDCM_EXAMPLE=/root/dcm/examples/device.xml
         cmake --build /tmp/client
         ctest --test-dir /tmp/client --output-on-failure"
+
+    say 'Installing the packages'
+    on_fresh './dev package --quick' './dev package --quick'
+    mv "$fresh_folder/tree/build/package" "$fresh_folder/packages"
+    fresh_machine
+    mv "$fresh_folder/packages" "$fresh_folder/tree/packages"
+    on_fresh 'using the packages' 'apt-get -q update
+        apt-get -qy install --no-install-recommends ./packages/*.deb gcc g++ make cmake pkg-config gzip
+        tests/install/check_copy.sh /
+        dcm check /usr/share/doc/dcm/examples/device.xml'
     rm -rf "$fresh_folder/machine" "$fresh_folder/tree"
 }

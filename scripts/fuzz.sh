@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# help: fuzz SECONDS [T]  run the fuzz targets in turn, or only those named, for so long in total
+# help: fuzz SECONDS [T]  run all or the named fuzz targets one after another, for SECONDS in total
 
 fuzz_targets=(frame slot card vm description trees check format str2bitlist str2array strmatch bitlist2str name-to-ett led-name)
 
@@ -14,16 +14,16 @@ fuzz_build() {
     quietly cmake --build build/fuzz --parallel "$jobs" --target dcm_fuzz || fail 'the build failed'
 }
 
-# fuzz_count FOLDER NAME: files of this beginning.
+# fuzz_count FOLDER NAME: the number of files whose names begin with NAME.
 fuzz_count() {
     find "$1" -type f -name "$2*" | wc -l
 }
 
-# fuzz_target NAME SECONDS: adds to the totals of verb_fuzz; 1 when it found something.
+# fuzz_target NAME SECONDS: adds to the totals of verb_fuzz; returns 1 after a finding.
 fuzz_target() {
     local target=$1 folder=build/fuzz log=build/fuzz/$1.log status=0 before new executed edges known options=() seeds
     seeds=("$folder/fuzz/seeds/$target")
-    # It takes what all of these take.
+    # Every target accepts the inputs of these targets.
     [ "$target" != trees ] || seeds=("$folder"/fuzz/seeds/{description,frame,slot,card})
     [ "$target" != format ] || seeds=("$folder"/fuzz/seeds/{check,description})
     mkdir -p "$folder/corpus/$target" "$folder/findings"
@@ -40,7 +40,7 @@ fuzz_target() {
     edges=$(sed -nE 's/^#[0-9]+.* cov: ([0-9]+) .*/\1/p' "$log" | tail -n 1)
     known=$(sed -nE 's/^INFO: Loaded 1 modules +\(([0-9]+) inline 8-bit counters\).*/\1/p' "$log")
     new=$(($(fuzz_count "$folder/findings" "$target-") - before))
-    # A target that ends early has found something even where it kept no input.
+    # A target that ends early has a finding, even without a kept input.
     [ "$status" -eq 0 ] || [ "$new" -gt 0 ] || new=1
     printf '%-12s %10d executions, %4d of %d edges, %d findings\n' \
         "$target" "${executed:-0}" "${edges:-0}" "${known:-0}" "$new"
@@ -54,7 +54,7 @@ fuzz_target() {
 
 verb_fuzz() {
     local seconds=${1-} targets target share fuzz_executions=0 fuzz_findings=0
-    [[ $seconds =~ ^[1-9][0-9]*$ ]] || fail 'fuzz needs a number of seconds, and may be given targets'
+    [[ $seconds =~ ^[1-9][0-9]*$ ]] || fail 'usage: ./dev fuzz SECONDS [TARGET...]'
     shift
     targets=("$@")
     [ $# -gt 0 ] || targets=("${fuzz_targets[@]}")
@@ -62,7 +62,7 @@ verb_fuzz() {
         [[ " ${fuzz_targets[*]} " == *" $target "* ]] || fail "no such target: $target (${fuzz_targets[*]})"
     done
     fuzz_build
-    # Comparing trees gets half of the time: each input costs twelve queries.
+    # Comparing trees gets half of the time, since each input needs twelve queries.
     share=$((seconds / ${#targets[@]}))
     if [ "${#targets[@]}" -gt 1 ] && [[ " ${targets[*]} " == *' trees '* ]]; then
         share=$((seconds / (2 * (${#targets[@]} - 1))))
@@ -77,5 +77,5 @@ verb_fuzz() {
         fi
     done
     printf '%-12s %10d executions, %d findings\n' total "$fuzz_executions" "$fuzz_findings"
-    [ "$fuzz_findings" -eq 0 ] || fail "inputs that were found are kept in build/fuzz/findings"
+    [ "$fuzz_findings" -eq 0 ] || fail "the inputs of the findings are in build/fuzz/findings"
 }

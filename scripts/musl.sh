@@ -1,10 +1,9 @@
 # shellcheck shell=bash
-# help: musl              link the library statically with musl and compare its reports with the normal build's
+# help: musl              link the library statically with musl and compare its reports with those of the normal build
 
 source scripts/lib/apt.sh
 
-# libxml2 with nothing but a parser that makes a tree, for processes with threads; from the sources of the machine's own
-# version if they are to be had.
+# Builds libxml2 with only its tree parser and threads, from the sources of the machine's version if they are available.
 musl_libxml2() {
     local prefix=$root/build/musl/libxml2 version sources=build/musl/source source options
     [ ! -f "$prefix/lib/libxml2.a" ] || return 0
@@ -53,7 +52,7 @@ verb_musl() {
     ! readelf --wide --program-headers --dynamic "$program" | grep -E 'INTERP|NEEDED' ||
         fail "$program is not linked statically"
     for build in normal musl; do
-        # Of a file that is not well-formed libxml2 itself complains, too.
+        # libxml2 itself also prints an error about a file that is not well-formed.
         "build/musl/$build/dcm_reports" examples >"build/musl/$build.txt" 2>"build/musl/$build-errors.txt" ||
             fail "build/musl/$build/dcm_reports failed, see build/musl/$build-errors.txt"
     done

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes mistakes in the library's sources, one at a time, and sees whether the build or a test notices.
+"""Mutation testing: changes the library's sources, one place at a time, and runs the build and the tests.
 
 Usage: mutate.py COUNT SEED
 
 Works in a copy of the tree below build/mutate. A mutant is killed when it does not compile, when a test fails or when
-the tests do not end. Those that no test can tell from the original are named in tests/mutation/equivalent.txt.
+the tests do not end. Mutants with the same behaviour as the original are listed in tests/mutation/equivalent.txt.
 """
 
 import collections
@@ -29,12 +29,12 @@ LIBRARY = ("common", "led", "frame", "slot", "card", "vm")
 EQUIVALENT = ROOT / "tests/mutation/equivalent.txt"
 REQUIRED = 95
 
-# The one that knows most and takes least comes first; the others see what passes it.
+# The fastest and most thorough program runs first; the others run on its survivors.
 PROGRAMS = (
     ("dcm_tests", BUILD / "tests/dcm_tests"),
     ("dcm_reliability_tests", BUILD / "tests/reliability/dcm_reliability_tests"),
 )
-# What a mutant may take that allocates, writes or compiles without end.
+# Limits for a mutant that allocates, writes or compiles without end.
 MEMORY, FILE, BUILD_SECONDS = 4 << 30, 256 << 20, 1800
 
 FLIPPED = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "&&": "||", "||": "&&"}
@@ -50,7 +50,7 @@ TOKEN = re.compile(
 STATEMENT = re.compile(r"(?!return\b|.*= (delete|default);)[\w*(+-].*;$")
 DECLARATION = re.compile(r"(inline|static|const|constexpr|typedef|friend|class|struct|enum)\b|[\w:]+(<.*>)?[ *&]+\w+[;({\[ ]")
 ENDED = re.compile(r"(^|[;{}):]|\belse)$")
-# What the compiler alone judges, and declarations.
+# Lines that only the compiler checks, and declarations.
 IGNORED = re.compile(r"\s*(#|static_assert|extern |namespace |using |template )")
 
 Mutant = collections.namedtuple("Mutant", "file line original changed what")
@@ -183,12 +183,12 @@ def prepare():
         seconds[name] = 30 + 10 * (time.monotonic() - start)
     if not passed:
         sys.stdout.write(LOG.read_text(encoding="utf-8", errors="replace")[-4000:])
-        sys.exit("mutate: the tests fail before anything is changed")
+        sys.exit("mutate: the tests fail without a change")
     return seconds
 
 
 def judge(mutant, seconds):
-    """Who kills the mutant: the compiler, the tests, or nobody."""
+    """Returns what kills the mutant: the compiler, the tests, or nothing."""
     path = TREE / mutant.file
     original = path.read_text(encoding="utf-8")
     lines = original.split("\n")
@@ -220,7 +220,7 @@ def sample(count, seed):
     random.Random(seed).shuffle(candidates)
     chosen = [mutant for mutant in candidates if key(mutant) not in named][:count]
     print(f"{len(chosen)} of {len(candidates)} mutants, seed {seed}, {len(named)} named as equivalent", flush=True)
-    # A file that is whole again is compiled once, not after each of its mutants.
+    # A restored file is compiled once, not after each of its mutants.
     return sorted(chosen, key=lambda mutant: (mutant.file, mutant.line))
 
 

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
 # help: schema            check the schema of descriptions: with jing, xmllint and trang, on correct and faulty files
 
-# Checks of "dcm check" whose findings a schema can have as well. (An attribute that is missing need not be required.)
+# Rules of "dcm check" whose findings a schema can also have. (A missing attribute need not be a required one.)
 schema_checks='unknown-(element|attribute|word)|misplaced-(element|attribute)|not-a-number|number-(cut|tail)|text-cut'
 schema_checks+='|repeated-element|ignored-id|word-beyond-set|wrong-root|led-(state|name|source)'
 
-# schema_corpus: small descriptions in which such a check finds something.
+# schema_corpus: small descriptions with a finding of such a rule.
 schema_corpus() {
     [ ! -d tests/tool/corpus ] || grep -lE "^<!-- expect [0-9:]+ ($schema_checks):" tests/tool/corpus/*.xml
 }
@@ -13,7 +13,7 @@ schema_corpus() {
 # The XML syntax, which each build writes.
 schema_xml=build/release/schema/dcm-description.rng
 
-# schema_refused VALIDATOR FILE...: those files that a validator finds faults in.
+# schema_refused VALIDATOR FILE...: the files that a validator rejects.
 schema_refused() {
     local validator=$1
     shift
@@ -40,7 +40,7 @@ verb_schema() {
     mapfile -t faulty < <({ printf '%s\n' tests/format/faulty/*.xml && schema_corpus; } | LC_ALL=C sort)
     for validator in xmllint jing 'jing -c'; do
         say "Validating with $validator"
-        # "<": accepted though faulty; ">": refused though correct.
+        # "<": accepted although faulty; ">": rejected although correct.
         diff <(printf '%s\n' "${faulty[@]}") <(schema_refused "$validator" "${correct[@]}" "${faulty[@]}") || status=1
     done
     [ "$status" -eq 0 ] || return 1

@@ -35,8 +35,8 @@ world_tests() {
     world_compile "$1" all && test_whole "build/world/$1"
 }
 
-# world_relink COMPILER CELL PROGRAM [OPTION...]: a test program of the whole build, with the library of a cell. The tests
-# themselves are compiled without optimisation everywhere, so that each cell would compile the same.
+# world_relink COMPILER CELL PROGRAM [OPTION...]: links a test program of the whole build with the library of a cell. The
+# tests themselves are compiled without optimisation, so that their objects would be the same in each cell.
 world_relink() {
     local folder=build/world/$1 cell=$root/build/world/$2 program=$3 command
     shift 3
@@ -79,7 +79,7 @@ world_cells() {
     return "$status"
 }
 
-# What Clang makes of library and tool with its own C++ library; a GoogleTest for that is not to be had.
+# Library and tool with Clang and libc++, for which there is no GoogleTest package.
 world_libcxx() {
     local name=clang-libc++ tool status=0
     say 'The tool with libc++'
@@ -99,7 +99,7 @@ world_libcxx() {
     return "$status"
 }
 
-# world_here [PART...]: on the system that this runs on.
+# world_here [PART...]: on this system.
 world_here() {
     local part status=0
     for part in "$@"; do
@@ -114,7 +114,7 @@ world_here() {
     return "$status"
 }
 
-# world_in SUITE PART...: in a bare system, which stays, and keeps there what it has built.
+# world_in SUITE PART...: in a bare system, which is kept with its builds.
 world_in() {
     local suite=$1 folder=$root/build/world-$1
     shift
@@ -137,6 +137,6 @@ verb_world() {
         world_in trixie gcc-c++23 gcc-options clang-c++20 clang-options || status=1
         return "$status"
         ;;
-    *) fail 'world takes nothing, or --unstable' ;;
+    *) fail 'usage: ./dev world [--unstable]' ;;
     esac
 }

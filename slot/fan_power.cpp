@@ -1,5 +1,5 @@
-// A slot's fan controllers and power entities: namesakes of the frame's, with rules of their own. A fan controller has
-// no "speedlevelforce"; a power entity has one id, not a list, and nothing but its id.
+// The fan controllers and power entities of a slot, which differ from those of a frame: a fan controller has no
+// "speedlevelforce"; a power entity has a single id and nothing else.
 #include "common/fan_ctrl_settings.h"
 #include "slot/slot.h"
 

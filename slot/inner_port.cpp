@@ -8,7 +8,7 @@ namespace dcm {
 
 namespace {
 
-// Names keep their terminator. kept: a second, shorter name leaves the tail of the first.
+// Names keep their terminator. kept: a second, shorter name leaves the end of the first.
 constexpr size_t kTerminator = 1;
 constexpr size_t kPrefixSize = 16;
 
@@ -18,7 +18,7 @@ struct Port : Table {
     static constexpr Role role = Role::innerPort;
     static constexpr Attribute commslot = {"commslot", idOf(DCM_INNER_IF_MAX, 0), Need::required};
     static constexpr Attribute attributes[] = {commslot};
-    // kept: only a driver marks a port as taken; one without it may be described again.
+    // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<DcmInnerIfInfo> children[] = {
         {{"driver", Role::driver},
@@ -66,7 +66,7 @@ struct PortGroup : Port {
         {{"phytype", Role::phyType},
          phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode inner-port phytype failed.")},
-        // kept: a faulty "type" goes by the text of "driver".
+        // kept: the text of a faulty "type" is that of "driver".
         {{"type", Role::portType},
          keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
          DCM_MESSAGE("decode inner-port driver failed.")},

@@ -17,7 +17,7 @@ struct PortGroup : Table {
         DCM_MESSAGE_TEXT("decode sfu-port group failed, invalid id(%s)."),
     };
     static constexpr auto duplicate = DCM_MESSAGE_ID("decode sfu-port failed, duplicate id(%u).");
-    // kept: only a driver marks a port as taken; one without it may be described again.
+    // kept: only a driver marks a port as described; a port without one may be described again.
     static bool isTaken(const DcmInnerIfInfo &port) { return port.drvType != 0; }
     static constexpr Child<SfuPortDraft> children[] = {
         {{"driver", Role::driver},
@@ -26,7 +26,7 @@ struct PortGroup : Table {
         {{"phytype", Role::phyType},
          phyType<&DcmInnerIfInfo::phyType, &DcmInnerIfInfo::ondType>,
          DCM_MESSAGE("decode sfu-port phytype failed.")},
-        // kept: a faulty "type" goes by the text of "driver".
+        // kept: the text of a faulty "type" is that of "driver".
         {{"type", Role::portType},
          keyword<&DcmInnerIfInfo::portType, kInnerIfTypeWords>,
          DCM_MESSAGE("decode sfu-port driver failed.")},

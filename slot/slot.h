@@ -1,4 +1,4 @@
-// The module of slots: the format of their element, the steps of a query, and the decoders of what they hold.
+// The module of slots: the content model of their element, the steps of a query, and the decoders of its content.
 #ifndef DCM_SLOT_SLOT_H
 #define DCM_SLOT_SLOT_H
 
@@ -6,23 +6,23 @@
 
 namespace dcm {
 
-// ---- For the tool: the format, the steps of dcmSlotInfoGet() on a parsed description, the report --------------------
+// ---- For the tool: the content model, the steps of dcmSlotInfoGet() on a parsed description, the report -------------
 
-// A "slot" of a device description.
+// The content model of a "slot".
 inline constexpr char kSlotName[] = "slot";
 extern const Element kSlotElement;
 
-// A record of which nothing has been read.
+// Clears a record and sets its defaults.
 void clearSlot(uint32_t typeId, DcmSlotInfo &info);
-// Reads the content of a "slot"; the reporter is the query's.
+// Decodes a "slot"; the reporter is that of the query.
 Result decodeSlot(Node slot, DcmSlotInfo &info, const QueryReporter &reporter);
 
-// What dcmSlotInfoShowFilename() prints after a query; `info` is nullptr when the query has failed.
+// The output of dcmSlotInfoShowFilename() after the query; `info` is nullptr if the query failed.
 int printSlotAnswer(const char *fileName, const DcmSlotInfo *info);
 
-// ---- Decoders of a slot's ports and units: each takes one element and writes what it describes to the whole record --
+// ---- Decoders of ports and units: each decodes one element into the record of the slot ------------------------------
 
-// An inner port or switch-fabric port of which nothing is known.
+// Sets the identity of an inner or switch-fabric port to "not given".
 inline void clearIdentity(DcmInnerIfInfo &port)
 {
     port.slotId = DCM_ID_UNSPEC;
@@ -41,7 +41,7 @@ Result _dcmDecodeFanCtrlEntity(Node element, DcmSlotInfo &slot, const Reporter &
 // One "power"; needs powerNum.
 Result _dcmDecodePowerEntity(Node element, DcmSlotInfo &slot, const Reporter &reporter);
 
-// What those elements may hold.
+// The content models of these elements.
 extern const Element kInnerPortElement;
 extern const Element kInnerPortGroupElement;
 extern const Element kSfuPortGroupElement;

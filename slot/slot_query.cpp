@@ -61,7 +61,7 @@ struct Slot : Table {
     };
 };
 
-// A slot describes every type of its comma list; one without a list is never found.
+// A slot has every type in its comma-separated list; one without a list is never found.
 Result compareSlot(Node slot, const void *typeId, bool &isWanted, const Reporter &reporter)
 {
     const Text typeIds = attributeText(slot, Slot::typeIds, reporter);

@@ -12,7 +12,7 @@ namespace dcm {
 
 namespace {
 
-// A list that is being read.
+// The state of reading a port list.
 struct PortList {
     DcmVmPortInfo &info;
     uint8_t count = 0; // kept: 8 bits, so that the 257th element lands in entry 0 again

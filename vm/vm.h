@@ -1,4 +1,4 @@
-// The module of VM port lists: their format and the steps of a query.
+// The module of VM port lists: their content model and the steps of a query.
 #ifndef DCM_VM_VM_H
 #define DCM_VM_VM_H
 
@@ -15,13 +15,13 @@ extern const Element kVmElement;
 
 constexpr size_t kVmPathSize = 128;
 
-// Names the port list of VM `vmId` below `baseFolder`, cut to the path's size.
+// Writes the path of the port list of VM `vmId` in `baseFolder`, cut to the size of the buffer.
 void vmPath(const char *baseFolder, uint8_t vmId, char (&path)[kVmPathSize]);
 
-// As dcmVmPortInfoGet(), below `baseFolder`.
+// As dcmVmPortInfoGet(), in `baseFolder`.
 int readVmPorts(const char *baseFolder, uint8_t vmId, DcmVmPortInfo &info);
 
-// Reads the content of a port list's root; the reporter is the query's.
+// Decodes the root of a port list; the reporter is that of the query.
 Result decodeVmPorts(Node root, DcmVmPortInfo &info, const QueryReporter &reporter);
 
 } // namespace dcm

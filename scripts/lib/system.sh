@@ -1,21 +1,21 @@
 # shellcheck shell=bash
-# Bare Debian systems in folders, which take root to make and to work in.
+# Bare Debian systems in folders. Creating and using them requires root.
 
-# system_make SUITE FOLDER: from the archive that this machine uses, unless it is there.
+# system_make SUITE FOLDER: creates a system from the archive of this machine, unless it exists.
 system_make() {
     local suite=$1 folder=$2 archive
     [ ! -f "$folder.complete" ] || return 0
-    [ "$(id -u)" -eq 0 ] || fail 'this needs root: it makes a system in a folder and works in there'
-    command -v apt-get >/dev/null || fail 'this takes a system with apt'
+    [ "$(id -u)" -eq 0 ] || fail 'this needs root, to create a system in a folder'
+    command -v apt-get >/dev/null || fail 'this needs a system with apt'
     need debootstrap
-    # shellcheck disable=SC2016  # the fields are apt's
+    # shellcheck disable=SC2016  # fields of apt
     archive=$(apt-get indextargets --format '$(CODENAME) $(REPO_URI)' 'Origin: Debian' 'Label: Debian' \
         'Created-By: Packages' | sed -nE '/^[^ ]+-/!{s/^[^ ]+ //p;q}')
-    [ -n "$archive" ] || fail 'apt knows no archive of Debian'
-    say "Making a bare Debian ($suite)"
+    [ -n "$archive" ] || fail 'apt has no Debian archive'
+    say "Creating a bare Debian ($suite)"
     rm -rf "$folder"
     mkdir -p "$folder"
-    # In a namespace of its own, which takes the mounts along that it makes.
+    # In a separate namespace, which removes its mounts when it ends.
     quietly unshare --mount --propagation private -- debootstrap --variant=minbase "$suite" "$folder" "$archive" ||
         fail 'debootstrap failed'
     apt-config dump Acquire::http::Proxy >"$folder/etc/apt/apt.conf.d/proxy"
@@ -23,11 +23,11 @@ system_make() {
     touch "$folder.complete"
 }
 
-# system_run FOLDER TREE BUILD COMMANDS: in namespaces of its own, in the tree, which is seen as /root/dcm and keeps what
-# it builds in BUILD. Mounts and processes end with it, however it ends.
+# system_run FOLDER TREE BUILD COMMANDS: runs commands in separate namespaces, in the tree, which is mounted as /root/dcm with
+# BUILD as its build folder. Mounts and processes end with it in any case.
 system_run() {
     mkdir -p "$1/root/dcm" "$2/build" "$3"
-    # shellcheck disable=SC2016  # the variables are the inner shell's
+    # shellcheck disable=SC2016  # expanded by the inner shell
     unshare --mount --pid --fork --kill-child --propagation private -- bash -euc '
         mount -t proc proc "$1/proc"
         mount --rbind /dev "$1/dev"

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Runs all tests of a build quickly. ctest starts a process for each test, which takes most of the time where processes
-# start slowly (emulators, sanitizers) or the tests have been run one by one elsewhere.
+# Runs all tests of a build quickly. ctest starts a process for each test, which takes most of the time where processes start
+# slowly (emulators, sanitizers).
 
-# tests_of FOLDER: number and command of each test, as ctest knows them.
+# tests_of FOLDER: the number and command of each test in ctest.
 tests_of() {
     local listing commands
     listing=$(ctest --test-dir "$1" --show-only --verbose) || fail "ctest finds no tests in $1"
@@ -10,16 +10,16 @@ tests_of() {
     if ! grep -q -- '"--gtest_filter=' <<<"$commands" ||
         [ "$(wc -l <<<"$commands")" -ne "$(grep -cE '^ +Test +#[0-9]+: ' <<<"$listing")" ]; then
         printf '%s\n' "$listing" >&2
-        fail 'ctest does not know the command of each test'
+        fail 'ctest does not list the command of each test'
     fi
     printf '%s\n' "$commands"
 }
 
-# whole_program COMMAND LOG: runs a GoogleTest program, in as many parts as there are processors. The command is quoted.
+# whole_program COMMAND LOG: runs a GoogleTest program in one part for each processor. The command is quoted.
 whole_program() {
     local command=$1 log=$2 part parts=() status=0
     for ((part = 0; part < jobs; part++)); do
-        # xargs takes the quotes off.
+        # xargs removes the quotes.
         GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$part xargs timeout 1200 env <<<"$command --gtest_brief=1" \
             >"$log.$part" 2>&1 &
         parts+=($!)
@@ -30,13 +30,13 @@ whole_program() {
     return "$status"
 }
 
-# whole_count LOG...: the tests that GoogleTest counted in these logs, and those that it skipped.
+# whole_count LOG...: the numbers of tests and of skipped tests in these logs.
 whole_count() {
     awk '/^\[=+\] [0-9]+ tests? from / { ran += $2 } /^\[  SKIPPED \] [0-9]+ tests?/ { skipped += $4 }
         END { printf "%d tests%s", ran, skipped ? sprintf(", of which %d skipped", skipped) : "" }' "$@"
 }
 
-# test_whole FOLDER [EXCLUDED]: GoogleTest's programs whole, and what else ctest knows and no expression excludes.
+# test_whole FOLDER [EXCLUDED]: runs whole GoogleTest programs, and the other tests of ctest that are not excluded.
 test_whole() {
     local folder=$1 excluded=${2-^$} commands program programs others status=0
     commands=$(tests_of "$folder") || return 1
@@ -51,7 +51,7 @@ test_whole() {
     if [ -n "$others" ]; then
         ctest --test-dir "$folder" --output-on-failure --timeout 600 --parallel "$jobs" -I "0,0,0,$others" \
             --exclude-regex "$excluded" >"$folder/whole/others" 2>&1 || { cat "$folder/whole/others" >&2 && status=1; }
-        # Neither times nor names.
+        # Without times and names.
         echo "others: $(sed -nE '/^[0-9]+% tests passed/p' "$folder/whole/others")"
         sed -nE 's/^\t[0-9]+ - (.* \(Skipped\))/others: \1/p' "$folder/whole/others"
     fi

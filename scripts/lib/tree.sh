@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Works on copies of the tree.
 
-# copy_tree FOLDER: the sources as they stand, without what is built.
+# copy_tree FOLDER: copies the sources, without the build folder.
 copy_tree() {
     rm -rf "$1"
     mkdir -p "$1"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What is linked resists mistakes in memory. Usage: check_hardening.sh FILE [fortified]
-# Some function of the file has a frame of several pages. It is fortified when GCC built it for glibc.
+# Checks the hardening of a linked file. Usage: check_hardening.sh FILE [fortified]
+# A function of the file has a frame of several pages. A file is fortified if GCC built it for glibc.
 set -euo pipefail
 export LC_ALL=C
 
@@ -26,18 +26,18 @@ if [ "$fortified" = fortified ]; then
     grep -qx '__[a-z]*_chk' <<<"$imported" || complain 'has bounds that libc does not check'
 fi
 
-# The rest is in the code, as this processor has it.
+# The rest is in the machine code of this architecture.
 if readelf --wide --file-header "$file" | grep -q 'Machine: .*X86-64'; then
-    # Addresses of the functions that others may call, but for libc's own, and of those that begin with the mark of a
-    # place to jump to.
+    # Addresses of the functions that others may call, except for those of libc, and of those that begin with the
+    # instruction for indirect branch targets.
     called=$(readelf --wide --symbols "$file" |
         awk '$4 == "FUNC" && $5 == "GLOBAL" && $7 != "UND" && $8 !~ /^_(init|fini|start)$/ { print $2 }' | sort -u)
     code=$(objdump --disassemble --no-show-raw-insn --wide "$file")
     marked=$(awk '/^[0-9a-f]+ <.*>:$/ { address = $1; getline; if (/endbr64/) print address }' <<<"$code" | sort -u)
     unmarked=$(comm -23 <(echo "$called") <(echo "$marked") | wc -l)
     [ "$unmarked" -eq 0 ] || complain "has $unmarked functions without the mark of a place to jump to"
-    # A frame of several pages is made a page at a time.
-    # shellcheck disable=SC2016  # the compiler's constants
+    # A frame of several pages is allocated one page at a time.
+    # shellcheck disable=SC2016  # constants of the compiler
     steps=$(sed -nE 's/.*\<sub +\$(0x[0-9a-f]+),%rsp.*/\1/p' <<<"$code" | sort -u)
     grep -qx 0x1000 <<<"$steps" || complain 'touches none of the pages of its large frames'
     for step in $steps; do

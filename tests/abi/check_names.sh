@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What belongs to one source is invisible to the others: the linker merges symbols of the same name, and in namespaces
-# without a name two sources may well use the same. Usage: check_names.sh LIBRARY
+# Names of one source are local: the linker merges symbols of the same name, and two sources may have the same names in
+# unnamed namespaces. Usage: check_names.sh LIBRARY
 set -euo pipefail
 
 symbols=$(nm --demangle "$1")

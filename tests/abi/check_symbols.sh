@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Compares what libdcm.so exports and what it asks of others with the two lists beside this script.
+# Compares the exported and the undefined symbols of libdcm.so with the two lists in this folder.
 # Usage: check_symbols.sh LIBRARY [READELF]
 set -euo pipefail
 export LC_ALL=C
@@ -9,8 +9,8 @@ readelf=${2:-readelf}
 here=$(cd "$(dirname "$0")" && pwd)
 failed=0
 
-# symbols exported|undefined: names without version. readelf's table has Num Value Size Type Bind Vis Ndx Name. Weak
-# references are the toolchain's (__gmon_start__, _ITM_*, __cxa_finalize).
+# symbols exported|undefined: names without version. The table of readelf has Num Value Size Type Bind Vis Ndx Name. Weak
+# references are those of the toolchain (__gmon_start__, _ITM_*, __cxa_finalize).
 symbols() {
     "$readelf" --dyn-syms --wide "$library" | awk -v wanted="$1" '
         $1 ~ /^[0-9]+:$/ && NF >= 8 && $5 != "LOCAL" {
@@ -26,7 +26,7 @@ listed() {
     sed -e 's/[[:space:]]*#.*//' -e '/^$/d' "$here/$1" | sort -u
 }
 
-# complain TITLE LINES: nothing to say when there are no lines.
+# complain TITLE LINES: prints nothing without lines.
 complain() {
     [ -n "$2" ] || return 0
     printf '%s:\n%s\n' "$1" "$2"
@@ -39,7 +39,7 @@ complain 'declared in the list of exported symbols, but not exported' \
 complain 'exported, but not in the list of exported symbols' \
     "$(comm -13 <(listed exported-symbols.txt) <(echo "$exported"))"
 
-# Of each line of the list one name is asked for, and no other name.
+# The library needs one name of each line of the list, and no others.
 undefined=$(symbols undefined)
 complain 'in the list of undefined symbols, but not asked for' \
     "$(awk 'NR == FNR { asked[$0]; next } {

@@ -1,11 +1,11 @@
-// The elements of a card that announce a count: what "num" is accepted, where it goes, and which children are decoded.
+// The elements of a card with a count: valid values of "num", its field, and the decoded children.
 #include "tests/support/dcm_test.h"
 
 using namespace dcmtest;
 
 namespace {
 
-// An element that announces its count in "num" and has children of one kind.
+// An element with a count, "num", and children of one kind.
 struct Block {
     const char *element;
     const char *child;

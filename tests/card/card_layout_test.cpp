@@ -1,4 +1,4 @@
-// Where callers that were compiled earlier look for the fields of a card record.
+// The offsets of the fields of a card record, which compiled callers use.
 #include "tests/support/dcm_test.h"
 
 #include <cstddef>
@@ -33,7 +33,7 @@ static_assert(offsetof(DcmMethIfInfo, phyType) == 4);
 static_assert(offsetof(DcmMethIfInfo, ondType) == 6);
 static_assert(offsetof(DcmMethIfInfo, workmode) == 7);
 static_assert(offsetof(DcmMethIfInfo, drvType) == 8);
-static_assert(offsetof(DcmMethIfInfo, ifName) == 10); // behind a byte of flags
+static_assert(offsetof(DcmMethIfInfo, ifName) == 10); // after a byte of flags
 static_assert(offsetof(DcmMethIfInfo, transceiverCaps) == 26);
 static_assert(sizeof(DcmMethIfInfo) == 30);
 
@@ -53,7 +53,7 @@ static_assert(offsetof(DcmPanelIfInfo, opticalChnCaps) == 20);
 static_assert(offsetof(DcmPanelIfInfo, wavelength) == 24);
 static_assert(offsetof(DcmPanelIfInfo, bpPort) == 26);
 static_assert(offsetof(DcmPanelIfInfo, gccBitOrder) == 27);
-static_assert(offsetof(DcmPanelIfInfo, poeStandardCaps) == 30); // behind a word of flags
+static_assert(offsetof(DcmPanelIfInfo, poeStandardCaps) == 30); // after a word of flags
 static_assert(offsetof(DcmPanelIfInfo, poeInrushCaps) == 31);
 static_assert(offsetof(DcmPanelIfInfo, portIdOffset) == 32);
 static_assert(offsetof(DcmPanelIfInfo, transceiverCaps) == 33);
@@ -152,7 +152,7 @@ static_assert(offsetof(DcmCardInfo, clockChip) == 10292);
 static_assert(offsetof(DcmCardInfo, component) == 10358);
 static_assert(sizeof(DcmCardInfo) == 11176);
 
-// The flags have no name of their own: they stand before these fields.
+// The flags are before these fields.
 unsigned flagsOf(const DcmMethIfInfo &port)
 {
     unsigned char flags;

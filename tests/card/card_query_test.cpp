@@ -7,7 +7,7 @@ using namespace dcmtest;
 
 namespace {
 
-// A card record as it is before the first child is read.
+// A card record before the first child is read.
 DcmCardInfo recordWithDefaults(uint16_t type, uint16_t mode)
 {
     DcmCardInfo card;
@@ -33,7 +33,7 @@ DcmCardInfo recordWithDefaults(uint16_t type, uint16_t mode)
     return card;
 }
 
-// Takes the root out of a document while it is parsed: the first element goes when the next node is made.
+// Removes the root of a document during parsing: the first element is removed when the next node is created.
 xmlNodePtr firstElement = nullptr;
 
 void dropFirstElement(xmlNodePtr node)
@@ -106,7 +106,7 @@ TEST(CardQuery, ReadsTypeAndModeInAnyBase)
                             "<card typeid='blade' mode='fast'><occupyslotnum>2</occupyslotnum></card>"
                             "</device>";
     EXPECT_EQ(queryCard(16, 8, xml).info->occupySlotNum, 1);
-    EXPECT_EQ(queryCard(0, 0, xml).info->occupySlotNum, 2) << "what is no number reads as 0";
+    EXPECT_EQ(queryCard(0, 0, xml).info->occupySlotNum, 2) << "a text that is not a number counts as 0";
 }
 
 TEST(CardQuery, ComparesTypeAndModeInFullAndStoresTheirLowBits)

@@ -8,7 +8,7 @@ namespace {
 const char kRule[] = "============================================================";
 const char kSeparator[] = "------------------------------------------------------------";
 
-// A card of type 12 in mode 3 with something of everything that is printed, and of what is not.
+// A card of type 12 in mode 3 with values in all fields, printed or not.
 const char kCard[] = R"(<device><card typeid='12' mode='3' name='Line card' abbrname='LC'>
     <occupyslotnum>2</occupyslotnum>
     <tmuxctrl>yes</tmuxctrl>
@@ -84,7 +84,7 @@ const char kCard[] = R"(<device><card typeid='12' mode='3' name='Line card' abbr
     <component-entity num='1'><component type='flash' subtype='1' num='1'>boot flash</component></component-entity>
 </card></device>)";
 
-// The card above as it is printed, with each entry beginning on a line of its own.
+// The report of the card above, with each entry on a new line.
 // clang-format off
 const std::string kReport =
     lines(kRule, "type: 12", "mode: 3", "isTmuxCtrl: 1", "isMuxCtrl: 0", "methIfNum: 4", "pannelIfNum: 3",
@@ -169,7 +169,7 @@ std::string reportOf(const DcmCardInfo &card)
     return outputOf([&] { dcmCardInfoPrint(&card); });
 }
 
-// What `report` says between the line `heading` and the next separator.
+// The part of `report` between the line `heading` and the next separator.
 std::string sectionOf(const std::string &report, const std::string &heading)
 {
     const size_t begin = report.find("\r\n" + heading + "\r\n");
@@ -179,7 +179,7 @@ std::string sectionOf(const std::string &report, const std::string &heading)
     return report.substr(body, report.find(kSeparator, body) - body);
 }
 
-// `output` with its beginning up to the first "]: " taken away: the source line of a report changes.
+// `output` without its beginning up to the first "]: ", since the source line of a report may change.
 std::string behindSourceLine(const std::string &output)
 {
     const size_t end = output.find("]: ");
@@ -221,7 +221,7 @@ TEST(CardReport, OfTheDefaultFileBeginsWithItsName)
     EXPECT_EQ(outputOf([&] { dcmCardInfoShowFilename(nullptr, 1, 0); }), expected);
 }
 
-TEST(CardReport, SaysThatTheCardWasNotFound)
+TEST(CardReport, ReportsThatTheCardWasNotFound)
 {
     const Zorconf zorconf;
     zorconf.write("device.xml", "<device><card typeid='1'/></device>");
@@ -237,7 +237,7 @@ TEST(CardReport, SaysThatTheCardWasNotFound)
     EXPECT_GE(result, 0) << "the result is that of the last write";
 }
 
-TEST(CardReport, SaysThatTheFileCouldNotBeDecoded)
+TEST(CardReport, ReportsThatTheFileCouldNotBeDecoded)
 {
     const TemporaryFile file("<device><card typeid='1'><tmuxctrl>maybe</tmuxctrl></card></device>");
     const Effects effects =
@@ -299,7 +299,7 @@ TEST(CardReport, PrintsThirtyTwoCharactersOfANamePrefixAndNothingBeyond)
     card.portLed[0].ledType = 4;
     card.portLed[0].endId = 1;
     std::memcpy(card.portLed[0].namePrefix, "12345678901234567890123456789012", 32);
-    card.portLed[0].states[0].state = 'A'; // not in use, but a printable character behind the prefix
+    card.portLed[0].states[0].state = 'A'; // not in use, but a printable character after the prefix
     EXPECT_EQ(sectionOf(reportOf(card), "led Info:"),
               lines("ledNum:0", "", "port-led[0] {", "    type=system", "    start-id=0", "    end-id=1",
                     "    name-prefix=12345678901234567890123456789012", "}", ""));
@@ -353,7 +353,7 @@ TEST(CardReport, EndsThePortLedsAtTheFirstWithoutEnd)
                     "    name-prefix=", "}", ""));
 }
 
-TEST(CardLedReport, IsWhatTheCardReportSaysOfLeds)
+TEST(CardLedReport, IsTheLedPartOfTheCardReport)
 {
     const auto card = queryCard(12, 3, kCard);
     const DcmCardInfo empty = emptyCard();

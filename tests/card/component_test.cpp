@@ -12,7 +12,7 @@ Answer<DcmCardInfo> cardWithComponents(const std::string &num, const std::string
 
 const char kComponentFailed[] = "[dcmCardInfoGet:#]: xmlfile(FILE) card decode component failed.";
 
-// Both kinds of chip element, and where each goes.
+// Both kinds of chip elements, and their fields.
 struct ChipElement {
     const char *name;
     uint8_t DcmCardInfo::*count;
@@ -237,7 +237,7 @@ TEST(ComponentEntity, TextStaysWithinItsField)
     }
 }
 
-TEST(ComponentEntity, KeepsTextAsItStands)
+TEST(ComponentEntity, KeepsTextUnchanged)
 {
     const auto card = cardWithComponents("1", "<component type='port' subtype='1' num='1'> two<!-- no -->\n"
                                               "<b>words</b><![CDATA[ & more]]></component>");

@@ -20,7 +20,7 @@ Answer<DcmCardInfo> cardWithVoltages(const std::string &voltages)
     return cardWith("<voltage-entity num='10'>" + voltages + "</voltage-entity>");
 }
 
-// What becomes of a model name: how long it is in the description, and what the record keeps.
+// A model name: its length in the description, and the field of the record.
 struct ModelName {
     size_t length;
     int storedLength;

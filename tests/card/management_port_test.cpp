@@ -5,7 +5,7 @@ using namespace dcmtest;
 
 namespace {
 
-// A card with two management ports announced and these "port" elements.
+// A card with two management ports and these "port" elements.
 Answer<DcmCardInfo> cardWithPorts(const std::string &ports)
 {
     return cardWith("<mgt-port num='2'>" + ports + "</mgt-port>");
@@ -222,7 +222,7 @@ TEST(ManagementPort, LosesMediaChangeWithItsLaserUnlessGivenLater)
     }
 }
 
-TEST(ManagementPort, NameIsCopiedAsItStands)
+TEST(ManagementPort, NameIsCopiedUnchanged)
 {
     struct {
         const char *children;

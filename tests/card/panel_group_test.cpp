@@ -5,13 +5,13 @@ using namespace dcmtest;
 
 namespace {
 
-// A card with four panel ports announced and these children of "panel-port".
+// A card with four panel ports and these children of "panel-port".
 Answer<DcmCardInfo> cardWithPorts(const std::string &ports)
 {
     return cardWith("<panel-port num='4' startportid='1' maxportid='4'>" + ports + "</panel-port>");
 }
 
-// A card whose panel port 2 is described by a group of its own with these children.
+// A card whose panel port 2 is described by a group with these children.
 Answer<DcmCardInfo> cardWithGroup(const std::string &children)
 {
     return cardWithPorts("<port-group id='2'>" + children + "</port-group>");

@@ -5,7 +5,7 @@ using namespace dcmtest;
 
 namespace {
 
-// A card with four panel ports announced and these children of "panel-port".
+// A card with four panel ports and these children of "panel-port".
 Answer<DcmCardInfo> cardWithPorts(const std::string &ports)
 {
     return cardWith("<panel-port num='4' startportid='1' maxportid='4'>" + ports + "</panel-port>");

@@ -18,7 +18,7 @@ struct Decoded {
     const DcmTemperatureInfo &sensor(size_t index = 0) const { return (*sensors)[index]; }
 };
 
-// Decodes into cleared sensors behind `count` earlier ones.
+// Decodes into cleared sensors after `count` earlier ones.
 Decoded decode(const std::string &xml, uint8_t count = 0)
 {
     const Element element(xml);
@@ -203,7 +203,7 @@ TEST(TemperatureSensor, RequiresAnIdBeforeItCounts)
     }
 }
 
-TEST(TemperatureSensor, StandsBehindTheSensorsBeforeIt)
+TEST(TemperatureSensor, IsAppendedToTheSensorsBeforeIt)
 {
     const Decoded decoded = decode("<temperature id='1'><highthreshold>70</highthreshold></temperature>", 5);
     EXPECT_EQ(decoded.result, 0);

@@ -1,6 +1,6 @@
 /*
- * A process of a network element, as small as it gets: C, its own platform, no C++ runtime. It reads frame 1 of the
- * file that it is given and prints the record's head. Without a file it writes one itself and checks what comes back.
+ * A minimal process of a network element: C, its own platform functions, no C++ runtime. It reads frame 1 of the given
+ * file and prints the head of the record. Without a file it writes one and checks the record.
  */
 #define _POSIX_C_SOURCE 200809L
 
@@ -24,7 +24,7 @@ static const char tinyDescription[] = "<device>\n"
                                       "    </frame>\n"
                                       "</device>\n";
 
-/* The platform. The library brings no declarations of it. */
+/* The platform, which the library does not declare. */
 void loggingLogOutput(int module, int level, int flags, const char *format, ...);
 int errnoGet(void);
 uint32_t zorSelfSysIndex(void);
@@ -86,7 +86,7 @@ static bool writeTinyDescription(char *path)
     return close(descriptor) == 0 && written == (ssize_t)(sizeof tinyDescription - 1);
 }
 
-/* What went wrong, or NULL. Reports of the queries that shall fail appear on both streams: that is how they work. */
+/* The failure, or NULL. The reports of queries that are expected to fail appear on both streams. */
 static const char *queryTinyDescription(const char *path)
 {
     static DcmFrameInfo frame;

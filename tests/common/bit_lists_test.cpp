@@ -1,4 +1,4 @@
-// Range lists such as "1-3,5" and the bit arrays that they stand for, both ways.
+// Range lists such as "1-3,5" and their bit arrays, in both directions.
 #include "tests/support/dcm_test.h"
 
 #include <sys/mman.h>
@@ -13,14 +13,14 @@ namespace {
 
 using Bytes = std::vector<unsigned>;
 
-constexpr unsigned char untouched = 0xA5; // what a guarded record is filled with
+constexpr unsigned char untouched = 0xA5; // the initial bytes of a guarded record
 
 struct BitReading {
     int result;
     Bytes bits; // the `size` bytes of the array
 };
 
-// Reads into a guarded array of 8 bytes, of which the codec is told `size`; the rest must stay as it is.
+// Reads into a guarded array of 8 bytes, of which the codec gets `size`; the rest must not change.
 BitReading readBits(const char *list, uint32_t minimum, uint32_t maximum, uint32_t size)
 {
     Guarded<std::array<unsigned char, 8>> bits;
@@ -33,7 +33,7 @@ BitReading readBits(const char *list, uint32_t minimum, uint32_t maximum, uint32
     return {result, Bytes(bits->begin(), bits->begin() + std::min<size_t>(size, bits->size()))};
 }
 
-// The usual reading: numbers 1 to 16 in two bytes.
+// Reads numbers 1 to 16 into two bytes.
 BitReading readBits(const char *list)
 {
     return readBits(list, 1, 16, 2);
@@ -49,7 +49,7 @@ void PrintTo(const BitReading &reading, std::ostream *out)
     *out << "result " << reading.result << ", bits " << testing::PrintToString(reading.bits);
 }
 
-// 512 MiB, which is 2^32 bits, all backed by the same 2 MiB; the memory behind them must not be touched.
+// 512 MiB, which is 2^32 bits, all backed by the same 2 MiB; the memory after them must not be accessed.
 class HugeArray {
 public:
     static constexpr uint32_t size = 0x20000000;
@@ -89,7 +89,7 @@ private:
 
 using ToText = char *(*)(const uint8_t *, uint32_t, char *, uint32_t);
 
-// Prints into a guarded buffer; what lies behind the text (and behind the 4 bytes cleared at first) must stay as it is.
+// Prints into a guarded buffer; the bytes after the text (and after the first 4 bytes) must not change.
 std::string print(ToText codec, const std::vector<uint8_t> &bits, uint32_t limit = 255)
 {
     Guarded<std::array<char, 512>> out;
@@ -110,7 +110,7 @@ std::string print(ToText codec, const std::vector<uint8_t> &bits, uint32_t limit
 
 } // namespace
 
-// --- dcmStr2BitList: what is accepted --------------------------------------------------------------------------------
+// --- dcmStr2BitList: valid lists -------------------------------------------------------------------------------------
 
 TEST(BitListReading, SetsNumberOneInTheTopBitOfTheFirstByte)
 {
@@ -226,7 +226,7 @@ TEST(BitListReading, FillsTheLargestArrayInUse)
     EXPECT_EQ(readBits("1-32", 1, 32, 4), (BitReading{0, Bytes(4, 0xFF)}));
 }
 
-// --- dcmStr2BitList: what fails --------------------------------------------------------------------------------------
+// --- dcmStr2BitList: faulty lists ------------------------------------------------------------------------------------
 
 TEST(BitListReading, RefusesAMalformedListAndKeepsWhatWasSetBeforeTheFault)
 {
@@ -442,7 +442,7 @@ TEST(BitListText, PrintsAllOfAFourByteArrayWithinALimitOf255)
 
 TEST(BitListText, StopsALongListRightAfterTheItemThatExceedsTheLimit)
 {
-    // 1 to 9 make 9 characters, 11 to 99 another 135; of 101, 103, ... with 4 each, the 28th exceeds 255.
+    // 1 to 9 take 9 characters, 11 to 99 another 135; of 101, 103, ... with 4 each, the 28th exceeds 255.
     const std::string text = print(dcmBitList2Str, std::vector<uint8_t>(64, 0xAA), 255);
     EXPECT_EQ(text.size(), 256U);
     EXPECT_THAT(text, testing::StartsWith("1,3,5,7,9,11,13,"));

@@ -1,4 +1,4 @@
-// The keywords of what cards and panel ports support, both ways, and the bit that each sets in a capability set.
+// The keywords of capabilities of cards and panel ports, in both directions, and the bit of each in its set.
 #include "tests/support/dcm_test.h"
 
 using namespace dcmtest;
@@ -14,10 +14,10 @@ struct Vocabulary {
     const char *name;
     int (*toValue)(const unsigned char *, uint32_t *);
     const char *(*toText)(uint32_t);   // none for card support functions
-    const char *report;                // up to the text that was given
-    std::vector<Keyword> read;         // every keyword that is accepted
-    std::vector<Keyword> printed;      // every value that has a text
-    std::vector<const char *> unknown; // texts that are close, but no keywords
+    const char *report;                // up to the text
+    std::vector<Keyword> read;         // all valid keywords
+    std::vector<Keyword> printed;      // all values with a text
+    std::vector<const char *> unknown; // similar texts that are not keywords
 };
 
 void PrintTo(const Vocabulary &vocabulary, std::ostream *out)
@@ -192,7 +192,7 @@ void expectUnknown(const Vocabulary &vocabulary, const char *keyword, const std:
     EXPECT_EQ(reading.messages, (Messages{vocabulary.report + shown + ")."}));
 }
 
-// 0 to 300, and values whose low bytes are those of known ones.
+// 0 to 300, and values with the low bytes of known ones.
 std::vector<uint32_t> valuesToPrint()
 {
     std::vector<uint32_t> values = {511,   512,        513,        514,        65535,      65536,     65537,
@@ -232,7 +232,7 @@ TEST_P(CapabilityVocabulary, ReadsEveryKeyword)
 
 TEST_P(PrintedCapabilityVocabulary, PrintsEveryValueAndUnknownForTheOthers)
 {
-    std::vector<const char *> texts; // looked at after the last call: the texts are constant
+    std::vector<const char *> texts; // compared after the last call: the texts are constant
     const Effects effects = effectsOf([&] {
         for (const uint32_t value : valuesToPrint())
             texts.push_back(GetParam().toText(value));

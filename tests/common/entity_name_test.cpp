@@ -1,4 +1,4 @@
-// Names such as "port-1/2/#-x@card", taken apart into the identity of an entity.
+// Names such as "port-1/2/#-x@card", split into the identity of an entity.
 #include "tests/support/dcm_test.h"
 
 using namespace dcmtest;
@@ -24,7 +24,7 @@ Split split(const std::string &name)
     int status = 1;
     result.messages = effectsOf([&] { status = dcmNameToEttInfo(name.c_str(), result.info.get()); }).messages;
     EXPECT_EQ(status, 0);
-    // Whatever the name is.
+    // For any name.
     EXPECT_EQ(result.info->ettIndex, 0U);
     EXPECT_EQ(result.info->sysIndex, 255U);
     return result;
@@ -51,7 +51,7 @@ TEST(EntityName, GivesClassPathAndAttachment)
     expectIdentity("temperature-#/#/#-t@fan", {8, 3, 4, {255, 255, 255}});
 }
 
-TEST(EntityName, KnowsEveryClass)
+TEST(EntityName, AcceptsEveryClass)
 {
     expectIdentity("led-1-a@sys", {26, 0, 2, {1, 0, 0}});
     expectIdentity("fan-1-a@sys", {19, 0, 2, {1, 0, 0}});
@@ -68,7 +68,7 @@ TEST(EntityName, KnowsEveryClass)
     expectIdentity("flash-1-a@sys", {29, 0, 2, {1, 0, 0}});
 }
 
-TEST(EntityName, KnowsEveryAttachment)
+TEST(EntityName, AcceptsEveryAttachment)
 {
     expectIdentity("led-1-a@sys", {26, 0, 2, {1, 0, 0}});
     expectIdentity("led-1-a@slot", {26, 1, 2, {1, 0, 0}});

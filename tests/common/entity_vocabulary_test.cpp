@@ -1,4 +1,4 @@
-// The keywords of entity classes, attachments, LEDs and temperature sensors, both ways.
+// The keywords of entity classes, attachments, LEDs and temperature sensors, in both directions.
 #include "tests/support/dcm_test.h"
 
 using namespace dcmtest;
@@ -14,11 +14,11 @@ struct Vocabulary {
     const char *name;
     int (*toValue)(const unsigned char *, uint32_t *);
     const char *(*toText)(uint32_t);   // none for entity classes
-    const char *report;                // up to the text that was given
-    std::vector<Keyword> read;         // every keyword that is accepted
-    std::vector<Keyword> printed;      // every value that has a text of its own
-    Keyword afterLast;                 // what the value behind the last one prints
-    std::vector<const char *> unknown; // texts that are close, but no keywords
+    const char *report;                // up to the text
+    std::vector<Keyword> read;         // all valid keywords
+    std::vector<Keyword> printed;      // all values with their own text
+    Keyword afterLast;                 // printed for the value after the last one
+    std::vector<const char *> unknown; // similar texts that are not keywords
 };
 
 void PrintTo(const Vocabulary &vocabulary, std::ostream *out)
@@ -170,7 +170,7 @@ void expectUnknown(const Vocabulary &vocabulary, const char *keyword, const std:
     EXPECT_EQ(reading.messages, (Messages{vocabulary.report + shown + ")."}));
 }
 
-// 0 to 300, and values whose low bytes are those of known ones.
+// 0 to 300, and values with the low bytes of known ones.
 std::vector<uint32_t> valuesToPrint()
 {
     std::vector<uint32_t> values = {511,   512,        513,        514,        65535,      65536,     65537,

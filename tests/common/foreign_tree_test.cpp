@@ -1,5 +1,5 @@
-// The exported decoders on trees that their callers have built: such a tree may belong to no document, and hold nodes
-// that no parser makes.
+// The exported decoders on trees that their callers have built: such a tree need not belong to a document, and may have
+// nodes that no parser creates.
 #include "tests/support/dcm_test.h"
 
 #include <array>
@@ -34,7 +34,7 @@ void set(xmlNodePtr node, const std::string &attribute, const std::string &value
     xmlNewProp(node, xmlText(attribute), xmlText(value));
 }
 
-// What the exported decoders can fill.
+// The outputs of the exported decoders.
 struct Records {
     DcmLedInfo leds[DCM_LED_MAX];
     DcmPortLedInfo portLeds[DCM_PORT_LED_MAX];
@@ -84,7 +84,7 @@ Answered decode(const Decoder &decoder, xmlNodePtr node)
     return answered;
 }
 
-// Names and values from which elements are put together: right ones, and a few that are not.
+// Names and values for random elements: valid ones, and a few invalid ones.
 constexpr std::array kNames = {"led",  "state", "port-led", "led-name",    "source", "color",
                                "freq", "type",  "num",      "fanctrlbits", "other"};
 constexpr std::array kAttributes = {"id",     "type",        "num", "pri",      "start-id",

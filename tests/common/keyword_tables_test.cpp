@@ -1,4 +1,4 @@
-// The keyword tables themselves: exported, writable, one behind the other in memory, and read afresh by every call.
+// The keyword tables: exported, writable, adjacent in memory, and read by every call.
 #include "tests/support/dcm_test.h"
 
 #include <cstdint>
@@ -50,7 +50,7 @@ std::string rowOf(const std::string &word)
     return row;
 }
 
-// A row says something else while this lives.
+// Replaces a row during its lifetime.
 class Rewritten {
 public:
     Rewritten(Row &row, const std::string &word) : row_(row), saved_(row, sizeof row)
@@ -66,7 +66,7 @@ private:
     std::string saved_;
 };
 
-// A number, as the compiler takes pointers to two objects for different ones.
+// An address as a number, since the compiler assumes that pointers to two objects differ.
 std::uintptr_t addressOf(const void *place)
 {
     const void *const volatile hidden = place;
@@ -236,7 +236,7 @@ TEST(KeywordTable, MatchesNothingWithARowFilledToItsLastByteAndIsNotReadBeyondIt
     const std::string full = "sixteen-letters!";
     for (const Reader &reader : readers) {
         SCOPED_TRACE(std::string(reader.toValueName) + " " + reader.word);
-        // What stands behind the row, which would end the word for a reader that goes on.
+        // The byte after the row would end the word for a reader that goes too far.
         const auto *next = reinterpret_cast<const char *>(addressOf(reader.row + 1));
         const std::string nextWord(next, strnlen(next, DCM_KEYWORD_SIZE));
         const Rewritten row(*reader.row, full);

@@ -1,4 +1,4 @@
-// The states of LEDs, whose keywords depend on the LED's type.
+// The states of LEDs, whose keywords depend on the type of the LED.
 #include "tests/support/dcm_test.h"
 
 #include <algorithm>
@@ -12,8 +12,8 @@ using Words = std::vector<std::string>;
 struct LedType {
     const char *name;
     uint32_t value;
-    Words states;          // by value, from 0; none: the type has no states
-    const char *afterLast; // what the value behind the last one prints
+    Words states;          // by value, from 0; empty: the type has no states
+    const char *afterLast; // printed for the value after the last one
 };
 
 const LedType ledTypes[] = {

@@ -1,4 +1,4 @@
-// Texts that list numbers: the membership test and the number arrays.
+// Number lists: the membership test and the number arrays.
 #include "tests/support/dcm_test.h"
 
 #include <array>
@@ -8,7 +8,7 @@ using namespace dcmtest;
 namespace {
 
 constexpr size_t arrayWords = 8;
-constexpr uint32_t untouched = 0xA5A5A5A5; // what a guarded record is filled with
+constexpr uint32_t untouched = 0xA5A5A5A5; // the initial words of a guarded record
 
 int match(uint32_t value, const char *list)
 {
@@ -18,7 +18,7 @@ int match(uint32_t value, const char *list)
     return result;
 }
 
-// All words of the guarded array after the call; those that it did not write are `untouched`.
+// All words of the guarded array after the call; those not written are `untouched`.
 std::vector<uint32_t> readArray(const char *list, int32_t size)
 {
     Guarded<std::array<uint32_t, arrayWords>> array;
@@ -29,7 +29,7 @@ std::vector<uint32_t> readArray(const char *list, int32_t size)
     return std::vector<uint32_t>(array->begin(), array->end());
 }
 
-// What a list stores in a cleared array.
+// The numbers that a list stores in a cleared array.
 std::vector<uint32_t> numbersOf(const char *list)
 {
     std::vector<uint32_t> numbers = readArray(list, sizeof(uint32_t) * arrayWords);
@@ -86,7 +86,7 @@ TEST(ListMatch, IgnoresWhatFollowsANumberInItsItem)
     EXPECT_EQ(match(7, "5abc,7"), 1);
 }
 
-TEST(ListMatch, KnowsNoRanges)
+TEST(ListMatch, HasNoRanges)
 {
     EXPECT_EQ(match(1, "1-3"), 1);
     EXPECT_EQ(match(2, "1-3"), 0);
@@ -282,7 +282,7 @@ TEST(NumberArray, DoesNotLookBehindTheEndOfTheText)
 
 TEST(NumberArray, DoesNotReadBehindATextThatFillsItsMemory)
 {
-    // Memory that ends with the text's terminator, so that a checking allocator sees a byte too many.
+    // Memory that ends with the terminator of the text, so that a checking allocator detects a read beyond it.
     struct {
         const char *list;
         Numbers numbers;

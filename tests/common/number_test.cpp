@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-// Numbers are read as strtoull reads them in the "C" locale with base 0: it is what these compare with.
+// The reference is strtoull in the "C" locale with base 0.
 
 namespace {
 
@@ -46,7 +46,7 @@ TEST(Number, MayHaveBlanksAndASignInFront)
         expectReadAsByLibc(text);
 }
 
-TEST(Number, IsZeroWhereOnlyThePrefixOfAHexadecimalNumberStands)
+TEST(Number, IsZeroForThePrefixOfAHexadecimalNumberAlone)
 {
     for (const char *text : {"0x", "0xg", "0X ", "-0x", "00x1"})
         expectReadAsByLibc(text);

@@ -1,4 +1,4 @@
-// PHY types, which are read with few keywords and printed with many, and the interface kinds that they imply.
+// PHY types, which have few keywords for reading and many for printing, and their interface kinds.
 #include "tests/support/dcm_test.h"
 
 #include <algorithm>
@@ -278,8 +278,8 @@ void expectUnknown(const char *keyword, const std::string &shown)
     EXPECT_EQ(reading.messages, (Messages{"[dcmPhyTypeStr2Val:#]: invalid phytype(" + shown + ")."}));
 }
 
-// Every value from 0 to 300, and values whose low bytes are those of known ones; the texts are looked at after the
-// last call, as they are constant.
+// Every value from 0 to 300, and values with the low bytes of known ones; the texts are compared after the last call,
+// since they are constant.
 template <size_t Count> void expectNames(const char *(*toText)(uint32_t), const Name (&names)[Count])
 {
     std::vector<uint32_t> values = {511,   512,        513,        65535,      65536,      65537,

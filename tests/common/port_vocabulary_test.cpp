@@ -1,4 +1,4 @@
-// The keywords of ports and interfaces, both ways. PHY types and interface kinds stand in a file of their own.
+// The keywords of ports and interfaces, in both directions. PHY types and interface kinds have their own file.
 #include "tests/support/dcm_test.h"
 
 using namespace dcmtest;
@@ -14,10 +14,10 @@ struct Vocabulary {
     const char *name;
     int (*toValue)(const unsigned char *, uint32_t *);
     const char *(*toText)(uint32_t);   // none for yes and no
-    const char *report;                // up to the text that was given
-    std::vector<Keyword> read;         // every keyword that is accepted
-    std::vector<Keyword> printed;      // every value that has a text
-    std::vector<const char *> unknown; // texts that are close, but no keywords
+    const char *report;                // up to the text
+    std::vector<Keyword> read;         // all valid keywords
+    std::vector<Keyword> printed;      // all values with a text
+    std::vector<const char *> unknown; // similar texts that are not keywords
 };
 
 void PrintTo(const Vocabulary &vocabulary, std::ostream *out)
@@ -146,7 +146,7 @@ void expectUnknown(const Vocabulary &vocabulary, const char *keyword, const std:
     EXPECT_EQ(reading.messages, (Messages{vocabulary.report + shown + ")."}));
 }
 
-// 0 to 300, and values whose low bytes are those of known ones.
+// 0 to 300, and values with the low bytes of known ones.
 std::vector<uint32_t> valuesToPrint()
 {
     std::vector<uint32_t> values = {511,   512,   513,        514,        65535,      65536,      65537,
@@ -179,7 +179,7 @@ TEST_P(PortVocabulary, ReadsEveryKeyword)
 
 TEST_P(PrintedPortVocabulary, PrintsEveryValueAndUnknownForTheOthers)
 {
-    std::vector<const char *> texts; // looked at after the last call: the texts are constant
+    std::vector<const char *> texts; // compared after the last call: the texts are constant
     const Effects effects = effectsOf([&] {
         for (const uint32_t value : valuesToPrint())
             texts.push_back(GetParam().toText(value));

@@ -1,4 +1,4 @@
-// Reports of records that claim more entries than they have room for.
+// Reports of records whose counts exceed their arrays.
 #include "tests/support/dcm_test.h"
 
 #include <cstring>
@@ -9,7 +9,7 @@ namespace {
 
 struct Case {
     const char *name;  // of the test
-    const char *entry; // how each entry begins in the report
+    const char *entry; // the beginning of each entry in the report
     size_t room;
     void (*report)();
 };
@@ -32,7 +32,7 @@ size_t occurrences(const std::string &text, const std::string &part)
     return count;
 }
 
-// The report of a record that is cleared but for a count.
+// The report of a record that is cleared except for a count.
 template <class Record, auto Count, auto Print> void reportOf()
 {
     const auto record = std::make_unique<Record>();

@@ -1,4 +1,4 @@
-// Documents that are not whole, and the texts in them.
+// Texts in incomplete documents.
 #include "common/xml.h"
 #include "tests/support/dcm_test.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr dcm::Reporter reporter = {"reader"};
 
-// Takes a text out of a document, as a parser does that gets no memory for it, and puts it back.
+// Removes a text from a document, like a parser without memory for it, and restores it.
 template <class Char> class WithoutText {
 public:
     explicit WithoutText(Char *&place) : place_(place), text_(place) { place = nullptr; }

@@ -1,5 +1,4 @@
-// What is told about the format: it is complete, it is what the library does, and it is written down as the tables have
-// it.
+// The reference and the schema of the format: they are complete, match the library, and are generated from the tables.
 #include "tests/support/dcm_test.h"
 
 #include "tools/format/reference.h"
@@ -68,7 +67,7 @@ public:
     Validator(const Validator &) = delete;
     Validator &operator=(const Validator &) = delete;
 
-    // What the schema says against a document; "" when it says nothing.
+    // The errors of the schema for a document; "" if there are none.
     std::string faultsOf(const Document &document) const
     {
         std::string faults;
@@ -118,7 +117,7 @@ TEST(Schema, RefusesEachFaultAndAcceptsItsCorrection)
 
 // ---- The examples of the reference ----------------------------------------------------------------------------------
 
-// Puts the example of a section into those of the sections around it, in the place of its namesake or behind the rest.
+// Inserts the example of a section into those of the enclosing sections, in place of the same element or at the end.
 xmlNodePtr insert(xmlNodePtr parent, const std::string &name, const std::string &xml)
 {
     const Document document = parse(xml);
@@ -174,7 +173,7 @@ template <class Record> std::string bytesOf(const Record &record)
     return {reinterpret_cast<const char *>(&record), sizeof record};
 }
 
-// What the library makes of everything that a composed document describes.
+// The records of everything in a composed document.
 struct Decoded {
     int result = 0; // that of the first query that fails
     Messages messages;
@@ -219,7 +218,7 @@ Decoded decode(const Composed &composed)
     return decoded;
 }
 
-// The records of what is decoded without a word.
+// The records of elements that are decoded without a report.
 std::string recordsOf(const Composed &composed)
 {
     const Decoded decoded = decode(composed);
@@ -274,9 +273,9 @@ TEST(FormatReference, HasAnExampleThatTheLibraryDecodesForEachAttribute)
         }
 }
 
-// ---- What holds where something is left out -------------------------------------------------------------------------
+// ---- Defaults -------------------------------------------------------------------------------------------------------
 
-// The value that stands for what is left out; false where there is none.
+// The value that equals the default; false if there is none.
 bool valueLeftOut(const Place &place, const dcm::Content &content, std::string leftOut, std::string &value)
 {
     leftOut = leftOut.substr(0, leftOut.find(':'));
@@ -300,7 +299,7 @@ void removeNamed(xmlNodePtr parent, const std::string &name)
         }
 }
 
-TEST(FormatReference, SaysWhatHoldsWhereAnElementIsLeftOut)
+TEST(FormatReference, DocumentsTheDefaultOfEachElement)
 {
     size_t compared = 0;
     for (const Place *section : theTree().sections())
@@ -320,7 +319,7 @@ TEST(FormatReference, SaysWhatHoldsWhereAnElementIsLeftOut)
     EXPECT_GT(compared, 150U);
 }
 
-TEST(FormatReference, SaysWhatHoldsWhereAnAttributeIsLeftOut)
+TEST(FormatReference, DocumentsTheDefaultOfEachAttribute)
 {
     size_t compared = 0;
     for (const Place *section : theTree().sections())
@@ -342,7 +341,7 @@ TEST(FormatReference, SaysWhatHoldsWhereAnAttributeIsLeftOut)
     EXPECT_GE(compared, 6U);
 }
 
-// ---- What happens where something is wrong --------------------------------------------------------------------------
+// ---- Faults ---------------------------------------------------------------------------------------------------------
 
 struct Fault {
     std::string value;
@@ -368,7 +367,7 @@ Fault faultOf(const Place &place, const dcm::Content &content)
     }
 }
 
-TEST(FormatReference, SaysOfEachElementWhereAFaultIsNotWhatItsKindMakesOfIt)
+TEST(FormatReference, DocumentsTheFaultsOfElementsThatDifferFromTheirKind)
 {
     size_t tried = 0;
     for (const Place *section : theTree().sections())
@@ -388,7 +387,7 @@ TEST(FormatReference, SaysOfEachElementWhereAFaultIsNotWhatItsKindMakesOfIt)
     EXPECT_GT(tried, 150U);
 }
 
-TEST(FormatReference, SaysOfEachAttributeWhereAFaultIsNotWhatItsKindMakesOfIt)
+TEST(FormatReference, DocumentsTheFaultsOfAttributesThatDifferFromTheirKind)
 {
     size_t tried = 0;
     for (const Place *section : theTree().sections())
@@ -408,11 +407,11 @@ TEST(FormatReference, SaysOfEachAttributeWhereAFaultIsNotWhatItsKindMakesOfIt)
     EXPECT_GT(tried, 40U);
 }
 
-// ---- What is written down -------------------------------------------------------------------------------------------
+// ---- Generated files ------------------------------------------------------------------------------------------------
 
 constexpr char kAnew[] = "the tables or docs/format/ have changed: run ./dev reference";
 
-TEST(FormatReference, SaysSomethingOfEverythingAndOfNothingElse)
+TEST(FormatReference, DocumentsEverythingAndNothingElse)
 {
     EXPECT_EQ(theProse().faults(theTree()), std::vector<std::string>());
 }
@@ -434,7 +433,7 @@ TEST(FormatReference, NoticesWhatIsMissingSuperfluousOrIncomplete)
               std::vector<std::string>{"[frame/maxslotnum]: does not say what holds where it is left out"});
     EXPECT_EQ(faultsWith("left out: 0\nexample: 22\n", "left out: 0\n"),
               std::vector<std::string>{"[frame/maxslotnum]: no example"});
-    EXPECT_EQ(faultsWith("[words yes-no]\nWhether something holds.\n", "[words yes-no]\n"),
+    EXPECT_EQ(faultsWith("[words yes-no]\nYes or no.\n", "[words yes-no]\n"),
               std::vector<std::string>{"[words yes-no]: no meaning"});
     EXPECT_THROW(Prose("[frame]\n[frame]\n"), std::runtime_error);
 }

@@ -1,4 +1,4 @@
-// What the fan controllers of a frame cool.
+// The units that the fan controllers of a frame cool.
 #include "tests/support/dcm_test.h"
 
 #include <string>

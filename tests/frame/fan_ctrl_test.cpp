@@ -7,7 +7,7 @@ using namespace dcmtest;
 
 namespace {
 
-// A frame that announces `num` fan controllers and holds these elements.
+// A frame with `num` fan controllers and these elements.
 Answer<DcmFrameInfo> controllers(int num, const std::string &elements)
 {
     return frameWith("<fanctrl-entity num='" + std::to_string(num) + "'>" + elements + "</fanctrl-entity>");
@@ -21,7 +21,7 @@ Numbers ids(const DcmFrameInfo &info)
     return {ctrl[0].id, ctrl[1].id, ctrl[2].id, ctrl[3].id};
 }
 
-// All but the id, in the order of the record.
+// All fields except the id, in the order of the record.
 Numbers settings(const DcmFanCtrlInfo &ctrl)
 {
     return {ctrl.fanNum,
@@ -41,14 +41,14 @@ Numbers settings(const DcmFanCtrlInfo &ctrl)
 
 const Numbers noSettings = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
 
-// Descriptions that "fanctrl" and "fanctrl-group" read alike, with what they give.
+// Descriptions with the same result in "fanctrl" and "fanctrl-group".
 struct Description {
     const char *children;
     Numbers settings;
 };
 
 const Description descriptions[] = {
-    // The elements stand in an order of their own; their names spell "threadhold".
+    // The elements are not in the order of the record; their names spell "threadhold".
     {R"(<speedlevelforce>13</speedlevelforce>
         <speedlowthreadholdmin>1012</speedlowthreadholdmin> <speedlowthreadholdmax>1011</speedlowthreadholdmax>
         <speedhighthreadholdmin>1010</speedhighthreadholdmin> <speedhighthreadholdmax>1009</speedhighthreadholdmax>
@@ -76,7 +76,7 @@ const Description descriptions[] = {
      {16, 8, 0, 0, 255, 65535, 7, 0, 0, 0, 0, 0, 0}},
     // A later element replaces an earlier one.
     {"<speed>1</speed><fannum>2</fannum><speed>3</speed>", {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0}},
-    // What is not known is skipped, the right spelling included.
+    // Unknown names are skipped, including the correct spelling.
     {R"(text <!-- comment --> <![CDATA[9]]> <?speed 9?> <?fannum 9?> <Speed>9</Speed> <FANNUM>9</FANNUM>
         <speedhighthreshold>9</speedhighthreshold> <speedlowthreshold>9</speedlowthreshold> <id>9</id>
         <unknown><speed>9</speed></unknown> <workmode>1</workmode> <unknown/>)",
@@ -108,7 +108,7 @@ TEST(FrameFanCtrl, ReadsItsIdAsOneNumber)
         Numbers ids;
     } cases[] = {
         {"1", {1, 0, 0, 0}},  {"4", {0, 0, 0, 4}},  {"0x3", {0, 0, 3, 0}},
-        {"02", {0, 2, 0, 0}}, {" 2", {0, 2, 0, 0}}, {"2-4", {0, 2, 0, 0}}, // a number, and no list
+        {"02", {0, 2, 0, 0}}, {" 2", {0, 2, 0, 0}}, {"2-4", {0, 2, 0, 0}}, // a number, not a list
     };
     for (const auto &expected : cases) {
         SCOPED_TRACE(expected.id);
@@ -163,7 +163,7 @@ TEST(FrameFanCtrl, KeepsTheFirstDescriptionOfAnIdAndReadsNoneAfterTheFault)
     EXPECT_EQ(frame.info->fanCtrlInfo[1].speed, 1000);
 }
 
-TEST(FrameFanCtrl, StandsBesideGroups)
+TEST(FrameFanCtrl, MayBeCombinedWithGroups)
 {
     const auto frame = controllers(4, R"(
         <fanctrl id='4'><speed>4000</speed></fanctrl>
@@ -228,7 +228,7 @@ TEST(FrameFanCtrlGroup, ReportsEachFault)
          "[_dcmDecodeFanCtrlGroupEntity:#]: decode fanctrl-entity failed, invalid id(1, 2)."},
         {4, "<fanctrl-group id='all'/>",
          "[_dcmDecodeFanCtrlGroupEntity:#]: decode fanctrl-entity failed, invalid id(all)."},
-        // A percent sign in the text is no conversion.
+        // A percent sign in the text is not a conversion.
         {4, "<fanctrl-group id='%s%n'/>",
          "[_dcmDecodeFanCtrlGroupEntity:#]: decode fanctrl-entity failed, invalid id(%s%n)."},
         {2, "<fanctrl-group id='1,3'/>",

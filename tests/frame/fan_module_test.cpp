@@ -6,13 +6,13 @@ using namespace dcmtest;
 
 namespace {
 
-// A frame that announces `num` fan modules and holds these elements.
+// A frame with `num` fan modules and these elements.
 Answer<DcmFrameInfo> modules(int num, const std::string &elements)
 {
     return frameWith("<fanmodule-entity num='" + std::to_string(num) + "'>" + elements + "</fanmodule-entity>");
 }
 
-// A frame whose only fan module, 1, holds these elements.
+// A frame whose only fan module, 1, has these elements.
 Answer<DcmFrameInfo> moduleWith(const std::string &children)
 {
     return modules(1, "<fanmodule id='1'>" + children + "</fanmodule>");
@@ -243,7 +243,7 @@ TEST(FanModule, WritesNoLedsBeyondTheAnnouncedModules)
     EXPECT_TRUE(isAllZero(frame.info->fanModuleInfo));
 }
 
-// The second map's name is faulty, so that its LED keeps the type that the first map gave it.
+// The name in the second map is faulty, so that its LED keeps the type from the first map.
 TEST(FanModule, ReadsASecondLedMapOverTheFirstWhetherItIsKeptOrNot)
 {
     const std::string maps = R"(
@@ -383,7 +383,7 @@ TEST(FanModule, CountsTheSensorsThatItHolds)
         {"<temperature-entity num='2'/>", 0},
         {"<temperature-entity num='2'><temperature id='1'/></temperature-entity>", 1},
         {"<temperature-entity num='258'><temperature id='1'/></temperature-entity>", 1},
-        // The announced number does not bound what is read.
+        // "num" does not bound the sensors that are read.
         {"<temperature-entity num='0'><temperature id='1'/><temperature id='1'/></temperature-entity>", 2},
         {"<temperature-entity num='1'>text<?temperature?><Temperature/><temperature id='1'/></temperature-entity>", 1},
     };
@@ -412,7 +412,7 @@ TEST(FanModule, DoesNotLookAtAThirdSensor)
     }
 }
 
-TEST(FanModule, CountsSensorsAnewInEachElement)
+TEST(FanModule, CountsSensorsFromZeroInEachElement)
 {
     const auto frame = moduleWith(std::string(twoSensors) + R"(
         <temperature-entity num='1'><temperature id='7'><lowthreshold>4</lowthreshold></temperature>
@@ -422,6 +422,6 @@ TEST(FanModule, CountsSensorsAnewInEachElement)
     EXPECT_EQ(module.temperatureNum, 1);
     EXPECT_EQ(module.temperature[0].id, 7);
     EXPECT_EQ(module.temperature[0].lowThreshold, 4);
-    EXPECT_EQ(module.temperature[0].highThreshold, 70); // of the sensor that stood there before
+    EXPECT_EQ(module.temperature[0].highThreshold, 70); // of the previous sensor
     EXPECT_EQ(module.temperature[1].id, 9);
 }

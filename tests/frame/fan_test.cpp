@@ -7,7 +7,7 @@ using namespace dcmtest;
 
 namespace {
 
-// A frame whose only fan module, 1, holds these elements.
+// A frame whose only fan module, 1, has these elements.
 Answer<DcmFrameInfo> moduleWith(const std::string &children)
 {
     return frameWith("<fanmodule-entity num='1'><fanmodule id='1'>" + children + "</fanmodule></fanmodule-entity>");
@@ -116,7 +116,7 @@ TEST(Fan, ReportsEachFault)
          "[_dcmDecodeFanEntity:#]: decode fan failed, fan id(3) is out of range(2)."},
         {"<fannum>260</fannum><fan id='1-4'/><fan id='4'/>",
          "[_dcmDecodeFanEntity:#]: decode fan failed, duplicate id(4)."},
-        // Fans that come before the count find a count of 0.
+        // For fans before the count, the count is 0.
         {"<fan id='2'/><fannum>4</fannum>",
          "[_dcmDecodeFanEntity:#]: decode fan failed, fan id(2) is out of range(0)."},
         {"<fannum>4</fannum><fan id='3'/><fan id='1-4'/>",
@@ -126,7 +126,7 @@ TEST(Fan, ReportsEachFault)
         SCOPED_TRACE(expected.children);
         const auto frame = moduleWith(expected.children);
         EXPECT_EQ(frame.result, -1);
-        EXPECT_TRUE(isAllZero(frame.info->fanModuleInfo)); // the module is filed only when it is complete
+        EXPECT_TRUE(isAllZero(frame.info->fanModuleInfo)); // a module is stored only when it is complete
         EXPECT_EQ(frame.messages,
                   (Messages{expected.message, "[_dcmDecodeFanModuleEntity:#]: fan module decode fan failed.",
                             "[dcmFrameInfoGet:#]: xmlfile(FILE) frame decode fanctrl failed."}));

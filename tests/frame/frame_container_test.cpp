@@ -1,4 +1,4 @@
-// The frame's elements that announce a count, and its own LEDs.
+// The elements of a frame with a count, and its own LEDs.
 #include "tests/support/dcm_test.h"
 
 #include <string>
@@ -7,7 +7,7 @@ using namespace dcmtest;
 
 namespace {
 
-// The three elements that announce a count, with the field that keeps it.
+// The three elements with a count, and its field.
 struct Container {
     const char *name;
     uint8_t DcmFrameInfo::*num;

@@ -1,4 +1,4 @@
-// Callers are compiled against these records: field order, widths, array bounds and padding must not move.
+// Callers are compiled with these records: field order, widths, array bounds and padding must not change.
 #include <dcm.h>
 
 #include <cstddef>
@@ -35,7 +35,7 @@ EXPECT_FIELD(DcmLedHead, srcState, 7, uint8_t[12]);
 EXPECT_FIELD(DcmLedHead, ledState, 19, uint8_t[12]);
 EXPECT_SIZE(DcmLedHead, 31);
 
-// An LED begins with the head's fields at the head's places: a pointer to it may be passed as one.
+// An LED begins with the fields of its head at the same offsets: a pointer to it may be passed as one to the head.
 EXPECT_FIELD(DcmLedInfo, ledType, 0, uint8_t);
 EXPECT_FIELD(DcmLedInfo, id, 1, uint8_t);
 EXPECT_FIELD(DcmLedInfo, attach, 2, uint8_t);

@@ -7,7 +7,7 @@ using namespace dcmtest;
 
 namespace {
 
-// What every failure before the frame's own elements leaves.
+// The record after every failure before the elements of the frame.
 bool holdsOnlyType(const DcmFrameInfo &info, uint16_t type)
 {
     DcmFrameInfo cleared;
@@ -16,14 +16,14 @@ bool holdsOnlyType(const DcmFrameInfo &info, uint16_t type)
     return std::memcmp(&info, &cleared, sizeof cleared) == 0;
 }
 
-// The path of a file that is there no more.
+// The path of a removed file.
 std::string missingFile()
 {
     return TemporaryFile("").path();
 }
 
-// While it lives, counts the documents that are parsed and not released, and takes the root out of a document that has
-// the instruction <?lose-root?> behind it: the parser alone gives no document without a root.
+// During its lifetime, counts the documents that are parsed and not released, and removes the root of a document with
+// the instruction <?lose-root?> after it: the parser itself never returns a document without a root.
 class Documents {
 public:
     Documents()
@@ -271,7 +271,7 @@ TEST(FrameQuery, ReportsAFileThatIsNoXml)
         const auto frame = queryFrame(1, content);
         EXPECT_EQ(frame.result, -1);
         EXPECT_TRUE(holdsOnlyType(*frame.info, 1));
-        // Nothing went wrong in the system, so the error number is whatever was there before.
+        // No system call failed, so the error number is the previous one.
         EXPECT_THAT(frame.messages, testing::ElementsAre(testing::MatchesRegex(
                                         R"(\[dcmFrameInfoGet:#\]: xmlfile\(FILE\) parse failed\(err#[0-9]+, .+\))")));
     }
@@ -310,7 +310,7 @@ TEST(FrameQuery, NamesTheDefaultFileWhenItIsMissing)
             "[dcmFrameInfoGet:#]: xmlfile(/etc/zorconf/device/device.xml) parse failed(err#2, No such file or directory)"});
 }
 
-TEST(FrameQuery, ReadsTheFileAfreshEveryTime)
+TEST(FrameQuery, ReadsTheFileEveryTime)
 {
     const Zorconf zorconf;
     zorconf.write("device.xml", "<device><frame typeid='1'><maxslotnum>10</maxslotnum></frame></device>");

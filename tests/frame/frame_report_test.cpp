@@ -13,7 +13,7 @@ namespace {
 const std::string doubleRule(60, '=');
 const std::string rule(60, '-');
 
-// Every physical entity has the logical index 42 while it lives.
+// During its lifetime, every physical entity has the logical index 42.
 class EntityMapping {
 public:
     EntityMapping()
@@ -28,7 +28,7 @@ public:
     EntityMapping &operator=(const EntityMapping &) = delete;
 };
 
-// The report of a record that the test has filled.
+// The report of a record of the test.
 std::string reportOf(const DcmFrameInfo &info)
 {
     int result = -1;
@@ -45,7 +45,7 @@ std::unique_ptr<DcmFrameInfo> clearedFrame()
     return info;
 }
 
-// The report of a cleared record, from behind its slot map on.
+// The report of a cleared record after its slot map.
 const std::string &endOfEmptyReport()
 {
     static const std::string end =
@@ -53,7 +53,7 @@ const std::string &endOfEmptyReport()
     return end;
 }
 
-// What a Show function prints before the record.
+// The lines that a Show function prints before the record.
 std::string heading(const std::string &file)
 {
     return lines("", "file: " + file + ": ");
@@ -161,7 +161,7 @@ TEST(FrameReport, PrintsAWholeFrame)
         "    speedLowThresholdMax=2000",
         "}",
         "",
-        "fanctrl[1] {", // announced, and not described
+        "fanctrl[1] {", // counted, but not described
         "    id=0",
         "    fanNum=0",
         "    speedLevel=0",
@@ -186,7 +186,7 @@ TEST(FrameReport, PrintsAWholeFrame)
         "        fanCtrlId=1",
         "    fan id=2",
         "        fanCtrlId=4",
-        "    fan id=0", // counted, and not described
+        "    fan id=0", // counted, but not described
         "        fanCtrlId=0",
         "led Info:",
         "num:1",
@@ -221,7 +221,7 @@ TEST(FrameReport, PrintsAWholeFrame)
         "num:0",
         "}",
         "",
-        "fanmodule[1] {", // announced, and not described
+        "fanmodule[1] {", // counted, but not described
         "    id=0",
         "    fanNum=0",
         "    slot=0",
@@ -342,7 +342,7 @@ TEST(FrameReport, LeavesOutWhatIsNotForIt)
     std::memset(info->supportCrossSlot, 0xFF, sizeof info->supportCrossSlot);
     std::memset(info->fanCtrlMap, 0xFF, sizeof info->fanCtrlMap);
     std::memset(info->tail, 0xFF, sizeof info->tail);
-    // Entries beyond the announced counts.
+    // Entries beyond the counts.
     std::memset(static_cast<void *>(info->fanCtrlInfo), 0xFF, sizeof info->fanCtrlInfo);
     std::memset(static_cast<void *>(info->fanModuleInfo), 0xFF, sizeof info->fanModuleInfo);
     std::memset(static_cast<void *>(info->powerInfo), 0xFF, sizeof info->powerInfo);
@@ -414,7 +414,7 @@ TEST(FrameReport, PrintsOneLineBehindTheMessagesOfAFailedQuery)
                     "!!Failed to get frame info."));
 }
 
-TEST(FrameReport, SaysThatTheDefaultFileCouldNotBeRead)
+TEST(FrameReport, ReportsThatTheDefaultFileCouldNotBeRead)
 {
     const Zorconf zorconf;
     int result = 0;

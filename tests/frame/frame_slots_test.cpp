@@ -1,4 +1,4 @@
-// What a frame says about its slots: slot maps, rules per slot, and the card type capability words.
+// The slots of a frame: slot map, rules of slots, and the capability words of card types.
 #include "tests/support/dcm_test.h"
 
 #include <string>
@@ -11,7 +11,7 @@ using Bytes = std::vector<unsigned>;
 
 const Bytes none = {0, 0, 0, 0};
 
-// "1 2 3 ... last", as a list of card types is written.
+// "1 2 3 ... last", as in a list of card types.
 std::string numbersUpTo(unsigned last)
 {
     std::string list;
@@ -176,11 +176,11 @@ TEST(FrameSlotInfo, TakesSlotsInOrderAndStopsAtAGap)
          {1, 2, 0, 0}},
         {"<slotid id='2'><maxcardnum>2</maxcardnum></slotid><slotid id='1'><maxcardnum>1</maxcardnum></slotid>",
          {1, 0, 0, 0}},
-        // A slot that came too early does not block its successors.
+        // A slot that comes too early does not block the following ones.
         {"<slotid id='2'><maxcardnum>9</maxcardnum></slotid><slotid id='1'><maxcardnum>1</maxcardnum></slotid>"
          "<slotid id='2'><maxcardnum>2</maxcardnum></slotid>",
          {1, 2, 0, 0}},
-        // A slot is described once.
+        // A repeated slot is ignored.
         {"<slotid id='1'><maxcardnum>1</maxcardnum></slotid><slotid id='1'><maxcardnum>9</maxcardnum></slotid>"
          "<slotid id='2'><maxcardnum>2</maxcardnum></slotid>",
          {1, 2, 0, 0}},
@@ -347,7 +347,7 @@ TEST(FrameSlotInfo, SkipsWhatElseItHolds)
     EXPECT_EQ(frame.messages, Messages{});
 }
 
-TEST(FrameSlotInfo, CountsSlotsAnewInEachElement)
+TEST(FrameSlotInfo, CountsSlotsFromOneInEachElement)
 {
     const auto frame = frameWith(R"(
         <slotinfo>

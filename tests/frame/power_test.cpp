@@ -12,7 +12,7 @@ Answer<DcmFrameInfo> supplies(int num, const std::string &elements)
     return frameWith("<power-entity num='" + std::to_string(num) + "'>" + elements + "</power-entity>");
 }
 
-// A frame whose only power supply, 1, holds these elements.
+// A frame whose only power supply, 1, has these elements.
 Answer<DcmFrameInfo> supplyWith(const std::string &children)
 {
     return supplies(1, "<power id='1'>" + children + "</power>");
@@ -197,7 +197,7 @@ TEST(FramePower, WritesNoLedsTwoAboveTheAnnouncedCount)
     EXPECT_TRUE(isAllZero(frame.info->powerInfo));
 }
 
-// The second map's name is faulty, so that its LED keeps the type that the first map gave it.
+// The name in the second map is faulty, so that its LED keeps the type from the first map.
 TEST(FramePower, ReadsASecondLedMapOverTheFirstWhetherItIsKeptOrNot)
 {
     const std::string maps = R"(
@@ -287,7 +287,7 @@ TEST(FramePower, CountsTheSensorsThatItHolds)
         {"<temperature-entity num='2'/>", 0},
         {"<temperature-entity num='2'><temperature id='1'/></temperature-entity>", 1},
         {"<temperature-entity num='258'><temperature id='1'/></temperature-entity>", 1},
-        // The announced number does not bound what is read.
+        // "num" does not bound the sensors that are read.
         {"<temperature-entity num='0'><temperature id='1'/><temperature id='1'/></temperature-entity>", 2},
         {"<temperature-entity num='1'>text<?temperature?><Temperature/><temperature id='1'/></temperature-entity>", 1},
     };

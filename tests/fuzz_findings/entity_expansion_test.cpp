@@ -1,4 +1,4 @@
-// Entities that expand to much: what one text may cost, many texts must not cost each.
+// Entities with a large expansion: many texts together must not exceed the bound.
 #include "tests/support/dcm_test.h"
 
 #include <ctime>
@@ -9,7 +9,7 @@ namespace {
 
 constexpr unsigned kTexts = 2000;
 
-// A device of some sixty kilobytes with thousands of texts, each of which refers to an entity of a thousand references.
+// A device of some sixty kilobytes with thousands of texts; each refers to an entity of a thousand references.
 std::string withTexts(const std::string &inner)
 {
     std::string outer;
@@ -22,7 +22,7 @@ std::string withTexts(const std::string &inner)
            "'>]><device><frame typeid='7'>" + texts + "</frame></device>";
 }
 
-// Processor time, in seconds, of a query that comes back with 0 or -1.
+// Processor time, in seconds, of a query that returns 0 or -1.
 double secondsOf(const std::string &xml)
 {
     const TemporaryFile file(xml);

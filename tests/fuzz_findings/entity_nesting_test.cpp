@@ -1,4 +1,4 @@
-// Entities that refer to one another, each to the one before: a text that they make is as deep as the list is long.
+// Entities that refer to one another, each to the previous one: their text is nested as deep as the list is long.
 #include "tests/support/dcm_test.h"
 
 #include <pthread.h>
@@ -17,8 +17,8 @@ std::string reference(unsigned entity)
     return "&e" + std::to_string(entity) + ";";
 }
 
-// Declares a chain of entities. In "used" each is referred to once, the innermost first, or the parser itself would
-// refuse to go so deep.
+// Declares a chain of entities. "used" refers to each once, the innermost first, because otherwise the parser rejects
+// the depth.
 std::string withEntities(const std::string &frame)
 {
     std::string declarations = "<!ENTITY e0 '7'>";
@@ -30,8 +30,8 @@ std::string withEntities(const std::string &frame)
     return "<!DOCTYPE device [" + declarations + "]><device><used>" + used + "</used>" + frame + "</device>";
 }
 
-// Runs in a process of its own, on a thread with a stack of its own: 0 when the query comes back, and has failed or
-// read the 7.
+// Runs in a separate process, on a thread with a given stack; returns 0 if the query returns, and has failed or read
+// the 7.
 int queryOnSmallStack(const std::string &frame)
 {
     const TemporaryFile file(withEntities(frame));

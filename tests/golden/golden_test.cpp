@@ -1,5 +1,5 @@
-// The reports on the shipped examples, whole. Each golden file was read line by line against the example before it was
-// kept; where a report changes on purpose, read the new one in the same way.
+// The complete reports of the examples. Each golden file was compared line by line with the example before it was
+// committed; if a report changes on purpose, compare the new one in the same way.
 #include "tests/support/dcm_test.h"
 
 #include "host/host.h"
@@ -19,7 +19,7 @@ struct GoldenReport {
     uint32_t mode;
 };
 
-// Runs `query`, which must succeed without a word, on a record, and then `print`.
+// Runs `query`, which must succeed without a report, on a record, and then `print`.
 template <class Record, class Query, class Print> std::string reportOf(const Query &query, const Print &print)
 {
     Guarded<Record> info;
@@ -114,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(, ExampleReport, testing::ValuesIn(reports), nameOf);
 
 TEST_P(ExampleReport, IsTheGoldenOne)
 {
-    // Logical indexes of LED sources come from the host's own mapping.
+    // Logical indexes of LED sources are those of the default mapping of the stub platform.
     hostSetEttMapping(nullptr);
     const GoldenReport &report = GetParam();
     EXPECT_EQ(report.print(report.type, report.mode), golden(report.file));

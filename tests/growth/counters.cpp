@@ -10,7 +10,7 @@ size_t bytesAsked = 0;
 
 } // namespace counters
 
-// Called by each block of code that the compiler has been asked to trace.
+// The compiler inserts calls of it into each basic block.
 extern "C" void __sanitizer_cov_trace_pc(); // NOLINT(bugprone-reserved-identifier)
 extern "C" void __sanitizer_cov_trace_pc()  // NOLINT(bugprone-reserved-identifier)
 {

@@ -1,4 +1,4 @@
-// What the tool does in this program.
+// Counters of the work of the tool in this program.
 #ifndef DCM_TESTS_GROWTH_COUNTERS_H
 #define DCM_TESTS_GROWTH_COUNTERS_H
 
@@ -6,7 +6,7 @@
 
 namespace counters {
 
-extern size_t blocksRun;  // blocks of code of the tool and the library
+extern size_t blocksRun;  // basic blocks of the tool and the library
 extern size_t bytesAsked; // of operator new
 
 } // namespace counters

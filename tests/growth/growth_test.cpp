@@ -1,5 +1,5 @@
-// Each command on files that are made to cost it as much as possible, in two sizes: the work, the memory that is asked
-// for, and the output may not grow faster than the file.
+// Each command on adversarial files in two sizes: the work, the requested memory, and the output must not grow faster
+// than the file.
 #include "tests/growth/counters.h"
 #include "tests/support/adversarial_files.h"
 
@@ -46,7 +46,7 @@ Cost costOf(Arguments arguments, const std::string &text)
     argv.push_back(nullptr);
     int results[2] = {};
     EXPECT_EQ(pipe(results), 0);
-    // Each run has a process of its own: the tool leaves to the end of the process what it need not free.
+    // Each run has its own process: the tool does not free memory that is released at its end.
     const pid_t child = fork();
     if (child == 0) {
         const int descriptor = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND, 0600);
@@ -98,8 +98,7 @@ class AdversarialFile : public testing::TestWithParam<adversarial::Shape> {};
 
 constexpr size_t kSize = 100000;
 
-// Twice the file may cost two and a half times as much: a tree or a table gets a level more, and what each file costs
-// is the same for both.
+// Twice the file may cost two and a half times as much, since a tree or a table may get another level.
 void expectLinear(const char *what, size_t once, size_t twice, size_t ofEachFile)
 {
     EXPECT_LE(twice, once * 5 / 2 + ofEachFile)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What users of an installed copy meet. Usage: check_install.sh BUILD_FOLDER SOURCE_FOLDER CASE
+# Installs a copy and uses it as its users do. Usage: check_install.sh BUILD_FOLDER SOURCE_FOLDER CASE
 # CC, CXX, CMAKE_GENERATOR and CMAKE_TOOLCHAIN_FILE are those of the build.
 set -euo pipefail
 
@@ -7,15 +7,15 @@ build=$1
 source=$2
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-# An installed copy that is not where it was installed.
+# The copy is moved to this folder after its installation.
 copy=$folder/moved/dcm
 
 fail() {
-    printf 'not so: %s\n' "$*"
+    printf 'expected: %s\n' "$*"
     exit 1
 }
 
-# Shows what a command says only when it fails.
+# Shows the output of a command only when it fails.
 quietly() {
     "$@" >"$folder/log" 2>&1 || {
         cat "$folder/log"
@@ -41,7 +41,7 @@ folder_of() {
     dirname "$found"
 }
 
-# Leaves in flags what pkg-config says of the copy, and in libraries where its libraries lie.
+# Sets flags to the answer of pkg-config for the copy, and libraries to the folder of its libraries.
 pkg_config_of_the_copy() {
     PKG_CONFIG_PATH=$(folder_of dcm.pc)
     export PKG_CONFIG_PATH
@@ -56,7 +56,7 @@ needs() {
 
 # client c|cxx [CMAKE-ARGUMENT...]: configures, builds and runs the clients in that language with the copy.
 client() {
-    # A toolchain file may keep CMake from looking outside its sysroot: name the folder itself.
+    # A toolchain file may restrict CMake's search to its sysroot: name the folder itself.
     configure -S "$source/tests/install/$1" -B "$folder/$1" "-Ddcm_DIR=$(folder_of dcm-config.cmake)" \
         "-DDCM_EXAMPLE=$source/examples/device.xml" "${@:2}"
     quietly cmake --build "$folder/$1"
@@ -65,9 +65,10 @@ client() {
 
 find_package_serves_programs_in_c() {
     install_and_move
-    # What counts as C++ is linked by the C++ compiler where there is one, with its runtime. Here it cannot link.
+    # CMake links C++ objects with the C++ compiler, if there is one, and its runtime. Here the C++ compiler cannot link.
     client c -DDCM_FURTHER_LANGUAGES=CXX -DCMAKE_CXX_LINK_EXECUTABLE=not-this-way
-    ! needs "$folder/c/client_dcm_static" | grep -E 'dcm|stdc\+\+' || fail 'the static library needs neither of these'
+    ! needs "$folder/c/client_dcm_static" | grep -E 'dcm|stdc\+\+' ||
+        fail 'a program with the static library loads neither libdcm.so nor a C++ runtime'
     needs "$folder/c/client_dcm" | grep -qx 'libdcm\.so\.[0-9]*' || fail 'dcm::dcm is the shared library'
 }
 
@@ -77,12 +78,12 @@ find_package_serves_programs_in_cxx() {
     needs "$folder/cxx/client_dcm_shared" | grep -qx 'libdcm\.so\.[0-9]*' || fail 'the program needs libdcm.so'
 }
 
-find_package_tells_what_is_missing() {
+find_package_names_a_missing_library() {
     install_and_move
     find "$copy" -name 'dcm-static-targets*' -delete
     ! cmake ${CMAKE_TOOLCHAIN_FILE:+"-DCMAKE_TOOLCHAIN_FILE=$CMAKE_TOOLCHAIN_FILE"} -S "$source/tests/install/c" \
         -B "$folder/c" "-Ddcm_DIR=$(folder_of dcm-config.cmake)" >"$folder/log" 2>&1 ||
-        fail 'a program that wants the static library cannot be configured without it'
+        fail 'a program that requires the static library cannot be configured without it'
     grep -q 'There is no static library of dcm' "$folder/log" || fail 'the static library is named as missing'
 }
 
@@ -92,10 +93,10 @@ pkg_config_serves_programs_in_c_and_cxx() {
     pkg_config_of_the_copy --cflags --libs
     quietly "$CC" -std=c11 "$source/tests/client/frame_client.c" "${flags[@]}" "-Wl,-rpath,$libraries" -o "$folder/in-c"
     quietly "$folder/in-c"
-    quietly "$CXX" -std=c++17 "$source/tests/install/cxx/card_client.cpp" "${flags[@]}" "-Wl,-rpath,$libraries" \
+    quietly "$CXX" -std=c++17 "$source/examples/client/card_ports.cpp" "${flags[@]}" "-Wl,-rpath,$libraries" \
         -o "$folder/in-cxx"
-    quietly "$folder/in-cxx" "$source/examples/device.xml"
-    [[ " ${flags[*]} " != *' -lxml2 '* ]] || fail 'a program that links the shared library names no libxml2'
+    quietly "$folder/in-cxx" "$source/examples/device.xml" 0x0301
+    [[ " ${flags[*]} " != *' -lxml2 '* ]] || fail 'a program that links the shared library does not link libxml2'
 }
 
 pkg_config_links_the_static_library() {
@@ -103,14 +104,14 @@ pkg_config_links_the_static_library() {
     install_and_move
     find "$copy" -name 'libdcm.so*' -delete
     pkg_config_of_the_copy --static --libs
-    [[ " ${flags[*]} " == *' -ldcm '*'-lxml2 '* ]] || fail 'what a wholly static program links is all named, in order'
-    # All that libxml2 needs in turn is rarely there as static libraries: take the shared one of it.
+    [[ " ${flags[*]} " == *' -ldcm '*'-lxml2 '* ]] || fail 'a fully static program links both libraries in this order'
+    # The static libraries that libxml2 depends on are rarely installed: link libxml2 itself as a shared library.
     read -ra flags <<<"$(pkg-config --cflags --libs dcm libxml-2.0)"
     quietly "$CC" -std=c11 "$source/tests/client/frame_client.c" "${flags[@]}" -o "$folder/in-c"
     quietly "$folder/in-c"
 }
 
-# Whoever packs an image installs below its root, and the prefix is the one of the build.
+# An image is installed below its root folder, with the prefix of the build.
 destdir_puts_all_below_the_root() {
     local prefix file
     prefix=$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
@@ -118,30 +119,30 @@ destdir_puts_all_below_the_root() {
     copy=$folder/image
     for file in dcm.h libdcm.a libdcm.so "libdcm.so.*" dcm.pc dcm-config.cmake device.xml dcm-description.5 \
         dcm-description.rnc dcm-description.rng _dcm dcm.fish; do
-        [ -n "$(find "$folder/image$prefix" -name "$file")" ] || fail "DESTDIR takes $file"
+        [ -n "$(find "$folder/image$prefix" -name "$file")" ] || fail "DESTDIR has $file"
     done
     ! grep -rlI -F "$folder" "$folder/image" || fail 'no installed text names the image folder'
 }
 
-# Packages are made of the components: together they are the whole.
+# Packages consist of the components: together they contain every installed file.
 components_make_up_the_whole() {
     local component
     quietly cmake --install "$build" --prefix "$folder/whole"
     for component in runtime development tool; do
         quietly cmake --install "$build" --prefix "$folder/parts" --component "$component"
         [ "$component" != runtime ] || [ -z "$(find "$folder/parts" ! -type d ! -name 'libdcm.so.*')" ] ||
-            fail 'the library is all that is there at run time'
+            fail 'the component runtime consists of the shared library'
     done
-    diff -r "$folder/whole" "$folder/parts" || fail 'each file that is installed belongs to a component'
+    diff -r "$folder/whole" "$folder/parts" || fail 'each installed file belongs to one component'
 }
 
-# Debug information names the folder of the sources: that is its purpose. Nothing else does.
+# Only debug information may contain the names of the source and build folders.
 nothing_installed_names_the_build() {
     install_and_move --strip
     ! grep -rl -F -e "$source" -e "$build" "$copy" --exclude=libdcm.a || fail 'no installed file names the folder of the sources'
 }
 
-# builds_alone CMAKE-ARGUMENT...: a build without the tool, where nothing else than libxml2 can be found; not optimised.
+# builds_alone CMAKE-ARGUMENT...: builds without the tool and without optimisation, where only libxml2 can be found.
 builds_alone() {
     configure -S "$source" -B "$folder/build" -DCMAKE_BUILD_TYPE=Debug -DDCM_BUILD_TOOL=OFF -DDCM_BUILD_TESTS=OFF \
         -DCMAKE_DISABLE_FIND_PACKAGE_{CLI11,GTest,benchmark,nlohmann_json,Doxygen}=ON "$@"
@@ -149,7 +150,7 @@ builds_alone() {
     build=$folder/build
     install_and_move
     [ -z "$(find "$copy" -path '*/bin/*' -o -path '*/man1/*' -o -name '*dcm.fish' -o -name _dcm -o -path '*/bash-completion/*')" ] ||
-        fail 'nothing of the tool is installed'
+        fail 'no part of the tool is installed'
 }
 
 a_build_of_the_static_library_alone_serves_programs() {
@@ -169,6 +170,12 @@ a_build_of_the_shared_library_alone_serves_programs() {
     builds_alone -DDCM_BUILD_STATIC=OFF
     [ -z "$(find "$copy" -name 'libdcm.a')" ] || fail 'no static library is installed'
     client cxx
+}
+
+# As check_copy.sh describes; packages are checked in the same way.
+documents_name_installed_files_and_examples_work() {
+    DESTDIR=$folder/image quietly cmake --install "$build" --prefix /usr
+    "$source/tests/install/check_copy.sh" "$folder/image"
 }
 
 "$3"

@@ -1,4 +1,4 @@
-// "led-entity": which LEDs its "led" children make, for each of the four owners.
+// "led-entity": the LEDs of its "led" children, for each of the four owners.
 #include "tests/support/dcm_test.h"
 
 #include <array>
@@ -11,7 +11,7 @@ using Leds = std::array<DcmLedInfo, DCM_LED_MAX>;
 
 struct Decoded {
     int result = 7;
-    uint8_t count = 99; // what an undecoded count holds
+    uint8_t count = 99; // unless it is decoded
     Guarded<Leds> leds;
     Messages messages;
 
@@ -36,7 +36,7 @@ Decoded decode(const std::string &xml, int32_t maxLeds = 16, int32_t attach = 2,
     return decoded;
 }
 
-// A record that the decoder has left as the test gave it.
+// A record that the decoder has not changed.
 bool isUntouched(const DcmLedInfo &led)
 {
     for (unsigned byte : bytesOf(led))

@@ -1,4 +1,4 @@
-// "led-map": its entries, their sources and what the platform is asked for.
+// "led-map": its entries, their sources and the calls of the platform.
 #include "tests/support/dcm_test.h"
 
 #include "host/host.h"
@@ -17,7 +17,7 @@ struct Decoded {
     const DcmLedHead &entry(size_t index) const { return map->mapEntries[index]; }
 };
 
-// Decodes into a map that is cleared but for a number of entries that shows when it stays.
+// Decodes into a map that is cleared except for its number of entries, so that the test sees whether that is set.
 Decoded decode(const std::string &xml)
 {
     const Element element(xml);
@@ -28,7 +28,7 @@ Decoded decode(const std::string &xml)
     return decoded;
 }
 
-// Stands for the platform's mapping while it lives, and keeps what it was asked.
+// Replaces the mapping of the platform during its lifetime, and records its calls.
 class Platform {
 public:
     Platform()
@@ -46,7 +46,7 @@ public:
     Platform &operator=(const Platform &) = delete;
 
     std::vector<Words> asked; // all eight fields of each descriptor
-    Words logical = {};       // the answers in turn; where they end, nothing is written
+    Words logical = {};       // the results of the calls; after the last one nothing is written
     int status = 0;
 
 private:

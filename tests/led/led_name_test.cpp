@@ -13,7 +13,7 @@ struct Decoded {
     const DcmLedHead &head() const { return map->mapEntries[0]; }
 };
 
-// Decodes a map of one LED of this name. Whatever the name is, the entry counts and nothing but its head is written.
+// Decodes a map of one LED of this name. For any name, the entry counts and only its head is written.
 Decoded decode(const std::string &name)
 {
     const Element element("<led-map num='1'><led-name>" + name + "</led-name></led-map>");
@@ -164,7 +164,7 @@ TEST(LedName, OfUnknownAttachmentIsReportedAndKeepsTypeAndNumber)
     }
 }
 
-TEST(LedName, MayStandInSeveralPiecesOfText)
+TEST(LedName, MayBeInSeveralPiecesOfText)
 {
     const Decoded decoded = decode("led-<!-- type -->fan-<b>2</b><![CDATA[@fan3/4]]>");
     EXPECT_EQ(decoded.messages, Messages{});

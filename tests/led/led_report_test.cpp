@@ -1,4 +1,4 @@
-// What the LED dumpers print.
+// The reports of LEDs.
 #include "tests/support/dcm_test.h"
 
 #include <array>

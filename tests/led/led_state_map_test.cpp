@@ -1,4 +1,4 @@
-// State maps: pairs of a source's state and what the LED shows for it.
+// State maps: pairs of a state of the source and the state that the LED shows for it.
 #include "tests/support/dcm_test.h"
 
 using namespace dcmtest;
@@ -21,7 +21,8 @@ struct Decoded {
     Messages messages;
 };
 
-// Decodes into a head that is cleared but for its types and for a number of pairs that shows when it stays.
+// Decodes into a head that is cleared except for its types and its number of pairs, so that the test sees whether that
+// is set.
 Decoded decode(unsigned srcType, unsigned ledType, const std::string &children)
 {
     const Element element("<source>" + children + "</source>");

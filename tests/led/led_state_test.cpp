@@ -1,4 +1,4 @@
-// "state" elements of an LED: which display goes to which priority.
+// "state" elements of an LED: the display of each priority.
 #include "tests/support/dcm_test.h"
 
 #include <array>
@@ -17,7 +17,7 @@ struct Decoded {
     Messages messages;
 
     Bytes state(size_t index, size_t led = 0) const { return bytesOf((*leds)[led].states[index]); }
-    // The entries that are in use, as their index.
+    // The indexes of the entries in use.
     std::vector<size_t> used() const
     {
         std::vector<size_t> found;
@@ -39,7 +39,7 @@ Decoded decodeEntity(const std::string &xml)
     return decoded;
 }
 
-// One LED of this type with these children. It must be produced whatever its states are.
+// One LED of this type with these children, which must be decoded for any states.
 Decoded decodeStates(const std::string &type, const std::string &children)
 {
     Decoded decoded =
@@ -59,7 +59,7 @@ std::string repeat(int times, const std::string &text)
 
 } // namespace
 
-TEST(LedState, StandsAtItsPriorityMinusOne)
+TEST(LedState, IsAtItsPriorityMinusOne)
 {
     const Decoded decoded = decodeStates("system", R"(
         <state type='running' pri='7'><color>green</color><freq>slow-blink</freq></state>)");
@@ -163,7 +163,7 @@ TEST(LedState, CountsEveryStateBeforeItForItsPosition)
     EXPECT_EQ(decoded.used(), (std::vector<size_t>{3, 8, 11}));
 }
 
-TEST(LedState, CountsAnewForEveryLed)
+TEST(LedState, CountsFromZeroForEveryLed)
 {
     const Decoded decoded = decodeEntity(R"(
         <led-entity num='2'>

@@ -215,7 +215,7 @@ TEST(PortLed, KeepsTheRunsBeforeAFailure)
     EXPECT_TRUE(isAllZero(decoded.run(2)));
 }
 
-TEST(PortLed, NumbersTheStatesOfEachRunAnew)
+TEST(PortLed, NumbersTheStatesOfEachRunFromOne)
 {
     const Decoded decoded = decode(R"(
         <port-led type='alarm' start-id='1' end-id='2' name-prefix='a'>

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The man pages name what there is. Usage: check_man.sh SOURCE_FOLDER CASE [DCM]
+# The man pages document every function, command and option. Usage: check_man.sh SOURCE_FOLDER CASE [DCM]
 set -euo pipefail
 
 source=$(realpath "$1")

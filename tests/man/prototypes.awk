@@ -14,6 +14,7 @@ isOpen {
         next
     isOpen = 0
     sub(/^ *DCM_API /, "", prototype)
+    sub(/ DCM_NONNULL\([0-9, ]*\);/, ";", prototype)
     sub(/\);.*/, "", prototype)
     open = index(prototype, "(")
     head = substr(prototype, 1, open - 1)

@@ -8,11 +8,11 @@ shift
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# The tests' fixture adds a line for each place that reports: its line, its function, its text.
+# The fixture of the tests adds a line for each report: its source line, its function, its text.
 export DCM_PROVOKED_MESSAGES=$work/provoked
 : >"$DCM_PROVOKED_MESSAGES"
 run() {
-    # A test that fails is not this check's business.
+    # Failing tests are reported elsewhere.
     "$@" >"$work/output" 2>&1 || true
 }
 command=()
@@ -30,7 +30,7 @@ find common frame slot card led vm \( -name '*.h' -o -name '*.cpp' \) | LC_ALL=C
 [ -s "$work/sources" ] || { echo "no sources below $root" >&2; exit 1; }
 
 # Prints "FILE TAB FIRST-LINE TAB LAST-LINE TAB TEXT" for each message in the sources.
-# shellcheck disable=SC2016  # $ is awk's
+# shellcheck disable=SC2016  # variables of awk
 scan='
     # The end of the literal that starts at position i of text: that of its closing quote.
     function end_of_literal(i,    quote) {
@@ -40,7 +40,7 @@ scan='
                 i++
         return i
     }
-    # Blanks comments out, keeping the line ends, and drops what the preprocessor defines.
+    # Replaces comments by blanks, without the line ends, and drops macro definitions.
     function clean(    i, result, two) {
         result = ""
         for (i = 1; i <= length(text); i++) {
@@ -70,7 +70,7 @@ scan='
         }
         text = result
     }
-    # Takes the macro call whose "(" is at position i, and says where it stands; the text is argument number wanted.
+    # Reads the macro call whose "(" is at position i, and prints its place; the text is argument number wanted.
     function take(i, line, wanted,    depth, argument, message, last, character, at, first) {
         first = line
         argument = 1
@@ -118,8 +118,8 @@ scan='
 awk "$scan" "$work/sources" >"$work/messages"
 [ -s "$work/messages" ] || { echo 'no messages found in the sources' >&2; exit 1; }
 
-# A place is provoked when its text was reported from one of its lines. Places of several files may share a text and a
-# line: then there must be as many functions that reported it there.
+# A message is provoked when its text was reported from one of its lines. Messages in several files may have the same text
+# and line: then as many functions must have reported it there.
 # shellcheck disable=SC2016
 compare='
     FNR == NR { lines[$3] = lines[$3] " " $1; function_of[$3, $1] = function_of[$3, $1] " " $2; next }

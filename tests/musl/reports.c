@@ -1,9 +1,9 @@
 /*
- * Prints all that the four queries make of the descriptions in a folder: the reports of every frame, slot and card of
- * its device.xml and of one VM, checksums of the records, and what is reported when a query fails. Two builds of the
- * library agree when the output is the same.
+ * Prints the results of the four queries on the descriptions in a folder: the reports of every frame, slot and card of
+ * its device.xml and of one VM, checksums of the records, and the reports of failing queries. Two builds of the library
+ * agree if their output is the same.
  *
- * The folder stands in for /etc/zorconf/device: the two calls by which the library reaches a file are wrapped.
+ * The folder replaces /etc/zorconf/device: the two calls of the library that access files are wrapped.
  */
 #define _POSIX_C_SOURCE 200809L
 
@@ -83,7 +83,7 @@ int __wrap_access(const char *path, int mode)
     return __real_access(redirected(path, buffer, sizeof buffer), mode);
 }
 
-/* The program opens nothing to write. */
+/* The program opens no file for writing. */
 int __wrap_open(const char *path, int flags, ...)
 {
     char buffer[4096];
@@ -92,14 +92,14 @@ int __wrap_open(const char *path, int flags, ...)
 
 /* --- Queries ----------------------------------------------------------------------------------------------------- */
 
-/* Full of a byte that nobody stores, so that what a query leaves alone counts in the checksum. */
+/* Filled with a byte that no query stores, so that unchanged bytes count in the checksum. */
 static void *emptied(void *record, size_t size)
 {
     errno = 0;
     return memset(record, 0xA5, size);
 }
 
-/* FNV-1a, over the record's bytes. */
+/* FNV-1a of the bytes of the record. */
 static void printRecord(int result, const void *record, size_t size)
 {
     const unsigned char *bytes = record;
@@ -110,7 +110,7 @@ static void printRecord(int result, const void *record, size_t size)
            (unsigned long)(sum >> 32), (unsigned long)(sum & 0xFFFFFFFF));
 }
 
-/* A Show function's result is that of its last write, which no libc promises more about than its sign. */
+/* The result of a Show function is that of its last write; libcs guarantee only its sign. */
 static void printShown(int result)
 {
     printf("shown: %s\n", result < 0 ? "no" : "yes");
@@ -159,7 +159,7 @@ static uint32_t numberOf(xmlNodePtr element, const char *name)
     return number;
 }
 
-/* Runs the query of an element's kind for each of its types: "2,0x12" are two. */
+/* Runs the query for each type of an element: "2,0x12" are two. */
 static unsigned queryElement(xmlNodePtr element)
 {
     unsigned queries = 0;
@@ -196,7 +196,7 @@ static unsigned queryAll(void)
     return queries;
 }
 
-/* Types and files that are not there, and a file of another kind. */
+/* Types and files that do not exist, and a file of another kind. */
 static void queryInVain(void)
 {
     static const char *const files[] = {NULL, "/etc/zorconf/device/missing.xml", "/etc/zorconf/device/vm-3.xml"};

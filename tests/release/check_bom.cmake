@@ -1,11 +1,11 @@
-# The bill of materials is CycloneDX and names what the build asks for.
+# The bill of materials is CycloneDX and has the components that the build requires.
 # Usage: cmake -DBOM=FILE -DSOURCE=FOLDER -DVERSION=VERSION -P check_bom.cmake
 cmake_minimum_required(VERSION 3.19)
 file(READ ${BOM} bom)
 
 function(expect what)
     if(NOT (${ARGN}))
-        message(SEND_ERROR "not so: ${what}")
+        message(SEND_ERROR "expected: ${what}")
     endif()
 endfunction()
 
@@ -25,7 +25,7 @@ text_of(name metadata component name)
 text_of(version metadata component version)
 expect("it describes dcm ${VERSION}" "${name} ${version}" STREQUAL "dcm ${VERSION}")
 
-# Every component has what a reader asks for, and a reference of its own.
+# Every component has the required fields and a unique reference.
 set(references dcm)
 string(JSON count LENGTH "${bom}" components)
 math(EXPR last "${count} - 1")
@@ -41,7 +41,7 @@ foreach(i RANGE ${last})
     list(APPEND references ${reference})
 endforeach()
 
-# What depends on what stands there; what is there is needed.
+# Dependencies are components, and every component is a dependency.
 set(needed dcm)
 string(JSON count LENGTH "${bom}" dependencies)
 math(EXPR last "${count} - 1")
@@ -61,7 +61,7 @@ foreach(reference IN LISTS references)
     expect("something needs ${reference}" reference IN_LIST needed)
 endforeach()
 
-# Whatever the build cannot do without is in it, but for threads, which are the C library's.
+# It has everything that the build requires, except for threads, which are part of the C library.
 file(STRINGS ${SOURCE}/CMakeLists.txt packages REGEX "find_package\\(.*REQUIRED")
 list(FILTER packages EXCLUDE REGEX "find_package\\(Threads ")
 expect("the build requires something" packages)

@@ -26,14 +26,14 @@ constexpr bool kIsSanitized = false;
 #endif
 
 struct Plan {
-    size_t first = 0; // 0: none fails
+    size_t first = 0; // 0: no failure
     Failing failing = Failing::once;
     Of allocations = Of::libxml2;
 };
 Plan plan;
-std::atomic<size_t> planned; // allocations that the plan has seen
+std::atomic<size_t> planned; // allocations since the plan began
 
-// Whether the allocation that is asked for now fails; then errno is set as every malloc() does.
+// Whether the current allocation fails; if so, sets errno as malloc() does.
 bool fails(Of asked)
 {
     const bool isPlanned = plan.allocations == asked || (kIsSanitized && plan.allocations == Of::all);
@@ -151,7 +151,7 @@ void *operator new(size_t size)
 
 void *operator new(size_t size, const std::nothrow_t &) noexcept
 {
-    return operator new(size); // the tool's handler does not come back
+    return operator new(size); // the tool's handler does not return
 }
 
 void operator delete(void *block) noexcept

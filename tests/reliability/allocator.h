@@ -1,4 +1,5 @@
-// The memory of the test program. libxml2's is counted, and fails when a test says so; or all of malloc()'s does.
+// Memory in the test program. Allocations of libxml2 are counted, and fail when a test requires it, as can all of
+// malloc().
 #ifndef DCM_TESTS_RELIABILITY_ALLOCATOR_H
 #define DCM_TESTS_RELIABILITY_ALLOCATOR_H
 
@@ -7,13 +8,13 @@
 
 namespace dcmtest {
 
-// To be called before anything of libxml2 is used.
+// Must be called before libxml2 is used.
 void installAllocator();
 
 // Blocks that libxml2 has allocated and not freed.
 size_t liveBlocks();
 
-// The most bytes that libxml2 had at once while the object lives, beyond what it had before.
+// The peak of bytes of libxml2 during the lifetime of the object, above the number at its start.
 class PeakMemory {
 public:
     PeakMemory();
@@ -29,11 +30,11 @@ inline std::ostream &operator<<(std::ostream &out, Failing failing)
     return out << (failing == Failing::once ? "once" : "from then on");
 }
 
-// All allocations are those of malloc() and its like in the whole process, libc's own included. With sanitizers, which
-// have a malloc() of their own, they are those of libxml2 and of C++.
+// All allocations are those of malloc() and its variants in the whole process, including libc's own. With sanitizers,
+// which have their own malloc(), they are those of libxml2 and of C++.
 enum class Of { libxml2, all };
 
-// While it lives, allocation number `first`, counted from 1, fails, or it and all that follow it.
+// During its lifetime, allocation number `first`, counted from 1, fails, or it and all later ones.
 class FailingAllocation {
 public:
     FailingAllocation(size_t first, Failing failing, Of allocations = Of::libxml2);

@@ -1,4 +1,4 @@
-// Descriptions that a transfer or a flash memory has damaged: cut short, or with other bits.
+// Damaged descriptions: truncated, or with flipped bits.
 #include "tests/reliability/queries.h"
 
 #include <unistd.h>
@@ -7,16 +7,16 @@ using namespace dcmtest;
 
 namespace {
 
-// How many damaged descriptions were read all the same, and how many were refused.
+// The numbers of damaged descriptions that were accepted and rejected.
 struct Tally {
     size_t read = 0;
     size_t refused = 0;
 };
 
-// A query on this content comes back with 0, or with -1 and a reason.
+// A query on this content returns 0, or -1 after a report.
 void expectAnswer(const Zorconf &zorconf, const Query &query, const std::string &content, Tally &tally)
 {
-    // Some file systems wait for the disk when a file is written over.
+    // Some file systems wait for the disk when a file is overwritten.
     unlink(zorconf.path(query.file).c_str());
     zorconf.write(query.file, content);
     const Outcome outcome = ask(query);
@@ -47,7 +47,7 @@ class BrokenFile : public testing::TestWithParam<Query> {
 protected:
     const SilentLibxml2 silent_;
 
-    // The queries on devices share a small one.
+    // The queries on devices use a small one.
     static std::string smallDescription()
     {
         return GetParam().file == std::string("device.xml") ? kSmallDevice : readFile(example(GetParam().file));

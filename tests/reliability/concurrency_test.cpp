@@ -1,4 +1,4 @@
-// Many threads that use the library at once.
+// Concurrent use of the library by many threads.
 #include "tests/reliability/queries.h"
 
 #include <libxml/parser.h>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr unsigned kThreads = 8;
 
-// Runs `work` in all threads, which begin together.
+// Runs `work` in all threads, which start together.
 void inAllThreads(const std::function<void(unsigned thread)> &work)
 {
     pthread_barrier_t start;
@@ -34,7 +34,7 @@ void inAllThreads(const std::function<void(unsigned thread)> &work)
 
 class Concurrency : public testing::Test {
 protected:
-    // As libxml2 asks of processes with threads.
+    // As libxml2 requires of processes with threads.
     static void SetUpTestSuite() { xmlInitParser(); }
 };
 
@@ -68,18 +68,18 @@ constexpr Vocabulary vocabularies[] = {
     {dcmTemperTypeStr2Val, dcmTemperTypeVal2Str},
 };
 
-// A word that both directions of a vocabulary know.
+// A word that is read and printed.
 struct Word {
     const Vocabulary *vocabulary;
-    uint32_t value; // which gives the word
+    uint32_t value; // printed as the word
     std::string word;
-    uint32_t readsAs; // which the word gives
+    uint32_t readsAs; // read from the word
 };
 
 std::vector<Word> allWords()
 {
     std::vector<Word> words;
-    // Other words are reported, and are of no use here.
+    // Other words are reported and not used here.
     effectsOf([&] {
         for (const Vocabulary &vocabulary : vocabularies) {
             for (uint32_t value = 0; value < 64; value++) {
@@ -100,7 +100,7 @@ bool isConverted(const Word &word)
            word.vocabulary->valueOf(text(word.word.c_str()), &readsAs) == 0 && readsAs == word.readsAs;
 }
 
-// What the list codecs make of some lists.
+// The results of the list codecs for some lists.
 std::vector<std::string> codeLists()
 {
     std::vector<std::string> results;
@@ -133,7 +133,7 @@ TEST_F(Concurrency, GivesEachThreadTheRecordsThatOneThreadAloneGets)
     }
     constexpr unsigned kRounds = 20;
     std::atomic<unsigned> equal = 0;
-    // At any time different queries run side by side.
+    // Different queries run at the same time.
     inAllThreads([&](unsigned thread) {
         for (unsigned round = 0; round < kRounds * queries.size(); round++) {
             const size_t which = (thread + round) % queries.size();

@@ -14,7 +14,7 @@ size_t liveBlocksWithoutLastError()
     return liveBlocks();
 }
 
-// A parser that gets no memory may say so by giving no document.
+// A parser without memory may return no document.
 bool saysOutOfMemory(const Query &query, const Messages &messages)
 {
     const std::string parseFailed = std::string("[") + query.function + ":#]: xmlfile(FILE) parse failed(err#" +

@@ -1,4 +1,4 @@
-// Queries in want of memory.
+// Queries with failing allocations.
 #ifndef DCM_TESTS_RELIABILITY_FAILING_H
 #define DCM_TESTS_RELIABILITY_FAILING_H
 
@@ -7,8 +7,8 @@
 
 namespace dcmtest {
 
-// Lets each allocation of a query fail in turn, and expects a failure that is reported, or the right record, and no
-// block left behind; `stride` leaves some allocations out.
+// Lets each allocation of a query fail in turn, and expects a reported failure or the right record, and no leak.
+// `stride` skips some allocations.
 void expectNoHarm(const Query &query, Failing failing, size_t stride);
 
 } // namespace dcmtest

@@ -1,5 +1,4 @@
-// Queries one of whose allocations fails, for each of them: every one ends in a failure that is reported, or in the
-// right record.
+// Each allocation of each query fails in turn: the result is a reported failure or the right record.
 #include "tests/reliability/allocator.h"
 #include "tests/reliability/failing.h"
 #include "tests/reliability/queries.h"
@@ -29,12 +28,12 @@ TEST_P(FailingAllocationOf, FailsTheQueryOrDoesNotMatter)
 {
     const ZorconfWithExamples zorconf;
     const auto &[query, failing] = GetParam();
-    // The VM's is short.
+    // The port list of a VM is short.
     expectNoHarm(query, failing, query.name == kVmQuery.name ? 1 : strideOr1(7));
 }
 
-// Texts in pieces, which have to be copied, and entities; then a prefix without a namespace: that error hides the one
-// which libxml2 has raised for want of memory.
+// Texts in several nodes, which must be copied, and entities; then a prefix without a namespace, whose error hides the
+// one that libxml2 raises for a failed allocation.
 TEST_P(FailingAllocationOf, FailsTheQueryOrDoesNotMatterWhereTextsAreCopiedAndOtherErrorsFollow)
 {
     const auto &[query, failing] = GetParam();

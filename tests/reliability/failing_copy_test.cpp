@@ -1,4 +1,4 @@
-// Descriptions each of whose texts has to be copied, and the want of memory while that is done.
+// Descriptions in which every text must be copied, with failing allocations.
 #include "tests/reliability/allocator.h"
 #include "tests/reliability/failing.h"
 #include "tests/reliability/queries.h"
@@ -9,7 +9,7 @@ using namespace dcmtest;
 
 namespace {
 
-// An element of the example, by the type id that stands there.
+// An element of the example, by its type id.
 struct Described {
     const char *name; // of a test
     const char *element;
@@ -32,7 +32,7 @@ const Described kDescribed[] = {
     {"CardWithFunctions", "card", "0x0501", kCardQuery},
 };
 
-// What stands in that element of the example.
+// The content of that element of the example.
 std::string bodyOf(const Described &described)
 {
     const std::string text = readFile(example("device.xml"));
@@ -50,7 +50,7 @@ std::string entityFor(char character)
     return std::string("&c") + std::to_string(static_cast<int>(character)) + ";";
 }
 
-// The same description with a comment in each text and an entity in each attribute: no text stands in one node.
+// The same description with a comment in each text and an entity in each attribute: no text is in one node.
 std::string inPieces(const std::string &xml)
 {
     std::string pieces;
@@ -92,7 +92,7 @@ std::string entities()
     return text;
 }
 
-// A device that holds the element alone, under the type id that the query asks for.
+// A device with only this element, under the type id of the query.
 std::string deviceWith(const Described &described, const std::string &body)
 {
     const char *typeId = described.query.function == kCardQuery.function ? "0x0301" : "1";

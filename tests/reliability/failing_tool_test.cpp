@@ -1,4 +1,4 @@
-// The commands of the tool, one of whose allocations fails, its own included.
+// Each allocation of each command of the tool fails in turn, including its own.
 #include "tests/reliability/allocator.h"
 #include "tests/reliability/queries.h"
 #include "tools/dcm/exit.h"
@@ -40,9 +40,9 @@ private:
     int descriptor_;
 };
 
-constexpr int kFailedExit = 100; // added to the status of a process in which an allocation has failed
+constexpr int kFailedExit = 100; // added to the status of a process with a failed allocation
 
-// The tool, in a process of its own, with allocation `number` failing; none with 0.
+// Runs the tool in a separate process, in which allocation `number` fails; 0 for none.
 Ending runTool(std::vector<std::string> words, size_t number, Failing failing)
 {
     std::vector<char *> arguments;
@@ -72,7 +72,7 @@ struct Command {
     const char *name; // of the test
     std::vector<std::string> words;
     int status;
-    bool printsAtOnce = true; // otherwise what is printed before memory runs out may be there
+    bool printsAtOnce = true; // otherwise there may be output before memory runs out
     size_t stride = 1;
 };
 
@@ -83,7 +83,7 @@ std::ostream &operator<<(std::ostream &out, const Command &command)
 
 class FailingTool : public testing::TestWithParam<Command> {
 protected:
-    // Files with a text that has to be copied, an error, warnings, an entity, and another encoding.
+    // Files with a text that must be copied, an error, warnings, an entity, and another encoding.
     static void fill(const Zorconf &zorconf)
     {
         zorconf.write("device.xml", R"(<!DOCTYPE device [<!ENTITY one '1'>]>
@@ -102,7 +102,7 @@ protected:
     }
 };
 
-// In words FOLDER stands for the folder of the files.
+// FOLDER in an argument is replaced by the folder of the files.
 const Command commands[] = {
     {"Frame", {"frame", "1", "-f", "FOLDER/device.xml"}, 0},
     {"Slot", {"--log", "slot", "2", "-f", "FOLDER/device.xml"}, 0},
@@ -120,7 +120,7 @@ const Command commands[] = {
     {"Check", {"check", "FOLDER/device.xml"}, 2},
     {"CheckOfSeveral", {"check", "FOLDER/device.xml", "FOLDER/torn.xml", "FOLDER/windows.xml"}, 66, false},
     {"CheckAsJson", {"check", "-W", "error", "--format", "json", "FOLDER/device.xml"}, 2},
-    // Most of it is the table of the checks.
+    // Most of the output is the table of rules.
     {"CheckAsSarif", {"check", "--format", "sarif", "FOLDER/device.xml", "FOLDER/none.xml"}, 66, true, 31},
     {"CheckWithJobs", {"check", "--jobs", "2", "FOLDER/device.xml", "FOLDER/windows.xml"}, 2, false},
     {"Explain", {"check", "--explain", "all"}, 0},
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(, FailingTool, testing::ValuesIn(commands), nameOf);
 
 } // namespace
 
-TEST_P(FailingTool, SaysOutOfMemoryOrGivesTheRightAnswer)
+TEST_P(FailingTool, ReportsOutOfMemoryOrGivesTheRightResult)
 {
     const Zorconf zorconf;
     fill(zorconf);

@@ -1,4 +1,4 @@
-// Files that are no description, and descriptions made to harm: what a query makes of them, and what it costs.
+// Files that are not descriptions, and hostile descriptions: the result and the cost of a query.
 #include "common/input_file.h"
 #include "tests/reliability/allocator.h"
 #include "tests/reliability/queries.h"
@@ -32,7 +32,7 @@ Answer<DcmFrameInfo> queryFile(const std::string &path)
     return answer;
 }
 
-// The file is no document, and that is what the only message says. `error` is why it cannot be read, when it cannot.
+// The only message says that the file cannot be parsed. `error` is the error number if it cannot be read.
 void expectParseFailed(const Answer<DcmFrameInfo> &answer, int error = 0)
 {
     EXPECT_EQ(answer.result, -1);
@@ -128,7 +128,7 @@ TEST(HostileFile, MayBeADeviceWithoutEnd)
     expectParseFailed(queryFile("/dev/zero"), EINVAL);
 }
 
-TEST(HostileFile, MayBeAFifoThatNobodyWritesTo)
+TEST(HostileFile, MayBeAFifoWithoutAWriter)
 {
     const Zorconf zorconf;
     const std::string path = zorconf.path("device.xml");
@@ -180,14 +180,14 @@ TEST(HostileFile, MayGrowTooLargeWhileItIsRead)
 
 namespace {
 
-// Nothing has this name in the folder of the test, whose file "device.xml" is a description.
+// No file has this name in the folder of the test, whose "device.xml" is a description.
 void expectOnlyAPath(const std::string &name)
 {
     SCOPED_TRACE(name);
     expectParseFailed(queryFile(name), ENOENT);
 }
 
-// A socket of this machine on which a connection would arrive.
+// A listening socket of this machine.
 class Listener {
 public:
     Listener() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
@@ -211,7 +211,7 @@ private:
     sockaddr_in address_ = {};
 };
 
-// While it lives, this file is standard input.
+// During its lifetime, this file is standard input.
 class StandardInput {
 public:
     explicit StandardInput(const std::string &content) : file_(content), saved_(dup(STDIN_FILENO))
@@ -233,7 +233,7 @@ private:
     int saved_;
 };
 
-// While it lives, libxml2's catalog gives `file` for each of `names`.
+// During its lifetime, libxml2's catalog maps each of `names` to `file`.
 class Catalog {
 public:
     Catalog(const std::vector<std::string> &names, const std::string &file) : file_(catalog(names, file))
@@ -470,7 +470,8 @@ std::string bytes(const char *hexadecimal)
 
 } // namespace
 
-// 2,400,000 elements, and a frame that a query would find: libxml2 makes 370 MB of it, given the name of the file.
+// 2,400,000 elements, and a frame that a query would find: libxml2 creates a tree of 370 MB if it opens the file
+// itself.
 TEST(CompressedFile, CostsWhatItsOwnBytesCost)
 {
     const TemporaryFile bomb(
@@ -496,11 +497,11 @@ TEST(CompressedFile, IsNoDocument)
         expectParseFailed(queryFrame(1, bytes(compressed)));
 }
 
-// ---- Entities that spell out more than memory holds -----------------------------------------------------------------
+// ---- Entities that expand beyond the memory -------------------------------------------------------------------------
 
 namespace {
 
-// Ten entities, each of which refers ten times to the one before.
+// Ten entities; each refers ten times to the previous one.
 std::string bombDeclarations(const std::string &first)
 {
     std::string declarations = "<!ENTITY e0 '" + first + "'>";
@@ -510,7 +511,7 @@ std::string bombDeclarations(const std::string &first)
     return declarations;
 }
 
-// A query on it ends, in failure or with a record in which the bomb stands nowhere, and takes little memory.
+// A query on it ends, with a failure or a record without the entity, and takes little memory.
 void expectDefused(const std::string &xml)
 {
     const TemporaryFile file(xml);
@@ -549,7 +550,7 @@ TEST(EntityBomb, InAttributesOfElementsCostsLittle)
         withType(bombDeclarations("lol") + "<!ENTITY led \"<led name='&e9;'/>\">", "<frame typeid='1'>&led;</frame>"));
 }
 
-// A whole description may have more than one of its texts.
+// The bound of a description is higher than that of a text.
 TEST(EntityBomb, OfTwoMebibytesIsTooMuchForOneText)
 {
     const std::string declarations =
@@ -561,7 +562,7 @@ TEST(EntityBomb, OfTwoMebibytesIsTooMuchForOneText)
         const Answer<DcmFrameInfo> answer = queryFile(file.path());
         EXPECT_EQ(answer.result, -1);
         ASSERT_FALSE(answer.messages.empty());
-        // Later versions of libxml2 refuse the document themselves.
+        // Later versions of libxml2 reject the document themselves.
         EXPECT_THAT(answer.messages.front(),
                     testing::AnyOf(testing::EndsWith(": out of memory."), testing::HasSubstr(" parse failed(")));
     }
@@ -572,7 +573,7 @@ TEST(EntityBomb, InADefaultOfAnAttributeCostsLittle)
     expectDefused(withType(bombDeclarations("lol") + "<!ATTLIST frame name CDATA '&e9;'>", repeated(kFrame, 100)));
 }
 
-// libxml2 itself bounds these by size only, and some versions never come back from ten times as many.
+// libxml2 bounds these by size only, and some versions never return from ten times as many.
 TEST(EntityBomb, OfAThousandParameterEntitiesCostsLittle)
 {
     std::string declarations = "<!ENTITY % p0 '<!ELEMENT a ANY>'>";
@@ -592,7 +593,7 @@ TEST(EntityBomb, ThatRefersToItselfCostsLittle)
 
 namespace {
 
-// A file that tells whether it was opened.
+// A file that records whether it was opened.
 class Canary {
 public:
     explicit Canary(const std::string &content) : file_(content), watch_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
@@ -615,8 +616,8 @@ private:
     int watch_;
 };
 
-// CANARY in `xml` stands for the path of a file with `content`: a query does not open it, and gives what the
-// description itself says, or nothing.
+// CANARY in `xml` is replaced by the path of a file with `content`: a query does not open it, and returns the values in
+// the description itself, or fails.
 void expectNotRead(std::string xml, const std::string &content)
 {
     const Canary canary(content);
@@ -700,7 +701,7 @@ namespace {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-// A process that has libxml2 substitute entities, load external document types, and validate.
+// A process that lets libxml2 substitute entities, load external document types, and validate.
 class LoadingProcess {
 public:
     LoadingProcess() { set(1, XML_DETECT_IDS | XML_COMPLETE_ATTRS, 1); }
@@ -735,7 +736,7 @@ TEST(OtherFile, IsNotReadWhateverTheProcessLetsLibxml2Load)
     expectNotRead("<!DOCTYPE device [<!ENTITY % o SYSTEM 'CANARY'>%o;]>" + frame + "&s;" + end, "<!ENTITY s '66'>");
     expectNotRead("<!DOCTYPE device SYSTEM 'CANARY'>" + frame + "&s;" + end, "<!ENTITY s '66'>");
     expectNotRead("<!DOCTYPE device PUBLIC 'x' 'CANARY' [<!ENTITY x 'y'>]>" + frame + "&s;" + end, "<!ENTITY s '66'>");
-    // What the description itself says holds.
+    // The values in the description itself are used.
     expectSlots(queryFrame(1, "<!DOCTYPE device [<!ENTITY s '7'>]>" + frame + "&s;" + end), 7);
     expectSlots(queryFrame(1, "<!DOCTYPE device SYSTEM 'none.dtd' [<!ENTITY s '7'>]>" + frame + "&s;" + end), 7);
 }

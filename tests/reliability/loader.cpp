@@ -1,4 +1,4 @@
-// A process that loads libdcm.so, queries, and unloads it, again and again. It is itself what the library asks for.
+// A process that repeatedly loads libdcm.so, runs queries, and unloads it. It defines the platform functions.
 // usage: dcm_loader LIBRARY DESCRIPTION
 #include <dcm.h>
 

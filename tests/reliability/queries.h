@@ -1,4 +1,4 @@
-// The four queries on what a process finds below "/etc/zorconf", in a form that tests can go through.
+// The four queries on the files in "/etc/zorconf", as a table for tests.
 #ifndef DCM_TESTS_RELIABILITY_QUERIES_H
 #define DCM_TESTS_RELIABILITY_QUERIES_H
 
@@ -6,10 +6,10 @@
 
 namespace dcmtest {
 
-// What a query came to.
+// The result of a query.
 struct Outcome {
     int result = 0;
-    std::vector<unsigned char> record; // whole
+    std::vector<unsigned char> record; // all bytes
     Messages messages;
 
     bool operator==(const Outcome &other) const
@@ -21,7 +21,7 @@ struct Outcome {
 struct Query {
     const char *name;     // of a test
     const char *file;     // below "/etc/zorconf/device"
-    const char *function; // as messages name it
+    const char *function; // in messages
     Outcome (*run)();     // into a record between guards; collects no messages
 };
 std::ostream &operator<<(std::ostream &out, const Query &query);
@@ -36,13 +36,13 @@ const std::vector<Query> &allQueries();
 // Runs a query and collects its messages.
 Outcome ask(const Query &query);
 
-// A folder in the place of "/etc/zorconf" with the examples.
+// A folder with the examples that replaces "/etc/zorconf".
 class ZorconfWithExamples : public Zorconf {
 public:
     ZorconfWithExamples();
 };
 
-// While it lives, libxml2 does not print what is wrong with thousands of files on standard error.
+// During its lifetime, libxml2 does not print the errors of thousands of files on standard error.
 class SilentLibxml2 {
 public:
     SilentLibxml2();
@@ -51,7 +51,7 @@ public:
     SilentLibxml2 &operator=(const SilentLibxml2 &) = delete;
 };
 
-// One test in so many of a long row is enough where tests run slowly: with sanitizers and in emulators.
+// Where tests run slowly (sanitizers, emulators), long rows of tests use only one in this many.
 size_t strideOr1(size_t stride);
 
 } // namespace dcmtest

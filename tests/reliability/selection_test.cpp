@@ -1,5 +1,5 @@
-// A query builds a part of the tree, and does all that it would do with the whole of it. Each comparison runs it both
-// ways, and compares its result, record, log calls, standard output and errno.
+// A query builds part of the tree, with the same result as on the whole tree. Each comparison runs both, and compares
+// result, record, log calls, standard output and errno.
 #include "tests/reliability/queries.h"
 
 #include "host/host.h"
@@ -27,7 +27,7 @@ bool buildsWholeTree = false;
 
 } // namespace
 
-// The program is linked with --wrap for the call by which the library parses.
+// The program is linked with --wrap for the call of the library that parses.
 extern "C" {
 xmlDocPtr __real_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback read, xmlInputCloseCallback close,
                                void *context, const char *url, const char *encoding, int options);
@@ -47,24 +47,24 @@ xmlDocPtr __wrap_xmlCtxtReadIO(xmlParserCtxtPtr parser, xmlInputReadCallback rea
 
 namespace {
 
-// All that a query did.
-struct Deed {
+// The effects of a query.
+struct QueryEffects {
     int result = 0;
     int error = 0; // errno
     std::vector<unsigned char> record;
     std::string logged;
     std::string printed;
 
-    bool operator==(const Deed &other) const
+    bool operator==(const QueryEffects &other) const
     {
         return result == other.result && error == other.error && record == other.record && logged == other.logged &&
                printed == other.printed;
     }
 };
 
-std::ostream &operator<<(std::ostream &out, const Deed &deed)
+std::ostream &operator<<(std::ostream &out, const QueryEffects &effects)
 {
-    return out << "result " << deed.result << ", errno " << deed.error << ", printed: " << deed.printed;
+    return out << "result " << effects.result << ", errno " << effects.error << ", printed: " << effects.printed;
 }
 
 std::string logged;
@@ -76,7 +76,7 @@ void recordLogCall(int module, int level, int flags, const char *format, va_list
     logged += std::to_string(module) + " " + std::to_string(level) + " " + std::to_string(flags) + format + text;
 }
 
-// Compares queries on one file after the other. While it lives, standard output and the log are its own.
+// Compares queries on one file after the other. It captures standard output and the log during its lifetime.
 class Comparison {
 public:
     Comparison() : output_(memfd_create("output", MFD_CLOEXEC)), saved_(dup(STDOUT_FILENO))
@@ -89,7 +89,7 @@ public:
     Comparison(const Comparison &) = delete;
     Comparison &operator=(const Comparison &) = delete;
 
-    // The queries for frames, slots and cards of some types that are common in these tests, and of one that is nowhere.
+    // Queries for frames, slots and cards of the common types in these tests, and of one that does not exist.
     void compare(const std::string &content)
     {
         for (const uint32_t type : {0U, 1U, 2U, 0x301U, 0xFFFFU}) {
@@ -107,7 +107,8 @@ public:
     }
     bool isGood() const { return difference_.empty(); }
     size_t count() const { return count_; }
-    // Gives standard output back, and reports what was found. Of the comparisons, both ways succeeded in `successes`.
+    // Restores standard output, and reports the differences. `successes` is the number of comparisons with two
+    // successes.
     void finish(size_t successes = 0)
     {
         if (saved_ < 0)
@@ -125,8 +126,8 @@ public:
 private:
     template <class Record, class Query> void run(const std::string &content, const Query &query)
     {
-        const Deed whole = deed<Record>(query, true);
-        const Deed part = deed<Record>(query, false);
+        const QueryEffects whole = effects<Record>(query, true);
+        const QueryEffects part = effects<Record>(query, false);
         count_++;
         successes_ += part.result == 0 ? 1 : 0;
         if (part == whole || !difference_.empty())
@@ -135,28 +136,28 @@ private:
         text << "part: " << part << "\nwhole: " << whole << "\nof " << content.substr(0, 3000);
         difference_ = text.str();
     }
-    template <class Record, class Query> Deed deed(const Query &query, bool isWhole)
+    template <class Record, class Query> QueryEffects effects(const Query &query, bool isWhole)
     {
         logged.clear();
         if (ftruncate(output_, 0) != 0 || lseek(output_, 0, SEEK_SET) != 0)
             difference_ = "output lost";
         Guarded<Record> info;
-        Deed deed;
+        QueryEffects effects;
         buildsWholeTree = isWhole;
         errno = EXDEV;
-        deed.result = query(info.get());
-        deed.error = errno;
+        effects.result = query(info.get());
+        effects.error = errno;
         buildsWholeTree = false;
         const auto *bytes = reinterpret_cast<const unsigned char *>(info.get());
-        deed.record.assign(bytes, bytes + sizeof(Record));
-        deed.logged = logged;
+        effects.record.assign(bytes, bytes + sizeof(Record));
+        effects.logged = logged;
         fflush(stdout);
         struct stat status = {};
         fstat(output_, &status);
-        deed.printed.resize(static_cast<size_t>(status.st_size));
-        if (pread(output_, deed.printed.data(), deed.printed.size(), 0) != status.st_size)
+        effects.printed.resize(static_cast<size_t>(status.st_size));
+        if (pread(output_, effects.printed.data(), effects.printed.size(), 0) != status.st_size)
             difference_ = "output lost";
-        return deed;
+        return effects;
     }
 
     SilentLibxml2 silent_;
@@ -199,7 +200,7 @@ std::string device(const std::string &content)
     return "<device>" + content + "</device>";
 }
 
-// `piece` before, in and behind what is wanted, in an element that the search passes, and around the root.
+// `piece` before, in and after the wanted element, in an element before it, and around the root.
 std::vector<std::string> everywhere(const std::string &piece)
 {
     const auto in = [&](const std::string &element) {
@@ -358,7 +359,7 @@ std::string mutated(const std::string &content, std::minstd_rand &random)
     return text;
 }
 
-// Each so often; in all a test's worth, or as many as the environment says.
+// The number of comparisons for each, by default or from the environment.
 size_t comparisonsToMake()
 {
     const char *asked = getenv("DCM_COMPARISONS");
@@ -368,7 +369,7 @@ size_t comparisonsToMake()
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-// While it lives, libxml2's defaults are those of a process that has set them.
+// Sets libxml2's defaults during its lifetime, as a process may do.
 struct Defaults {
     Defaults(bool keepsBlanks, bool substitutes, bool validates)
     {
@@ -406,7 +407,7 @@ TEST(Selection, ChangesNothingOfSpecialFiles)
     comparison.finish(comparison.count() / 20);
 }
 
-// They have a limit for all of a description, also for what is not wanted.
+// Their limit applies to the whole description, not only to the wanted element.
 TEST(Selection, ChangesNothingOfEntities)
 {
     Comparison comparison;
@@ -483,7 +484,7 @@ void countNode(xmlNodePtr)
     nodeCount++;
 }
 
-// The nodes that libxml2 makes for a query.
+// The nodes that libxml2 creates for a query.
 size_t nodesOf(const std::string &content)
 {
     const TemporaryFile file(content);

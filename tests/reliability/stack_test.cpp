@@ -1,5 +1,5 @@
-// How much of a thread's stack a call takes, with all that libxml2 and the C library take in it. docs/reliability.md
-// gives these bounds, and what one build takes.
+// The stack of a call, including libxml2 and the C library. docs/reliability.md has these bounds and the values of one
+// build.
 #include "tests/reliability/queries.h"
 
 #include <fcntl.h>
@@ -29,7 +29,7 @@ constexpr bool isInstrumented = true;
 constexpr bool isInstrumented = false;
 #endif
 
-// A thread's stack between pages that nobody may touch.
+// The stack of a thread between unreadable pages.
 class Stack {
 public:
     explicit Stack(size_t size) : size_(size), pages_(map(size + 2 * page()))
@@ -42,7 +42,7 @@ public:
     Stack(const Stack &) = delete;
     Stack &operator=(const Stack &) = delete;
 
-    // Runs a function on it; returns how many bytes from its top have been used.
+    // Runs a function on it; returns the number of used bytes from its top.
     size_t run(const std::function<void()> &function)
     {
         pthread_attr_t attributes;
@@ -74,7 +74,7 @@ private:
     unsigned char *pages_;
 };
 
-// While it lives, what is printed goes nowhere. Standard error has no buffer of its own, for which libc takes stack.
+// Discards output during its lifetime. Standard error has no buffer, so libc would use the stack for one.
 class Discarded {
 public:
     Discarded()
@@ -102,7 +102,7 @@ private:
     int before_[3] = {};
 };
 
-// Its first call, which binds functions, and what every thread takes do not count.
+// The first call, which binds functions, and the stack that every thread needs are not counted.
 size_t stackOf(const std::function<void()> &call)
 {
     const Discarded discarded;
@@ -124,12 +124,12 @@ void askForFrame(const std::string &text)
     dcmFrameInfoGet(file.c_str(), 1, &info);
 }
 
-// LEDs in a power supply are the deepest that there is to decode; the second one is one too many.
+// LEDs in a power supply have the deepest decoder; the second one exceeds "num".
 const char *const kFaultyDescription = R"(<device><frame typeid="1"><power-entity num="1"><power id="1">
     <led-entity num="1"><led id="1" type="fan"><state type="stop"><color>no</color></state></led><led/></led-entity>
     </power></power-entity></frame></device>)";
 
-// Entities in entities, as deep as a parser goes, in all places that can have some.
+// Nested entities, as deep as a parser allows, in all places that can have some.
 std::string hostileDescription()
 {
     std::string declarations = "<!ENTITY e0 'x'>";
@@ -185,7 +185,7 @@ TEST_P(StackBound, Holds)
     EXPECT_LE(used, GetParam().bound);
 }
 
-// The smallest stack that the documents call safe.
+// The stack size that the documents call sufficient.
 TEST_P(StackBound, LeavesRoomOnAThreadOf64Kibibytes)
 {
     const ZorconfWithExamples zorconf;

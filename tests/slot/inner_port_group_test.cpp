@@ -165,7 +165,7 @@ TEST(InnerPortGroup, NumbersItsPortsFromTheirSlotAndTheOffset)
         {"1-2", "<portid-offset>65536</portid-offset>", {1, 2}},
         {"1-2", "<portid-offset>65535</portid-offset>", {0, 1}},
         {"2-3", "<portid-offset>-1</portid-offset>", {1, 2}},
-        {"1-3", "<portid-offset>65533</portid-offset>", {65534, 0}}, // the second one's is the mark of absence
+        {"1-3", "<portid-offset>65533</portid-offset>", {65534, 0}}, // the id of the second one means absent
         {"1-3", "<portid>7</portid>", {7, 7, 7}},
         {"1-3", "<portid-offset>100</portid-offset><portid>7</portid>", {7, 7, 7}},
         {"1-3", "<portid>0</portid>", {0, 0, 0}},

@@ -11,7 +11,7 @@ Answer<DcmSlotInfo> innerPorts(const std::string &children)
     return slotWith("<inner-port>" + children + "</inner-port>");
 }
 
-// Numbers of the inner ports that are present, the broadcast port's being 0.
+// Numbers of the inner ports that are present; the broadcast port is 0.
 std::vector<int> present(const DcmSlotInfo &slot)
 {
     std::vector<int> numbers;
@@ -186,7 +186,7 @@ TEST(InnerPort, SilentlyReplacesOneWithoutDriver)
     EXPECT_EQ(slot.messages, Messages{});
     const DcmInnerIfInfo &port = slot.info->syncIf[0];
     EXPECT_EQ(port.drvType, 1);
-    // The identity starts anew; everything else stays as the first port left it.
+    // The identity is reset; all other fields keep the values of the first port.
     EXPECT_EQ(port.sysId, 255);
     EXPECT_EQ(port.slotId, 255);
     EXPECT_EQ(port.cardId, 255);
@@ -261,7 +261,7 @@ TEST(InnerPort, RejectsUnknownKeywords)
                                      "<portid>7</portid></port><port commslot='6'><portid>8</portid></port>");
         EXPECT_EQ(slot.result, -1);
         EXPECT_EQ(slot.messages, (Messages{one.converterMessage, one.message, kPortFailed}));
-        // What stands before the failure is kept, what stands behind it is not read.
+        // Elements before the failure are kept, those after it are not read.
         EXPECT_EQ(slot.info->syncIf[4].sysId, 1);
         EXPECT_EQ(slot.info->syncIf[4].portId, 6);
         EXPECT_EQ(present(*slot.info), (std::vector<int>{5}));

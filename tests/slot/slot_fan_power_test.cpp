@@ -7,13 +7,13 @@ using namespace dcmtest;
 
 namespace {
 
-// Two fan controllers are announced.
+// A slot with two fan controllers.
 Answer<DcmSlotInfo> fanCtrls(const std::string &children)
 {
     return slotWith("<fanctrl-entity num='2'>" + children + "</fanctrl-entity>");
 }
 
-// Two power entities are announced.
+// A slot with two power entities.
 Answer<DcmSlotInfo> powers(const std::string &children)
 {
     return slotWith("<power-entity num='2'>" + children + "</power-entity>");
@@ -227,7 +227,7 @@ TEST(SlotFanCtrl, RejectsASecondOneWithTheSameId)
     EXPECT_EQ(slot.info->fanCtrlInfo[1].speed, 0);
 }
 
-TEST(SlotFanCtrl, StaysWhenASecondElementAnnouncesAnew)
+TEST(SlotFanCtrl, StaysWhenASecondElementHasAnotherCount)
 {
     const auto slot = slotWith(R"(
         <fanctrl-entity num='3'><fanctrl id='3'><fannum>3</fannum></fanctrl></fanctrl-entity>
@@ -353,7 +353,7 @@ TEST(SlotPower, RejectsASecondOneWithTheSameId)
     EXPECT_EQ(powerIds(*slot.info), (std::vector<int>{1, 0}));
 }
 
-TEST(SlotPower, StaysWhenASecondElementAnnouncesAnew)
+TEST(SlotPower, StaysWhenASecondElementHasAnotherCount)
 {
     const auto slot = slotWith(R"(
         <power-entity num='2'><power id='2'/></power-entity>

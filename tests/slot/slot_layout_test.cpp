@@ -1,4 +1,4 @@
-// Callers are compiled against these records: a change here breaks every one of them.
+// Callers are compiled with these records: a change breaks them.
 #include <dcm.h>
 
 #include <cstddef>

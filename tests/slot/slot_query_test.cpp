@@ -8,8 +8,8 @@ using namespace dcmtest;
 
 namespace {
 
-// While it lives, counts the documents that are parsed and not yet released. With Root::lost each document loses its
-// root element as soon as it has one: no file can show that, because the parser refuses a file without elements.
+// During its lifetime, counts the documents that are parsed and not yet released. With Root::lost the root element of
+// each document is removed: no file has that effect, because the parser rejects a file without elements.
 class Documents {
 public:
     enum class Root { kept, lost };
@@ -64,7 +64,7 @@ private:
     static inline xmlNodePtr root = nullptr;
 };
 
-// What a record holds before the file is looked at.
+// The record before the file is opened.
 DcmSlotInfo preparedRecord(uint16_t type)
 {
     DcmSlotInfo record;
@@ -130,7 +130,7 @@ TEST(SlotLookup, ReportsAFileThatIsNotWellFormed)
     const auto slot = querySlot(9, "<device><slot typeid='9'></device>");
     EXPECT_EQ(slot.result, -1);
     ASSERT_EQ(slot.messages.size(), 1u);
-    // A parser sets no error number of its own: what stands there is left to the platform, but number and text agree.
+    // The parser sets no error number: it is that of the platform, but number and text agree.
     static const std::regex form(R"(\[dcmSlotInfoGet:#\]: xmlfile\(FILE\) parse failed\(err#(\d+), (.+)\))");
     std::smatch parts;
     ASSERT_TRUE(std::regex_match(slot.messages[0], parts, form)) << slot.messages[0];
@@ -219,7 +219,7 @@ TEST(SlotLookup, FindsASlotByAnyItemOfItsListOfTypeIds)
     }
 }
 
-TEST(SlotLookup, PassesOverASlotWithoutTypeIdEvenForTypeZero)
+TEST(SlotLookup, SkipsASlotWithoutTypeIdEvenForTypeZero)
 {
     const auto slot = querySlot(0, "<device><slot><maxcardnum>3</maxcardnum></slot></device>");
     EXPECT_EQ(slot.result, -1);
@@ -307,7 +307,7 @@ TEST(SlotRecord, KeepsTheLastOfSeveralNumbersOfCards)
     EXPECT_EQ(slot.info->maxCardNum, 2);
 }
 
-TEST(SlotRecord, TellsWhetherTheSlotSuppliesPoe)
+TEST(SlotRecord, RecordsWhetherTheSlotSuppliesPoe)
 {
     const auto with = slotWith("<supportpoe>yes</supportpoe>");
     EXPECT_EQ(with.result, 0);

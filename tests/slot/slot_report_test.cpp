@@ -10,7 +10,7 @@ namespace {
 const std::string kDoubleRule = "============================================================";
 const std::string kRule = "------------------------------------------------------------";
 
-// A slot that has nothing.
+// An empty slot.
 DcmSlotInfo emptySlot()
 {
     DcmSlotInfo slot;
@@ -28,9 +28,9 @@ std::string reportOf(const DcmSlotInfo &slot)
     return outputOf([&] { dcmSlotInfoPrint(&slot); });
 }
 
-// What stands above the interfaces in the report of an otherwise empty slot.
+// The lines before the interfaces in the report of an otherwise empty slot.
 const std::string kEmptyHead = lines(kDoubleRule, "type: 0", "maxCardNum: 0", "startCardId: 0", "supportPoe: 0", kRule);
-// What stands below them.
+// The lines after them.
 const std::string kEmptyTail = lines(kRule, "fanctrl Info:", kRule, "power Info:", "");
 
 const char *const kRichSlot = R"(
@@ -149,21 +149,21 @@ TEST(SlotReport, ShowsASlotOfTheDefaultFile)
     EXPECT_GE(result, 0);
 }
 
-TEST(SlotReport, SaysThatASlotCouldNotBeRead)
+TEST(SlotReport, ReportsThatASlotCouldNotBeRead)
 {
     const TemporaryFile file(kRichSlot);
     int result = -1;
     const Effects effects =
         effectsOf([&] { result = dcmSlotInfoShowFilename(file.c_str(), 4); }, file.path(), Output::alsoPrints);
     EXPECT_EQ(effects.messages, (Messages{"[dcmSlotInfoGet:#]: xmlfile(FILE) can not find slot with typeid=4."}));
-    // Behind the query's own report, which the messages show.
+    // After the query's own report, which is in the messages.
     const size_t reported = effects.output.find("typeid=4.\r\n");
     ASSERT_NE(reported, std::string::npos);
     EXPECT_EQ(effects.output.substr(reported), "typeid=4.\r\n\r\n!!Failed to get slot info.\r\n");
     EXPECT_GE(result, 0) << "it is the result of the write, not of the query";
 }
 
-TEST(SlotReport, SaysThatASlotOfTheDefaultFileCouldNotBeRead)
+TEST(SlotReport, ReportsThatASlotOfTheDefaultFileCouldNotBeRead)
 {
     const Zorconf zorconf;
     zorconf.write("device.xml", "<device><slot typeid='5'><supportpoe>perhaps</supportpoe></slot></device>");

@@ -11,7 +11,7 @@ std::string number(size_t value)
     return std::to_string(value);
 }
 
-// `item(i)` for i = 0, 1, ... between `head` and `tail`, until the whole has `size` bytes.
+// `item(i)` for i = 0, 1, ... between `head` and `tail`, with `size` bytes in total.
 template <class Item>
 std::string filled(size_t size, const std::string &head, const Item &item, const std::string &tail)
 {
@@ -21,7 +21,7 @@ std::string filled(size_t size, const std::string &head, const Item &item, const
     return text + tail;
 }
 
-// The same piece again and again.
+// The same piece repeatedly.
 std::string filledWith(size_t size, const std::string &head, const std::string &piece, const std::string &tail)
 {
     return filled(
@@ -33,13 +33,13 @@ std::string device(const std::string &inside)
     return "<device>\n" + inside + "</device>\n";
 }
 
-// A device of which each entry is made by `item`.
+// A device with entries from `item`.
 template <class Item> std::string deviceOf(size_t size, const Item &item)
 {
     return filled(size, "<device>\n", item, "</device>\n");
 }
 
-// A card that is filled with what `item` makes.
+// A card with content from `item`.
 template <class Item>
 std::string cardOf(size_t size, const std::string &head, const Item &item, const std::string &tail = "")
 {

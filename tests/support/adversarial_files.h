@@ -1,4 +1,4 @@
-// Descriptions made to cost a program as much as possible, in any size: what bounds the work of the tool is measured
+// Adversarial descriptions in any size, which are as expensive as possible: the bounds of the tool's work are measured
 // and tested with them.
 #ifndef DCM_TESTS_SUPPORT_ADVERSARIAL_FILES_H
 #define DCM_TESTS_SUPPORT_ADVERSARIAL_FILES_H

@@ -22,7 +22,7 @@ namespace dcmtest {
 
 namespace {
 
-// One log call: what it was given, and the text that it makes.
+// One log call: its arguments and the formatted text.
 struct LogCall {
     int module, level, flags;
     std::string format;
@@ -44,7 +44,7 @@ bool endsWith(const std::string &text, const std::string &end)
 const std::string messageStart = "[%s:%u]: ";
 const std::string messageEnd = "\r\n";
 
-// Adds where a report comes from to the file that the environment names: for the check that each message is provoked.
+// Adds the place of a report to the file in the environment, for the check that each message is provoked.
 void recordOrigin(const std::string &format, va_list arguments)
 {
     static const char *const path = getenv("DCM_PROVOKED_MESSAGES");
@@ -75,7 +75,7 @@ void recordLogCall(int module, int level, int flags, const char *format, va_list
     logCalls.push_back({module, level, flags, format, text});
 }
 
-// Standard output goes into memory while it lives.
+// Captures standard output during its lifetime.
 class OutputCapture {
 public:
     OutputCapture() : memory_(memfd_create("output", 0))
@@ -299,8 +299,8 @@ std::string example(const std::string &name)
 
 } // namespace dcmtest
 
-// The tests are linked with --wrap for the two calls by which the library reaches a file. One of them has another name
-// on 32-bit machines, and others in a fortified build with Clang.
+// The tests are linked with --wrap for the two calls of the library that access files. One of them has another name on
+// 32-bit machines, and others in a fortified build with Clang.
 extern "C" {
 int __real_access(const char *path, int mode);
 int __wrap_access(const char *path, int mode);

@@ -1,4 +1,4 @@
-// What every test uses: run a query on XML that stands in the test, and look at everything that the call did.
+// The fixture of the tests: runs a query on XML in the test, and records all effects of the call.
 #ifndef DCM_TESTS_SUPPORT_DCM_TEST_H
 #define DCM_TESTS_SUPPORT_DCM_TEST_H
 
@@ -17,28 +17,27 @@
 
 namespace dcmtest {
 
-// What a call reported, innermost failure first, one string per report: its text without the line end, the source line
-// masked as "#" and the file that the test wrote as "FILE": "[dcmFrameInfoGet:#]: xmlfile(FILE) frame decode led
-// failed."
+// The reports of a call, innermost failure first, one string each: the text without the line end, with the source line
+// masked as "#" and the file of the test as "FILE": "[dcmFrameInfoGet:#]: xmlfile(FILE) frame decode led failed."
 using Messages = std::vector<std::string>;
 
-// What a call did besides its result.
+// The effects of a call besides its result.
 struct Effects {
     Messages messages;
-    std::string output; // standard output as it was printed, nothing masked
+    std::string output; // standard output, not masked
 };
 
-// Runs `call` and records its effects. Every test goes through here, so these hold for each report of the whole suite:
-// the log call has the leading arguments 0, 3, 0, a format that begins "[%s:%u]: " and ends "\r\n", and the same text
-// stands on standard output, in the same order.
-// `file` is what to mask as FILE. Output that is no report (a Show function's) is allowed only with `alsoPrints`.
+// Runs `call` and records its effects. Every test uses it, so each report of the whole suite is checked: the log call
+// has the leading arguments 0, 3, 0, a format that begins with "[%s:%u]: " and ends in "\r\n", and the same text is
+// printed on standard output, in the same order. `file` is masked as FILE. Other output (of a Show function) is allowed
+// only with `alsoPrints`.
 enum class Output { reportsOnly, alsoPrints };
 Effects effectsOf(const std::function<void()> &call, const std::string &file = {}, Output output = Output::reportsOnly);
 
 // Standard output of `call`.
 std::string outputOf(const std::function<void()> &call);
 
-// A file of its own below the temporary folder, removed with the object.
+// A file in the temporary folder, removed with the object.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::string &content);
@@ -52,8 +51,8 @@ private:
     std::string path_;
 };
 
-// While it lives, files that the library looks for below "/etc/zorconf" are looked for below a temporary folder instead
-// (file access is wrapped when the tests are linked; nothing on the machine is touched).
+// During its lifetime, a temporary folder replaces "/etc/zorconf" for the library (file access is wrapped at link time;
+// nothing on the machine is changed).
 class Zorconf {
 public:
     Zorconf();
@@ -62,7 +61,7 @@ public:
     Zorconf &operator=(const Zorconf &) = delete;
     // Writes the file that the library sees as "/etc/zorconf/device/<name>".
     void write(const std::string &name, const std::string &content) const;
-    // Where that file lies, and the folder in the place of "/etc/zorconf".
+    // The path of that file, and the folder that replaces "/etc/zorconf".
     std::string path(const std::string &name) const { return root_ + "/device/" + name; }
     const std::string &root() const { return root_; }
 
@@ -70,10 +69,11 @@ private:
     std::string root_;
 };
 
-// A record between two guards: whatever the test does, a write beside the record is a failure.
+// A record between two guards: a write outside the record is a failure in every test.
 template <class Record> class Guarded {
 public:
-    // The record starts full of a byte that no default and no test uses, so that what is not cleared shows.
+    // The record is filled with a byte that no default and no test uses, so that fields that are not cleared are
+    // visible.
     Guarded() : room_(new Room)
     {
         std::memset(room_.get(), 0, sizeof(Room));
@@ -105,7 +105,7 @@ private:
     std::unique_ptr<Room> room_;
 };
 
-// A query's result, record and reports.
+// The result, record and reports of a query.
 template <class Record> struct Answer {
     int result = 0;
     Guarded<Record> info;
@@ -122,7 +122,7 @@ Answer<DcmFrameInfo> frameWith(const std::string &children);
 Answer<DcmSlotInfo> slotWith(const std::string &children);
 Answer<DcmCardInfo> cardWith(const std::string &children);
 
-// A parsed element, for the decoders that are exported: Element("<led-entity num='1'/>").node().
+// A parsed element, for the exported decoders: Element("<led-entity num='1'/>").node().
 class Element {
 public:
     explicit Element(const std::string &xml);
@@ -135,7 +135,7 @@ private:
     xmlDocPtr document_;
 };
 
-// The library's text type for a literal.
+// A literal as the text type of the library.
 inline const unsigned char *text(const char *literal)
 {
     return reinterpret_cast<const unsigned char *>(literal);
@@ -155,20 +155,20 @@ template <class Field> bool isAllZero(const Field &field)
     return true;
 }
 
-// The text of a field that is terminated only when it is not full.
+// The text of a field that is not terminated when it is full.
 template <std::size_t Size> std::string textOf(const char (&field)[Size])
 {
     return std::string(field, strnlen(field, Size));
 }
 
-// A file, whole.
+// The content of a file.
 std::string readFile(const std::string &path);
-// Writes a file anew.
+// Writes a file, which may exist.
 void writeFile(const std::string &path, const std::string &content);
 
-// A file of the project's tests folder, whole, as in golden("frame-example.txt") below tests/golden.
+// The content of a file in the tests folder; golden("frame-example.txt") is in tests/golden.
 std::string golden(const std::string &name);
-// The path of a shipped example, as in example("device.xml").
+// The path of an example, as in example("device.xml").
 std::string example(const std::string &name);
 
 // "a\r\nb\r\n" for readable expectations: lines("a", "b").

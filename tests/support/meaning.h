@@ -12,11 +12,11 @@ namespace dcmtest {
 
 // Whether each query succeeds, its messages and its record, in the order of the file.
 std::vector<std::string> recordsOf(const dcmtool::DescriptionFile &file);
-// What is found, without the places.
+// The findings, without their positions.
 std::vector<std::string> findingsOf(const dcmtool::DescriptionFile &file);
 std::vector<std::string> commentsOf(const std::string &text);
 
-// A text written anew with other blanks, and with comments, between the elements of its containers.
+// A text with other blanks, and with comments, between the elements of its containers.
 std::string scrambled(const std::string &text, std::mt19937 &random);
 
 } // namespace dcmtest

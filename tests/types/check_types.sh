@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks that the compiler refuses rows that would report wrongly or write beyond their field, and takes right ones.
+# Checks that the compiler rejects rows that would report wrongly or write beyond their field, and accepts correct ones.
 # usage: check_types.sh SOURCES COMPILER [OPTION...]
 set -euo pipefail
 
@@ -30,7 +30,7 @@ dcm::Result decode(dcm::Node node, Record &record, const dcm::QueryReporter &que
 CODE
 }
 
-# report ARGUMENTS: what a decoder reports at once.
+# report ARGUMENTS: a decoder that reports at once.
 report() {
     cat <<CODE
 #include "common/report.h"
@@ -53,7 +53,7 @@ compiles() {
 $(cat "$errors")"
 }
 
-# is_refused CODE PATTERN: with a message that says why.
+# is_refused CODE PATTERN: the compiler rejects the code with this message.
 is_refused() {
     if "${compile[@]}" <<<"$1" >/dev/null 2>"$errors"; then
         fail "compiles: $1"
@@ -73,12 +73,12 @@ compiles "$(row QueryChild "$number, DCM_MESSAGE(\"failed.\")")"
 compiles "$(row QueryChild "$number, DCM_MESSAGE_FILE(\"xmlfile(%s) failed.\")")"
 compiles "$(row Child 'dcm::bitList<&Record::bits, 8>')"
 
-# A file where the reporter has none, and numbers where the row has none.
+# A file name for a reporter without a file, and numbers for rows without numbers.
 is_refused "$(row Child "$number, DCM_MESSAGE_FILE(\"xmlfile(%s) failed.\")")" '(no matching|could not convert|cannot convert|invalid conversion|no viable)'
 is_refused "$(row Child "$number, DCM_MESSAGE_NUM(\"num(%d) failed.\")")" '(no matching|could not convert|cannot convert|invalid conversion|no viable)'
 is_refused "$(row QueryChild "$number, DCM_MESSAGE_FILE_NUM(\"xmlfile(%s) num(%d) failed.\")")" '(no matching|could not convert|cannot convert|invalid conversion|no viable)'
 is_refused "$(row QueryChild "$number, DCM_MESSAGE_ID(\"id(%u) failed.\")")" '(no matching|could not convert|cannot convert|invalid conversion|no viable)'
-# Texts that do not have the arguments of their kind.
+# Texts whose arguments do not match their kind.
 is_refused "$(row Child "$number, DCM_MESSAGE(\"num(%d) failed.\")")" '-Werror=format|-Werror,-Wformat'
 is_refused "$(row QueryChild "$number, DCM_MESSAGE_FILE(\"xmlfile(%d) failed.\")")" '-Werror=format|-Werror,-Wformat'
 compiles "$(report '"id(%u) failed.", id')"
@@ -88,7 +88,7 @@ is_refused "$(row Child 'dcm::bitList<&Record::bits, 9>')" 'static assertion|sta
 
 compiles "$(words '{"one", 1}, {"two", 2}')"
 compiles "$(words '{"one", 1}, {"uno", 1, dcm::Direction::reads}')"
-# The message spells the word.
+# The message contains the word.
 is_refused "$(words '{"one", 1}, {"two", 2}, {"one", 3}')" "'o', *'n', *'e'"
 is_refused "$(words '{"one", 1}, {"two", 1}')" "'t', *'w', *'o'"
 

@@ -7,7 +7,7 @@
 
 using namespace dcmtest;
 
-// Callers are compiled against this record.
+// Callers are compiled with this record.
 static_assert(sizeof(DcmVmPortInfo) == 1028);
 static_assert(alignof(DcmVmPortInfo) == 4);
 static_assert(offsetof(DcmVmPortInfo, ifindexNum) == 0);
@@ -16,7 +16,7 @@ static_assert(sizeof(DcmVmPortInfo::ifindex) == 256 * 4);
 
 namespace {
 
-// What the fixture fills a record with.
+// The initial content of a record in the fixture.
 const uint8_t kUntouchedByte = 0xA5;
 const uint32_t kUntouched = 0xA5A5A5A5u;
 
@@ -49,8 +49,8 @@ std::string listOf(int count)
     return xml + "</panel-port>";
 }
 
-// While it lives, counts the documents that are parsed and not yet released. With Root::lost each document loses its
-// root element as soon as it has one: no file can show that, because the parser refuses a file without elements.
+// During its lifetime, counts the documents that are parsed and not yet released. With Root::lost the root element of
+// each document is removed: no file has that effect, because the parser rejects a file without elements.
 class Documents {
 public:
     enum class Root { kept, lost };
@@ -160,7 +160,7 @@ TEST(VmPortList, ReportsAFileThatIsNotWellFormed)
     const auto vm = vmWith("<panel-port num='1'><ifindex>17</panel-port>");
     EXPECT_EQ(vm.result, -1);
     ASSERT_EQ(vm.messages.size(), 1u);
-    // A parser sets no error number of its own: what stands there is left to the platform, but number and text agree.
+    // The parser sets no error number: it is that of the platform, but number and text agree.
     static const std::regex form(
         R"(\[dcmVmPortInfoGet:#\]: xmlfile\(/etc/zorconf/device/vm-3\.xml\) parse failed\(err#(\d+), (.+)\))");
     std::smatch parts;

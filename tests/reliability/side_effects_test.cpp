@@ -1,4 +1,4 @@
-// What a process may expect of a library that it lets in: nothing of its own is changed.
+// Side effects on the process: queries change none of its settings.
 #include "tests/reliability/queries.h"
 
 #include <libxml/catalog.h>
@@ -26,11 +26,11 @@ using RaisedError = const xmlError *;
 using RaisedError = xmlError *;
 #endif
 #if LIBXML_VERSION >= 21400
-// A setting that is gone.
+// A setting that does not exist.
 constexpr int xmlParserDebugEntities = 0;
 #endif
 
-// Every query, on the examples and on a file that is no document.
+// Every query, on the examples and on a file that is not XML.
 void askEverything()
 {
     {
@@ -125,7 +125,7 @@ std::vector<std::string> surroundings()
     return all;
 }
 
-// Each with what it stands for; that of the folder itself is left out.
+// Each descriptor with its target, without that of the folder itself.
 std::vector<std::string> openDescriptors()
 {
     std::vector<std::string> all;
@@ -147,7 +147,7 @@ std::vector<std::string> openDescriptors()
 
 constexpr char kBroken[] = "<unclosed>";
 
-// A client with handlers of its own for the whole thread.
+// A client with its own handlers for the thread.
 class Client {
 public:
     Client() { xmlSetStructuredErrorFunc(this, count); }
@@ -155,7 +155,7 @@ public:
     Client(const Client &) = delete;
     Client &operator=(const Client &) = delete;
 
-    // Parses something broken: how many errors it is told of.
+    // Parses a broken text; returns the number of its errors.
     int errorsOfItsOwn()
     {
         errors_ = 0;
@@ -169,22 +169,22 @@ private:
     int errors_ = 0;
 };
 
-class GoodGuest : public testing::Test {
+class SideEffects : public testing::Test {
 protected:
-    // What libxml2 and libc set up at their first use is nobody's change.
+    // One-time initialisation of libxml2 and libc is not a side effect.
     static void SetUpTestSuite() { askEverything(); }
 };
 
 } // namespace
 
-TEST_F(GoodGuest, LeavesTheSettingsAndHandlersOfLibxml2)
+TEST_F(SideEffects, LeavesTheSettingsAndHandlersOfLibxml2)
 {
     const std::vector<std::string> before = libxml2Globals();
     askEverything();
     EXPECT_EQ(libxml2Globals(), before);
 }
 
-TEST_F(GoodGuest, LeavesSettingsAndHandlersThatTheProcessHasChosen)
+TEST_F(SideEffects, LeavesSettingsAndHandlersThatTheProcessHasChosen)
 {
     const int substitutes = xmlSubstituteEntitiesDefault(1);
     const int keepsBlanks = xmlKeepBlanksDefault(0);
@@ -201,7 +201,7 @@ TEST_F(GoodGuest, LeavesSettingsAndHandlersThatTheProcessHasChosen)
     xmlSetStructuredErrorFunc(nullptr, nullptr);
 }
 
-TEST_F(GoodGuest, LeavesTheDocumentsOfOthers)
+TEST_F(SideEffects, LeavesTheDocumentsOfOthers)
 {
     const Element own("<own><child name='x'>text</child></own>");
     askEverything();
@@ -211,21 +211,21 @@ TEST_F(GoodGuest, LeavesTheDocumentsOfOthers)
     EXPECT_STREQ(reinterpret_cast<const char *>(child->children->content), "text");
 }
 
-TEST_F(GoodGuest, LeavesSignals)
+TEST_F(SideEffects, LeavesSignals)
 {
     const std::vector<std::string> before = signals();
     askEverything();
     EXPECT_EQ(signals(), before);
 }
 
-TEST_F(GoodGuest, LeavesLocaleUmaskFolderAndEnvironment)
+TEST_F(SideEffects, LeavesLocaleUmaskFolderAndEnvironment)
 {
     const std::vector<std::string> before = surroundings();
     askEverything();
     EXPECT_EQ(surroundings(), before);
 }
 
-TEST_F(GoodGuest, LeavesNoDescriptorOpen)
+TEST_F(SideEffects, LeavesNoDescriptorOpen)
 {
     const std::vector<std::string> before = openDescriptors();
     ASSERT_GE(before.size(), 1U);
@@ -233,7 +233,7 @@ TEST_F(GoodGuest, LeavesNoDescriptorOpen)
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(GoodGuest, LeavesErrnoWhereNothingFails)
+TEST_F(SideEffects, LeavesErrnoWhereNothingFails)
 {
     const ZorconfWithExamples zorconf;
     for (const Query &query : allQueries()) {
@@ -243,7 +243,7 @@ TEST_F(GoodGuest, LeavesErrnoWhereNothingFails)
     }
 }
 
-TEST_F(GoodGuest, WorksInAForkedProcess)
+TEST_F(SideEffects, WorksInAForkedProcess)
 {
     const ZorconfWithExamples zorconf;
     for (const Query &query : allQueries()) {
@@ -259,7 +259,7 @@ TEST_F(GoodGuest, WorksInAForkedProcess)
     }
 }
 
-TEST_F(GoodGuest, DoesNotDisturbAClientWithHandlersOfItsOwn)
+TEST_F(SideEffects, DoesNotDisturbAClientWithHandlersOfItsOwn)
 {
     Client client;
     const int errors = client.errorsOfItsOwn();
@@ -269,7 +269,7 @@ TEST_F(GoodGuest, DoesNotDisturbAClientWithHandlersOfItsOwn)
     EXPECT_EQ(client.errorsOfItsOwn(), errors);
 }
 
-TEST_F(GoodGuest, DoesNotDisturbClientsInOtherThreads)
+TEST_F(SideEffects, DoesNotDisturbClientsInOtherThreads)
 {
     Client client;
     const int errors = client.errorsOfItsOwn();
@@ -289,7 +289,7 @@ TEST_F(GoodGuest, DoesNotDisturbClientsInOtherThreads)
     EXPECT_EQ(client.errorsOfItsOwn(), errors);
 }
 
-TEST_F(GoodGuest, IsNotDisturbedByAClientsErrors)
+TEST_F(SideEffects, IsNotDisturbedByAClientsErrors)
 {
     Client client;
     const ZorconfWithExamples zorconf;
