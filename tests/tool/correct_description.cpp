@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -327,7 +328,7 @@ private:
         case Kind::ledState:
             return state(name == "type" ? scope.source : shownType(scope));
         case Kind::bitList:
-            return list(name, content);
+            return content.limit == DCM_SLOT_MAX && isSlotKind(name) ? slotsOf(name) : list(name, content);
         case Kind::numberList: {
             std::string types;
             for (uint32_t type = 1; type <= kCardTypes; type++)
@@ -356,6 +357,21 @@ private:
         const dcm::Vocabulary *states = dcm::ledStateWords(type);
         // A state may stand once for each LED.
         return states != nullptr ? dcmtool::wordsOf(*states)[state_++ % states->count] : "default";
+    }
+
+    static constexpr const char *kSlotKinds[] = {"mpu", "lpu", "sfu", "fan", "lcd", "power"};
+
+    static bool isSlotKind(const std::string &name)
+    {
+        return std::find(std::begin(kSlotKinds), std::end(kSlotKinds), name) != std::end(kSlotKinds);
+    }
+
+    // Each kind has slots of its own.
+    std::string slotsOf(const std::string &kind)
+    {
+        const auto position = std::find(std::begin(kSlotKinds), std::end(kSlotKinds), kind) - std::begin(kSlotKinds);
+        const auto first = static_cast<uint32_t>(1 + 5 * position);
+        return std::to_string(first) + "-" + std::to_string(first + below(5));
     }
 
     std::string list(const std::string &name, const dcm::Content &content)
