@@ -189,7 +189,7 @@ struct Card : Table {
     static constexpr Attribute abbrName = {"abbrname", textOf(DCM_CARD_ABBR_NAME_SIZE - 1)};
     static constexpr Attribute attributes[] = {typeId, mode, name, abbrName};
     static constexpr QueryChild<DcmCardInfo> children[] = {
-        {"occupyslotnum", number<&DcmCardInfo::occupySlotNum>},
+        {{"occupyslotnum", Role::occupiedSlots}, number<&DcmCardInfo::occupySlotNum>},
         // kept: both have the same text.
         {"tmuxctrl", keyword<&DcmCardInfo::isTmuxCtrl, kYesNoWords>, DCM_MESSAGE("decode wdmctrl failed.")},
         {"muxctrl", keyword<&DcmCardInfo::isMuxCtrl, kYesNoWords>, DCM_MESSAGE("decode wdmctrl failed.")},

@@ -110,6 +110,7 @@ enum class Role : uint8_t {
     slotRules,        // one entry in it
     crossSlots,       // the slots that a slot is connected to
     slotCardTypes,    // the card types that a slot accepts
+    mostCards,        // how many cards a slot holds
     fanModule,        // of one or several ids
     moduleSlot,       // the slot of a fan module
     moduleSlotOffset, // ... as the difference to its id
@@ -141,6 +142,7 @@ enum class Role : uint8_t {
     phyType,
     portType,
     hidden,
+    occupiedSlots, // how many slots a card takes
     interfaceName,
     interfaceNamePrefix,
     laser,

@@ -96,7 +96,7 @@ struct SlotTable : Table {
         // kept: a faulty list counts up to its fault.
         {{"crossslotbit", Role::crossSlots}, bitList<&SlotRules::crossSlotBit, DCM_SLOT_MAX, KeepsBits>},
         {{"supportcardtype", Role::slotCardTypes}, call<takeSupportCardType>, kCardTypeList},
-        {"maxcardnum", number<&SlotRules::maxCardNum>},
+        {{"maxcardnum", Role::mostCards}, number<&SlotRules::maxCardNum>},
         {"startcardid", number<&SlotRules::startCardId>},
     };
 };

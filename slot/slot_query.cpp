@@ -52,7 +52,7 @@ struct Slot : Table {
     static constexpr Attribute typeIds = {"typeid", {Kind::typeIds}, Need::required};
     static constexpr Attribute attributes[] = {typeIds};
     static constexpr QueryChild<DcmSlotInfo> children[] = {
-        {"maxcardnum", number<&DcmSlotInfo::maxCardNum>},
+        {{"maxcardnum", Role::mostCards}, number<&DcmSlotInfo::maxCardNum>},
         {"supportpoe", keyword<&DcmSlotInfo::supportPoe, kYesNoWords>, DCM_MESSAGE("decode slot failed.")},
         {"inner-port", holding<InnerPorts>},
         {"sfu-port", holding<SfuPorts>},

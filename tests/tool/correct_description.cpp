@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -97,6 +98,8 @@ private:
         if (attribute.content.kind == Kind::count || name == "num") {
             scope.count = countFor(format, attribute, scope);
             text = std::to_string(scope.count);
+            if (scope.owner == "panel-port")
+                panelPorts_ = scope.count;
         } else if (attribute.content.kind == Kind::id || attribute.content.kind == Kind::bitList) {
             // Priorities follow from the position.
             if (attribute.need != dcm::Need::required)
@@ -104,14 +107,22 @@ private:
             text = scope.ids;
         } else if (name == "typeid" || name == "mode") {
             text = name == "mode" ? std::to_string(below(4)) : typeIdOf(scope.owner);
-        } else if (name == "linenum" || name == "startportid") {
-            text = std::to_string(name == "linenum" ? scope.count : 1);
+        } else if (scope.owner == "card") {
+            // Of each its own, of any length.
+            text = std::to_string(cardTypes_) + value(name, attribute.content, scope);
+            text.resize(std::min(text.size(), attribute.content.limit));
+        } else if (name == "startportid") {
+            text = "1";
+            areLines_ = oneIn(2);
+            areHidden_ = oneIn(2);
         } else if (name == "maxportid") {
             text = std::to_string(scope.count);
-        } else if (name == "clientnum") {
-            text = "0";
+        } else if (name == "linenum" || name == "clientnum") {
+            text = std::to_string((name == "linenum") == areLines_ ? scope.count : 0);
+        } else if (name == "hidenum") {
+            text = std::to_string(areHidden_ ? scope.count : 0);
         } else if (name == "start-id" || name == "end-id") {
-            text = name == "start-id" ? "1" : "4";
+            text = scope.ids;
         } else if (attribute.content.vocabulary == &dcm::kLedTypeWords) {
             scope.ledType = scope.source = ledTypeFor(scope);
             text = dcmtool::wordsOf(dcm::kLedTypeWords)[scope.ledType];
@@ -160,8 +171,14 @@ private:
             return std::to_string(slotTypes_ - 1) + "," + hexadecimal(slotTypes_);
         }
         if (owner == "card")
-            return std::to_string(++cardTypes_);
+            return std::to_string(newCardType());
         return std::to_string(++frameTypes_);
+    }
+
+    uint32_t newCardType()
+    {
+        panelPorts_ = 0;
+        return ++cardTypes_;
     }
 
     static std::string hexadecimal(uint32_t number)
@@ -204,11 +221,24 @@ private:
         // All ports of a group would have one.
         if (name == "portid" || name == "ifname")
             return !isGroup;
+        if (isNeeded(name, scope))
+            return true;
         if (name == "portid-offset" || name == "slot-offset" || name == "fanctrl-offset")
             return false;
         if (row.role() == dcm::Role::ledMap)
             return !leds_.empty();
         return !oneIn(3);
+    }
+
+    // What the record has no useful default for; thresholds go in pairs.
+    static bool isNeeded(const std::string &name, const Scope &scope)
+    {
+        const bool isThreshold = has(name, "high") || has(name, "low");
+        const bool isLimit = endsIn(name, "max") || endsIn(name, "min");
+        const bool isOfPort = name == "driver" || name == "phytype" || name == "porttype" || name == "hidden";
+        const bool isOfSlots = name == "occupyslotnum" || name == "maxcardnum";
+        return (isThreshold && !isLimit) || isOfPort || isOfSlots || name == "color" ||
+               (name == "type" && scope.owner == "memory");
     }
 
     static bool isListOfEntries(const dcm::Element &format)
@@ -231,8 +261,15 @@ private:
             const dcm::Vocabulary *states = dcm::ledStateWords(scope.ledType);
             count = std::min(count, states != nullptr ? static_cast<uint32_t>(states->count) : 1);
         }
-        if (scope.owner == "source" && dcm::ledStateWords(scope.leds.front().type) == nullptr)
+        if (scope.owner == "source" &&
+            (dcm::ledStateWords(scope.leds.front().type) == nullptr || dcm::ledStateWords(scope.source) == nullptr))
             return;
+        // A pair takes two states in a row.
+        if (scope.owner == "source")
+            count = std::min(count, static_cast<uint32_t>(dcm::ledStateWords(scope.source)->count + 1) / 2);
+        // A run of port LEDs for each port.
+        if (scope.owner == "portled-entity" && panelPorts_ != 0)
+            count = std::min(count, panelPorts_);
         if (isLed || scope.owner == "led-map")
             count = scope.count = std::min<uint32_t>(count, 8);
         for (uint32_t id = 1; id <= count;) {
@@ -281,6 +318,8 @@ private:
         case Kind::none:
             return "";
         case Kind::keyword: {
+            if (name == "porttype" || name == "hidden")
+                return name == "porttype" ? (areLines_ ? "line" : "client") : (areHidden_ ? "yes" : "no");
             std::vector<std::string> words = dcmtool::wordsOf(*content.vocabulary);
             // Those that the set has no room for stand at the end.
             return words[below(
@@ -289,7 +328,7 @@ private:
         case Kind::ledState:
             return state(name == "type" ? scope.source : shownType(scope));
         case Kind::bitList:
-            return list(name, content);
+            return content.limit == DCM_SLOT_MAX && isSlotKind(name) ? slotsOf(name) : list(name, content);
         case Kind::numberList: {
             std::string types;
             for (uint32_t type = 1; type <= kCardTypes; type++)
@@ -297,6 +336,8 @@ private:
             return types;
         }
         case Kind::text:
+            if (name == "ifname" || name == "ifname-prefix")
+                return name == "ifname" ? "if" + std::to_string(++interfaces_ % 1000) : "p";
             return std::string(below(static_cast<uint32_t>(content.limit) + 1), static_cast<char>('a' + below(26)));
         case Kind::ledName:
             scope.ledType = scope.leds.front().type;
@@ -316,6 +357,21 @@ private:
         const dcm::Vocabulary *states = dcm::ledStateWords(type);
         // A state may stand once for each LED.
         return states != nullptr ? dcmtool::wordsOf(*states)[state_++ % states->count] : "default";
+    }
+
+    static constexpr const char *kSlotKinds[] = {"mpu", "lpu", "sfu", "fan", "lcd", "power"};
+
+    static bool isSlotKind(const std::string &name)
+    {
+        return std::find(std::begin(kSlotKinds), std::end(kSlotKinds), name) != std::end(kSlotKinds);
+    }
+
+    // Each kind has slots of its own.
+    std::string slotsOf(const std::string &kind)
+    {
+        const auto position = std::find(std::begin(kSlotKinds), std::end(kSlotKinds), kind) - std::begin(kSlotKinds);
+        const auto first = static_cast<uint32_t>(1 + 5 * position);
+        return std::to_string(first) + "-" + std::to_string(first + below(5));
     }
 
     std::string list(const std::string &name, const dcm::Content &content)
@@ -340,6 +396,8 @@ private:
             return std::to_string(1 + below(kSlots));
         if (name == "fanctrl")
             return std::to_string(1 + below(DCM_FAN_CTRL_MAX));
+        if (name == "ifindex")
+            return std::to_string(++interfaces_);
         if (name == "portid")
             return scope.ids;
         if (name == "id")
@@ -355,7 +413,11 @@ private:
     std::string text_;
     std::vector<Led> leds_; // declared last
 
-    uint32_t fans_ = 0; // of the fan module
+    uint32_t fans_ = 0;       // of the fan module
+    uint32_t panelPorts_ = 0; // of the card
+    bool areLines_ = false;   // all of them
+    bool areHidden_ = false;
+    uint32_t interfaces_ = 0;
     uint32_t state_ = 0;
     uint32_t frameTypes_ = 0;
     uint32_t slotTypes_ = 0;

@@ -1,5 +1,6 @@
 #include "tools/dcm/description/led_names.h"
 
+#include "common/number.h"
 #include "common/vocabularies.h"
 
 #include <cstring>
@@ -32,7 +33,7 @@ LedName splitName(const char *written)
     name.type = takeUntil(text, '-', hasType);
     name.id = takeUntil(text, '@', hasId);
     const std::string where = takeUntil(text, '/', hasCard);
-    const size_t slot = where.find_first_of("#0123456789");
+    const size_t slot = where.find_first_of("#0123456789 ");
     name.attach = where.substr(0, slot);
     name.slot = slot == std::string::npos ? "" : where.substr(slot);
     name.card = text;
@@ -42,8 +43,14 @@ LedName splitName(const char *written)
 
 bool isSmallNumber(const std::string &text)
 {
-    return !text.empty() && text.size() <= 3 && text.find_first_not_of("0123456789") == std::string::npos &&
-           std::stoi(text) <= UINT8_MAX;
+    const char *end = nullptr;
+    return !text.empty() && text.size() <= 3 && dcm::readNumber(text.c_str(), &end) <= UINT8_MAX &&
+           end == text.c_str() + text.size();
+}
+
+uint32_t smallNumber(const std::string &text)
+{
+    return dcm::readNumber(text.c_str());
 }
 
 bool isPlace(const std::string &text)

@@ -5,6 +5,7 @@
 #include "tools/words.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace dcmtool {
@@ -24,8 +25,9 @@ constexpr size_t kLongestName = 200;
 
 LedName splitName(const char *written);
 
-// A number from 0 to 255.
+// A number from 0 to 255, of any base, and its value.
 bool isSmallNumber(const std::string &text);
+uint32_t smallNumber(const std::string &text);
 // A slot or card in an LED name.
 bool isPlace(const std::string &text);
 // Whether each part of it can be read.

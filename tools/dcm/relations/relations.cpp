@@ -190,7 +190,7 @@ std::vector<Node> TargetIndex::findLeds(const char *name, Node holder) const
     const LedName led = splitName(name);
     if (!isLedName(led))
         return {};
-    const uint32_t key = ledKey(led.type.c_str(), static_cast<uint32_t>(std::stoi(led.id)));
+    const uint32_t key = ledKey(led.type.c_str(), smallNumber(led.id));
     std::vector<Node> leds = elementsOf({Target::led, holder, key});
     const bool isOfSystem = led.attach == gDcmEttAttachStrs[dcm::kAttachSys];
     const bool isOfCard = led.attach == gDcmEttAttachStrs[dcm::kAttachCard];

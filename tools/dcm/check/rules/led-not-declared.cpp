@@ -21,7 +21,7 @@ void ledNotDeclared(const Value &value, Findings &findings)
     if (map == nullptr || map->parent == nullptr || !isLedName(name))
         return;
     const Declarations &declarations = value.context.type.declarations;
-    const auto id = static_cast<uint32_t>(std::stoi(name.id));
+    const auto id = smallNumber(name.id);
     if (declarations.ledsOf(map->parent->node).has(name.type.c_str(), id))
         return;
     const bool isOfSystem = name.attach == gDcmEttAttachStrs[dcm::kAttachSys];

@@ -26,34 +26,49 @@ Identity identityOf(const DcmEthpppIfInfo &port)
     return {0, 0, 0, port.portId == 0 ? uint32_t{DCM_PORT_UNSPEC} : port.portId};
 }
 
+// The ports of a block by their numbers: port 0 is the one to all slots, and absent elsewhere.
+using Identities = std::vector<Identity>;
+
+constexpr Identity kAbsent = {0, 0, 0, DCM_PORT_UNSPEC};
+
 template <class Port, size_t Size>
-void findSamePorts(const Context &block, const Port (&ports)[Size], Findings &findings)
+Identities identitiesOf(const Port (&ports)[Size], const Identity &portZero = kAbsent)
 {
     static_assert(Size <= DCM_PANEL_IF_MAX);
+    Identities identities = {portZero};
+    for (const Port &port : ports)
+        identities.push_back(identityOf(port));
+    return identities;
+}
+
+void findSamePorts(const Context &block, const Identities &ports, Findings &findings)
+{
     std::optional<Describers> describers; // mostly no one asks
-    for (uint32_t i = 1; i < Size; i++) {
-        const Identity identity = identityOf(ports[i]);
-        if (std::get<3>(identity) == DCM_PORT_UNSPEC)
+    Node reported = nullptr;              // of a group, the first port is enough
+    for (uint32_t i = 1; i < ports.size(); i++) {
+        const uint32_t portId = std::get<3>(ports[i]);
+        if (portId == DCM_PORT_UNSPEC)
             continue;
         uint32_t first = 0;
-        while (first < i && identityOf(ports[first]) != identity)
+        while (first < i && ports[first] != ports[i])
             first++;
         if (first == i)
             continue;
         if (!describers)
             describers = describersIn(block);
-        const KnownChild *one = (*describers)[first + 1];
-        const KnownChild *other = (*describers)[i + 1];
-        if (one == nullptr || other == nullptr)
+        const KnownChild *one = (*describers)[first];
+        const KnownChild *other = (*describers)[i];
+        if (one == nullptr || other == nullptr || other->node == reported)
             continue;
+        reported = other->node;
         if (findings.counts(other->node))
             continue;
-        Finding &finding = findings.atValue(
-            other->node, idAttribute(*block.rowOf(*other).element)->name,
-            "port " + std::to_string(i + 1) + " has the port id " + std::to_string(ports[i].portId) + " of port " +
-                std::to_string(first + 1) + ": what comes from one is taken for the other's");
+        Finding &finding =
+            findings.atValue(other->node, idAttribute(*block.rowOf(*other).element)->name,
+                             "port " + std::to_string(i) + " has the port id " + std::to_string(portId) + " of port " +
+                                 std::to_string(first) + ": what comes from one is taken for the other's");
         if (one->node != other->node)
-            finding.noting(idSpan(block, *one, findings), "port " + std::to_string(first + 1) + " stands here");
+            finding.noting(idSpan(block, *one, findings), "port " + std::to_string(first) + " is here");
     }
 }
 
@@ -64,19 +79,19 @@ void samePortId(const Context &context, Findings &findings)
     const Role port = context.roleOf(context.children.front());
     if (const DcmCardInfo *card = context.type.card) {
         if (port == Role::managementPort)
-            findSamePorts(context, card->methIf, findings);
+            findSamePorts(context, identitiesOf(card->methIf), findings);
         else if (port == Role::panelPort || port == Role::panelPortGroup)
-            findSamePorts(context, card->panelIf, findings);
+            findSamePorts(context, identitiesOf(card->panelIf), findings);
         else if (port == Role::gccPort)
-            findSamePorts(context, card->gccIf, findings);
+            findSamePorts(context, identitiesOf(card->gccIf), findings);
         else if (port == Role::ethpppPort)
-            findSamePorts(context, card->ethpppIf, findings);
+            findSamePorts(context, identitiesOf(card->ethpppIf), findings);
     }
     if (const DcmSlotInfo *slot = context.type.slot) {
         if (port == Role::innerPort || port == Role::innerPortGroup)
-            findSamePorts(context, slot->syncIf, findings);
+            findSamePorts(context, identitiesOf(slot->syncIf, identityOf(slot->broadcastSyncIf)), findings);
         else if (port == Role::sfuPortGroup)
-            findSamePorts(context, slot->sfuIf, findings);
+            findSamePorts(context, identitiesOf(slot->sfuIf), findings);
     }
 }
 

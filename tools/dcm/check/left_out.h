@@ -1,0 +1,17 @@
+// What an element lacks.
+#ifndef DCM_TOOLS_CHECK_LEFT_OUT_H
+#define DCM_TOOLS_CHECK_LEFT_OUT_H
+
+#include "common/format.h"
+#include "tools/dcm/description/description_file.h"
+
+namespace dcmtool {
+
+// Whether the element has neither the child or attribute nor one that is probably a misspelling of it, which is
+// reported as unknown.
+bool lacksChild(Node element, const dcm::Element &format, const char *name);
+bool lacksAttribute(Node element, const dcm::Element &format, const char *name);
+
+} // namespace dcmtool
+
+#endif

@@ -1,0 +1,126 @@
+#include "common/vocabularies.h"
+#include "tools/dcm/check/left_out.h"
+#include "tools/dcm/check/rule.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace dcmtool {
+
+namespace {
+
+// What an element needs: a child of a role, or the one whose words are these.
+struct Needed {
+    Roles parents;
+    Role child;
+    const dcm::Vocabulary *words;
+    const char *effect;
+};
+
+constexpr Needed kNeeded[] = {
+    {rolesOf(Role::managementPort), Role::portId, nullptr, "the port id is 65535, and the port counts as absent"},
+    {rolesOf(Role::innerPort), Role::portId, nullptr, "the port id is 65535, and the port counts as absent"},
+    {rolesOf(Role::panelPort, Role::gccPort), Role::portId, nullptr, "the port id is 65535, which means none"},
+    {rolesOf(Role::ethpppPort), Role::portId, nullptr, "the port id is 0"},
+    {rolesOf(Role::managementPort, Role::panelPort, Role::panelPortGroup, Role::innerPort, Role::innerPortGroup,
+             Role::sfuPortGroup),
+     Role::driver, nullptr, "no driver serves the port"},
+    {rolesOf(Role::managementPort, Role::panelPort, Role::panelPortGroup, Role::gccPort, Role::innerPort,
+             Role::innerPortGroup, Role::sfuPortGroup),
+     Role::phyType, nullptr, "the port has no PHY type"},
+    {rolesOf(Role::memory), Role::none, &dcm::kMemoryTypeWords, "the memory has no type"},
+    {rolesOf(Role::ledState), Role::none, &dcm::kLedColorWords, "the LED shows the state in red"},
+};
+
+const char *nameOf(const Needed &needed, const dcm::Element &format)
+{
+    for (size_t i = 0; i < format.childCount; i++) {
+        const dcm::NamedElement &row = format.children[i];
+        if (needed.words != nullptr ? row.element->content.vocabulary == needed.words : row.role() == needed.child)
+            return row.name;
+    }
+    return nullptr;
+}
+
+// What the record has of a port that may have been described in several places.
+struct Entry {
+    uint32_t portId;
+    uint32_t driver;
+    uint32_t phyType;
+};
+
+template <class Port> Entry entryOf(const Port &port)
+{
+    return {port.portId, port.drvType, port.phyType};
+}
+Entry entryOf(const DcmGccIfInfo &port)
+{
+    return {port.portId, 0, port.phyType};
+}
+Entry entryOf(const DcmEthpppIfInfo &port)
+{
+    return {port.portId == 0 ? uint32_t{DCM_PORT_UNSPEC} : port.portId, 0, 0};
+}
+
+template <class Port, size_t Size> std::optional<Entry> entryIn(const Port (&ports)[Size], uint32_t id)
+{
+    return id >= 1 && id <= Size ? std::optional(entryOf(ports[id - 1])) : std::nullopt;
+}
+
+std::optional<Entry> entryOf(const Context &port, uint32_t id)
+{
+    const DcmCardInfo *card = port.type.card;
+    const DcmSlotInfo *slot = port.type.slot;
+    if (card != nullptr && port.role == Role::managementPort)
+        return entryIn(card->methIf, id);
+    if (card != nullptr && (port.role == Role::panelPort || port.role == Role::panelPortGroup))
+        return entryIn(card->panelIf, id);
+    if (card != nullptr && port.role == Role::gccPort)
+        return entryIn(card->gccIf, id);
+    if (card != nullptr && port.role == Role::ethpppPort)
+        return entryIn(card->ethpppIf, id);
+    if (slot != nullptr && (port.role == Role::innerPort || port.role == Role::innerPortGroup))
+        return id == 0 ? entryOf(slot->broadcastSyncIf) : entryIn(slot->syncIf, id);
+    if (slot != nullptr && port.role == Role::sfuPortGroup)
+        return entryIn(slot->sfuIf, id);
+    return std::nullopt;
+}
+
+// Whether another description of the ports has what this one lacks.
+bool isElsewhere(const Context &port, Role child)
+{
+    if (!dcm::isPort(port.role))
+        return false;
+    const std::vector<uint32_t> &ids = port.ids();
+    return !ids.empty() && std::all_of(ids.begin(), ids.end(), [&](uint32_t id) {
+        const std::optional<Entry> entry = entryOf(port, id);
+        return entry && (child == Role::portId   ? entry->portId != DCM_PORT_UNSPEC
+                         : child == Role::driver ? entry->driver != 0
+                                                 : entry->phyType != 0);
+    });
+}
+
+// All that an element lacks is one mistake.
+void missingElement(const Context &context, Findings &findings)
+{
+    std::string text;
+    for (const Needed &needed : kNeeded) {
+        if ((needed.parents & rolesOf(context.role)) == 0)
+            continue;
+        const char *name = nameOf(needed, *context.format);
+        if (name != nullptr && lacksChild(context.node, *context.format, name) && !isElsewhere(context, needed.child))
+            text += (text.empty() ? "" : "; ") + quotedName(name) + " is missing: " + needed.effect;
+    }
+    if (!text.empty())
+        findings.atName(context.node, text);
+}
+
+} // namespace
+
+extern constexpr Rule kMissingElement = {"missing-element", Severity::warning,
+                                         onElements(missingElement, Role::managementPort, Role::panelPort,
+                                                    Role::panelPortGroup, Role::gccPort, Role::ethpppPort,
+                                                    Role::innerPort, Role::innerPortGroup, Role::sfuPortGroup,
+                                                    Role::memory, Role::ledState)};
+
+} // namespace dcmtool
