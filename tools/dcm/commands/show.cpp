@@ -230,7 +230,7 @@ Command showCommand()
             "Show a page for people: everything that a frame, slot or card is described with",
             {fileOption(selection->file, ", - for standard input"),
              {"--width", "Columns of a line, from 40 [the terminal's, or 100]", &options->width, "N", {}, {40, 1000}},
-             {"--color", "Colours: auto, always or never [auto]", &options->colour, "WHEN", colours},
+             {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"--ascii", "Without characters that are not ASCII", &options->isAscii},
              {"--no-pager", "No pager where the terminal is too short", &options->isPagerOff}},
             [selection, options] { return runShow(*selection, *options); },

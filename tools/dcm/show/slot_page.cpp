@@ -55,22 +55,19 @@ Table portTable(const char *peer, const std::vector<InnerPort> &ports)
     for (const auto &group : groups) {
         const InnerPort &first = ports[group[0]];
         const Record port = recordOf(*first.info);
-        std::vector<uint32_t> peers;
-        std::vector<uint32_t> numbers;
-        for (const size_t i : group) {
-            peers.push_back(ports[i].number);
-            numbers.push_back(ports[i].info->portId);
-        }
-        const std::string range = first.info->portId == DCM_PORT_UNSPEC ? kAbsent : sequenceOf(numbers);
+        const std::string range = first.info->portId == DCM_PORT_UNSPEC
+                                      ? kAbsent
+                                      : rangesOf(group, [&ports](size_t i) { return ports[i].info->portId; });
         const std::string prefix = prefixOf(*first.info);
-        table.rows.push_back({{first.number == 0 ? first.peer : sequenceOf(peers)},
-                              {range},
-                              {kindOf(port)},
-                              {given(port, "portType")},
-                              {first.info->drvType == 0 ? "none" : port["drvType"].words()},
-                              {given(port, "workmode")},
-                              placesOf(port),
-                              {prefix.empty() ? nameOf(*first.info) : prefix + range}});
+        table.rows.push_back(
+            {{first.number == 0 ? first.peer : rangesOf(group, [&ports](size_t i) { return ports[i].number; })},
+             {range},
+             {kindOf(port)},
+             {given(port, "portType")},
+             {first.info->drvType == 0 ? "none" : port["drvType"].words()},
+             {given(port, "workmode")},
+             placesOf(port),
+             {prefix.empty() ? nameOf(*first.info) : prefix + range}});
     }
     return table;
 }
@@ -142,7 +139,7 @@ Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings)
     page.title = {Text("Panel ports of a virtual machine", kBold), Text(countOf(vm.ifindexNum, "port"))};
     page.place = {surroundings.place};
     Table table = {{{"what"}, {"numbers"}}, {}, false};
-    table.rows.push_back({{Text("interface indexes", kDim)}, {sequenceOf(indexes)}});
+    table.rows.push_back({{Text("interface indexes", kDim)}, {rangesOf(indexes)}});
     page.sections = {{"", {}, {table}}};
     return page;
 }
