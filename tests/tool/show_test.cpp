@@ -15,7 +15,6 @@
 
 using namespace dcmtool;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 
@@ -287,7 +286,7 @@ TEST(Show, NeedsNothingButAsciiWhereItIsAsked)
 
 TEST(Show, StaysInItsWidthAndSizeWhateverARecordHolds)
 {
-    std::mt19937 random(7); // NOLINT(cert-msc51-cpp): each run is the same
+    std::mt19937 random(7); // NOLINT(cert-msc51-cpp,cert-msc32-c): each run is the same
     const auto expectBounded = [&](auto info) {
         auto *bytes = reinterpret_cast<uint8_t *>(&info);
         for (size_t i = 0; i < sizeof info; i++)
