@@ -286,6 +286,15 @@ TEST(Show, NeedsNothingButAsciiWhereItIsAsked)
     EXPECT_THAT(page, HasSubstr("1V8 \\u00e9"));
 }
 
+TEST(Show, NamesSomeOfVeryManyTypesOfASlot)
+{
+    Surroundings surroundings;
+    surroundings.types.assign(100000, 7);
+    const std::string page = layOut(pageOf(DcmSlotInfo(), surroundings), {});
+    EXPECT_THAT(page, HasSubstr("0x7, ... (100000)"));
+    EXPECT_LT(page.size(), 500U);
+}
+
 TEST(Show, StaysInItsWidthAndSizeWhateverARecordHolds)
 {
     std::mt19937 random(7); // NOLINT(cert-msc51-cpp,cert-msc32-c): each run is the same

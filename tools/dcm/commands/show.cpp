@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <set>
 
 using namespace dcmtool;
 
@@ -63,6 +64,11 @@ private:
     void readFrames()
     {
         areFramesRead_ = true;
+        // A frame may list many more types than there are.
+        std::set<uint32_t> described;
+        for (const DescribedType &type : types_)
+            if (type.kind == RecordKind::card)
+                described.insert(type.typeIds[0]);
         Queries queries(file_, true);
         for (const DescribedType &type : types_) {
             DcmFrameInfo frame;
@@ -74,6 +80,8 @@ private:
                 for (const uint32_t cardType : frame.supportCardType[slot]) {
                     if (cardType == 0)
                         break;
+                    if (described.count(cardType) == 0)
+                        continue;
                     if (slots[cardType].empty() || slots[cardType].back() != slot + 1)
                         slots[cardType].push_back(slot + 1);
                 }

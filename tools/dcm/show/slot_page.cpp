@@ -88,17 +88,23 @@ std::string typeName(uint32_t type)
     return name;
 }
 
+// The type that was asked for, then the others; of very many the first ones.
+std::string typeNames(uint32_t type, const std::vector<uint32_t> &types)
+{
+    constexpr size_t kShown = 16;
+    std::string names = typeName(type);
+    for (size_t i = 0; i < std::min(types.size(), kShown); i++)
+        names += types[i] != type ? ", " + typeName(types[i]) : "";
+    return types.size() > kShown ? names + ", ... (" + std::to_string(types.size()) + ")" : names;
+}
+
 } // namespace
 
 Page pageOf(const DcmSlotInfo &slot, const Surroundings &surroundings)
 {
-    std::string types = typeName(slot.type);
-    for (const uint32_t type : surroundings.types)
-        if (type != slot.type)
-            types += ", " + typeName(type);
     Page page;
-    page.title = {Text("Slot type " + types, kBold), Text(countOf(slot.maxCardNum, "card")),
-                  Text(slot.supportPoe != 0 ? "PoE" : "")};
+    page.title = {Text("Slot type " + typeNames(slot.type, surroundings.types), kBold),
+                  Text(countOf(slot.maxCardNum, "card")), Text(slot.supportPoe != 0 ? "PoE" : "")};
     page.place = {surroundings.place, "found by the type of a slot, which no frame of a description names"};
 
     std::vector<InnerPort> inner = portsOf(slot.syncIf);
