@@ -144,6 +144,9 @@ completes_exports() {
     offers 'what can be exported' frame slot card -- export ''
     offers 'types to export' 1 2 -- export --file "$example" frame ''
     offers 'modes to export' 0 1 -- export --file "$example" card 0x0402 ''
+    offers 'what can be shown' frame slot card -- show ''
+    offers 'types to show' 1 2 -- show --width 80 --file "$example" frame ''
+    offers 'when to colour a page' auto always never -- show --color ''
 }
 
 completes_drawings() {

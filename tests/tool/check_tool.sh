@@ -531,6 +531,7 @@ shows_the_rest_when_a_query_fails() {
 shown_on_terminal() {
     local rows=$1
     shift
+    status=0
     script --quiet --command "stty rows $rows cols 90; LC_ALL=C.UTF-8 PAGER='sed s/^/paged:/' \
         ${DCM_EMULATOR:+$DCM_EMULATOR }$dcm show $* --file $example" /dev/null </dev/null >"$folder/out" 2>&1
 }

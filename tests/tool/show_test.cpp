@@ -15,7 +15,6 @@
 
 using namespace dcmtool;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 
@@ -86,8 +85,10 @@ private:
         for (const Field &field : record)
             for (const FieldValue value : record.valuesOf(field)) {
                 const std::string path = prefix + field.name + "[" + std::to_string(value.entry()) + "]";
-                if (field.kind == FieldKind::record)
+                if (field.kind == FieldKind::record && (value.entry() < 2 || value.entry() % 7 == 0)) // some of many
                     visit(value.record(), path + ".");
+                else if (field.kind == FieldKind::record)
+                    continue;
                 else if (field.source != nullptr && kUnshown.count(field.name) == 0 && !isOfSlotSupply(path))
                     change(value, field.bits != 0 ? record.table().size : field.stride, mostOf(record, field), path);
             }
@@ -159,7 +160,7 @@ TEST(Show, HasEveryFactOfTheExamplesRecords)
     const auto file = DescriptionFile::open(DCM_SOURCE_DIR "/examples/device.xml");
     ASSERT_EQ(file->state(), DescriptionFile::State::parsed);
     expectFactsOf<DcmFrameInfo>(*file, RecordKind::frame, 1000);
-    expectFactsOf<DcmSlotInfo>(*file, RecordKind::slot, 500);
+    expectFactsOf<DcmSlotInfo>(*file, RecordKind::slot, 200);
     expectFactsOf<DcmCardInfo>(*file, RecordKind::card, 100);
 }
 
@@ -285,9 +286,18 @@ TEST(Show, NeedsNothingButAsciiWhereItIsAsked)
     EXPECT_THAT(page, HasSubstr("1V8 \\u00e9"));
 }
 
+TEST(Show, NamesSomeOfVeryManyTypesOfASlot)
+{
+    Surroundings surroundings;
+    surroundings.types.assign(100000, 7);
+    const std::string page = layOut(pageOf(DcmSlotInfo(), surroundings), {});
+    EXPECT_THAT(page, HasSubstr("0x7, ... (100000)"));
+    EXPECT_LT(page.size(), 500U);
+}
+
 TEST(Show, StaysInItsWidthAndSizeWhateverARecordHolds)
 {
-    std::mt19937 random(7); // NOLINT(cert-msc51-cpp): each run is the same
+    std::mt19937 random(7); // NOLINT(cert-msc51-cpp,cert-msc32-c): each run is the same
     const auto expectBounded = [&](auto info) {
         auto *bytes = reinterpret_cast<uint8_t *>(&info);
         for (size_t i = 0; i < sizeof info; i++)

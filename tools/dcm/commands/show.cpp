@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <set>
 
 using namespace dcmtool;
 
@@ -63,6 +64,11 @@ private:
     void readFrames()
     {
         areFramesRead_ = true;
+        // A frame may list many more types than there are.
+        std::set<uint32_t> described;
+        for (const DescribedType &type : types_)
+            if (type.kind == RecordKind::card)
+                described.insert(type.typeIds[0]);
         Queries queries(file_, true);
         for (const DescribedType &type : types_) {
             DcmFrameInfo frame;
@@ -74,6 +80,8 @@ private:
                 for (const uint32_t cardType : frame.supportCardType[slot]) {
                     if (cardType == 0)
                         break;
+                    if (described.count(cardType) == 0)
+                        continue;
                     if (slots[cardType].empty() || slots[cardType].back() != slot + 1)
                         slots[cardType].push_back(slot + 1);
                 }
@@ -232,7 +240,7 @@ Command showCommand()
             "Show a page for people: everything that a frame, slot or card is described with",
             {fileOption(selection->file, ", - for standard input"),
              {"--width", "Columns of a line, from 40 [the terminal's, or 100]", &options->width, "N", {}, {40, 1000}},
-             {"--color", "Colours: auto, always or never [auto]", &options->colour, "WHEN", colours},
+             {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"--ascii", "Without characters that are not ASCII", &options->isAscii},
              {"--no-pager", "No pager where the terminal is too short", &options->isPagerOff}},
             [selection, options] { return runShow(*selection, *options); },

@@ -39,15 +39,16 @@ COMPLETE(DcmLedStateInfo)
 
 namespace {
 
-// What an LED and an entry of an LED map begin with.
-template <class R> constexpr std::array<Field, 9> ledHead(const char *typeSource, const char *idSource)
+// What an LED and an entry of an LED map begin with. Outside a map, the card is always 0.
+template <class R>
+constexpr std::array<Field, 9> ledHead(const char *typeSource, const char *idSource, int64_t attachCard)
 {
     return {
         word(FIELD(ledType), typeSource, dcm::kLedTypeWords, identity("LEDs are asked for by type and id")),
         number(FIELD(id), idSource, identity("LEDs are asked for by type and id")),
         word(FIELD(attach), typeSource, dcm::kEttAttachWords, identity("whose LED it is")),
         number(FIELD(attachSlot), typeSource, identity("whose LED it is")).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(attachCard), typeSource, identity("whose LED it is")).elseIs(DCM_ID_UNSPEC),
+        number(FIELD(attachCard), typeSource, identity("whose LED it is")).elseIs(attachCard),
         word(FIELD(srcType), "type", dcm::kLedTypeWords, structure("which states drive the LED")),
         number(FIELD(statMapNum), "state", capacity("how many state pairs there are")),
         wordOf(FIELD(srcState), "type", WordSource::ledStates, setting("what drives what the LED shows"))
@@ -72,16 +73,16 @@ template <size_t Size> constexpr std::array<Field, Size + 1> operator+(const std
 
 template <> struct Table<DcmLedHead> : TableOf<DcmLedHead> {
     static constexpr char name[] = "DcmLedHead";
-    static constexpr auto fields = ledHead<DcmLedHead>("led-name", "led-name");
+    static constexpr auto fields = ledHead<DcmLedHead>("led-name", "led-name", DCM_ID_UNSPEC);
 };
 COMPLETE(DcmLedHead)
 
 template <> struct Table<DcmLedInfo> : TableOf<DcmLedInfo> {
     static constexpr char name[] = "DcmLedInfo";
     static constexpr auto fields =
-        ledHead<DcmLedInfo>("type", "id") + record(FIELD(states), "state", structure("which states the LED shows"))
-                                                .statesOf(FIELD(ledType))
-                                                .whereEntryHas(MEMBER(DcmLedStateInfo, pri));
+        ledHead<DcmLedInfo>("type", "id", 0) + record(FIELD(states), "state", structure("which states the LED shows"))
+                                                   .statesOf(FIELD(ledType))
+                                                   .whereEntryHas(MEMBER(DcmLedStateInfo, pri));
 };
 COMPLETE(DcmLedInfo)
 

@@ -74,19 +74,14 @@ public:
     // "1-24"; kAbsent for ports that have no number.
     std::string numbersOf(const std::vector<size_t> &group) const
     {
-        std::vector<uint32_t> numbers;
-        for (const size_t i : group)
-            if (ports_[i]->portId < DCM_PORT_UNSPEC)
-                numbers.push_back(ports_[i]->portId);
-        return numbers.size() == group.size() ? sequenceOf(numbers) : kAbsent;
+        const std::vector<uint32_t> numbers = dcmtool::numbersOf(group, [this](size_t i) { return ports_[i]->portId; });
+        const bool haveNumbers = std::find(numbers.begin(), numbers.end(), DCM_PORT_UNSPEC) == numbers.end();
+        return haveNumbers ? rangesOf(numbers) : kAbsent;
     }
 
     static std::string idsOf(const std::vector<size_t> &group)
     {
-        std::vector<uint32_t> ids;
-        for (const size_t i : group)
-            ids.push_back(static_cast<uint32_t>(i + 1));
-        return sequenceOf(ids);
+        return rangesOf(group, [](size_t i) { return i + 1; });
     }
 
 private:
@@ -108,12 +103,10 @@ private:
 // "21-22": channels in the order of the ports, one if all have the same.
 std::string channelsOf(const Panel &panel, const std::vector<size_t> &group)
 {
-    std::vector<uint32_t> channels;
-    for (const size_t i : group)
-        channels.push_back(panel.info(i).wavelength);
+    std::vector<uint32_t> channels = numbersOf(group, [&panel](size_t i) { return panel.info(i).wavelength; });
     if (std::all_of(channels.begin(), channels.end(), [&](uint32_t channel) { return channel == channels[0]; }))
         channels.resize(1);
-    return channels == std::vector<uint32_t>{0} ? std::string() : "channel " + sequenceOf(channels);
+    return channels == std::vector<uint32_t>{0} ? std::string() : "channel " + rangesOf(channels);
 }
 
 Cell extrasOf(const Panel &panel, const std::vector<size_t> &group)

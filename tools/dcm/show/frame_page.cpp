@@ -104,14 +104,14 @@ Cell spansOf(const std::vector<Slot> &slots, const std::vector<size_t> &group)
     if (!slot.maySpan)
         return slot.isAlone() || !slot.hasRules() ? Cell()
                : slot.span.empty()                ? Cell{Text(kAbsent, kDim)}
-                                                  : Cell{Text("not: " + sequenceOf(slot.span), kDim)};
+                                                  : Cell{Text("not: " + rangesOf(slot.span), kDim)};
     Cell spans;
     const std::vector<uint32_t> *last = nullptr;
     for (const size_t i : group) {
         if (last != nullptr && *last == slots[i].span)
             continue;
         last = &slots[i].span;
-        spans.emplace_back(last->empty() ? "no list" : sequenceOf(*last));
+        spans.emplace_back(last->empty() ? "no list" : rangesOf(*last));
     }
     return spans;
 }
@@ -129,10 +129,7 @@ Section slotSection(const DcmFrameInfo &frame, const Surroundings &surroundings)
             accepts.emplace_back(surroundings.cardName ? surroundings.cardName(type) : cardTypeName(type));
         if (accepts.empty())
             accepts.emplace_back(slot.hasRules() ? "no card" : "no rules described", kDim);
-        std::vector<uint32_t> numbers;
-        for (const size_t i : group)
-            numbers.push_back(slots[i].number);
-        table.rows.push_back({{sequenceOf(numbers)},
+        table.rows.push_back({{rangesOf(group, [&slots](size_t i) { return slots[i].number; })},
                               slot.kinds,
                               {slot.maxCards == 0 ? kAbsent : std::to_string(slot.maxCards)},
                               {Text(slot.firstCardId == 0 ? "" : std::to_string(slot.firstCardId), kDim)},

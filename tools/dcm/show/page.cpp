@@ -12,7 +12,13 @@ namespace dcmtool {
 
 Text &Text::add(std::string_view text, Style style)
 {
-    if (!text.empty())
+    if (text.empty())
+        return *this;
+    const bool isMore =
+        !runs_.empty() && runs_.back().style.colour == style.colour && runs_.back().style.isBold == style.isBold;
+    if (isMore)
+        runs_.back().text += printable(text);
+    else
         runs_.push_back({printable(text), style});
     return *this;
 }

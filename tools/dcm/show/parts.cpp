@@ -28,11 +28,6 @@ std::string countOf(size_t count, const std::string &noun)
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-std::string sequenceOf(const std::vector<uint32_t> &numbers)
-{
-    return rangesOf(numbers);
-}
-
 Text limited(int64_t number, int64_t least, int64_t most, const std::string &unit)
 {
     Text text;
@@ -131,10 +126,7 @@ std::vector<std::vector<size_t>> foldUnits(const std::vector<Unit> &units,
 std::string nameOf(const std::vector<Unit> &units, const std::vector<size_t> &group)
 {
     const std::string name = units[group[0]].name;
-    std::vector<uint32_t> numbers;
-    for (const size_t unit : group)
-        numbers.push_back(units[unit].number);
-    return name.empty() ? name : name + " " + sequenceOf(numbers);
+    return name.empty() ? name : name + " " + rangesOf(group, [&units](size_t i) { return units[i].number; });
 }
 
 } // namespace
@@ -262,7 +254,7 @@ template <class Led> Cell statesOf(const Led &led)
         const std::string colour = state["color"].words();
         const std::string frequency = state["freq"].words();
         Text item(signOf(frequency), styleOf(colour));
-        item.add(" " + state["state"].words()).add(" " + colour + " " + frequency, kDim);
+        item.add(" " + state["state"].words()).add(" " + colour, kDim).add(" " + frequency, kDim);
         const int64_t priority = state["pri"].number();
         const bool isDefault = state["state"].number() == 0;
         if (priority != (isDefault ? int64_t{DCM_LED_STATE_MAX} : expected))
@@ -318,11 +310,10 @@ std::string ledName(const Unit &unit, const std::vector<size_t> &group)
     const DcmLedInfo &led = *unit.leds[group[0]];
     const auto isSameType = [&led](const DcmLedInfo *other) { return other->ledType == led.ledType; };
     const auto ofType = std::count_if(unit.leds.begin(), unit.leds.end(), isSameType);
-    std::vector<uint32_t> ids;
-    for (const size_t i : group)
-        ids.push_back(unit.leds[i]->id);
-    return recordOf(led)["ledType"].words() + (ofType == 1 && led.id == 1 ? "" : " " + sequenceOf(ids)) +
-           unusualOf(led, unit.home);
+    std::string name = recordOf(led)["ledType"].words();
+    if (ofType != 1 || led.id != 1)
+        name += " " + rangesOf(group, [&unit](size_t i) { return unit.leds[i]->id; });
+    return name + unusualOf(led, unit.home);
 }
 
 std::vector<std::vector<size_t>> foldLeds(const std::vector<const DcmLedInfo *> &leds)
@@ -418,9 +409,10 @@ Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &home,
     const auto states = record.valuesOf(record.field("ledState"));
     auto state = states.begin();
     for (const FieldValue source : sources) {
-        const std::string from = source.words();
-        const std::string to = (*state).words();
-        shown.pairs.emplace_back(from == to ? from : from + "→" + to);
+        std::string pair = source.words();
+        if (const std::string to = (*state).words(); pair != to)
+            pair += "→" + to;
+        shown.pairs.emplace_back(pair);
         ++state;
     }
     return shown;

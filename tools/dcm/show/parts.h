@@ -26,8 +26,18 @@ std::string given(const Record &record, const char *field);
 Cell itemsOf(const FieldValue &value, Style style = kPlain);
 // "4 cards"
 std::string countOf(size_t count, const std::string &noun);
-// "1-4,6", "2,1,1": numbers in their order.
-std::string sequenceOf(const std::vector<uint32_t> &numbers);
+// What each of a group has, as "1-4,6" or, in the order of the group, "2,1".
+template <class NumberOf> std::vector<uint32_t> numbersOf(const std::vector<size_t> &group, const NumberOf &numberOf)
+{
+    std::vector<uint32_t> numbers(group.size());
+    std::transform(group.begin(), group.end(), numbers.begin(),
+                   [&](size_t i) { return static_cast<uint32_t>(numberOf(i)); });
+    return numbers;
+}
+template <class NumberOf> std::string rangesOf(const std::vector<size_t> &group, const NumberOf &numberOf)
+{
+    return rangesOf(numbersOf(group, numberOf));
+}
 // A threshold with its limits: "60 °C 45–75"; empty when there is neither.
 Text limited(int64_t number, int64_t least, int64_t most, const std::string &unit = "");
 

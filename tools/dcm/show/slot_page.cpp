@@ -55,22 +55,19 @@ Table portTable(const char *peer, const std::vector<InnerPort> &ports)
     for (const auto &group : groups) {
         const InnerPort &first = ports[group[0]];
         const Record port = recordOf(*first.info);
-        std::vector<uint32_t> peers;
-        std::vector<uint32_t> numbers;
-        for (const size_t i : group) {
-            peers.push_back(ports[i].number);
-            numbers.push_back(ports[i].info->portId);
-        }
-        const std::string range = first.info->portId == DCM_PORT_UNSPEC ? kAbsent : sequenceOf(numbers);
+        const std::string range = first.info->portId == DCM_PORT_UNSPEC
+                                      ? kAbsent
+                                      : rangesOf(group, [&ports](size_t i) { return ports[i].info->portId; });
         const std::string prefix = prefixOf(*first.info);
-        table.rows.push_back({{first.number == 0 ? first.peer : sequenceOf(peers)},
-                              {range},
-                              {kindOf(port)},
-                              {given(port, "portType")},
-                              {first.info->drvType == 0 ? "none" : port["drvType"].words()},
-                              {given(port, "workmode")},
-                              placesOf(port),
-                              {prefix.empty() ? nameOf(*first.info) : prefix + range}});
+        table.rows.push_back(
+            {{first.number == 0 ? first.peer : rangesOf(group, [&ports](size_t i) { return ports[i].number; })},
+             {range},
+             {kindOf(port)},
+             {given(port, "portType")},
+             {first.info->drvType == 0 ? "none" : port["drvType"].words()},
+             {given(port, "workmode")},
+             placesOf(port),
+             {prefix.empty() ? nameOf(*first.info) : prefix + range}});
     }
     return table;
 }
@@ -91,17 +88,23 @@ std::string typeName(uint32_t type)
     return name;
 }
 
+// The type that was asked for, then the others; of very many the first ones.
+std::string typeNames(uint32_t type, const std::vector<uint32_t> &types)
+{
+    constexpr size_t kShown = 16;
+    std::string names = typeName(type);
+    for (size_t i = 0; i < std::min(types.size(), kShown); i++)
+        names += types[i] != type ? ", " + typeName(types[i]) : "";
+    return types.size() > kShown ? names + ", ... (" + std::to_string(types.size()) + ")" : names;
+}
+
 } // namespace
 
 Page pageOf(const DcmSlotInfo &slot, const Surroundings &surroundings)
 {
-    std::string types = typeName(slot.type);
-    for (const uint32_t type : surroundings.types)
-        if (type != slot.type)
-            types += ", " + typeName(type);
     Page page;
-    page.title = {Text("Slot type " + types, kBold), Text(countOf(slot.maxCardNum, "card")),
-                  Text(slot.supportPoe != 0 ? "PoE" : "")};
+    page.title = {Text("Slot type " + typeNames(slot.type, surroundings.types), kBold),
+                  Text(countOf(slot.maxCardNum, "card")), Text(slot.supportPoe != 0 ? "PoE" : "")};
     page.place = {surroundings.place, "found by the type of a slot, which no frame of a description names"};
 
     std::vector<InnerPort> inner = portsOf(slot.syncIf);
@@ -142,7 +145,7 @@ Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings)
     page.title = {Text("Panel ports of a virtual machine", kBold), Text(countOf(vm.ifindexNum, "port"))};
     page.place = {surroundings.place};
     Table table = {{{"what"}, {"numbers"}}, {}, false};
-    table.rows.push_back({{Text("interface indexes", kDim)}, {sequenceOf(indexes)}});
+    table.rows.push_back({{Text("interface indexes", kDim)}, {rangesOf(indexes)}});
     page.sections = {{"", {}, {table}}};
     return page;
 }

@@ -125,7 +125,8 @@ bool PageOutput::write(const std::string &text)
 
 bool PageOutput::startPager()
 {
-    const std::string pager = variable("PAGER").empty() ? "less" : variable("PAGER");
+    const std::string named = variable("PAGER");
+    std::string command = !named.empty() ? named : "command -v less >/dev/null && exec less; exec cat";
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return false;
@@ -137,7 +138,6 @@ bool PageOutput::startPager()
     posix_spawn_file_actions_adddup2(&actions, output_.descriptor(), STDOUT_FILENO);
     char shell[] = "sh";
     char option[] = "-c";
-    std::string command = pager;
     char *arguments[] = {shell, option, command.data(), nullptr};
     const int failed = posix_spawn(&pager_, "/bin/sh", &actions, nullptr, arguments, environ);
     posix_spawn_file_actions_destroy(&actions);
