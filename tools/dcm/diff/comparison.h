@@ -50,6 +50,7 @@ public:
     const std::vector<QueryGroup> &groups() const { return groups_; }
     // How many elements are written differently and answer the same.
     size_t rewritten() const { return rewritten_; }
+    bool areAllCompared() const { return filter_.isAll(); }
     const Side &before() const { return before_; }
     const Side &after() const { return after_; }
 

@@ -82,7 +82,9 @@ std::string summaryOf(const Comparison &comparison)
     if (comparison.worst() == ChangeClass::none)
         return "";
     if (comparison.worst() == ChangeClass::cosmetic)
-        return "cosmetic: every query answers the same" +
+        return std::string("cosmetic: ") +
+               (comparison.areAllCompared() ? "every query answers the same"
+                                            : "the fields that are compared are the same") +
                (rewritten == 0 ? "" : "; " + elements(rewritten) + " written differently") + "\n";
     std::string counts = counted(comparison.count(ChangeClass::breaking), "breaking") +
                          counted(comparison.count(ChangeClass::behaviour), "behaviour") +
