@@ -155,6 +155,7 @@ void Comparison::classify()
         for (const Difference &difference : differencesOf(group, changes)) {
             group.worst = std::max(group.worst, difference.changeClass);
             counts_[static_cast<size_t>(difference.changeClass)]++;
+            group.differences++;
         }
         worst_ = std::max(worst_, group.worst);
     }

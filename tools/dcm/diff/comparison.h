@@ -23,6 +23,7 @@ struct QueryGroup {
     std::vector<QueryId> oldIds;
     std::vector<QueryId> newIds; // the same, unless what is described has another id now
     ChangeClass worst = ChangeClass::none;
+    size_t differences = 0;
 
     bool isRenumbered() const { return !oldIds.empty() && !newIds.empty() && !(oldIds.front() == newIds.front()); }
 };

@@ -86,14 +86,17 @@ bool printAsHtml(const Comparison &comparison, const OwnOutput &output)
     size_t size = 0;
     size_t leftOut = 0;
     for (const QueryGroup &group : comparison.groups()) {
-        std::string table = leftOut == 0 ? tableOf(comparison, group) : "";
+        if (leftOut != 0) {
+            leftOut += group.differences;
+            continue;
+        }
+        std::string table = tableOf(comparison, group);
         comparison.visitDifferences(group, [&](const Difference &difference) {
             const std::string row = leftOut == 0 ? rowOf(comparison, group, difference) : "";
             leftOut += row.empty() || size + table.size() + row.size() > most ? 1 : 0;
             table += leftOut == 0 ? row : "";
         });
-        if (!table.empty())
-            text += table + "</table>\n";
+        text += table + "</table>\n";
         size += table.size();
         if (!output.print(text))
             return false;

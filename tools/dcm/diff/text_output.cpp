@@ -107,6 +107,10 @@ bool printAsText(const Comparison &comparison, const OwnOutput &output)
     size_t leftOut = 0;
     bool isPrinted = true;
     for (const QueryGroup &group : comparison.groups()) {
+        if (leftOut != 0) {
+            leftOut += group.differences;
+            continue;
+        }
         std::string head = headOf(comparison, group);
         comparison.visitDifferences(group, [&](const Difference &difference) {
             const std::string lines = leftOut == 0 ? head + linesOf(comparison, group, difference) : "";
