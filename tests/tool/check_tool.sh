@@ -627,6 +627,9 @@ TEXT
     run diff "$folder/old.xml" "$folder/old.xml"
     expect 'nothing is said of equal files' silent out
     expect 'and nothing on standard error' silent err
+    sed 's|<phytype>ge</phytype>|<phytype>fe</phytype>|' "$example" >"$folder/slower.xml"
+    run diff "$example" "$folder/slower.xml"
+    expect 'what is the same for several ports is one line' says out ' panelIf[0-23].phyType: ge → fe (what the port is)'
     run diff --modes 0x402 "$example"
     expect 'modes are compared' says out 'card 0x402/0 → 0x402/1 panelIf[1].phyType: 10ge → 100ge'
 }

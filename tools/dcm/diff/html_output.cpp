@@ -62,10 +62,12 @@ std::string sideCell(const std::string &value, const std::optional<Place> &place
 std::string rowOf(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
 {
     const std::string name = nameOf(difference.changeClass);
+    // Both sides show what it is about.
+    const bool isShown = !oldText(difference).empty() && !newText(difference).empty();
     return "<tr class=\"" + name + "\"><td>" + name + "</td><td><code>" + escaped(pathOf(difference)) + "</code></td>" +
            sideCell(oldText(difference), oldPlace(comparison, group, difference)) +
            sideCell(newText(difference), newPlace(comparison, group, difference)) + "<td>" +
-           escaped(textOf(difference)) + "</td></tr>\n";
+           escaped(isShown ? difference.message : textOf(difference)) + "</td></tr>\n";
 }
 
 std::string tableOf(const Comparison &comparison, const QueryGroup &group)
