@@ -135,9 +135,10 @@ every_command_opens_regular_files_only() {
     write_unopened
     while IFS= read -r reason; do
         local file=${reason%%: *}
-        for command in 'frame 1' 'slot 1' 'card 1' list 'list --json' export show 'draw frame 1'; do
+        for command in 'frame 1 --file' 'slot 1 --file' 'card 1 --file' 'list --file' 'list --json --file' 'export --file' \
+            'show --file' 'draw frame 1 --file' "diff $example"; do
             # shellcheck disable=SC2086 # words of a command
-            run $command --file "$file"
+            run $command "$file"
             expect "$command does not open $file" exits 66
             expect 'standard error says why, and nothing else' [ "$(cat "$folder/err")" = "dcm: $reason" ]
             expect 'standard output is silent' silent out
@@ -210,11 +211,18 @@ nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
         for format in text json sarif; do
             run_hostile check --format "$format" "$name/$file.xml"
         done
+        for format in text json html; do
+            run_hostile diff --format "$format" "$example" "$name/$file.xml"
+            run_hostile diff --format "$format" --git-driver "$hostile_bytes" "$name/$file.xml" 0 0 "$example" 0 0
+        done
     done
     run_hostile --log vm 3 --root "$name"
     run_hostile list --file "$name/device/vm-3.xml"
     run_hostile check "$name/device/vm-3.xml"
     run_hostile check -W "no-$hostile_bytes" "$example"
+    run_hostile diff --for "$hostile_bytes" "$example" "$example"
+    run_hostile diff "HEAD:$hostile_bytes" "$example"
+    run_hostile git-setup "$hostile_bytes"
     run_hostile frame 1 "$hostile_bytes"
     for command in list export show; do
         run_hostile $command --file - <"$name/torn.xml"
@@ -261,7 +269,7 @@ ends_with_71_without_memory() {
         head -n 600000 < <(yes '<a/><a/><a/><a/>')
         echo '</frame></device>'
     } >"$folder/many.xml"
-    for command in 'frame 1 -f' 'list -f' 'export -f' 'draw frame 1 -f' check; do
+    for command in 'frame 1 -f' 'list -f' 'export -f' 'draw frame 1 -f' check "diff $example"; do
         status=0
         # shellcheck disable=SC2086 # words of a command
         (
@@ -1257,6 +1265,229 @@ draw_makes_the_pictures_of_the_documentation() {
         cmp "$picture" "$folder/${picture##*/}" >"$folder/out" 2>"$folder/err" || status=$?
         expect "${picture##*/} is as scripts/pictures.sh draws it" exits 0
     done
+}
+
+# Two descriptions: of a card, a threshold differs, and a port has another kind.
+write_compared() {
+    cat >"$folder/old.xml" <<'XML'
+<device>
+  <card typeid="0x21" name="line">
+    <panel-port num="1" startportid="1" maxportid="1">
+      <port id="1"><portid>1</portid><phytype>100ge</phytype></port>
+    </panel-port>
+  </card>
+  <slot typeid="1"/>
+</device>
+XML
+    sed 's/100ge/10ge/; s/"line"/"other"/' "$folder/old.xml" >"$folder/new.xml"
+    sed 's/"line"/"other"/' "$folder/old.xml" >"$folder/renamed.xml"
+    sed 's/0x21/33/; s/typeid="1"/typeid="0x1"/' "$folder/old.xml" >"$folder/rewritten.xml"
+}
+
+diff_names_the_query_the_field_and_both_places() {
+    write_compared
+    (cd "$folder" && tool diff old.xml new.xml) >"$folder/out" 2>"$folder/err" || true
+    status=0
+    cat >"$folder/expected" <<'TEXT'
+card 0x21/0
+  dcm export card 0x21 0 --file old.xml
+  dcm export card 0x21 0 --file new.xml
+  breaking: card 0x21/0 panelIf[0].phyType: 100ge → 10ge (what the port is)
+      old.xml:4:47 → new.xml:4:47
+  behaviour: card 0x21/0 name: 'line' → 'other' (a name)
+      old.xml:2:29 → new.xml:2:29
+
+1 breaking, 1 behaviour
+TEXT
+    expect 'the differences are shown, the worst first' cmp -s "$folder/expected" "$folder/out"
+    run diff "$folder/old.xml" "$folder/rewritten.xml"
+    expect 'what is cosmetic is one line' says out 'cosmetic: every query answers the same; 2 types are written differently'
+    run diff "$folder/old.xml" "$folder/old.xml"
+    expect 'nothing is said of equal files' silent out
+    expect 'and nothing on standard error' silent err
+    sed 's|<phytype>ge</phytype>|<phytype>fe</phytype>|' "$example" >"$folder/slower.xml"
+    run diff "$example" "$folder/slower.xml"
+    expect 'what is the same for several ports is one line' says out ' panelIf[0-23].phyType: ge → fe (what the port is)'
+    run diff --modes 0x402 "$example"
+    expect 'modes are compared' says out 'card 0x402/0 → 0x402/1 panelIf[1].phyType: 10ge → 100ge'
+}
+
+diff_exits_with_the_worst_class() {
+    write_compared
+    while read -r new options expected; do
+        # shellcheck disable=SC2086 # words of a command
+        run diff ${options//,/ } "$folder/old.xml" "$folder/$new.xml"
+        expect "diff ${options//,/ } with $new" exits "$expected"
+        expect 'standard error is silent' silent err
+    done <<'TABLE'
+old --format,text 0
+old --fail-on,cosmetic 0
+rewritten --format,text 0
+rewritten --fail-on,cosmetic 1
+renamed --format,text 1
+renamed --fail-on,behaviour 1
+renamed --fail-on,breaking 0
+new --format,text 2
+new --format,json 2
+new --format,html 2
+new --fail-on,breaking 2
+new --for=name 1
+new --for=name,--for=phyType 2
+new --for=portId 0
+TABLE
+    run diff "$folder/old.xml" "$folder/none.xml"
+    expect 'a side that cannot be read' exits 66
+    run diff "$folder/old.xml" - <<<'<device>'
+    expect 'a side that is not well-formed' exits 66
+    expect 'is said with its place' says err '<stdin>:2:1: '
+    run diff "$folder/old.xml" - <<<'<other/>'
+    expect 'a side that is no description' exits 66
+    expect 'prints nothing' silent out
+    for command in 'diff' 'diff a' 'diff a b c' 'diff - -' 'diff --fail-on none a b' 'diff --for phytype a b' \
+        'diff --for= a b' 'diff --modes 1 a b' 'diff --git-driver a b' 'diff --format sarif a b' 'git-setup a b'; do
+        # shellcheck disable=SC2086 # words of a command
+        run $command
+        expect "'dcm $command' is wrong usage" exits 64
+    done
+}
+
+# What the differences say in the exports of both sides.
+replays() {
+    tool export --file "$folder/old.xml" >"$folder/old.json"
+    tool export --file "$folder/new.xml" >"$folder/new.json"
+    python3 - "$folder" <<'PYTHON'
+import json, re, sys
+folder = sys.argv[1]
+def load(name):
+    return json.load(open(f"{folder}/{name}"))
+def value(export, difference, path):
+    found = next(entry["record"] for entry in export[difference["kind"] + "s"]
+                 if difference["type"] in entry["typeIds"] and difference["mode"] == entry.get("mode"))
+    for step in re.findall(r"\w+", path):
+        found = found[int(step) if step.isdigit() else step]
+    return found
+differences = load("out")["differences"]
+for difference in differences:
+    path = difference["path"]
+    assert value(load("old.json"), difference, difference.get("oldPath", path)) == difference["old"], difference
+    assert value(load("new.json"), difference, path) == difference["new"], difference
+assert len(differences) == 2
+PYTHON
+}
+
+diff_prints_json_that_exports_confirm() {
+    write_compared
+    run diff --format json "$folder/old.xml" "$folder/new.xml"
+    expect 'the output follows its schema' follows diff
+    expect 'exports hold what it says' replays
+    for new in old rewritten renamed; do
+        run diff --format json "$folder/old.xml" "$folder/$new.xml"
+        expect "the output for $new follows its schema" follows diff
+    done
+    run diff --format json "$folder/old.xml" - <<<'<device><card typeid="7"/><slot typeid="1,2"/></device>'
+    expect 'the output for other types follows its schema' follows diff
+    run diff --format json "$source/examples/vm-3.xml" "$folder/old.xml"
+    expect 'the output for a port list follows its schema' follows diff
+}
+
+diff_prints_html_that_loads_nothing() {
+    write_compared
+    sed -i 's/"line"/"\&lt;script src=x>"/' "$folder/old.xml"
+    sed 's/"&lt;script src=x>"/"b\&quot;"/' "$folder/old.xml" >"$folder/new.xml"
+    run diff --format html "$folder/old.xml" "$folder/new.xml"
+    expect 'a name is text' says out '&lt;script src=x&gt;'
+    expect 'and no element' [ "$(grep -cF '<script' "$folder/out")" = 0 ]
+    expect 'nothing else is fetched' [ "$(grep -cE '(src|href)="|url\(|@import' "$folder/out")" = 0 ]
+    expect 'it is well-formed' python3 - "$folder/out" <<'PYTHON'
+import html.parser, sys
+open_tags = []
+class Parser(html.parser.HTMLParser):
+    def handle_starttag(self, tag, attributes):
+        if tag != "meta":
+            open_tags.append(tag)
+    def handle_endtag(self, tag):
+        assert open_tags.pop() == tag, tag
+parser = Parser()
+parser.feed(open(sys.argv[1]).read())
+assert not open_tags, open_tags
+PYTHON
+}
+
+# A work tree with the old description in its first revision, and the tool as "dcm".
+write_repository() {
+    command -v git >/dev/null || skip 'git is not there'
+    write_compared
+    mkdir "$folder/bin" "$folder/tree"
+    printf '#!/bin/sh\nexec %s "%s" "$@"\n' "${DCM_EMULATOR:-}" "$(realpath "$dcm")" >"$folder/bin/dcm"
+    chmod +x "$folder/bin/dcm"
+    export PATH="$folder/bin:$PATH" HOME="$folder" GIT_CONFIG_NOSYSTEM=1 GIT_PAGER=cat
+    export GIT_AUTHOR_NAME=a GIT_AUTHOR_EMAIL=a@example.org GIT_COMMITTER_NAME=a GIT_COMMITTER_EMAIL=a@example.org
+    cd "$folder/tree"
+    git init -q -b main .
+    cp "$folder/old.xml" device.xml
+    git add device.xml
+    git commit -qm first
+}
+
+diff_reads_revisions() {
+    write_repository
+    cp "$folder/new.xml" device.xml
+    run diff HEAD:device.xml device.xml
+    expect 'a revision is compared with a file' exits 2
+    expect 'places name the revision' says out 'HEAD:device.xml:4:47 → device.xml:4:47'
+    expect 'it says how to see the record' says out 'git show HEAD:device.xml | dcm export card 0x21 0 --file -'
+    run diff HEAD:device.xml HEAD:device.xml
+    expect 'a revision is compared with itself' exits 0
+    run diff HEAD:none.xml device.xml
+    expect 'a file that the revision lacks is not read' exits 66
+    expect 'git says why' says err "dcm: HEAD:none.xml: fatal: path 'none.xml' does not exist in 'HEAD'"
+    run diff none:device.xml device.xml
+    expect 'nor is a revision that is not there' exits 66
+    run diff 'HEAD:device.xml;touch touched' device.xml
+    expect 'no shell reads the name' exits 66
+    expect 'nothing of it is run' [ ! -e touched ]
+    for name in --output=touched:x -p:x; do
+        run diff -- "$name" device.xml
+        expect "$name is no revision" says err "dcm: $name: No such file or directory"
+    done
+    cp device.xml HEAD:device.xml
+    run diff HEAD:device.xml device.xml
+    expect 'a file with such a name is the file' exits 0
+    cd "$folder"
+    run diff HEAD:device.xml new.xml
+    expect 'there are no revisions outside a work tree' exits 66
+}
+
+git_setup_makes_git_diff_and_push_use_it() {
+    write_repository
+    git init -q --bare "$folder/bare"
+    git remote add origin "$folder/bare"
+    git push -q origin main 2>/dev/null
+    git branch -q -u origin/main
+    git config push.default upstream
+    run git-setup
+    expect 'it prints two lines' [ "$(wc -l <"$folder/out")" = 2 ]
+    cp "$folder/out" "$folder/lines"
+    sh -e "$folder/lines"
+
+    cp "$folder/renamed.xml" device.xml
+    status=0
+    git diff >"$folder/out" 2>"$folder/err" || status=$?
+    expect 'git diff succeeds' exits 0
+    expect 'git diff shows what changes' says out "behaviour: card 0x21/0 name: 'line' → 'other' (a name)"
+    expect 'with its places' says out 'a/device.xml:2:29 → b/device.xml:2:29'
+    git commit -qam renamed
+    git push -q >"$folder/out" 2>"$folder/err" || status=$?
+    expect 'what breaks nothing is pushed' exits 0
+
+    cp "$folder/new.xml" device.xml
+    git commit -qam broken
+    git push -q >"$folder/out" 2>"$folder/err" || status=$?
+    expect 'what breaks is not pushed' [ "$status" -ne 0 ]
+    expect 'it says why' says out 'panelIf[0].phyType: 100ge → 10ge'
+    git rm -q device.xml
+    git diff --cached >"$folder/out" 2>"$folder/err"
+    expect 'a file that goes is compared with nothing' says out 'breaking: card 0x21/0: it is gone'
 }
 
 "$3"

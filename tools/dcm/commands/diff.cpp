@@ -3,6 +3,7 @@
 #include "tools/dcm/diff/inputs.h"
 #include "tools/dcm/diff/output.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/printable.h"
 
 #include <algorithm>
 #include <memory>
@@ -133,12 +134,12 @@ Command gitSetupCommand()
 {
     const auto pattern = std::make_shared<std::string>("device*.xml");
     const auto run = [pattern] {
-        // Single quotes end at one in the pattern.
-        std::string quotedPattern;
-        for (const char character : *pattern)
-            quotedPattern += character == '\'' ? std::string("'\\''") : std::string(1, character);
+        // It is a word of a line of attributes, between single quotes.
+        if (pattern->empty() || printable(*pattern) != *pattern ||
+            pattern->find_first_of(" '\"\\") != std::string::npos)
+            throw UsageError("PATTERN has blanks, quotes or backslashes: " + quoted(*pattern));
         const std::string text =
-            "git config diff.dcm.command 'dcm diff --git-driver' && echo '" + quotedPattern +
+            "git config diff.dcm.command 'dcm diff --git-driver' && echo '" + *pattern +
             " diff=dcm' >> \"$(git rev-parse --git-path info/attributes)\"\n"
             "hook=$(git rev-parse --git-path hooks/pre-push) && printf '%s\\n' '#!/bin/sh' 'git diff --name-only -z "
             "--diff-filter=M @{push} HEAD -- \":(attr:diff=dcm)\" | xargs -0 -r -I{} dcm diff --fail-on breaking "

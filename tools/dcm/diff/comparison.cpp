@@ -49,12 +49,14 @@ const QueryId &firstId(const QueryGroup &group)
 Comparison::Comparison(Side &before, Side &after, FieldFilter filter)
     : before_(before), after_(after), filter_(std::move(filter))
 {
+    const bool isInBoth = before.file() != nullptr && after.file() != nullptr;
+    // Nothing else than its text decides what a file answers.
+    if (isInBoth && before.file()->text() == after.file()->text())
+        return;
     pairQueries();
     matchRenumbered();
     classify();
-    const bool isRewritten = (before.file() != nullptr ? before.file()->text() : "") !=
-                             (after.file() != nullptr ? after.file()->text() : "");
-    if (worst_ == ChangeClass::none && isRewritten)
+    if (worst_ == ChangeClass::none && isInBoth)
         worst_ = ChangeClass::cosmetic;
 }
 
@@ -153,6 +155,7 @@ void Comparison::classify()
         for (const Difference &difference : differencesOf(group, changes)) {
             group.worst = std::max(group.worst, difference.changeClass);
             counts_[static_cast<size_t>(difference.changeClass)]++;
+            group.differences++;
         }
         worst_ = std::max(worst_, group.worst);
     }

@@ -23,6 +23,7 @@ struct QueryGroup {
     std::vector<QueryId> oldIds;
     std::vector<QueryId> newIds; // the same, unless what is described has another id now
     ChangeClass worst = ChangeClass::none;
+    size_t differences = 0;
 
     bool isRenumbered() const { return !oldIds.empty() && !newIds.empty() && !(oldIds.front() == newIds.front()); }
 };
@@ -50,6 +51,7 @@ public:
     const std::vector<QueryGroup> &groups() const { return groups_; }
     // How many elements are written differently and answer the same.
     size_t rewritten() const { return rewritten_; }
+    bool areAllCompared() const { return filter_.isAll(); }
     const Side &before() const { return before_; }
     const Side &after() const { return after_; }
 

@@ -62,10 +62,12 @@ std::string sideCell(const std::string &value, const std::optional<Place> &place
 std::string rowOf(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
 {
     const std::string name = nameOf(difference.changeClass);
+    // Both sides show what it is about.
+    const bool isShown = !oldText(difference).empty() && !newText(difference).empty();
     return "<tr class=\"" + name + "\"><td>" + name + "</td><td><code>" + escaped(pathOf(difference)) + "</code></td>" +
            sideCell(oldText(difference), oldPlace(comparison, group, difference)) +
            sideCell(newText(difference), newPlace(comparison, group, difference)) + "<td>" +
-           escaped(textOf(difference)) + "</td></tr>\n";
+           escaped(isShown ? difference.message : textOf(difference)) + "</td></tr>\n";
 }
 
 std::string tableOf(const Comparison &comparison, const QueryGroup &group)
@@ -86,14 +88,17 @@ bool printAsHtml(const Comparison &comparison, const OwnOutput &output)
     size_t size = 0;
     size_t leftOut = 0;
     for (const QueryGroup &group : comparison.groups()) {
-        std::string table = leftOut == 0 ? tableOf(comparison, group) : "";
+        if (leftOut != 0) {
+            leftOut += group.differences;
+            continue;
+        }
+        std::string table = tableOf(comparison, group);
         comparison.visitDifferences(group, [&](const Difference &difference) {
             const std::string row = leftOut == 0 ? rowOf(comparison, group, difference) : "";
             leftOut += row.empty() || size + table.size() + row.size() > most ? 1 : 0;
             table += leftOut == 0 ? row : "";
         });
-        if (!table.empty())
-            text += table + "</table>\n";
+        text += table + "</table>\n";
         size += table.size();
         if (!output.print(text))
             return false;

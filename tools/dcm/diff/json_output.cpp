@@ -81,11 +81,16 @@ bool printAsJson(const Comparison &comparison, const OwnOutput &output)
     json.add("rewritten", comparison.rewritten());
     size_t leftOut = 0;
     json.beginArray("differences");
-    for (const QueryGroup &group : comparison.groups())
+    for (const QueryGroup &group : comparison.groups()) {
+        if (leftOut != 0) {
+            leftOut += group.differences;
+            continue;
+        }
         comparison.visitDifferences(group, [&](const Difference &difference) {
             if (leftOut != 0 || !json.addEntry(entryOf(comparison, group, difference)))
                 leftOut++;
         });
+    }
     json.endArray();
     if (leftOut != 0)
         json.add("omitted", leftOut);

@@ -12,7 +12,8 @@ namespace dcmtool {
 
 namespace {
 
-constexpr size_t kMostLookedAt = 10000; // elements, for one place: a file may have any number of them
+// Elements, for one place: a correct description has fewer, and a file may have any number of them.
+constexpr size_t kMostLookedAt = 1000;
 
 class Finder {
 public:
@@ -41,7 +42,7 @@ public:
     }
 
     // The text of a field of the record whose element this is.
-    Span spanOf(const Step &step) const
+    Span spanOf(const Step &step)
     {
         const char *source = step.field->source;
         if (source == nullptr)
@@ -82,13 +83,13 @@ private:
         return format != nullptr && format->most == 1 && findAttribute(*format, name) != nullptr;
     }
 
-    static std::vector<Node> childrenNamed(Node parent, const char *name)
+    std::vector<Node> childrenNamed(Node parent, const char *name)
     {
         std::vector<Node> found;
-        size_t count = 0;
         for (const Node child : dcm::children(parent)) {
-            if (++count > kMostLookedAt)
+            if (left_ == 0)
                 break;
+            left_--;
             if (name == nullptr || dcm::isNamed(child, name))
                 found.push_back(child);
         }
@@ -149,7 +150,7 @@ private:
     }
 
     // An element below, of an entry the one in the element that has its id.
-    static Node find(Node around, const char *name, size_t entry, unsigned depth)
+    Node find(Node around, const char *name, size_t entry, unsigned depth)
     {
         const std::vector<Node> written = childrenNamed(around, name);
         if (!written.empty())
@@ -180,7 +181,7 @@ private:
         return false;
     }
 
-    Span textOf(Node element, const Step &step) const
+    Span textOf(Node element, const Step &step)
     {
         // A number that counts is said by the container.
         if (hasAttribute(element, "num") && step.entry == kNoEntry && step.field->kind == FieldKind::number)
@@ -194,6 +195,7 @@ private:
 
     const DescriptionFile &file_;
     Node at_;
+    size_t left_ = kMostLookedAt;
 };
 
 } // namespace
