@@ -1,6 +1,7 @@
 #include "tests/support/meaning.h"
 
 #include "tools/dcm/check/engine.h"
+#include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/markup.h"
 #include "tools/dcm/description/parse_limits.h"
 
@@ -53,7 +54,7 @@ std::vector<std::string> findingsOf(const DescriptionFile &file)
 {
     std::vector<std::string> findings;
     for (const Finding &finding : checkFile(file))
-        findings.push_back(std::string(finding.check->name) + " " + finding.path + ": " + finding.text + " " +
+        findings.push_back(std::string(finding.rule->name) + " " + finding.path + ": " + finding.text + " " +
                            finding.meant);
     return findings;
 }
