@@ -624,7 +624,7 @@ commands_that_print() {
         "list --json -f $example" "export -f $example" "frame 1 -f $example" \
         "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
         "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
-        "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card'
+        "format --minify $example" "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card'
 }
 
 every_command_exits_with_74_when_it_cannot_write() {
