@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # help: fuzz SECONDS [T]  run all or the named fuzz targets one after another, for SECONDS in total
 
-fuzz_targets=(frame slot card vm description trees check format str2bitlist str2array strmatch bitlist2str name-to-ett led-name)
+fuzz_targets=(frame slot card vm description trees check format fix str2bitlist str2array strmatch bitlist2str name-to-ett led-name)
 
 fuzz_build() {
     need clang libclang-rt-14-dev llvm libxml2-dev cmake ninja-build pkg-config
@@ -25,11 +25,11 @@ fuzz_target() {
     seeds=("$folder/fuzz/seeds/$target")
     # Every target accepts the inputs of these targets.
     [ "$target" != trees ] || seeds=("$folder"/fuzz/seeds/{description,frame,slot,card})
-    [ "$target" != format ] || seeds=("$folder"/fuzz/seeds/{check,description})
+    [[ $target != format && $target != fix ]] || seeds=("$folder"/fuzz/seeds/{check,description})
     mkdir -p "$folder/corpus/$target" "$folder/findings"
     before=$(fuzz_count "$folder/findings" "$target-")
     case $target in
-    frame | slot | card | vm | trees | check | format | name-to-ett | led-name) options+=("-dict=$folder/fuzz/description.dict") ;;
+    frame | slot | card | vm | trees | check | format | fix | name-to-ett | led-name) options+=("-dict=$folder/fuzz/description.dict") ;;
     esac
     ASAN_OPTIONS=quarantine_size_mb=16:detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1 \
         "$folder/fuzz/fuzz-$target" "-max_total_time=$2" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \

@@ -710,8 +710,8 @@ commands_that_print() {
         "list --json -f $example" "export -f $example" "frame 1 -f $example" \
         "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
         "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
-        "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words 'words phy-type' explain 'explain card' \
-        'new card --type 1' 'new frame --type 1' 'new slot --type 1'
+        "format --minify $example" "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words \
+        'words phy-type' explain 'explain card' 'new card --type 1' 'new frame --type 1' 'new slot --type 1'
 }
 
 every_command_exits_with_74_when_it_cannot_write() {
@@ -1002,6 +1002,73 @@ check_reads_standard_input() {
     expect 'standard input is checked' says out '<stdin>:2:16: warning: '
 }
 
+# A description with a mistake that can be fixed for certain, one that cannot, and comments; and as it is after that.
+write_fixable() {
+    printf '<?xml version="1.0"?>\r\n<!-- a -->\n<device>\n  <card  typeid="010" Name='"'x'"' abbrname="x">\n\n\n  </card >\n</device>' \
+        >"$folder/card.xml"
+    sed 's/ Name=/ name=/' "$folder/card.xml" >"$folder/fixed.xml"
+}
+
+check_fixes_what_is_certain_and_nothing_else() {
+    write_fixable
+    chmod 640 "$folder/card.xml"
+    ln -s card.xml "$folder/link.xml"
+    run check --fix "$folder/link.xml"
+    expect 'what is left sets the exit status' exits 1
+    expect 'the rest of the file is as it was' is_file card.xml fixed.xml
+    expect 'its mode is kept' [ "$(stat -c %a "$folder/card.xml")" = 640 ]
+    expect 'the symbolic link is still one' [ -L "$folder/link.xml" ]
+    expect 'what is left is shown' says out '[octal-number]'
+    expect 'and what is fixed is counted' says out '1 file, 1 fixed, 0 errors, 1 warning'
+    run check --fix "$folder/card.xml"
+    expect 'fixing again changes nothing' is_file card.xml fixed.xml
+    run check --fix -W no-unknown-attribute "$folder/card.xml"
+    write_fixable
+    run check --fix -W no-unknown-attribute "$folder/card.xml"
+    expect 'what is left out is not fixed' says out '1 file, 0 errors, 1 warning'
+}
+
+check_shows_what_it_would_fix() {
+    write_fixable
+    cp "$folder/card.xml" "$folder/before.xml"
+    run check --diff "$folder/card.xml"
+    expect 'the findings set the exit status' exits 1
+    expect 'the diff is printed' says out "+  <card  typeid=\"010\" name='x' abbrname=\"x\">"
+    expect 'and nothing else' [ "$(head -n 1 "$folder/out")" = "--- $folder/card.xml" ]
+    expect 'the file is as before' is_file card.xml before.xml
+    run check --diff - <"$folder/card.xml"
+    expect 'standard input, too' says out '--- <stdin>'
+    run check --fix - <"$folder/card.xml"
+    expect 'which cannot be changed' exits 64
+    run check --fix=some "$folder/card.xml"
+    expect 'other fixes are not known' exits 64
+    run check "$folder/card.xml"
+    expect 'a fix is shown below the caret' grep -q '^                          name$' "$folder/out"
+}
+
+check_says_what_it_does_not_fix() {
+    cat >"$folder/two.xml" <<'XML'
+<device>
+  <card typeid="1" name="x" abbrname="x">
+    <panel-port num="1" startportid="1" maxportid="1">
+      <port id="1"><portid>1</portid><phytyp>none of all</phytyp></port>
+    </panel-port>
+  </card>
+</device>
+XML
+    cp "$folder/two.xml" "$folder/before.xml"
+    run check --fix "$folder/two.xml"
+    expect 'a fix that shows another fault is dropped' is_file two.xml before.xml
+    expect 'standard error says so' [ "$(cat "$folder/err")" = \
+        "$folder/two.xml:4:39: not fixed: rename to \"phytype\": a query that succeeds would fail" ]
+    write_fixable
+    sed -i 's/<?xml version="1.0"/& encoding="ISO-8859-1"/' "$folder/card.xml"
+    cp "$folder/card.xml" "$folder/before.xml"
+    run check --fix "$folder/card.xml"
+    expect 'another encoding is not edited' is_file card.xml before.xml
+    expect 'standard error says so' says err 'nothing is fixed: the encoding is ISO-8859-1; only UTF-8 and ASCII can be edited'
+}
+
 # A description in two layouts: as people leave it, and the one.
 write_unformatted() {
     printf '<device>\n<!-- a -->\n <card  typeid = "1"   />\n</device>' >"$folder/card.xml"
@@ -1122,7 +1189,7 @@ format_leaves_a_file_that_it_cannot_write() {
         [ "$(ls "$1/disk")" = large.xml ]
         exit "$status"' bash "$folder" "$dcm" >"$folder/out" 2>"$folder/err" || status=$?
     [ "$status" -ne 77 ] || skip 'no file system can be mounted here'
-    expect 'a full disk is a failure' exits 2
+    expect 'a full disk is a failure' exits 74
     expect 'standard error says so' says err "dcm: $folder/disk/large.xml: cannot be written: No space left on device"
     expect 'the file is as before, and nothing else is there' silent out
 }

@@ -88,7 +88,7 @@ TEST(UnifiedDiff, IsWhatPatchTurnsOneTextIntoTheOtherWith)
         std::filesystem::temp_directory_path() / ("dcm-diff-" + std::to_string(getpid()));
     std::filesystem::create_directory(folder);
     const std::string command = "cd " + folder.string() + " && patch -s -p0 <diff >said 2>&1";
-    std::mt19937 random(17);
+    std::mt19937 random(17); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in each run
     for (int i = 0; i < 60; i++) {
         const std::string before = someLines(random, random() % (i < 50 ? 40 : 4000), i % 2 == 0 ? 4 : 1000);
         const std::string after = mutated(random, before, 2 + random() % 20);
@@ -118,7 +118,7 @@ TEST(UnifiedDiff, IsShortWhereLongTextsHaveLinesOfTheirOwnInCommon)
 
 TEST(UnifiedDiff, EndsInTimeWhereTextsHaveNothingInCommonOrAllLinesAreAlike)
 {
-    std::mt19937 random(1);
+    std::mt19937 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in each run
     const std::string lines = someLines(random, 300000, 2);
     const std::string others = someLines(random, 300000, 2);
     std::string unlike;

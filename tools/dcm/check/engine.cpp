@@ -1,6 +1,7 @@
 #include "tools/dcm/check/engine.h"
 
 #include "tools/dcm/check/allowances.h"
+#include "tools/dcm/check/fixes.h"
 #include "tools/dcm/check/query_failures.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -233,7 +234,9 @@ std::vector<Finding> checkFile(const DescriptionFile &file)
     }
     checkTypes(file, types, findings);
     applyAllowances(findings);
-    return findings.take();
+    std::vector<Finding> all = findings.take();
+    addFixes(file, all);
+    return all;
 }
 
 } // namespace dcmtool

@@ -2,6 +2,7 @@
 #ifndef DCM_TOOLS_CHECK_FINDINGS_H
 #define DCM_TOOLS_CHECK_FINDINGS_H
 
+#include "tools/dcm/check/fix.h"
 #include "tools/dcm/description/description_file.h"
 
 #include <cstddef>
@@ -39,8 +40,9 @@ struct Finding {
     std::string text;
     std::string meant; // the nearest known word; empty when none is near
     std::vector<Note> notes;
-    size_t more = 0;  // how many others of the rule are counted with it and not kept
-    size_t order = 0; // in which they were found
+    std::vector<Fix> fixes; // each by itself; the best one first
+    size_t more = 0;        // how many others of the rule are counted with it and not kept
+    size_t order = 0;       // in which they were found
 
     Finding &noting(Span where, std::string what)
     {

@@ -34,6 +34,18 @@ Json placeOf(const DescriptionFile &file, Span span)
     return regionOf(file, span, "line", "column", "endLine", "endColumn");
 }
 
+// Bytes are for programs that change the file, places for those that show it.
+Json fixOf(const DescriptionFile &file, const Fix &fix)
+{
+    Json edits = Json::array();
+    for (const Edit &edit : fix.edits)
+        edits.push_back({{"place", placeOf(file, edit.span)},
+                         {"begin", edit.span.begin},
+                         {"end", edit.span.end},
+                         {"text", edit.text}});
+    return {{"title", fix.title}, {"certain", fix.confidence == Confidence::certain}, {"edits", edits}};
+}
+
 Json findingOf(const DescriptionFile &file, const Finding &finding)
 {
     Json json = {{"check", finding.rule->name}, {"severity", nameOf(finding.severity)}};
@@ -46,6 +58,8 @@ Json findingOf(const DescriptionFile &file, const Finding &finding)
         json["meant"] = finding.meant;
     if (finding.more != 0)
         json["count"] = 1 + finding.more;
+    for (const Fix &fix : finding.fixes)
+        json["fixes"].push_back(fixOf(file, fix));
     for (const Note &note : finding.notes)
         json["notes"].push_back({{"place", placeOf(file, note.span)}, {"text", note.text}});
     return json;
@@ -94,6 +108,17 @@ Json locationOf(const DescriptionFile &file, Span span, bool isPlaced)
     return {{"physicalLocation", physical}};
 }
 
+Json fixForSarif(const DescriptionFile &file, const Fix &fix)
+{
+    Json replacements = Json::array();
+    for (const Edit &edit : fix.edits)
+        replacements.push_back(
+            {{"deletedRegion", regionOf(file, edit.span, "startLine", "startColumn", "endLine", "endColumn")},
+             {"insertedContent", {{"text", edit.text}}}});
+    const Json change = {{"artifactLocation", {{"uri", uriOf(file.name())}}}, {"replacements", replacements}};
+    return {{"description", {{"text", fix.title}}}, {"artifactChanges", Json::array({change})}};
+}
+
 Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
 {
     std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
@@ -116,6 +141,8 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
         related["message"] = {{"text", note.text}};
         result["relatedLocations"].push_back(related);
     }
+    for (const Fix &fix : finding.fixes)
+        result["fixes"].push_back(fixForSarif(file, fix));
     return result;
 }
 

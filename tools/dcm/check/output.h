@@ -15,11 +15,13 @@ namespace dcmtool {
 struct FileReport {
     std::unique_ptr<DescriptionFile> file;
     std::vector<Finding> findings;
+    size_t fixed = 0; // findings that are gone
 };
 
 struct Totals {
     size_t files = 0;
     size_t unread = 0; // of these
+    size_t fixed = 0;
     size_t errors = 0;
     size_t warnings = 0;
     size_t infos = 0;

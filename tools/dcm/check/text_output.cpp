@@ -54,8 +54,9 @@ size_t characterAt(std::string_view line, size_t at)
     return at;
 }
 
-// The source line of a span, cut to what fits, and a line with a caret under the span.
-std::string excerpt(const DescriptionFile &file, Span span, const Colours &colours)
+// The source line of a span, cut to what fits, a line with a caret under the span, and one with what an edit puts
+// there.
+std::string excerpt(const DescriptionFile &file, Span span, const Colours &colours, const Edit *edit = nullptr)
 {
     const Place place = file.place(span.begin);
     const std::string_view line = file.line(place.line);
@@ -68,14 +69,27 @@ std::string excerpt(const DescriptionFile &file, Span span, const Colours &colou
     const std::string before = printableLine(line.substr(from, caret - from));
     const std::string guilty = printableLine(line.substr(caret, end - caret));
     const std::string tildes(std::max<size_t>(charactersIn(guilty), 1) - 1, '~');
+    std::string replacement;
+    if (edit != nullptr && !edit->text.empty()) {
+        // Blanks before what is marked may be replaced, too.
+        const size_t column = edit->span.begin > start + from ? std::min(edit->span.begin - start, caret) : caret;
+        replacement = "    " + blanksFor(printableLine(line.substr(from, column - from))) + colours.caret +
+                      printableLine(shortened(edit->text)) + colours.none + "\n";
+    }
     return "    " + before + guilty + printableLine(line.substr(end, to - end)) + "\n    " + blanksFor(before) +
-           colours.caret + "^" + tildes + colours.none + "\n";
+           colours.caret + "^" + tildes + colours.none + "\n" + replacement;
 }
 
 std::string placeOf(const DescriptionFile &file, Span span)
 {
     const Place place = file.place(span.begin);
     return printable(file.name()) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+}
+
+// What the best fix does where the finding is.
+const Edit *editShownOf(const Finding &finding)
+{
+    return finding.fixes.empty() ? nullptr : &finding.fixes.front().edits.front();
 }
 
 const char *colourOf(Severity severity, const Colours &colours)
@@ -95,7 +109,7 @@ std::string textOf(const DescriptionFile &file, const Finding &finding, const Co
         text += "; and " + std::to_string(finding.more) + " more like it";
     text += std::string(" [") + finding.rule->name + "]\n";
     if (isPlaced)
-        text += excerpt(file, finding.span, colours);
+        text += excerpt(file, finding.span, colours, editShownOf(finding));
     for (const Note &note : finding.notes)
         text += colours.bold + placeOf(file, note.span) + ": " + colours.note + "note: " + colours.none +
                 printable(note.text) + "\n" + excerpt(file, note.span, colours);
@@ -112,6 +126,7 @@ std::string counted(size_t count, const std::string &what)
 void Totals::add(const FileReport &report)
 {
     files++;
+    fixed += report.fixed;
     unread += report.file->state() == DescriptionFile::State::parsed ? 0 : 1;
     for (const Finding &finding : report.findings)
         (finding.severity == Severity::error     ? errors
@@ -131,6 +146,8 @@ std::string asText(const FileReport &report, const TextStyle &style)
 std::string summaryOf(const Totals &totals, const TextStyle &style)
 {
     std::string summary = counted(totals.files, "file");
+    if (totals.fixed != 0)
+        summary += ", " + std::to_string(totals.fixed) + " fixed";
     const bool hasInfos = totals.infos != 0 && style.hasInfos;
     if (totals.errors + totals.warnings != 0 || hasInfos)
         summary += ", " + counted(totals.errors, "error") + ", " + counted(totals.warnings, "warning");

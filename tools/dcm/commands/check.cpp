@@ -1,11 +1,14 @@
 #include "tools/dcm/check/engine.h"
+#include "tools/dcm/check/fixer.h"
 #include "tools/dcm/check/output.h"
 #include "tools/dcm/check/pages.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/commands/command.h"
+#include "tools/dcm/description/replace_file.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
 #include "tools/dcm/process.h"
+#include "tools/dcm/unified_diff.h"
 
 #include <unistd.h>
 
@@ -34,6 +37,8 @@ struct Options {
     uint32_t format = kText;
     uint32_t colour = kAutomatic;
     uint32_t jobs = 1;
+    std::string fixed; // which fixes are applied; empty is none
+    bool isDiff = false;
     bool areListed = false;
     bool hasInfos = false;
     std::string explained;
@@ -85,11 +90,13 @@ struct Warnings {
             take(option);
     }
 
+    bool isOff(const Finding &finding) const { return off.count(finding.rule) != 0; }
+
     void apply(std::vector<Finding> &findings) const
     {
-        findings.erase(std::remove_if(findings.begin(), findings.end(),
-                                      [&](const Finding &finding) { return off.count(finding.rule) != 0; }),
-                       findings.end());
+        findings.erase(
+            std::remove_if(findings.begin(), findings.end(), [&](const Finding &finding) { return isOff(finding); }),
+            findings.end());
         for (Finding &finding : findings)
             if ((areErrors && finding.severity == Severity::warning) || errors.count(finding.rule) != 0)
                 finding.severity = Severity::error;
@@ -195,24 +202,96 @@ private:
     std::thread thread_;
 };
 
+// ---- Fixing ---------------------------------------------------------------------------------------------------------
+
+constexpr char kCertain[] = "certain";
+constexpr char kAll[] = "all";
+
+// A file before its findings are what the options make of them.
+struct CheckedFile {
+    FileReport report;
+    FixedFile fixed;
+    std::string fault; // why nothing has been fixed
+    bool isWritten = true;
+};
+
+FixedFile fixesOf(const CheckedFile &checked, const Options &options, const Warnings &warnings)
+{
+    const bool areAll = options.fixed == kAll;
+    return applyFixes(*checked.report.file, checked.report.findings, [&](const Finding &finding, const Fix &fix) {
+        return (areAll || fix.confidence == Confidence::certain) && !warnings.isOff(finding);
+    });
+}
+
+// Has the file changed, and what is found in it then.
+void fix(CheckedFile &checked, const Options &options, const Warnings &warnings)
+{
+    const DescriptionFile &file = *checked.report.file;
+    // What is not well-formed is a finding.
+    if (file.state() == DescriptionFile::State::parsed)
+        checked.fault = faultOfEditing(file);
+    if (!checked.fault.empty()) {
+        checked.fault = "nothing is fixed: " + checked.fault;
+        return;
+    }
+    checked.fixed = fixesOf(checked, options, warnings);
+    if (checked.fixed.file == nullptr || options.isDiff)
+        return;
+    FileReport &report = checked.report;
+    const std::string fault = replaceFile(report.file->name(), report.file->text(), checked.fixed.file->text());
+    checked.isWritten = fault.empty();
+    if (!checked.isWritten) {
+        checked.fault = "cannot be written: " + fault;
+        return;
+    }
+    report.file = std::move(checked.fixed.file);
+    report.findings = std::move(checked.fixed.findings);
+    report.fixed = checked.fixed.count;
+}
+
+std::string diffOf(const CheckedFile &checked)
+{
+    const DescriptionFile &file = *checked.report.file;
+    if (checked.fixed.file == nullptr)
+        return "";
+    return unifiedDiff(printable(file.name()), file.text(), checked.fixed.file->text());
+}
+
+// What standard error says of that which could be fixed and is not.
+std::string whatIsNotFixed(const CheckedFile &checked)
+{
+    const std::string name = printable(checked.report.file->name());
+    std::string text;
+    for (const DroppedFix &dropped : checked.fixed.dropped)
+        text += name + ":" + std::to_string(dropped.place.line) + ":" + std::to_string(dropped.place.column) +
+                ": not fixed: " + printable(dropped.title) + ": " + dropped.reason + "\n";
+    if (!checked.fixed.isComplete)
+        text += "dcm: " + name + ": there is more to fix: run the command again\n";
+    if (!checked.fault.empty())
+        text += "dcm: " + name + ": " + checked.fault + "\n";
+    return text;
+}
+
 // ---- Checking -------------------------------------------------------------------------------------------------------
 
-FileReport reportOn(const std::string &name, const Warnings &warnings)
+CheckedFile check(const std::string &name, const Options &options, const Warnings &warnings)
 {
-    FileReport report;
-    report.file = DescriptionFile::open(name);
-    report.findings = checkFile(*report.file);
-    warnings.apply(report.findings);
-    return report;
+    CheckedFile checked;
+    checked.report.file = DescriptionFile::open(name);
+    checked.report.findings = checkFile(*checked.report.file);
+    if (!options.fixed.empty())
+        fix(checked, options, warnings);
+    warnings.apply(checked.report.findings);
+    return checked;
 }
 
 // Checks files, several at once, and hands out the reports in the order of the files.
 class Workers {
 public:
-    Workers(const std::vector<std::string> &files, unsigned jobs, const Warnings &warnings)
-        : files_(files), warnings_(warnings), reports_(files.size()), isDone_(files.size())
+    Workers(const Options &options, const Warnings &warnings)
+        : options_(options), warnings_(warnings), files_(options.files.size()), isDone_(options.files.size())
     {
-        const size_t wanted = jobs > 1 ? std::min<size_t>(jobs, files.size()) : 0;
+        const size_t wanted = options.jobs > 1 ? std::min<size_t>(options.jobs, files_.size()) : 0;
         threads_.reserve(wanted);
         while (threads_.size() < wanted) {
             std::thread thread = startThread([this] { work(); });
@@ -231,33 +310,33 @@ public:
     Workers(const Workers &) = delete;
     Workers &operator=(const Workers &) = delete;
 
-    FileReport take(size_t index)
+    CheckedFile take(size_t index)
     {
         if (threads_.empty())
-            return reportOn(files_[index], warnings_);
+            return check(options_.files[index], options_, warnings_);
         std::unique_lock<std::mutex> lock(mutex_);
         hasBeenDone_.wait(lock, [&] { return isDone_[index]; });
-        return std::move(reports_[index]);
+        return std::move(files_[index]);
     }
 
 private:
     void work()
     {
         for (size_t index = next_++; index < files_.size(); index = next_++) {
-            FileReport report = reportOn(files_[index], warnings_);
+            CheckedFile checked = check(options_.files[index], options_, warnings_);
             const std::lock_guard<std::mutex> lock(mutex_);
-            reports_[index] = std::move(report);
+            files_[index] = std::move(checked);
             isDone_[index] = true;
             hasBeenDone_.notify_one();
         }
     }
 
-    const std::vector<std::string> &files_;
+    const Options &options_;
     const Warnings &warnings_;
     std::atomic<size_t> next_{0};
     std::mutex mutex_;
     std::condition_variable hasBeenDone_;
-    std::vector<FileReport> reports_;
+    std::vector<CheckedFile> files_;
     std::vector<bool> isDone_;
     std::vector<std::thread> threads_;
 };
@@ -292,21 +371,26 @@ Exit runCheck(const Options &options)
     Totals totals;
     // What is left at the end goes with the process: to take trees apart costs a tenth of all.
     static std::vector<FileReport> &reports = *new std::vector<FileReport>;
-    Workers workers(options.files, options.jobs, warnings);
+    bool isWritten = true;
+    Workers workers(options, warnings);
     for (size_t i = 0; i < options.files.size(); i++) {
         const bool isLast = i + 1 == options.files.size();
-        FileReport report = workers.take(i);
+        CheckedFile checked = workers.take(i);
+        FileReport &report = checked.report;
         totals.add(report);
-        std::string text = options.format == kText ? asText(report, style) : "";
+        isWritten = isWritten && checked.isWritten;
+        const std::string complaints = whatIsNotFixed(checked);
+        std::string text = options.isDiff ? diffOf(checked) : options.format == kText ? asText(report, style) : "";
         if (options.format != kText || isLast)
             reports.push_back(std::move(report));
-        if (isLast)
+        if (isLast && !options.isDiff)
             text += endOf(options.format, reports, totals, style);
         progress.advance(i + 1);
-        if (!output.print(text))
+        std::fputs(complaints.c_str(), stderr);
+        if (!(options.isDiff ? output.printFile(text) : output.print(text)))
             return kCannotWrite;
     }
-    return exitOf(totals);
+    return isWritten ? exitOf(totals) : kCannotWrite;
 }
 
 // ---- What there is to check -----------------------------------------------------------------------------------------
@@ -330,6 +414,11 @@ Exit run(const Options &options)
     }
     if (options.files.empty())
         throw UsageError("FILE is missing");
+    if (!options.fixed.empty() && options.fixed != kCertain && options.fixed != kAll)
+        refuseWord(options.fixed, "value for --fix", {kCertain, kAll});
+    const bool hasInput = std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
+    if (!options.fixed.empty() && !options.isDiff && hasInput)
+        throw UsageError("--fix changes files; standard input goes with --diff");
     return runCheck(options);
 }
 
@@ -355,6 +444,15 @@ Command checkCommand()
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
+             {"--fix",
+              "Fix what is certain, or with --fix=all also what is probable",
+              &options->fixed,
+              "",
+              {},
+              {},
+              {},
+              kCertain},
+             {"--diff", "Only show what --fix would change", &options->isDiff},
              {"--list-checks", "List the checks", &options->areListed},
              {"--explain",
               "Explain a check: why it matters, and examples; or all",
@@ -363,7 +461,11 @@ Command checkCommand()
               {},
               {},
               explainedCandidates}},
-            [options] { return run(*options); },
+            [options] {
+                if (options->isDiff && options->fixed.empty())
+                    options->fixed = kCertain;
+                return run(*options);
+            },
             "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
             "66 a file cannot be read or is not well-formed XML, 71 out of memory,\n"
             "74 the output cannot be written."};

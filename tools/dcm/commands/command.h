@@ -55,6 +55,7 @@ struct Argument {
     // What a shell offers for it. Without a function that follows from its name or that of its value: FILE and DIR are
     // completed as such, TYPE and MODE from the description that the line names.
     std::function<Candidates(const PartialLine &line)> candidates = {};
+    std::string bare = {}; // what an option of a string is where it is given without a value
 };
 
 struct Command {

@@ -315,6 +315,11 @@ private:
             app.add_flag(argument.name, **flag, argument.help);
             return;
         }
+        if (!argument.bare.empty()) {
+            app.add_flag(argument.name, *std::get<std::string *>(argument.target), argument.help)
+                ->transform([&](const std::string &value) { return value == "true" ? argument.bare : value; });
+            return;
+        }
         given_.push_back({&argument, {}});
         CLI::Option *option = app.add_option(argument.name, given_.back().words, argument.help);
         option->type_name(argument.value);

@@ -33,7 +33,7 @@ bool isOption(const Argument &argument)
 
 bool isFlag(const Argument &argument)
 {
-    return std::holds_alternative<bool *>(argument.target);
+    return std::holds_alternative<bool *>(argument.target) || !argument.bare.empty();
 }
 
 // A shell leaves "~" to whoever completes.

@@ -38,7 +38,7 @@ Exit fail(const DescriptionFile &file, const std::string &fault, Exit exit)
 
 Exit show(const OwnOutput &output, const std::string &text)
 {
-    return output.printFile(text) ? kSuccess : kErrors;
+    return output.printFile(text) ? kSuccess : kCannotWrite;
 }
 
 // What is made of a file whose layout is another.
@@ -49,9 +49,9 @@ Exit take(const Options &options, const OwnOutput &output, const DescriptionFile
         return exit == kSuccess && options.isCheck ? kChanges : exit;
     }
     if (options.isCheck)
-        return output.print(printable(file.name()) + "\n") ? kChanges : kErrors;
+        return output.print(printable(file.name()) + "\n") ? kChanges : kCannotWrite;
     const std::string fault = replaceFile(file.name(), file.text(), text);
-    return fault.empty() ? kSuccess : fail(file, "cannot be written: " + fault, kErrors);
+    return fault.empty() ? kSuccess : fail(file, "cannot be written: " + fault, kCannotWrite);
 }
 
 Exit format(const Options &options, const OwnOutput &output, const std::string &name)
@@ -92,6 +92,7 @@ Command formatCommand()
              {"--minify", "Print the file without comments and indentation, as for an element's image",
               &options->isMinified}},
             [options] { return run(*options); },
-            "Exit status: 0 success, 1 --check has listed a file, 2 a file cannot be written, 64 wrong usage,\n"
-            "66 a file cannot be read, is no description in XML or not in UTF-8, 71 out of memory."};
+            "Exit status: 0 success, 1 --check has listed a file, 64 wrong usage,\n"
+            "66 a file cannot be read, is no description in XML or not in UTF-8, 71 out of memory,\n"
+            "74 a file or the output cannot be written."};
 }

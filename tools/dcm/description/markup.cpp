@@ -105,6 +105,22 @@ std::pair<MarkupKind, size_t> pieceAt(std::string_view text, size_t begin)
 
 } // namespace
 
+size_t endTagOf(std::string_view text, size_t begin, size_t &left)
+{
+    size_t depth = 0;
+    for (size_t at = begin; at < text.size();) {
+        const auto [kind, end] = pieceAt(text, at);
+        if (end - at > left)
+            break;
+        left -= end - at;
+        depth += kind == MarkupKind::startTag ? 1 : 0;
+        if (kind == MarkupKind::endTag && --depth == 0)
+            return at;
+        at = end;
+    }
+    return std::string_view::npos;
+}
+
 std::vector<Markup> markupOf(std::string_view text)
 {
     std::vector<Markup> pieces;

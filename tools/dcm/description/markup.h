@@ -74,6 +74,10 @@ struct WrittenAttribute {
 // The attribute that is written at `at` or behind blanks, after which `at` is behind it; false at the end of the tag.
 bool nextAttribute(std::string_view text, size_t &at, WrittenAttribute &attribute);
 
+// The end tag of the element whose start tag begins at `begin`; npos where there is none within the next `left` bytes,
+// from which what is read is taken.
+size_t endTagOf(std::string_view text, size_t begin, size_t &left);
+
 // The end of the start tag that begins at `begin`.
 size_t tagEnd(std::string_view text, size_t begin);
 

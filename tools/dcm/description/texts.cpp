@@ -77,6 +77,20 @@ std::string nearest(const std::string &written, const std::vector<std::string> &
     return found;
 }
 
+bool isOnlyOneNear(const std::string &written, const std::string &word, const std::vector<std::string> &words)
+{
+    if (written.empty() || written.size() > kLongestWord)
+        return false;
+    const std::string letters = plain(written);
+    const size_t away = distance(letters, plain(word));
+    constexpr size_t kLettersOfSlip = 4; // one slip for so many letters
+    if (away > std::max<size_t>(1, letters.size() / kLettersOfSlip))
+        return false;
+    return std::all_of(words.begin(), words.end(), [&](const std::string &other) {
+        return other == word || distance(letters, plain(other)) > away;
+    });
+}
+
 std::string listed(const std::vector<std::string> &words)
 {
     constexpr size_t kShown = 14;

@@ -29,12 +29,12 @@ void sameCardName(const DescriptionFile &file, const std::vector<DescribedType> 
         if (names.size() < 2 || names == std::vector<std::string>(names.size()))
             continue;
         const auto [other, isFirst] = named.emplace(names, &type);
-        if (!isFirst && other->second->typeIds != type.typeIds)
-            findings
-                .atValue(type.element, first,
-                         pathOf(other->second->element) + " has the same names, " + quoted(names[0]) + " and " +
-                             quoted(names[1]) + ": inventories and alarms cannot tell the two card types apart")
-                .noting(file.nameSpan(other->second->element), "the other card");
+        if (isFirst || other->second->typeIds == type.typeIds)
+            continue;
+        std::string text = pathOf(other->second->element);
+        text.append(" has the same names, ").append(quoted(names[0])).append(" and ").append(quoted(names[1]));
+        text += ": inventories and alarms cannot tell the two card types apart";
+        findings.atValue(type.element, first, text).noting(file.nameSpan(other->second->element), "the other card");
     }
 }
 
