@@ -171,13 +171,13 @@ void addCard(Ids &ids, const std::string &prefix, const Json &record)
 Ids idsOfExport(const DcmCardInfo &info, uint32_t typeId)
 {
     Ids ids;
-    addCard(ids, "card-" + hexadecimal(typeId) + "-" + std::to_string(info.mode) + ".", toJson(info));
+    addCard(ids, "card-" + hexadecimal(typeId) + "-" + std::to_string(info.mode) + ".", toJson(recordOf(info)));
     return ids;
 }
 
 Ids idsOfExport(const DcmFrameInfo &info, uint32_t typeId, const std::vector<Fit> &fits)
 {
-    const Json record = toJson(info);
+    const Json record = toJson(recordOf(info));
     const std::string prefix = "frame-" + hexadecimal(typeId) + ".";
     Ids ids;
     addEntries(ids, prefix, record, "ledInfo");
@@ -207,7 +207,7 @@ Ids idsOfExport(const DcmFrameInfo &info, uint32_t typeId, const std::vector<Fit
         const std::string card = slot + ".card." + std::to_string(fit.cardId);
         ids.insert(card);
         for (const char *name : {"methIf", "panelIf", "led"})
-            addEntries(ids, card + ".", toJson(fit.card->card), name);
+            addEntries(ids, card + ".", toJson(recordOf(fit.card->card)), name);
     }
     return ids;
 }
@@ -653,7 +653,7 @@ Ids idsInPage(const std::string &html)
     return ids;
 }
 
-Page pageOf(const Described &described)
+HtmlPage pageOf(const Described &described)
 {
     const OwnOutput silence;
     return dcmtool::pageOf(*described.file, checkFile(*described.file), 100'000'000);
@@ -712,7 +712,7 @@ TEST(Page, LeavesOutWhatThereIsNoRoomForAndCountsIt)
         text += "<card typeid=\"" + std::to_string(i) + "\"/>";
     const auto file = DescriptionFile::parse("many.xml", text + "</device>");
     const OwnOutput silence;
-    const Page page = dcmtool::pageOf(*file, {}, 20'000);
+    const HtmlPage page = dcmtool::pageOf(*file, {}, 20'000);
     EXPECT_GT(page.omitted, 50U);
     EXPECT_LT(page.html.size(), 100'000U);
     EXPECT_EQ(dcmtool::pageOf(*file, {}, 10'000'000).omitted, 0U);
@@ -722,7 +722,7 @@ TEST(Page, SaysThatAQueryFailsAndWhy)
 {
     const Described described(
         "<device><card typeid=\"1\"><porttypecap><portcap>x</portcap></porttypecap></card></device>");
-    const Page page = pageOf(described);
+    const HtmlPage page = pageOf(described);
     EXPECT_EQ(page.failed, 1U);
     EXPECT_THAT(page.html, HasSubstr("The query of this type fails."));
     EXPECT_THAT(page.html, HasSubstr(" <code>query-fails</code><br>"));

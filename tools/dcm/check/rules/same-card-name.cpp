@@ -1,6 +1,7 @@
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
+#include <algorithm>
 #include <map>
 
 namespace dcmtool {
@@ -26,7 +27,8 @@ void sameCardName(const DescriptionFile &file, const std::vector<DescribedType> 
             first = first != nullptr ? first : name;
         }
         // What is left out is reported as such.
-        if (names.size() < 2 || names == std::vector<std::string>(names.size()))
+        const auto isEmpty = [](const std::string &name) { return name.empty(); };
+        if (names.size() < 2 || std::all_of(names.begin(), names.end(), isEmpty))
             continue;
         const auto [other, isFirst] = named.emplace(names, &type);
         if (isFirst || other->second->typeIds == type.typeIds)
