@@ -1,4 +1,4 @@
-# dcm_embed(OUTPUT HEADER NAME=FILE...) writes a C++ source that defines the contents of files as texts, anew whenever
+# dcm_embed(OUTPUT HEADER NAME=FILE...) writes a C++ source that defines the contents of files as texts, again whenever
 # one of them changes.
 function(dcm_embed output header)
     set(text "#include \"${header}\"\n\nnamespace dcmtool {\n")

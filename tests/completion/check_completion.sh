@@ -78,7 +78,7 @@ completes_whatever_the_help_shows() {
 says_what_candidates_mean() {
     "$dcm" --complete 0 | grep -qF $'check\tFind what is wrong in descriptions'
     "$dcm" --complete 3 card -f "$example" | grep -qF $'0x0402\tMultiplexing transponder, 10 x 10G to 100G'
-    ! "$dcm" --complete 0 | grep -vE $'^[a-z]+\t.+$'
+    ! "$dcm" --complete 0 | grep -vE $'^[a-z-]+\t.+$'
 }
 
 completes_types_and_modes_from_the_file() {

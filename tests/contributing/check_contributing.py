@@ -48,7 +48,7 @@ def run_well(command, **options):
 
 
 def failures(output):
-    """What GoogleTest says of each failure, without the reports of the library."""
+    """The failures in the output of GoogleTest, without the reports of the library."""
     lines = output.splitlines()
     starts = [i for i, line in enumerate(lines) if line.endswith(": Failure")]
     return [line for i in starts for line in lines[i : i + 8]] or lines[-20:]

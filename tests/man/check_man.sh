@@ -84,37 +84,6 @@ runs_every_command_that_it_shows() {
     [ "$count" -ge 8 ] || { echo "only $count commands" && exit 1; }
 }
 
-# What it shows of a finding is what the tool prints.
-shows_a_finding_as_it_is() {
-    local folder
-    folder=$(mktemp -d)
-    # shellcheck disable=SC2064 # now
-    trap "rm -rf '$folder'" EXIT
-    cat >"$folder/line.xml" <<'XML'
-<?xml version="1.0" encoding="UTF-8"?>
-<device>
-  <card typeid="0x0310">
-
-    <panel-port num="8" startportid="1" maxportid="8">
-      <port-group id="1-8">
-
-        <phytype>10g</phytype>
-      </port-group>
-    </panel-port>
-  </card>
-</device>
-XML
-    sed -n '/^\.Bd -literal/,/^\.Ed/ { /^\./!p }' "$source/man/dcm.1" | sed "s/\\\\(aq/'/g; s/ \.\.\.\$//" >"$folder/shown"
-    (cd "$folder" && "$(realpath "$dcm")" check line.xml) >"$folder/printed" || true
-    while IFS= read -r line; do
-        grep -qF -e "$line" "$folder/printed" || {
-            echo "not printed: $line"
-            cat "$folder/printed"
-            exit 1
-        }
-    done <"$folder/shown"
-    [ "$(wc -l <"$folder/shown")" -eq 3 ] || { echo 'the page shows no finding' && exit 1; }
-}
 
 # The forms of the commands, as readers see them.
 shows_the_forms_of_commands() {

@@ -81,7 +81,7 @@ class Browser:
         return result["result"].get("value")
 
     def open(self, page, address=""):
-        """Loads a file anew."""
+        """Loads a file again."""
         self.events.clear()
         self.send("Page.navigate", url="about:blank")
         self.send("Page.navigate", url="file://" + os.path.abspath(page) + address)

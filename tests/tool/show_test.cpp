@@ -291,8 +291,8 @@ TEST(Show, NamesSomeOfVeryManyTypesOfASlot)
     Surroundings surroundings;
     surroundings.types.assign(100000, 7);
     const std::string page = layOut(pageOf(DcmSlotInfo(), surroundings), {});
-    EXPECT_THAT(page, HasSubstr("0x7, ... (100000)"));
-    EXPECT_LT(page.size(), 500U);
+    EXPECT_THAT(page, HasSubstr("0x7, ...\n  (100000)"));
+    EXPECT_LT(page.size(), 5000U);
 }
 
 TEST(Show, StaysInItsWidthAndSizeWhateverARecordHolds)
