@@ -43,7 +43,7 @@ FIGURES = [
     ("SECURITY.md", r"regular file of at most (\d+) MiB", INPUT, MIB),
     ("docs/reliability.md", r"regular file of at most (\d+) MiB", INPUT, MIB),
     ("docs/reliability.md", r"more than (\d+) MiB, also when", INPUT, MIB),
-    ("docs/api/memory.md", r"and to (\d+) MiB", EXPANSION, MIB),
+    ("docs/api/memory.md", r"text and to (\d+) MiB", EXPANSION, MIB),
     ("docs/architecture.md", r"depth above (\d+)", (SELECTION, r"kDepthMax = (.*);"), 1),
     ("docs/architecture.md", r"text above ([\d,]+) bytes", (SELECTION, r"kTextMax = (.*);"), 1),
     ("docs/architecture.md", r"(\d+) KiB of \.text", ("scripts/bench.sh", r"limit=\$\(\((.*?)\)\)"), 1024),

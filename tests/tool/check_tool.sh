@@ -1030,6 +1030,17 @@ check_fixes_what_is_certain_and_nothing_else() {
     expect 'what is left out is not fixed' says out '1 file, 0 errors, 1 warning'
 }
 
+check_knows_a_finding_again_on_another_line() {
+    write_fixable
+    run check --format sarif "$folder/card.xml"
+    grep Fingerprints "$folder/out" >"$folder/fingerprints"
+    sed -i 's/<device>/<device><!-- a -->\n\n/' "$folder/card.xml"
+    run check --format sarif "$folder/card.xml"
+    grep Fingerprints "$folder/out" >"$folder/moved"
+    expect 'findings keep their fingerprints' is_file fingerprints moved
+    expect 'each has its own' [ "$(sort -u "$folder/moved" | wc -l)" -eq 2 ]
+}
+
 check_shows_what_it_would_fix() {
     write_fixable
     cp "$folder/card.xml" "$folder/before.xml"

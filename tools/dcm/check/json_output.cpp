@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cinttypes>
+#include <cstdio>
 #include <cstring>
 
 namespace dcmtool {
@@ -119,6 +121,20 @@ Json fixForSarif(const DescriptionFile &file, const Fix &fix)
     return {{"description", {{"text", fix.title}}}, {"artifactChanges", Json::array({change})}};
 }
 
+// A finding is the same one where only its line is another: FNV-1a of what it says.
+std::string fingerprintOf(const Finding &finding)
+{
+    constexpr uint64_t kBasis = 0xcbf29ce484222325;
+    constexpr uint64_t kPrime = 0x100000001b3;
+    uint64_t hash = kBasis;
+    for (const std::string &part : {std::string(finding.rule->name), finding.path, finding.text})
+        for (const char character : part + '\n')
+            hash = (hash ^ static_cast<unsigned char>(character)) * kPrime;
+    char text[17];
+    std::snprintf(text, sizeof text, "%016" PRIx64, hash);
+    return text;
+}
+
 Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
 {
     std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
@@ -129,11 +145,10 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
     Json location = locationOf(file, finding.span, isPlaced(finding));
     if (!finding.path.empty())
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
-    Json result = {{"ruleId", finding.rule->name},
-                   {"ruleIndex", rule},
-                   {"level", levelOf(finding.severity)},
-                   {"message", {{"text", text}}},
-                   {"locations", Json::array({location})}};
+    Json result = {
+        {"ruleId", finding.rule->name},         {"ruleIndex", rule},
+        {"level", levelOf(finding.severity)},   {"message", {{"text", text}}},
+        {"locations", Json::array({location})}, {"partialFingerprints", {{"dcmFinding/v1", fingerprintOf(finding)}}}};
     if (finding.more != 0)
         result["occurrenceCount"] = 1 + finding.more;
     for (const Note &note : finding.notes) {
