@@ -521,7 +521,7 @@ shows_the_pages_of_the_example() {
     expect 'a port list has a page, too' says out '  interface indexes  '
     run show card 77 --file "$example"
     expect 'a card that is not there fails' exits 1
-    expect 'and standard error says so' says err 'no card has type id 77'
+    expect 'and standard error says so' says err 'no card has type 77'
     run show --width 39 --file "$example"
     expect 'a page has a least width' exits 64
 }

@@ -329,7 +329,7 @@ Table modelTable(const DcmCardInfo &card)
 
 Table componentTable(const DcmCardInfo &card)
 {
-    Table table = {{{"count", true}, {"part"}, {"class"}, {"subtype", true}}};
+    Table table = {{{"count", true}, {"part"}, {"class"}, {"subtype"}}};
     for (const DcmComponentInfo *info : entriesOf(card.component, card.componentNum)) {
         const Record component = recordOf(*info);
         table.rows.push_back({{Text(component["num"].words() + "×", kDim)},
