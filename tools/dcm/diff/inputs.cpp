@@ -121,12 +121,14 @@ bool isRevision(const std::string &name)
 
 std::unique_ptr<Side> openSideOrNothing(const std::string &name, const std::string &shown)
 {
-    return name == "/dev/null" ? std::make_unique<Side>(shown, Origin::other, nullptr) : openSide(name, shown);
+    if (name == "/dev/null")
+        return std::make_unique<Side>(shown, Origin::other, nullptr);
+    return openSide(name, shown);
 }
 
 std::unique_ptr<Side> openSide(const std::string &name, const std::string &shown)
 {
-    const std::string &label = !shown.empty() ? shown : name == "-" ? "<stdin>" : name;
+    const std::string label = !shown.empty() ? shown : name == "-" ? "<stdin>" : name;
     std::string text;
     const Origin origin = !shown.empty() || name == "-" ? Origin::other
                           : isRevision(name)            ? Origin::revision
