@@ -1424,7 +1424,7 @@ TABLE
     expect 'a side that is no description' exits 66
     expect 'prints nothing' silent out
     for command in 'diff' 'diff a' 'diff a b c' 'diff - -' 'diff --fail-on none a b' 'diff --for phytype a b' \
-        'diff --for= a b' 'diff --modes 1 a b' 'diff --git-driver a b' 'diff --format sarif a b' 'git-setup a b'; do
+        'diff --for= a b' 'diff --modes 1 a b' 'diff --git-driver a b c' 'diff --format sarif a b' 'git-setup a b'; do
         # shellcheck disable=SC2086 # words of a command
         run $command
         expect "'dcm $command' is wrong usage" exits 64

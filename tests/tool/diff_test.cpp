@@ -1,11 +1,13 @@
 // What two descriptions answer differently, one fact at a time.
 #include "tools/dcm/diff/comparison.h"
 #include "tools/dcm/diff/output.h"
+#include "tools/dcm/diff/places.h"
 #include "tools/dcm/own_output.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,6 +15,7 @@
 using namespace dcmtool;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::IsSubsetOf;
 using testing::SizeIs;
 
 namespace {
@@ -413,6 +416,60 @@ TEST(DiffPlaces, AreThoseOfTheSlotInAFrame)
 TEST(DiffPlaces, AreNoneWhereTheSideHasNoSuchType)
 {
     EXPECT_THAT(placesOf("<device/>", "<device><card typeid='1'/></device>"), ElementsAre("none 1:10"));
+}
+
+// Calls `visit` for every value of a record that is given and that something in a description fills.
+template <class Visit> void visitGiven(const Record &record, Path &path, const Visit &visit)
+{
+    for (const Field &field : record)
+        for (const Value value : record.valuesOf(field)) {
+            path.push_back(field.entries != 0 ? Step{&field, value.entry(), 0} : Step{&field});
+            if (field.kind == FieldKind::record)
+                visitGiven(value.record(), path, visit);
+            else if (value.isGiven() && field.source != nullptr)
+                visit(value);
+            path.pop_back();
+        }
+}
+
+// The name of the element whose text a place is in, or of the attribute.
+std::string nameAt(const std::string &text, size_t at)
+{
+    const size_t tag = text.rfind('<', at);
+    const size_t end = text.find('>', tag);
+    if (at < end && at != tag + 1) {
+        const size_t equals = text.rfind('=', at);
+        const size_t name = text.find_last_of(" \n", equals) + 1;
+        return text.substr(name, equals - name);
+    }
+    const size_t nameEnd = text.find_first_of(" />", tag);
+    return text.substr(tag + 1, nameEnd - tag - 1);
+}
+
+TEST(DiffPlaces, AreThoseOfWhatFillsTheFieldsOfTheExample)
+{
+    const std::string name = DCM_SOURCE_DIR "/examples/device.xml";
+    Side side("device.xml", Origin::file, DescriptionFile::open(name));
+    std::set<std::string> elsewhere;
+    size_t count = 0;
+    for (const Query &query : side.queries()) {
+        const auto answer = side.answer(query.index);
+        Path path;
+        visitGiven(answer->record(), path, [&](const Value &value) {
+            const Span span = spanOf(*side.file(), side.types()[query.index].element, answer->record(), path);
+            const std::string found = nameAt(side.file()->text(), span.begin);
+            count++;
+            if (found != value.field().source && found != "num")
+                elsewhere.insert(std::string(value.field().name) + " at " + found);
+        });
+    }
+    EXPECT_GT(count, 1000);
+    // What is not written follows from the position, from an offset, or from what is left out.
+    EXPECT_THAT(elsewhere,
+                IsSubsetOf({"cardTypeCaps at cap", "fanCtrlId at fan", "ifName at port-group", "portId at port-group",
+                            "pri at state", "slot at fanmodule", "srcType at led-name", "srcType at source",
+                            "supportMediaChg at port", "supportMediaChg at port-group", "sysId at inner-port",
+                            "sysId at sfu-port", "sysId at slot"}));
 }
 
 // ---- Large descriptions ---------------------------------------------------------------------------------------------

@@ -83,6 +83,9 @@ Exit compareFiles(const Options &options)
 Exit compareForGit(const Options &options)
 {
     constexpr size_t kLeast = 7;
+    // Of a file that is not merged it gives the path alone.
+    if (options.sides.size() == 1)
+        return kSuccess;
     if (options.sides.size() < kLeast)
         throw UsageError("--git-driver takes what git gives a diff driver");
     const OwnOutput output;

@@ -2,6 +2,7 @@
 
 #include "tools/dcm/description/input_file.h"
 #include "tools/dcm/printable.h"
+#include "tools/dcm/process.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -43,6 +44,8 @@ private:
 
 std::string errorText(int error)
 {
+    if (error == ENOMEM)
+        runOutOfMemory();
     return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
 }
 
@@ -82,14 +85,17 @@ std::string readRevision(const std::string &name, std::string &text)
     if (said == nullptr)
         return errorText(errno);
     posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, writing.number(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, fileno(said.get()), STDERR_FILENO);
+    int error = posix_spawn_file_actions_init(&actions);
+    if (error != 0)
+        return errorText(error);
+    error = std::max({posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0),
+                      posix_spawn_file_actions_adddup2(&actions, writing.number(), STDOUT_FILENO),
+                      posix_spawn_file_actions_adddup2(&actions, fileno(said.get()), STDERR_FILENO)});
     std::array<std::string, 4> words = {"git", "cat-file", "blob", name};
     std::array<char *, 5> arguments = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
     pid_t child = 0;
-    const int error = posix_spawnp(&child, "git", &actions, nullptr, arguments.data(), environ);
+    if (error == 0)
+        error = posix_spawnp(&child, "git", &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         return "cannot start git: " + errorText(error);
@@ -115,12 +121,14 @@ bool isRevision(const std::string &name)
 
 std::unique_ptr<Side> openSideOrNothing(const std::string &name, const std::string &shown)
 {
-    return name == "/dev/null" ? std::make_unique<Side>(shown, Origin::other, nullptr) : openSide(name, shown);
+    if (name == "/dev/null")
+        return std::make_unique<Side>(shown, Origin::other, nullptr);
+    return openSide(name, shown);
 }
 
 std::unique_ptr<Side> openSide(const std::string &name, const std::string &shown)
 {
-    const std::string &label = !shown.empty() ? shown : name == "-" ? "<stdin>" : name;
+    const std::string label = !shown.empty() ? shown : name == "-" ? "<stdin>" : name;
     std::string text;
     const Origin origin = !shown.empty() || name == "-" ? Origin::other
                           : isRevision(name)            ? Origin::revision

@@ -25,7 +25,8 @@ public:
         const Field &field = *step.field;
         if (field.source == nullptr)
             return;
-        const std::vector<Node> written = childrenNamed(at_, field.source);
+        const bool isInside = dcm::isNamed(at_, field.source);
+        const std::vector<Node> written = isInside ? std::vector<Node>{at_} : childrenNamed(at_, field.source);
         if (written.empty())
             return;
         at_ = written.back();
@@ -47,6 +48,8 @@ public:
         const char *source = step.field->source;
         if (source == nullptr)
             return file_.nameSpan(at_);
+        if (step.entry != kNoEntry && step.field->extent == Extent::counted)
+            return spanOfRow(source, step.entry);
         if (hasAttribute(at_, source))
             return file_.valueSpan(at_, source);
         // The text of a component is its description.
@@ -63,6 +66,17 @@ public:
     Span span() const { return file_.nameSpan(at_); }
 
 private:
+    // What an element of several that belong together says.
+    Span spanOfRow(const char *source, size_t row)
+    {
+        const std::vector<Node> rows = childrenNamed(at_, nullptr);
+        if (row >= rows.size())
+            return file_.nameSpan(at_);
+        if (hasAttribute(rows[row], source))
+            return file_.valueSpan(rows[row], source);
+        return dcm::isNamed(rows[row], source) ? file_.contentSpan(rows[row]) : file_.nameSpan(rows[row]);
+    }
+
     static constexpr unsigned kDepth = 2; // a list may stand in an element for each slot
 
     static bool hasField(const RecordTable &table, const char *name)
