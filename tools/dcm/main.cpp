@@ -6,10 +6,9 @@ int main(int argc, char **argv)
 {
     try {
         dcmtool::prepareProcess();
-        return dcmtool::runCommandLine(
-            {frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(), listCommand(), exportCommand(),
-             drawCommand(), pageCommand()},
-            argc, argv);
+        return dcmtool::runCommandLine({frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(),
+                                        listCommand(), exportCommand(), drawCommand(), pageCommand()},
+                                       argc, argv);
     } catch (...) {
         // Only lengths that no memory has are left to come here.
         dcmtool::runOutOfMemory();

@@ -169,7 +169,11 @@ private:
         for (const Fit &fit : fits)
             wanted.emplace(fit.cardType, fit.mode);
         const DescribedCards cards(
-            file_, [&](uint32_t typeId, uint32_t mode) { return wanted.count({typeId, mode}) != 0; }, true);
+            file_,
+            [&](uint32_t typeId, uint32_t mode) {
+                return wanted.count({typeId, mode}) != 0;
+            },
+            true);
         for (Fit &fit : fits) {
             fit.card = cards.find(fit.cardType, fit.mode);
             fit.name = fit.card != nullptr ? cardName(fit.card->card, fit.cardType) : hexadecimal(fit.cardType, 4);
