@@ -35,18 +35,6 @@ private:
         std::string takenBy;
     };
 
-    std::string accepted(uint32_t index) const
-    {
-        std::vector<std::string> names;
-        for (const uint32_t type : frame_.supportCardType[index]) {
-            if (type == 0)
-                break;
-            const auto name = view_.cardNames.find(type);
-            names.push_back(name != view_.cardNames.end() ? name->second : hexadecimal(type, 4));
-        }
-        return names.empty() ? "no card" : joined(names, ", ");
-    }
-
     std::string refusalOf(Fit &fit)
     {
         const std::string number = std::to_string(fit.slot);
@@ -56,7 +44,8 @@ private:
         const auto &types = frame_.supportCardType[index];
         const auto *end = std::find(std::begin(types), std::end(types), 0U);
         if (std::find(std::begin(types), end, fit.cardType) == end || fit.cardType == 0)
-            return "slot " + number + " accepts " + accepted(index);
+            return "slot " + number + " accepts " +
+                   (types[0] == 0 ? "no card" : joined(acceptedCards(view_, fit.slot), ", "));
         if (fit.card == nullptr)
             return "no such card is described, or its query fails";
         const Slot &slot = slots_[fit.slot];
@@ -94,6 +83,18 @@ private:
 };
 
 } // namespace
+
+std::vector<std::string> acceptedCards(const FrameView &view, uint32_t slot)
+{
+    std::vector<std::string> names;
+    for (const uint32_t type : view.frame.supportCardType[slot - 1]) {
+        if (type == 0)
+            break;
+        const auto name = view.cardNames.find(type);
+        names.push_back(name != view.cardNames.end() ? name->second : hexadecimal(type, 4));
+    }
+    return names;
+}
 
 bool fitCards(const FrameView &view, std::vector<Fit> &fits)
 {

@@ -143,17 +143,7 @@ private:
 
     std::string slotId(uint32_t slot) const { return id_ + ".slot." + std::to_string(slot); }
 
-    std::string acceptedBy(uint32_t slot) const
-    {
-        std::vector<std::string> names;
-        for (const uint32_t type : frame_.supportCardType[slot - 1]) {
-            if (type == 0)
-                break;
-            const auto name = view_.cardNames.find(type);
-            names.push_back(name != view_.cardNames.end() ? name->second : hexadecimal(type, 4));
-        }
-        return joined(names, ", ");
-    }
+    std::string acceptedBy(uint32_t slot) const { return joined(acceptedCards(view_, slot), ", "); }
 
     std::string ruleOf(uint32_t slot) const
     {
@@ -790,7 +780,7 @@ private:
         }
         if (!kinds.empty())
             room.y = addFlow(root_, m_, room, {{"Slots", kSmallDim}}, label, kinds);
-        room.y = addFlow(root_, m_, room, {{"LEDs", kSmallDim}}, label, ledLegend(m_));
+        room.y = addFlow(root_, m_, room, {{"LEDs", kSmallDim}}, label, ledLegend());
         std::map<std::string, std::string> styles;
         std::vector<std::string> order;
         for (const Fit &fit : view_.fits)

@@ -84,6 +84,9 @@ struct FrameView {
     bool isPanelOnly = false; // without a title
 };
 
+// The card types that a slot accepts: by name, or by number where one is not described.
+std::vector<std::string> acceptedCards(const FrameView &view, uint32_t slot);
+
 // Whether each card fits into its slot, in the order in which they are put there. False when one does not.
 bool fitCards(const FrameView &view, std::vector<Fit> &fits);
 

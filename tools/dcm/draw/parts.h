@@ -20,7 +20,7 @@ constexpr Face kTinyDimBold = {Font::tiny, true, Tone::dim};
 constexpr Face kNumber = {Font::number, false, Tone::plain};
 
 // Around a picture without title and tables.
-constexpr int kPanelMargin = 20;
+constexpr int kPanelMargin = 60; // for the mark at a corner
 
 // A line of text, cut to its room; `x` is its start, middle or end.
 Figure textFigure(const Metrics &metrics, int x, int y, const std::vector<TextRun> &runs, int room,
@@ -64,7 +64,7 @@ struct PortGroup {
 std::vector<PortGroup> portGroups(const DcmCardInfo &card);
 
 // The items of the legend of LEDs.
-std::vector<Item> ledLegend(const Metrics &metrics);
+std::vector<Item> ledLegend();
 
 } // namespace dcmtool
 

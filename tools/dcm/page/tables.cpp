@@ -468,13 +468,7 @@ private:
     TableRow ruleOf(uint32_t slot) const
     {
         const uint32_t index = slot - 1;
-        std::vector<std::string> names;
-        for (const uint32_t type : frame_.supportCardType[index]) {
-            if (type == 0)
-                break;
-            const auto name = view_.cardNames.find(type);
-            names.push_back(name != view_.cardNames.end() ? name->second : hexadecimal(type, 4));
-        }
+        const std::vector<std::string> names = acceptedCards(view_, slot);
         const bool spans = dcm::_dcmBitTest(frame_.supportCrossSlot, index) != 0;
         return {{{""},
                  {kindsOf(slot)},
