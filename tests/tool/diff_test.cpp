@@ -422,7 +422,7 @@ TEST(DiffPlaces, AreNoneWhereTheSideHasNoSuchType)
 template <class Visit> void visitGiven(const Record &record, Path &path, const Visit &visit)
 {
     for (const Field &field : record)
-        for (const Value value : record.valuesOf(field)) {
+        for (const FieldValue value : record.valuesOf(field)) {
             path.push_back(field.entries != 0 ? Step{&field, value.entry(), 0} : Step{&field});
             if (field.kind == FieldKind::record)
                 visitGiven(value.record(), path, visit);
@@ -455,7 +455,7 @@ TEST(DiffPlaces, AreThoseOfWhatFillsTheFieldsOfTheExample)
     for (const Query &query : side.queries()) {
         const auto answer = side.answer(query.index);
         Path path;
-        visitGiven(answer->record(), path, [&](const Value &value) {
+        visitGiven(answer->record(), path, [&](const FieldValue &value) {
             const Span span = spanOf(*side.file(), side.types()[query.index].element, answer->record(), path);
             const std::string found = nameAt(side.file()->text(), span.begin);
             count++;

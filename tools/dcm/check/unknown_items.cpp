@@ -53,10 +53,10 @@ std::vector<std::string> namesIn(const dcm::Element &format, bool areAttributes)
     return names;
 }
 
-Finding &report(const UnknownItem &item, std::string text, Findings &findings)
+Finding &report(const UnknownItem &item, const std::string &text, Findings &findings)
 {
-    return item.isAttribute ? findings.atAttribute(item.node, item.name, std::move(text))
-                            : findings.atName(item.node, std::move(text));
+    return item.isAttribute ? findings.atAttribute(item.node, item.name, text)
+                            : findings.atName(item.node, text);
 }
 } // namespace
 

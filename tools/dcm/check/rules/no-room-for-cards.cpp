@@ -13,6 +13,8 @@ void noRoomForCards(const Context &slot, Findings &findings)
     for (size_t i = 0; i < slot.format->childCount; i++)
         if (slot.format->children[i].role() == Role::mostCards)
             name = slot.format->children[i].name;
+    if (name == nullptr)
+        return;
     const KnownChild *most = slot.lastChild(Role::mostCards);
     if (most != nullptr) {
         const dcm::Text text = dcm::Text::content(most->node, {"dcm"});
