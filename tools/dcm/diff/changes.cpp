@@ -131,7 +131,7 @@ public:
                 i++;
             while (j < newKeys.size() && newKeys[j].first == key)
                 j++;
-            matchLike({&oldKeys[oldBegin], i - oldBegin}, {&newKeys[newBegin], j - newBegin});
+            matchLike({oldKeys.data() + oldBegin, i - oldBegin}, {newKeys.data() + newBegin, j - newBegin});
         }
         if (columns_.record != nullptr && !columns_.isByPosition && hasIdentity(*columns_.record->record))
             matchRenumbered();
