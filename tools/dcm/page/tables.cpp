@@ -103,7 +103,7 @@ void addMap(HtmlTable &table, const DcmLedMapInfo &map, const std::string &owner
         for (size_t pair = 0; pair < std::min<size_t>(led.statMapNum, DCM_LED_STATE_MAX); pair++) {
             const std::string from = shownState(led.srcType, led.srcState[pair]);
             const std::string to = shownState(led.ledType, led.ledState[pair]);
-            pairs.push_back(from == to ? from : from + "→" + to);
+            pairs.push_back(from == to ? from : joined({from, to}, "→"));
         }
         const std::string source = sourceOf(places, prefix + "ledMap." + std::to_string(i));
         const std::string type = led.srcType == led.ledType ? "" : ledType(led.srcType);
@@ -116,13 +116,22 @@ void addMap(HtmlTable &table, const DcmLedMapInfo &map, const std::string &owner
     }
 }
 
-const std::vector<std::string> kLedHeads = {"LED", "of", "states, by priority"};
-const std::vector<std::string> kMapHeads = {"LED", "of", "shows the state of", "translated"};
+std::vector<std::string> ledHeads()
+{
+    return {"LED", "of", "states, by priority"};
+}
+std::vector<std::string> mapHeads()
+{
+    return {"LED", "of", "shows the state of", "translated"};
+}
 
 // ---- Sensors, fans --------------------------------------------------------------------------------------------------
 
-const std::vector<std::string> kTemperatureHeads = {"sensor",    "of",   "at",          "alarm °C", "act above",
-                                                    "act below", "work", "on overflow", "actions",  "fan controllers"};
+std::vector<std::string> temperatureHeads()
+{
+    return {"sensor",    "of",   "at",          "alarm °C", "act above",
+            "act below", "work", "on overflow", "actions",  "fan controllers"};
+}
 
 TableRow temperatureRow(const DcmTemperatureInfo &sensor, const std::string &owner, const std::string &id)
 {
@@ -143,8 +152,10 @@ TableRow temperatureRow(const DcmTemperatureInfo &sensor, const std::string &own
             id};
 }
 
-const std::vector<std::string> kFanCtrlHeads = {"controller", "#fans",      "#mode",  "#level", "#speed",
-                                                "low alarm",  "high alarm", "forced", "cools"};
+std::vector<std::string> fanCtrlHeads()
+{
+    return {"controller", "#fans", "#mode", "#level", "#speed", "low alarm", "high alarm", "forced", "cools"};
+}
 
 void addFanCtrl(HtmlTable &table, const DcmFanCtrlInfo &info, size_t index, const std::string &cooled)
 {
@@ -383,7 +394,7 @@ private:
 
     std::string temperatures() const
     {
-        HtmlTable table = {kTemperatureHeads};
+        HtmlTable table = {temperatureHeads()};
         for (size_t i = 0; i < std::min<size_t>(card_.temperatureNum, DCM_CARD_TEMPERATURE_MAX); i++)
             table.rows.push_back(temperatureRow(card_.temperature[i], "", idOf("temperature", i)));
         return blockOf("Temperature", "thresholds with their limits", htmlOf(table));
@@ -406,7 +417,7 @@ private:
 
     std::string leds() const
     {
-        HtmlTable table = {kLedHeads};
+        HtmlTable table = {ledHeads()};
         addLeds(table, card_.led, std::min<size_t>(card_.ledNum, DCM_LED_MAX), "");
         for (size_t i = 0; i < DCM_PORT_LED_MAX && card_.portLed[i].endId != 0; i++) {
             const DcmPortLedInfo &run = card_.portLed[i];
@@ -420,7 +431,7 @@ private:
 
     std::string ledMap() const
     {
-        HtmlTable table = {kMapHeads};
+        HtmlTable table = {mapHeads()};
         addMap(table, card_.ledMap, "", "", view_.places);
         return blockOf("LED map", "", htmlOf(table));
     }
@@ -517,7 +528,7 @@ private:
 
     std::string fanControllers() const
     {
-        HtmlTable table = {kFanCtrlHeads};
+        HtmlTable table = {fanCtrlHeads()};
         for (size_t i = 0; i < std::min<size_t>(frame_.fanCtrlNum, DCM_FAN_CTRL_MAX); i++) {
             const DcmFanCtrlMapInfo &map = frame_.fanCtrlMap[i];
             const auto part = [](const char *what, const std::string &list) { return list.empty() ? "" : what + list; };
@@ -540,7 +551,7 @@ private:
     // Their ids are in the picture.
     std::string temperatures() const
     {
-        HtmlTable table = {kTemperatureHeads};
+        HtmlTable table = {temperatureHeads()};
         const auto add = [&](const DcmTemperatureInfo *sensors, size_t count, const std::string &owner) {
             for (size_t i = 0; i < std::min<size_t>(count, DCM_UNIT_TEMPERATURE_MAX); i++)
                 table.rows.push_back(temperatureRow(sensors[i], owner, ""));
@@ -554,7 +565,7 @@ private:
 
     std::string leds() const
     {
-        HtmlTable table = {kLedHeads};
+        HtmlTable table = {ledHeads()};
         addLeds(table, frame_.ledInfo, std::min<size_t>(frame_.ledNum, DCM_LED_MAX), "frame");
         for (size_t i = 0; i < moduleCount(); i++)
             addLeds(table, frame_.fanModuleInfo[i].ledInfo,
@@ -584,7 +595,7 @@ private:
 
     std::string ledMap() const
     {
-        HtmlTable table = {kMapHeads};
+        HtmlTable table = {mapHeads()};
         addMap(table, frame_.ledMap, "frame", "", view_.places);
         for (size_t i = 0; i < moduleCount(); i++)
             addMap(table, frame_.fanModuleInfo[i].ledMap, nameOf("fan module ", i),
@@ -674,7 +685,7 @@ private:
 
     std::string fanControllers() const
     {
-        HtmlTable table = {kFanCtrlHeads};
+        HtmlTable table = {fanCtrlHeads()};
         for (size_t i = 0; i < std::min<size_t>(slot_.fanCtrlNum, DCM_FAN_CTRL_MAX); i++)
             addFanCtrl(table, slot_.fanCtrlInfo[i], i, "");
         return blockOf("Fan controllers", "levels and speeds in the fan control's units", htmlOf(table));
