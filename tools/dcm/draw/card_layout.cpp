@@ -648,7 +648,7 @@ private:
             return y;
         y += m_.sectionGap;
         return addFlow(root_, m_, {x, y, width_ - 2 * m_.margin, 0}, {{"LED", kSmallDim}}, m_.labelWidth / 3,
-                       ledLegend());
+                       legendOfLeds());
     }
 
     const CardView &view_;

@@ -780,7 +780,7 @@ private:
         }
         if (!kinds.empty())
             room.y = addFlow(root_, m_, room, {{"Slots", kSmallDim}}, label, kinds);
-        room.y = addFlow(root_, m_, room, {{"LEDs", kSmallDim}}, label, ledLegend());
+        room.y = addFlow(root_, m_, room, {{"LEDs", kSmallDim}}, label, legendOfLeds());
         std::map<std::string, std::string> styles;
         std::vector<std::string> order;
         for (const Fit &fit : view_.fits)

@@ -287,7 +287,7 @@ std::vector<PortGroup> portGroups(const DcmCardInfo &card)
 
 // ---- Legend ---------------------------------------------------------------------------------------------------------
 
-std::vector<Item> ledLegend()
+std::vector<Item> legendOfLeds()
 {
     std::vector<Item> items;
     for (const char *freq : {"on", "off", "slow-blink", "fast-blink", "none"})

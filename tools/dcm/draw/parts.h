@@ -64,7 +64,7 @@ struct PortGroup {
 std::vector<PortGroup> portGroups(const DcmCardInfo &card);
 
 // The items of the legend of LEDs.
-std::vector<Item> ledLegend();
+std::vector<Item> legendOfLeds();
 
 } // namespace dcmtool
 
