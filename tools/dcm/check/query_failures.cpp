@@ -434,7 +434,7 @@ std::vector<std::string> freeIds(Node element, const dcm::Attribute &id)
         const dcm::Element *format = formatOf(sibling);
         const dcm::Attribute *other = format != nullptr ? idAttribute(*format) : nullptr;
         const dcm::Text text = textOf(sibling, sibling != element ? other : nullptr);
-        if (text)
+        if (text && other != nullptr)
             for (const uint32_t number : idsOf(text.c_str(), other->content))
                 if (number < isTaken.size())
                     isTaken[number] = true;

@@ -68,15 +68,15 @@ const KnownChild *lastChild(const Spot &spot, const char *name)
 }
 
 // Under the number of one child, else that of another, else the id from which the number is made.
-void tellAt(const Spot &spot, const char *name, const char *otherName, std::string text, Findings &findings)
+void tellAt(const Spot &spot, const char *name, const char *otherName, const std::string &text, Findings &findings)
 {
     const KnownChild *child = lastChild(spot, name);
     if (child == nullptr)
         child = lastChild(spot, otherName);
     if (child != nullptr)
-        findings.atContent(child->node, std::move(text));
+        findings.atContent(child->node, text);
     else
-        findings.atValue(spot.node, idAttribute(*spot.format)->name, std::move(text));
+        findings.atValue(spot.node, idAttribute(*spot.format)->name, text);
 }
 
 // ---- Slots ----------------------------------------------------------------------------------------------------------

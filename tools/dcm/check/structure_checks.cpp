@@ -92,10 +92,10 @@ bool isForeign(const Stranger &stranger)
     return attribute != nullptr && attribute->type == XML_ATTRIBUTE_NODE && attribute->ns != nullptr;
 }
 
-Finding &tell(const Stranger &stranger, std::string text, Findings &findings)
+Finding &tell(const Stranger &stranger, const std::string &text, Findings &findings)
 {
-    return stranger.isAttribute ? findings.atAttribute(stranger.node, stranger.name, std::move(text))
-                                : findings.atName(stranger.node, std::move(text));
+    return stranger.isAttribute ? findings.atAttribute(stranger.node, stranger.name, text)
+                                : findings.atName(stranger.node, text);
 }
 
 void unknown(const Stranger &stranger, Findings &findings)
