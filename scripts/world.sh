@@ -28,10 +28,9 @@ world_compile() {
 
 # world_tests COMPILER [STANDARD]: everything as it ships, and all tests.
 world_tests() {
-    local standard=()
-    [ $# -eq 1 ] || standard=("-DCMAKE_CXX_STANDARD=$2")
-    say "All with $("$1" --version | head -1), C++${2-17}, libxml2 $(pkg-config --modversion libxml-2.0)"
-    world_configure "$1" "$1" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${standard[@]}"
+    local standard=${2-17}
+    say "All with $("$1" --version | head -1), C++$standard, libxml2 $(pkg-config --modversion libxml-2.0)"
+    world_configure "$1" "$1" -DCMAKE_BUILD_TYPE=RelWithDebInfo "-DCMAKE_CXX_STANDARD=$standard"
     world_compile "$1" all && test_whole "build/world/$1"
 }
 
