@@ -33,7 +33,9 @@ whole_program() {
 # whole_count LOG...: the numbers of tests and of skipped tests in these logs.
 whole_count() {
     awk '/^\[=+\] [0-9]+ tests? from / { ran += $2 } /^\[  SKIPPED \] [0-9]+ tests?/ { skipped += $4 }
-        END { printf "%d tests%s", ran, skipped ? sprintf(", of which %d skipped", skipped) : "" }' "$@"
+        /^\[  FAILED  \] [0-9]+ tests?, listed below/ { failed += $4 }
+        END { printf "%d tests%s%s", ran, skipped ? sprintf(", %d skipped", skipped) : "",
+            failed ? sprintf(", %d FAILED", failed) : "" }' "$@"
 }
 
 # test_whole FOLDER [EXCLUDED]: runs whole GoogleTest programs, and the other tests of ctest that are not excluded.

@@ -1,4 +1,4 @@
-"""A headless Chromium, driven over a pipe with the DevTools protocol; nothing but Python's own library is needed."""
+"""A headless Chromium, driven over a pipe with the DevTools protocol, with Python's own library only."""
 import base64
 import json
 import os

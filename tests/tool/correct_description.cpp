@@ -392,6 +392,9 @@ private:
             return std::to_string(kSlots);
         if (name == "fannum")
             return std::to_string(fans_ = 1 + below(DCM_FAN_MAX));
+        // Most cards fit into one slot.
+        if (name == "occupyslotnum")
+            return std::to_string(oneIn(4) ? 2 : 1);
         if (name == "slot")
             return std::to_string(1 + below(kSlots));
         if (name == "fanctrl")
