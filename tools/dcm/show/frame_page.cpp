@@ -120,8 +120,8 @@ Section slotSection(const DcmFrameInfo &frame, const Surroundings &surroundings)
 {
     Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span"}, {"accepts"}}};
     const std::vector<Slot> slots = slotsOf(frame);
-    const auto groups =
-        foldNeighbours(slots.size(), [&slots](size_t one, size_t other) { return areAlikeSlots(slots[one], slots[other]); });
+    const auto groups = foldNeighbours(
+        slots.size(), [&slots](size_t one, size_t other) { return areAlikeSlots(slots[one], slots[other]); });
     for (const auto &group : groups) {
         const Slot &slot = slots[group[0]];
         Cell accepts;
