@@ -253,6 +253,14 @@ FixedFile fixesOf(const CheckedFile &checked, const Options &options, const Warn
         return (areAll || fix.confidence == Confidence::certain) &&
                !warnings.isOff(finding.rule, *checked.configuration);
     };
+    const auto hasWanted = [&](const Finding &finding) {
+        return std::any_of(finding.fixes.begin(), finding.fixes.end(),
+                           [&](const Fix &fix) { return isWanted(finding, fix); });
+    };
+    if (std::none_of(findings.begin(), findings.end(), hasWanted))
+        return {};
+    // That of the result takes the same memory: new pages would cost as much as parsing.
+    checked.report.file->dropTree();
     return applyFixes(*checked.report.file, findings, isWanted, &checked.configuration->knownNames);
 }
 

@@ -469,8 +469,16 @@ std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::s
 
 DescriptionFile::~DescriptionFile()
 {
+    dropTree();
+}
+
+void DescriptionFile::dropTree()
+{
     if (document_ != nullptr)
         xmlFreeDoc(document_);
+    document_ = nullptr;
+    root_ = nullptr;
+    comments_.clear();
 }
 
 void DescriptionFile::fail(State state, std::string fault, Span span)

@@ -92,6 +92,9 @@ public:
     const std::string &fault() const { return fault_; } // why it is not parsed
     Span faultSpan() const { return faultSpan_; }
 
+    // Frees the tree, which is most of the memory. The text and places in it are still there.
+    void dropTree();
+
     Node root() const { return root_; } // nullptr unless parsed
     bool isDevice() const;
     bool isVm() const;
