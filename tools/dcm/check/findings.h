@@ -43,6 +43,7 @@ struct Finding {
     std::vector<Fix> fixes; // each by itself; the best one first
     size_t more = 0;        // how many others of the rule are counted with it and not kept
     size_t order = 0;       // in which they were found
+    std::string reason;     // why a comment allows it; empty when none does
 
     Finding &noting(Span where, std::string what)
     {
@@ -63,7 +64,11 @@ class Findings {
 public:
     static constexpr size_t kMostOfRule = 100;
 
-    explicit Findings(const DescriptionFile &file) : file_(file) {}
+    // `knownNames`: of elements and attributes that other programs put into descriptions.
+    explicit Findings(const DescriptionFile &file, const std::set<std::string> *knownNames = nullptr)
+        : file_(file), knownNames_(knownNames)
+    {
+    }
 
     Finding &at(const Value &value, const std::string &text);                           // under the value
     Finding &atName(Node element, const std::string &text);                             // under the element's name
@@ -75,18 +80,22 @@ public:
     // True when what the running rule finds at an element is only counted, which is then done: for rules whose texts
     // cost much to make.
     bool counts(Node element);
+    // Whether a name that is not one of the format is one of another program.
+    bool isForeign(const std::string &name) const { return knownNames_ != nullptr && knownNames_->count(name) != 0; }
 
     // For the engine.
     void run(const Rule &rule) { running_ = &rule; }
     const DescriptionFile &file() const { return file_; }
     // Keeps what a rule finds at an element apart, so that it can be taken out.
     void setApart(const Rule &rule, Node element);
-    // Takes it out; false when nothing was found there.
-    bool takeOut(const Rule &rule, Node element);
+    // Takes it out, since a comment allows it; false when nothing was found there.
+    bool takeOut(const Rule &rule, Node element, const std::string &reason);
     // Notes that the running rule has not looked for all that there is.
     void endSearch() { ended_.insert(running_); }
     // All that is kept, in the order of the file.
     std::vector<Finding> take();
+    // What has been taken out, of each rule the first findings, in the order of the file.
+    std::vector<Finding> takeAllowed();
 
 private:
     // What a rule found, in the whole file or at one element.
@@ -107,9 +116,11 @@ private:
     template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, const std::string &text);
 
     const DescriptionFile &file_;
+    const std::set<std::string> *knownNames_;
     const Rule *running_ = nullptr;
     std::unordered_map<const Rule *, Found> found_;
     std::unordered_map<Key, Found, Hash> apart_;
+    std::unordered_map<const Rule *, Found> allowed_;
     std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
     std::set<const Rule *> ended_;
     size_t order_ = 0;

@@ -75,7 +75,7 @@ bool isForeign(const UnknownItem &item)
 
 void reportUnknown(const UnknownItem &item, Findings &findings)
 {
-    if (findings.counts(item.node))
+    if (findings.isForeign(item.name) || findings.counts(item.node))
         return;
     const std::vector<std::string> known = namesIn(*item.parent.format, item.isAttribute);
     const std::string around = quotedName(item.parent.name);

@@ -438,15 +438,21 @@ struct ParserEvents {
     }
 };
 
-std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name, IsWanted isWanted)
+std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name, IsWanted isWanted,
+                                                       const std::string &shown)
 {
     std::string text;
     std::string fault = readInput(name, text);
-    std::string shown = name == "-" ? "<stdin>" : name;
+    std::string known = !shown.empty() ? shown : name == "-" ? "<stdin>" : name;
     if (fault.empty())
-        return parse(std::move(shown), std::move(text), std::move(isWanted));
+        return parse(std::move(known), std::move(text), std::move(isWanted));
+    return unreadable(std::move(known), std::move(fault));
+}
+
+std::unique_ptr<DescriptionFile> DescriptionFile::unreadable(std::string name, std::string fault)
+{
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
-    file->name_ = std::move(shown);
+    file->name_ = std::move(name);
     file->fail(State::unreadable, std::move(fault));
     return file;
 }
@@ -463,8 +469,16 @@ std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::s
 
 DescriptionFile::~DescriptionFile()
 {
+    dropTree();
+}
+
+void DescriptionFile::dropTree()
+{
     if (document_ != nullptr)
         xmlFreeDoc(document_);
+    document_ = nullptr;
+    root_ = nullptr;
+    comments_.clear();
 }
 
 void DescriptionFile::fail(State state, std::string fault, Span span)

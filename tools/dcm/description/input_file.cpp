@@ -90,6 +90,24 @@ std::string readInput(const std::string &name, std::string &text)
     }
 }
 
+std::string readBeginning(const std::string &name, size_t most, std::string &text)
+{
+    std::string fault;
+    const Descriptor file(openRegular(name, fault));
+    if (!fault.empty())
+        return fault;
+    text.resize(most);
+    size_t length = 0;
+    for (ssize_t count = 1; count != 0 && length < most;) {
+        count = read(file.number(), &text[length], most - length);
+        if (count < 0 && errno != EINTR)
+            return systemError(errno);
+        length += count > 0 ? static_cast<size_t>(count) : 0;
+    }
+    text.resize(length);
+    return "";
+}
+
 std::string faultOfFile(const std::string &name)
 {
     std::string fault;
