@@ -137,17 +137,12 @@ std::string fingerprintOf(const Finding &finding)
 
 Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
 {
-    std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
-    if (!finding.meant.empty())
-        text += "; did you mean '" + finding.meant + "'?";
-    if (finding.more != 0)
-        text += "; and " + std::to_string(finding.more) + " more like it";
     Json location = locationOf(file, finding.span, isPlaced(finding));
     if (!finding.path.empty())
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
     Json result = {
         {"ruleId", finding.rule->name},         {"ruleIndex", rule},
-        {"level", levelOf(finding.severity)},   {"message", {{"text", text}}},
+        {"level", levelOf(finding.severity)},   {"message", {{"text", messageOf(finding)}}},
         {"locations", Json::array({location})}, {"partialFingerprints", {{"dcmFinding/v1", fingerprintOf(finding)}}}};
     if (finding.more != 0)
         result["occurrenceCount"] = 1 + finding.more;

@@ -43,6 +43,9 @@ std::string summaryOf(const Totals &totals, const TextStyle &style);
 std::string asJson(const std::vector<FileReport> &reports);
 std::string asSarif(const std::vector<FileReport> &reports);
 
+// The path, the text, what was meant, and how many more there are: as the file has them, on any number of lines.
+std::string messageOf(const Finding &finding);
+
 // The rules themselves: a line for each, and all about one.
 std::string listOfRules();
 std::string pageAsText(const Rule &rule);
