@@ -743,6 +743,8 @@ every_command_exits_with_74_when_it_cannot_write() {
     [ "$count" -ge 20 ] || { echo "only $count commands" && exit 1; }
     # Each command of the tool is among them.
     for name in $(tool --complete 0 | cut -f 1); do
+        # It prints only what it is asked: lsp_ends_with_its_input.
+        [ "$name" != lsp ] || continue
         grep -qE "^$name( |\$)" <(commands_that_print) || { echo "not tested: $name" && exit 1; }
     done
 }
@@ -1361,6 +1363,70 @@ format_only_says_what_it_would_change() {
     expect 'the file is as before' is_file card.xml before.xml
     patch -s -d / -p0 <"$folder/out" || skip 'patch is not installed'
     expect 'what patch makes of it is the layout' is_file card.xml formatted.xml
+}
+
+# lsp_message CONTENT: in ASCII, with its header.
+lsp_message() { printf 'Content-Length: %d\r\n\r\n%s' "${#1}" "$1"; }
+
+# lsp_open FILE: what an editor sends that opens a description.
+lsp_open() {
+    lsp_message '{"jsonrpc":"2.0","id":1,"method":"initialize","params":{"capabilities":{}}}'
+    lsp_message "$(python3 -c 'import json, sys
+print(json.dumps({"jsonrpc": "2.0", "method": "textDocument/didOpen", "params": {"textDocument": {
+    "uri": "file://" + sys.argv[1], "languageId": "xml", "version": 1, "text": open(sys.argv[1]).read()}}}))' "$1")"
+}
+
+# lsp_messages: the messages on standard output, one on a line; nothing else is there.
+lsp_messages() {
+    python3 -c 'import json, re, sys
+rest = sys.stdin.buffer.read()
+while rest:
+    header = re.match(rb"Content-Length: (\d+)\r\n\r\n", rest)
+    end = header.end() + int(header.group(1))
+    print(json.dumps(json.loads(rest[header.end():end])))
+    rest = rest[end:]' <"$folder/out" >"$folder/messages"
+}
+
+lsp_answers_and_ends() {
+    {
+        lsp_open "$example"
+        lsp_message '{"jsonrpc":"2.0","id":2,"method":"shutdown"}'
+        lsp_message '{"jsonrpc":"2.0","method":"exit"}'
+    } >"$folder/in"
+    run lsp --stdio <"$folder/in"
+    expect 'it ends with 0 where it is shut down' exits 0
+    expect 'it prints messages' lsp_messages
+    expect 'the first answers the initialization' says messages '"name": "dcm lsp", "version": "1.'
+    expect 'the last answers the shutdown' [ "$(tail -n 1 "$folder/messages")" = '{"id": 2, "jsonrpc": "2.0", "result": null}' ]
+    expect 'nothing is said on standard error' silent err
+}
+
+# The library prints what it reports.
+lsp_prints_nothing_but_messages() {
+    write_faulty
+    lsp_open "$folder/faulty.xml" >"$folder/in"
+    run lsp <"$folder/in"
+    expect 'it prints messages' lsp_messages
+    expect 'it publishes what makes queries fail' says messages '"code": "query-fails"'
+    expect 'nothing is said on standard error' silent err
+    run --log lsp <"$folder/in"
+    expect 'the log is on standard error' says err 'log(0, 3, 0)'
+    expect 'it prints messages with the log, too' lsp_messages
+}
+
+lsp_ends_with_its_input() {
+    run lsp
+    expect 'it ends with 1 where it is not shut down' exits 1
+    expect 'it prints nothing without being asked' silent out
+    lsp_open "$example" >"$folder/in"
+    status=0
+    tool lsp <"$folder/in" >/dev/full 2>"$folder/err" || status=$?
+    expect 'it ends with 74 where it cannot write' exits 74
+    expect 'and says so' says err 'dcm: standard output: No space left on device'
+    printf 'Content-Length: 1000000\r\n\r\n{}' >"$folder/in"
+    run lsp <"$folder/in"
+    expect 'half a message is not answered' silent out
+    expect 'and it ends' exits 1
 }
 
 format_is_a_filter_of_standard_input() {
