@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -103,6 +104,13 @@ void runOutOfMemory()
     static_cast<void>(!write(STDERR_FILENO, kText, sizeof kText - 1));
     // Nothing of what is not yet written is printed, and no destructor runs: they may need what could not be allocated.
     _exit(kOutOfMemory);
+}
+
+std::string systemError(int error)
+{
+    if (error == ENOMEM)
+        runOutOfMemory();
+    return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
 }
 
 } // namespace dcmtool

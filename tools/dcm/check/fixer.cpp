@@ -19,7 +19,7 @@ constexpr size_t kMostRounds = 20;
 constexpr size_t kMostTrials = 64;
 
 constexpr char kOverlaps[] = "it changes what another fix changes";
-constexpr char kTooMany[] = "too many others have been dropped";
+constexpr char kTooManyDropped[] = "too many others have been dropped";
 
 // A fix, and the findings that it is to fix.
 struct Candidate {
@@ -128,7 +128,7 @@ private:
         if (begin == end)
             return;
         if (trials_++ == kMostTrials) {
-            std::for_each(begin, end, [&](const Candidate &candidate) { drop(candidate, kTooMany); });
+            std::for_each(begin, end, [&](const Candidate &candidate) { drop(candidate, kTooManyDropped); });
             trials_--;
             return;
         }

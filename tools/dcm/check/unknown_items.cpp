@@ -55,9 +55,9 @@ std::vector<std::string> namesIn(const dcm::Element &format, bool areAttributes)
 
 Finding &report(const UnknownItem &item, const std::string &text, Findings &findings)
 {
-    return item.isAttribute ? findings.atAttribute(item.node, item.name, text)
-                            : findings.atName(item.node, text);
+    return item.isAttribute ? findings.atAttribute(item.node, item.name, text) : findings.atName(item.node, text);
 }
+
 } // namespace
 
 bool isKnownElsewhere(const UnknownItem &item)

@@ -67,7 +67,7 @@ xmlCharEncodingHandler *foreignEncodingOf(const std::string &text)
 // What that encoding is called; empty when the bytes are ASCII, too.
 std::string foreignNameOf(const std::string &text)
 {
-    const std::string declared = declaredEncoding(text);
+    std::string declared = declaredEncoding(text);
     if (declared.empty()) {
         const char *name = xmlGetCharEncodingName(detectedEncoding(text));
         return name != nullptr ? name : "one that is not UTF-8";

@@ -278,14 +278,6 @@ Text nameOf(const Record &part)
     return name.empty() ? Text("(no model)", kDim) : Text(name);
 }
 
-// An entry that is announced and not described, or has another number than that of its place.
-std::string oddityOf(uint32_t id, size_t position)
-{
-    if (id == position + 1)
-        return "";
-    return id == 0 ? "not described" : "id " + std::to_string(id);
-}
-
 Text usageOf(const Record &part)
 {
     if (!part["lowThreshold"].isGiven() && !part["highThreshold"].isGiven())

@@ -48,6 +48,9 @@ Cell placesOf(const Record &port);
 // What the control of laser and medium says.
 Cell laserOf(bool supportLaser, bool supportMediaChg);
 
+// What to add to the number of an entry that is announced and not described, or whose id is not that of its place.
+std::string oddityOf(uint32_t id, size_t position);
+
 // Whether two records are equal but for some fields.
 bool areAlike(const Record &one, const Record &other, std::initializer_list<const char *> but = {});
 template <class Info> bool areAlike(const Info &one, const Info &other)
