@@ -1,7 +1,6 @@
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
-#include <string_view>
 #include <vector>
 
 namespace dcmtool {
@@ -14,10 +13,11 @@ constexpr Roles kMeasuring = rolesOf(Role::sensor, Role::voltage, Role::cpu, Rol
 constexpr Roles kOther = rolesOf(Role::slotList, Role::panel, Role::managementPort, Role::gccPort, Role::ethpppPort,
                                  Role::innerPort, Role::innerPortGroup, Role::sfuPortGroup, Role::leds, Role::ledMap);
 
+// Sensors of temperatures have further pairs, for actions.
 bool hasThreshold(Node element)
 {
     for (const Node child : dcm::children(element))
-        if (std::string_view(dcm::nameOf(child)).find("threshold") != std::string_view::npos)
+        if (dcm::isNamed(child, "highthreshold") || dcm::isNamed(child, "lowthreshold"))
             return true;
     return false;
 }
@@ -57,8 +57,9 @@ void noThreshold(const DescriptionFile & /*file*/, const std::vector<DescribedTy
         });
     for (const Node element : without)
         if (areUsed)
-            findings.atName(element, "no threshold is given, unlike for others in this file: all are 0, and no alarm "
-                                     "means anything");
+            findings.atName(element,
+                            "neither \"highthreshold\" nor \"lowthreshold\" is given, unlike for others in this "
+                            "file: both are 0, and no alarm means anything");
 }
 
 } // namespace
