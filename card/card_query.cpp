@@ -215,7 +215,7 @@ struct Card : Table {
         {"clock-entity", call<takeClockChip>, kChipElement},
         {"component-entity", call<_dcmDecodeComponentEntity>, kComponentsElement,
          DCM_MESSAGE_FILE("xmlfile(%s) card decode component failed.")},
-        {"crosslinkslot", number<&DcmCardInfo::crosslinkSlot>},
+        {{"crosslinkslot", Role::crossLinkSlot}, number<&DcmCardInfo::crosslinkSlot>},
     };
 };
 

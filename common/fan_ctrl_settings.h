@@ -10,7 +10,7 @@ namespace dcm {
 struct FanCtrlSettings : EntryTable {
     static constexpr Role role = Role::fanController;
     static constexpr Child<DcmFanCtrlInfo> children[] = {
-        {"fannum", number<&DcmFanCtrlInfo::fanNum>},
+        {{"fannum", Role::drivenFans}, number<&DcmFanCtrlInfo::fanNum>},
         {"workmode", number<&DcmFanCtrlInfo::workMode>},
         {"speedlevel", number<&DcmFanCtrlInfo::speedLevel>},
         {"speedlevelmax", number<&DcmFanCtrlInfo::speedLevelMax>},

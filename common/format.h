@@ -106,6 +106,8 @@ enum class Role : uint8_t {
     lastSlot,         // the id of its last slot
     slotMap,          // the slots of each kind
     slotsOfKind,      // one list in it
+    fanSlots,         // ... of the slots of fan modules
+    powerSlots,       // ... of those of power supplies
     slotList,         // the rules of slots, in the order of the slots
     slotRules,        // one entry in it
     crossSlots,       // the slots that a slot is connected to
@@ -126,6 +128,7 @@ enum class Role : uint8_t {
     cooledFanModules,
     // Of a frame or slot.
     fanController, // of one or several ids
+    drivenFans,    // how many fans it drives
     // Of a slot or card: ports and groups of ports.
     panel, // the block of panel ports
     managementPort,
@@ -147,9 +150,13 @@ enum class Role : uint8_t {
     interfaceNamePrefix,
     laser,
     mediumChange,
+    poeSupport,
     // Of a card, fan module or power supply.
+    crossLinkSlot,
     sensor,
     sensorControllers, // the fan controllers that act on a sensor
+    overflowAction,
+    sensorActions, // those that it supports
     cpu,
     memory,
     voltage,

@@ -13,6 +13,7 @@ extern const Element kLedStateElement;      // a "state" of an LED
 
 // The attachments of LEDs: rows of gDcmEttAttachStrs.
 constexpr int32_t kAttachSys = 0;
+constexpr int32_t kAttachSlot = 1;
 constexpr int32_t kAttachCard = 2;
 constexpr int32_t kAttachFan = 3;
 constexpr int32_t kAttachPower = 4;

@@ -1210,7 +1210,7 @@ check_lists_and_explains_its_checks() {
     while read -r name; do
         run check --explain "$name"
         expect "$name is explained" exits 0
-        expect "$name is named first" grep -qE "^$name \((error|warning)\): " "$folder/out"
+        expect "$name is named first" grep -qE "^$name \((error|warning|info)\): " "$folder/out"
     done <"$folder/names"
 }
 

@@ -6,8 +6,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
+#include <map>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace dcmtest {
@@ -55,16 +56,19 @@ private:
     struct Led {
         std::string name;
         uint32_t type;
+        std::vector<std::string> displays; // the states that it displays
     };
 
     // What the elements around have settled.
     struct Scope {
-        std::string owner;     // the name of the element
-        std::string ids;       // of the element among its siblings
-        uint32_t count = 0;    // entries to describe
-        uint32_t ledType = 0;  // of the LED
-        uint32_t source = 0;   // LED type of the source
-        std::vector<Led> leds; // declared so far
+        std::string parent;     // the name of the element around
+        std::string owner;      // the name of the element
+        std::string ids;        // of the element among its siblings
+        uint32_t count = 0;     // entries to describe
+        uint32_t ledType = 0;   // of the LED
+        uint32_t source = 0;    // LED type of the source
+        std::vector<Led> leds;  // declared so far
+        bool isDisplay = false; // of an LED
         const char *attach = "card";
     };
 
@@ -74,8 +78,15 @@ private:
     void element(const dcm::NamedElement &row, const Scope &around)
     {
         Scope scope = around;
+        scope.parent = around.owner;
         scope.owner = row.name;
         scope.count = 0;
+        scope.isDisplay = around.owner == "led";
+        if (scope.owner == "frame")
+            dealSlots();
+        if (scope.owner == "fanmodule")
+            shift_ = below(DCM_FAN_CTRL_MAX);
+        hasPoe_ = scope.owner == "port" || scope.owner == "port-group" ? oneIn(2) : hasPoe_;
         const dcm::Element &format = *row.element;
         text_ += std::string("<") + row.name;
         // Maps name the LEDs that stand beside them.
@@ -96,7 +107,8 @@ private:
         const std::string name = attribute.name;
         std::string text;
         if (attribute.content.kind == Kind::count || name == "num") {
-            scope.count = countFor(format, attribute, scope);
+            scope.count =
+                scope.owner == "led-map" ? static_cast<uint32_t>(leds_.size()) : countFor(format, attribute, scope);
             text = std::to_string(scope.count);
             if (scope.owner == "panel-port")
                 panelPorts_ = scope.count;
@@ -122,12 +134,18 @@ private:
         } else if (name == "hidenum") {
             text = std::to_string(areHidden_ ? scope.count : 0);
         } else if (name == "start-id" || name == "end-id") {
-            text = scope.ids;
+            // The last run goes to the last port.
+            text = name == "end-id" && scope.ids == std::to_string(portLeds_) && panelPorts_ != 0
+                       ? std::to_string(panelPorts_)
+                       : scope.ids;
         } else if (attribute.content.vocabulary == &dcm::kLedTypeWords) {
             scope.ledType = scope.source = ledTypeFor(scope);
             text = dcmtool::wordsOf(dcm::kLedTypeWords)[scope.ledType];
             if (scope.owner == "led")
-                leds_.push_back({"led-" + text + "-" + scope.ids + "@" + scope.attach + "#/#", scope.ledType});
+                leds_.push_back({"led-" + text + "-" + scope.ids + "@" + scope.attach +
+                                     (std::strcmp(scope.attach, "sys") == 0 ? "0/0" : "#/#"),
+                                 scope.ledType,
+                                 {}});
         } else {
             if (attribute.need != dcm::Need::required && oneIn(3))
                 return;
@@ -223,7 +241,14 @@ private:
             return !isGroup;
         if (isNeeded(name, scope))
             return true;
-        if (name == "portid-offset" || name == "slot-offset" || name == "fanctrl-offset")
+        // A group has an offset, of which each gets its own number.
+        if (name == "slot" || name == "slot-offset")
+            return (name == "slot") == (scope.ids.size() == 1);
+        if (name == "fanctrl" || name == "fanctrl-offset")
+            return (name == "fanctrl") == (shift_ % 2 == 0);
+        if (name == "supportpoe" || name == "poestandard-caps")
+            return name == "supportpoe" || hasPoe_;
+        if (name == "portid-offset")
             return false;
         if (row.role() == dcm::Role::ledMap)
             return !leds_.empty();
@@ -236,8 +261,10 @@ private:
         const bool isThreshold = has(name, "high") || has(name, "low");
         const bool isLimit = endsIn(name, "max") || endsIn(name, "min");
         const bool isOfPort = name == "driver" || name == "phytype" || name == "porttype" || name == "hidden";
-        const bool isOfSlots = name == "occupyslotnum" || name == "maxcardnum";
-        return (isThreshold && !isLimit) || isOfPort || isOfSlots || name == "color" ||
+        const bool isOfSlots = name == "occupyslotnum" || name == "maxcardnum" || scope.owner == "slotmap";
+        const bool isOfSensor = name == "actioncapability";
+        const bool isCooled = scope.owner == "fan-ctrl" && name == "card";
+        return (isThreshold && !isLimit) || isOfPort || isOfSlots || isOfSensor || isCooled || name == "color" ||
                (name == "type" && scope.owner == "memory");
     }
 
@@ -256,6 +283,11 @@ private:
         uint32_t count = scope.count;
         if (dcmtool::findAttribute(format, Kind::count) == nullptr && count == 0)
             count = 1 + below(static_cast<uint32_t>(std::min<size_t>(format.children[0].element->most, 4)));
+        // All slots have rules, and all controllers cool something.
+        if (scope.owner == "slotinfo")
+            count = kSlots;
+        if (scope.owner == "fanctrl-map")
+            count = DCM_FAN_CTRL_MAX;
         // Each state of an LED stands once.
         if (scope.owner == "led" || scope.owner == "port-led") {
             const dcm::Vocabulary *states = dcm::ledStateWords(scope.ledType);
@@ -264,12 +296,13 @@ private:
         if (scope.owner == "source" &&
             (dcm::ledStateWords(scope.leds.front().type) == nullptr || dcm::ledStateWords(scope.source) == nullptr))
             return;
-        // A pair takes two states in a row.
+        // A pair for each state but the default.
         if (scope.owner == "source")
-            count = std::min(count, static_cast<uint32_t>(dcm::ledStateWords(scope.source)->count + 1) / 2);
+            count = static_cast<uint32_t>(dcm::ledStateWords(scope.source)->count) - 1;
         // A run of port LEDs for each port.
         if (scope.owner == "portled-entity" && panelPorts_ != 0)
             count = std::min(count, panelPorts_);
+        portLeds_ = scope.owner == "portled-entity" ? count : portLeds_;
         if (isLed || scope.owner == "led-map")
             count = scope.count = std::min<uint32_t>(count, 8);
         for (uint32_t id = 1; id <= count;) {
@@ -288,8 +321,7 @@ private:
 
     void mapEntry(const dcm::NamedElement &row, Scope &scope, uint32_t id)
     {
-        const Led &led = leds_[id % leds_.size()];
-        scope.leds = {led};
+        scope.leds = {leds_[id - 1]};
         element(row, scope);
     }
 
@@ -303,7 +335,7 @@ private:
             }
             return;
         }
-        repeatTimes(row, scope, below(3));
+        repeatTimes(row, scope, scope.owner == "poestandard-caps" ? 1 + below(2) : below(3));
     }
 
     void repeatTimes(const dcm::NamedElement &row, const Scope &scope, uint32_t times)
@@ -320,15 +352,22 @@ private:
         case Kind::keyword: {
             if (name == "porttype" || name == "hidden")
                 return name == "porttype" ? (areLines_ ? "line" : "client") : (areHidden_ ? "yes" : "no");
+            if (name == "supportpoe")
+                return hasPoe_ ? "yes" : "no";
             std::vector<std::string> words = dcmtool::wordsOf(*content.vocabulary);
             // Those that the set has no room for stand at the end.
             return words[below(
                 static_cast<uint32_t>(content.limit != 0 ? std::min(words.size(), content.limit) : words.size()))];
         }
         case Kind::ledState:
-            return state(name == "type" ? scope.source : shownType(scope));
+            return state(name == "type", scope);
         case Kind::bitList:
-            return content.limit == DCM_SLOT_MAX && isSlotKind(name) ? slotsOf(name) : list(name, content);
+            if (scope.parent == "slotmap")
+                return slots_[name];
+            // What one controller cools, all of them may.
+            if (scope.parent == "fan-ctrl" && name == "card" && scope.ids[0] == '1')
+                return range(1, kSlots);
+            return list(name, content);
         case Kind::numberList: {
             std::string types;
             for (uint32_t type = 1; type <= kCardTypes; type++)
@@ -337,7 +376,8 @@ private:
         }
         case Kind::text:
             if (name == "ifname" || name == "ifname-prefix")
-                return name == "ifname" ? "if" + std::to_string(++interfaces_ % 1000) : "p";
+                return name == "ifname" ? "if" + std::to_string(++interfaces_ % 1000)
+                                        : std::string(1 + below(13), 'p'); // and ".32"
             return std::string(below(static_cast<uint32_t>(content.limit) + 1), static_cast<char>('a' + below(26)));
         case Kind::ledName:
             scope.ledType = scope.leds.front().type;
@@ -350,39 +390,72 @@ private:
         }
     }
 
-    static uint32_t shownType(const Scope &scope) { return scope.leds.empty() ? scope.ledType : scope.leds[0].type; }
-
-    std::string state(uint32_t type)
+    // The states of an LED stand once each, and those of a source in the order of their table.
+    std::string state(bool isAttribute, const Scope &scope)
     {
-        const dcm::Vocabulary *states = dcm::ledStateWords(type);
-        // A state may stand once for each LED.
-        return states != nullptr ? dcmtool::wordsOf(*states)[state_++ % states->count] : "default";
+        const bool isOfSource = scope.parent == "source";
+        const dcm::Vocabulary *states =
+            dcm::ledStateWords(isOfSource && !isAttribute ? scope.leds.front().type : scope.source);
+        if (states == nullptr)
+            return "default";
+        const std::vector<std::string> words = dcmtool::wordsOf(*states);
+        if (isOfSource && isAttribute)
+            return words[std::stoul(scope.ids) % words.size()];
+        if (isOfSource && !scope.leds.front().displays.empty())
+            return oneOf(scope.leds.front().displays);
+        const std::string &word = words[state_++ % words.size()];
+        if (scope.isDisplay)
+            leds_.back().displays.push_back(word);
+        return word;
     }
 
-    static constexpr const char *kSlotKinds[] = {"mpu", "lpu", "sfu", "fan", "lcd", "power"};
-
-    static bool isSlotKind(const std::string &name)
+    const std::string &oneOf(const std::vector<std::string> &words)
     {
-        return std::find(std::begin(kSlotKinds), std::end(kSlotKinds), name) != std::end(kSlotKinds);
+        return words[below(static_cast<uint32_t>(words.size()))];
     }
 
-    // Each kind has slots of its own.
-    std::string slotsOf(const std::string &kind)
+    static std::string range(uint32_t first, uint32_t last)
     {
-        const auto position = std::find(std::begin(kSlotKinds), std::end(kSlotKinds), kind) - std::begin(kSlotKinds);
-        const auto first = static_cast<uint32_t>(1 + 5 * position);
-        return std::to_string(first) + "-" + std::to_string(first + below(5));
+        return std::to_string(first) + (last != first ? "-" + std::to_string(last) : "");
+    }
+
+    // Each kind has slots of its own, those of units as many as there are.
+    void dealSlots()
+    {
+        const std::vector<std::pair<const char *, uint32_t>> kinds = {
+            {"mpu", 1 + below(5)}, {"lpu", 1 + below(9)},       {"sfu", 1 + below(5)},
+            {"lcd", 1 + below(3)}, {"fan", DCM_FAN_MODULE_MAX}, {"power", DCM_POWER_MAX},
+        };
+        uint32_t next = 1;
+        for (const auto &[kind, count] : kinds) {
+            if (std::strcmp(kind, "fan") == 0)
+                firstFanSlot_ = next;
+            slots_[kind] = range(next, next + count - 1);
+            next += count;
+        }
+        // The rest are further slots of line cards.
+        slots_["lpu"] += "," + range(next, kSlots);
     }
 
     std::string list(const std::string &name, const dcm::Content &content)
     {
         // Units of which each frame has its fill.
         uint32_t most = static_cast<uint32_t>(content.limit);
+        if (name == "actioncapability")
+            return range(1 + below(action_), action_ + below(most - action_ + 1));
         if (name == "fanctrlbits")
             most = DCM_FAN_CTRL_MAX;
         const uint32_t first = 1 + below(most);
         const uint32_t last = first + below(most - first + 1);
-        return std::to_string(first) + (last != first ? "-" + std::to_string(last) : "");
+        return range(first, last);
+    }
+
+    // Each module has one fan for each controller: the number of the controller, or its difference to that of the fan.
+    std::string controllerOf(uint32_t fan, bool isNumber) const
+    {
+        const uint32_t controller = (fan - 1 + shift_) % DCM_FAN_CTRL_MAX + 1;
+        return std::to_string(isNumber ? static_cast<int>(controller)
+                                       : static_cast<int>(controller) - static_cast<int>(fan));
     }
 
     // A number that agrees with its neighbours: the low ones are low, each lies between its least and its most.
@@ -391,14 +464,18 @@ private:
         if (name == "maxslotnum")
             return std::to_string(kSlots);
         if (name == "fannum")
-            return std::to_string(fans_ = 1 + below(DCM_FAN_MAX));
+            return std::to_string(scope.parent == "fanmodule" ? (fans_ = DCM_FAN_MAX) : uint32_t{DCM_FAN_MODULE_MAX});
         // Most cards fit into one slot.
         if (name == "occupyslotnum")
             return std::to_string(oneIn(4) ? 2 : 1);
-        if (name == "slot")
-            return std::to_string(1 + below(kSlots));
-        if (name == "fanctrl")
-            return std::to_string(1 + below(DCM_FAN_CTRL_MAX));
+        if (name == "slot" || name == "slot-offset")
+            return std::to_string(firstFanSlot_ - 1 + (name == "slot" ? std::stoul(scope.ids) : 0));
+        if (scope.parent == "fan")
+            return controllerOf(static_cast<uint32_t>(std::stoul(scope.ids)), name == "fanctrl");
+        if (name == "crosslinkslot")
+            return std::to_string(below(kSlots + 1));
+        if (name == "overflowaction")
+            return std::to_string(action_ = 1 + below(8));
         if (name == "ifindex")
             return std::to_string(++interfaces_);
         if (name == "portid")
@@ -408,7 +485,8 @@ private:
         uint32_t middle = has(name, "low") ? 20 : has(name, "high") ? 80 : 50;
         middle += endsIn(name, "max") ? 10 : 0;
         middle -= endsIn(name, "min") ? 10 : 0;
-        const uint32_t number = middle + below(5);
+        // Voltages are in millivolts.
+        const uint32_t number = (middle + below(5)) * (scope.parent == "voltage" ? 40 : 1);
         return oneIn(4) ? hexadecimal(number) : std::to_string(number);
     }
 
@@ -416,6 +494,12 @@ private:
     std::string text_;
     std::vector<Led> leds_; // declared last
 
+    std::map<std::string, std::string> slots_; // of the frame, by their kinds
+    uint32_t firstFanSlot_ = 0;
+    uint32_t shift_ = 0;      // from the fans of a module to their controllers
+    uint32_t action_ = 1;     // of the sensor
+    uint32_t portLeds_ = 0;   // runs of them
+    bool hasPoe_ = false;     // the port
     uint32_t fans_ = 0;       // of the fan module
     uint32_t panelPorts_ = 0; // of the card
     bool areLines_ = false;   // all of them

@@ -97,6 +97,45 @@ TEST(References, LeadFromAnLedMapToAnLedOfTheSystemInAnyFrame)
                 ElementsAre("LED led-alarm-1@sys0/0 -> 4"));
 }
 
+TEST(References, LeadFromAnOffsetToTheSumsWithTheIdsOfItsParent)
+{
+    EXPECT_THAT(referencesOf(R"(<device><frame typeid="1">
+<slotinfo><slotid id="1"/>
+<slotid id="2"/></slotinfo>
+<fanmodule-entity num="2"><fanmodule id="1-2"><fannum>1</fannum><slot-offset>-1</slot-offset>
+<fan id="1"><fanctrl-offset>1</fanctrl-offset></fan></fanmodule></fanmodule-entity>
+<fanctrl-entity num="2"><fanctrl id="1"/>
+<fanctrl id="2"/></fanctrl-entity>
+</frame></device>)"),
+                ElementsAre("slot 0 ->", "slot 1 -> 2", "fan controller 2 -> 7"));
+}
+
+TEST(References, AreNotInAnOffsetBesideTheNumberItself)
+{
+    EXPECT_THAT(referencesOf(R"(<device><frame typeid="1">
+<fanmodule-entity num="1"><fanmodule id="1"><slot-offset>4</slot-offset><slot>2</slot></fanmodule></fanmodule-entity>
+</frame></device>)"),
+                ElementsAre("slot 2 ->"));
+}
+
+TEST(References, LeadFromInnerPortsAndCrossLinksToTheSlotsOfEveryFrame)
+{
+    EXPECT_THAT(referencesOf(R"(<device>
+<frame typeid="1"><slotinfo><slotid id="1"/></slotinfo></frame>
+<frame typeid="2"><slotinfo><slotid id="1"/></slotinfo></frame>
+<slot typeid="1"><inner-port><port commslot="0"/><port commslot="1"/><port-group commslot="1-2"/></inner-port></slot>
+<card typeid="1"><crosslinkslot>1</crosslinkslot></card></device>)"),
+                ElementsAre("slot 1 -> 2 3", "slot 1 -> 2 3", "slot 2 ->", "slot 1 -> 2 3"));
+}
+
+TEST(References, LeadFromTheSourceOfAnLedToItsSlot)
+{
+    EXPECT_THAT(referencesOf(R"(<device><frame typeid="1"><slotinfo><slotid id="1"/></slotinfo>
+<led-entity num="1"><led id="1" type="mcu"/></led-entity>
+<led-map num="1"><led-name src="src-1/1">led-mcu-1@sys0/0</led-name></led-map></frame></device>)"),
+                ElementsAre("slot 1 -> 1", "LED led-mcu-1@sys0/0 -> 2"));
+}
+
 TEST(References, AreNotInAListThatNamesNothing)
 {
     EXPECT_THAT(referencesOf(R"(<device><frame typeid="1"><slotmap><lpu/></slotmap></frame></device>)"), IsEmpty());

@@ -1,4 +1,5 @@
 // dcm-format: writes documents about the format of descriptions from the tables of the decoders and from docs/format/.
+#include "tools/format/coverage.h"
 #include "tools/format/reference.h"
 #include "tools/format/schema.h"
 
@@ -16,6 +17,7 @@ struct Sources {
     Tree tree;
     Prose prose;
     std::string introduction;
+    std::string coverage;
 };
 
 // A document, by the name of its file.
@@ -25,6 +27,7 @@ struct Document {
 };
 
 constexpr Document kDocuments[] = {
+    {"coverage.md", [](const Sources &from) { return coveragePage(from.tree, Coverage(from.coverage)); }},
     {"format.md", [](const Sources &from) { return markdownReference(from.tree, from.prose, from.introduction); }},
     {"dcm-description.5", [](const Sources &from) { return manPage(from.tree, from.prose, from.introduction); }},
     {"dcm-description.rnc", [](const Sources &from) { return toCompact(makeSchema(from.tree, from.prose)); }},
@@ -34,7 +37,8 @@ constexpr Document kDocuments[] = {
 Sources readSources(const std::string &folder)
 {
     Sources sources = {makeTree(), Prose(readFile(folder + "/docs/format/elements.txt")),
-                       readFile(folder + "/docs/format/introduction.txt")};
+                       readFile(folder + "/docs/format/introduction.txt"),
+                       readFile(folder + "/docs/checks/coverage.txt")};
     std::string faults;
     for (const std::string &fault : sources.prose.faults(sources.tree))
         faults += "docs/format/elements.txt: " + fault + "\n";

@@ -41,6 +41,23 @@ bool Declarations::has(RecordKind kind) const
     return std::any_of(types_.begin(), types_.end(), [&](const DescribedType &type) { return type.kind == kind; });
 }
 
+uint32_t Declarations::lastSlot() const
+{
+    if (lastSlot_)
+        return *lastSlot_;
+    uint32_t last = 0;
+    for (const DescribedType &type : types_) {
+        if (type.kind != RecordKind::frame)
+            continue;
+        for (const Node child : dcm::children(type.element))
+            if (roleOf(child) == dcm::Role::lastSlot)
+                if (const dcm::Text text = dcm::Text::content(child, {"dcm"}))
+                    last = std::max(last, text.number() & UINT8_MAX);
+    }
+    lastSlot_ = last;
+    return last;
+}
+
 const LedSet &Declarations::leds(RecordKind kind) const
 {
     std::optional<LedSet> &leds = kind == RecordKind::frame ? frameLeds_ : cardLeds_;

@@ -34,6 +34,8 @@ public:
     // What is named by references.
     const TargetIndex &targets() const { return targets_; }
     bool has(RecordKind kind) const;
+    // The highest last slot of all frames; 0 without any.
+    uint32_t lastSlot() const;
     // The LEDs of all that is of a kind.
     const LedSet &leds(RecordKind kind) const;
     // Those of one holder, of which mostly many are asked for in a row.
@@ -42,6 +44,7 @@ public:
 private:
     const std::vector<DescribedType> &types_;
     TargetIndex targets_;
+    mutable std::optional<uint32_t> lastSlot_;
     mutable std::optional<LedSet> frameLeds_;
     mutable std::optional<LedSet> cardLeds_;
     mutable Node holder_ = nullptr;

@@ -37,7 +37,8 @@ private:
         if (rule.kind.file != nullptr)
             files.push_back(&rule);
         for (size_t role = 0; role < elements.size(); role++)
-            if (rule.kind.element != nullptr && (rule.kind.roles == 0 || (rule.kind.roles >> role & 1U) != 0))
+            if (rule.kind.element != nullptr &&
+                (rule.kind.roles.isEmpty() || rule.kind.roles.has(static_cast<Role>(role))))
                 elements[role].push_back(&rule);
         if (rule.kind.unknownItem != nullptr)
             unknownItems.push_back(&rule);

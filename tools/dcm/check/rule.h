@@ -17,6 +17,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -103,19 +104,31 @@ template <class... Some> constexpr Kinds kindsOf(Some... kinds)
 }
 constexpr Kinds kNumberKinds = kindsOf(Kind::number, Kind::count, Kind::id, Kind::typeIds);
 
-// The roles of elements that a rule looks at; 0 is all.
-using Roles = uint64_t;
-static_assert(static_cast<unsigned>(Role::count) <= 64);
+// The roles of elements that a rule looks at; none is all.
+struct Roles {
+    uint64_t bits[2] = {};
+
+    constexpr void add(Role role) { bits[index(role)] |= mask(role); }
+    constexpr bool has(Role role) const { return (bits[index(role)] & mask(role)) != 0; }
+    constexpr bool isEmpty() const { return bits[0] == 0 && bits[1] == 0; }
+
+private:
+    static constexpr size_t index(Role role) { return static_cast<size_t>(role) / 64; }
+    static constexpr uint64_t mask(Role role) { return uint64_t{1} << static_cast<unsigned>(role) % 64; }
+};
+static_assert(static_cast<size_t>(Role::count) <= 64 * std::size(Roles().bits));
 template <class... Some> constexpr Roles rolesOf(Some... roles)
 {
-    return (Roles{0} | ... | (Roles{1} << static_cast<unsigned>(roles)));
+    Roles some;
+    (some.add(roles), ...);
+    return some;
 }
 
 // What a rule looks at, and the functions that do.
 struct RuleKind {
     FileFunction file = nullptr;
     ElementFunction element = nullptr;
-    Roles roles = 0;
+    Roles roles = {};
     ValueFunction value = nullptr;
     Kinds kinds = 0;
     UnknownItemFunction unknownItem = nullptr;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace dcmtool {
 
@@ -17,11 +18,20 @@ const std::vector<Relation> &allRelations()
 {
     static const std::vector<Relation> relations = {
         {Role::slotsOfKind, Kind::none, Target::slot, Scope::sameType, "slot"},
+        {Role::fanSlots, Kind::none, Target::slot, Scope::sameType, "slot"},
+        {Role::powerSlots, Kind::none, Target::slot, Scope::sameType, "slot"},
         {Role::crossSlots, Kind::none, Target::slot, Scope::sameType, "slot"},
         {Role::cooledCards, Kind::none, Target::slot, Scope::sameType, "slot"},
         {Role::moduleSlot, Kind::none, Target::slot, Scope::sameType, "slot"},
+        {Role::moduleSlotOffset, Kind::none, Target::slot, Scope::sameType, "slot", Role::moduleSlot},
+        {Role::innerPort, Kind::id, Target::slot, Scope::anyFrameOrSlot, "slot"},
+        {Role::innerPortGroup, Kind::bitList, Target::slot, Scope::anyFrameOrSlot, "slot"},
+        {Role::crossLinkSlot, Kind::none, Target::slot, Scope::anyFrameOrSlot, "slot"},
+        {Role::ledMapName, Kind::source, Target::slot, Scope::anyFrameOrSlot, "slot"},
         {Role::slotCardTypes, Kind::none, Target::cardType, Scope::anyCard, "card type"},
         {Role::controllerOfFan, Kind::none, Target::fanController, Scope::sameType, "fan controller"},
+        {Role::controllerOffsetOfFan, Kind::none, Target::fanController, Scope::sameType, "fan controller",
+         Role::controllerOfFan},
         {Role::sensorControllers, Kind::none, Target::fanController, Scope::anyFrameOrSlot, "fan controller"},
         {Role::coolingEntry, Kind::bitList, Target::fanController, Scope::sameType, "fan controller"},
         {Role::cooledFanModules, Kind::none, Target::fanModule, Scope::sameType, "fan module"},
@@ -41,12 +51,36 @@ const Relation *relationOf(Role holder, const dcm::Attribute *attribute)
     return nullptr;
 }
 
+namespace {
+
+// Of "src-3/1", the 3; 0 where it cannot be read.
+uint32_t slotOfSource(const char *text)
+{
+    constexpr std::string_view start = "src-";
+    return std::string_view(text).substr(0, start.size()) == start ? dcm::readNumber(text + start.size()) : 0;
+}
+
+// Whether the last sibling of a role has a number other than 0.
+bool hasNumberBeside(Node element, Role role)
+{
+    uint32_t number = 0;
+    for (const Node sibling : dcm::children(element->parent))
+        if (roleOf(sibling) == role)
+            if (const dcm::Text text = dcm::Text::content(sibling, {"dcm"}))
+                number = text.number();
+    return number != 0;
+}
+
+} // namespace
+
 std::vector<uint32_t> numbersNamed(const char *text, const dcm::Content &content)
 {
     if (content.kind == Kind::bitList)
         return numbersOf(text, content);
-    if (content.kind == Kind::number || content.kind == Kind::id)
-        return {dcm::readNumber(text)};
+    if (content.kind == Kind::number || content.kind == Kind::id || content.kind == Kind::source) {
+        const uint32_t number = content.kind == Kind::source ? slotOfSource(text) : dcm::readNumber(text);
+        return number != 0 ? std::vector<uint32_t>{number} : std::vector<uint32_t>();
+    }
     if (content.kind != Kind::numberList)
         return {};
     // No list has more numbers than characters; it ends at the first 0.
@@ -55,6 +89,20 @@ std::vector<uint32_t> numbersNamed(const char *text, const dcm::Content &content
     static_cast<void>(dcmStr2Array(text, numbers.data(), size));
     numbers.resize(std::min(numbers.size(), content.limit));
     numbers.erase(std::find(numbers.begin(), numbers.end(), 0U), numbers.end());
+    return numbers;
+}
+
+std::vector<uint32_t> numbersNamed(Node element, const Relation &relation, const char *text,
+                                   const dcm::Content &content)
+{
+    if (relation.unless == Role::none)
+        return numbersNamed(text, content);
+    if (hasNumberBeside(element, relation.unless))
+        return {};
+    std::vector<uint32_t> numbers;
+    // The fields have 8 bits.
+    for (const uint32_t id : idsOf(element->parent, *formatOf(element->parent)))
+        numbers.push_back((id + dcm::readNumber(text)) & UINT8_MAX);
     return numbers;
 }
 
@@ -94,7 +142,7 @@ private:
     {
         for (const uint32_t id : idsOf(element, *row.element)) {
             add(target, type_.element, id, element);
-            if (target == Target::fanController)
+            if (target == Target::fanController || target == Target::slot)
                 add(target, nullptr, id, element);
         }
     }
@@ -242,7 +290,7 @@ private:
             reference.targets = index_.findLeds(text, reference.element->parent->parent);
             references_.push_back(reference);
         }
-        for (const uint32_t number : numbersNamed(text, content)) {
+        for (const uint32_t number : numbersNamed(reference.element, *reference.relation, text, content)) {
             reference.key = std::to_string(number);
             reference.targets = index_.find(*reference.relation, type_, number);
             references_.push_back(reference);

@@ -21,7 +21,7 @@ enum class Target : uint8_t { slot, cardType, fanController, fanModule, powerSup
 // Where it may be.
 enum class Scope : uint8_t {
     sameType,          // in the frame, slot or card of the reference
-    anyFrameOrSlot,    // ... of a frame; of a card, which fits into any frame, in any of the file
+    anyFrameOrSlot,    // ... of a frame; of a slot or card, which fits into any frame, in any of the file
     anyCard,           // in the whole file
     whereLedIsAttached // in what holds the map, or in any frame or card, as the LED's name says
 };
@@ -31,15 +31,19 @@ struct Relation {
     dcm::Kind attribute; // ... in its attribute of this kind, or in its content: none
     Target target;
     Scope scope;
-    const char *what; // what messages call a target
+    const char *what;                   // what messages call a target
+    dcm::Role unless = dcm::Role::none; // the value is an offset to the ids of its parent, unused beside this number
 };
 
 const std::vector<Relation> &allRelations();
 // The relation of a value; nullptr when it refers to nothing. Without attribute, of the content.
 const Relation *relationOf(dcm::Role holder, const dcm::Attribute *attribute);
 
-// The numbers that a value names, as the library reads them; none of a name of an LED.
+// The numbers that a value names, as the library reads them; none of a name of an LED. With its element also where it
+// is an offset.
 std::vector<uint32_t> numbersNamed(const char *text, const dcm::Content &content);
+std::vector<uint32_t> numbersNamed(Node element, const Relation &relation, const char *text,
+                                   const dcm::Content &content);
 
 // Finds what references name. The file is walked when the first one is looked for.
 class TargetIndex {

@@ -105,7 +105,7 @@ void missingElement(const Context &context, Findings &findings)
 {
     std::string text;
     for (const Needed &needed : kNeeded) {
-        if ((needed.parents & rolesOf(context.role)) == 0)
+        if (!needed.parents.has(context.role))
             continue;
         const char *name = nameOf(needed, *context.format);
         if (name != nullptr && lacksChild(context.node, *context.format, name) && !isElsewhere(context, needed.child))

@@ -19,8 +19,12 @@ void portLedRange(const Context &block, Findings &findings)
         const dcm::Attribute *attributes = block.rowOf(child).element->attributes;
         const char *start = attributes[1].name;
         const char *end = attributes[2].name;
-        if (run.endId == 0)
-            continue;
+        if (run.endId == 0) {
+            // A number that is cut is reported as such.
+            if (dcm::Text::attribute(child.node, end, {"dcm"}).number() == 0)
+                findings.atValue(child.node, end, "a run that ends at 0 has no LED, and ends the list of runs");
+            return;
+        }
         if (run.startId > run.endId) {
             findings.atValue(child.node, start,
                              quotedName(start) + " " + std::to_string(run.startId) + " is above " + quotedName(end) +

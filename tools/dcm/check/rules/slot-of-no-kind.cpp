@@ -1,0 +1,46 @@
+#include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/format_lookup.h"
+
+#include <array>
+
+namespace dcmtool {
+
+namespace {
+
+const KnownChild *childOf(const Context &frame, Role role)
+{
+    return frame.lastChild(role);
+}
+
+// Slots with rules, of which the slot map says nothing.
+void slotOfNoKind(const Context &frame, Findings &findings)
+{
+    const KnownChild *map = childOf(frame, Role::slotMap);
+    const KnownChild *list = childOf(frame, Role::slotList);
+    if (map == nullptr || list == nullptr)
+        return;
+    std::array<bool, DCM_SLOT_MAX + 1> isListed = {};
+    for (const Node kind : dcm::children(map->node)) {
+        const dcm::Element *format = formatOf(kind);
+        // A misspelt kind is reported as such.
+        if (format == nullptr)
+            return;
+        for (const uint32_t slot : numbersOf(dcm::Text::content(kind, {"dcm"}).c_str(), format->content))
+            isListed[slot] = true;
+    }
+    std::vector<uint32_t> slots;
+    for (const Node rules : dcm::children(list->node))
+        if (const dcm::Element *format = formatOf(rules))
+            for (const uint32_t slot : idsOf(rules, *format))
+                if (slot >= 1 && slot <= DCM_SLOT_MAX && !isListed[slot])
+                    slots.push_back(slot);
+    if (!slots.empty())
+        findings.atName(map->node,
+                        numbered("slot", slots) + " in no list of the slot map: nothing knows what is plugged there");
+}
+
+} // namespace
+
+extern constexpr Rule kSlotOfNoKind = {"slot-of-no-kind", Severity::warning, onElements(slotOfNoKind, Role::frame)};
+
+} // namespace dcmtool
