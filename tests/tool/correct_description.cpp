@@ -45,7 +45,7 @@ public:
             element(dcmtool::rowOf(RecordKind::frame), {});
         for (uint32_t i = below(3); i > 0; i--)
             element(dcmtool::rowOf(RecordKind::slot), {});
-        // The cards that the slots of the frames take.
+        // The cards that the slots of the frames accept.
         for (uint32_t i = 0; i < kCardTypes; i++)
             element(dcmtool::rowOf(RecordKind::card), {});
         return text_ + "</device>\n";
@@ -57,7 +57,7 @@ private:
         uint32_t type;
     };
 
-    // What the elements around have settled.
+    // The choices made for the enclosing elements.
     struct Scope {
         std::string owner;     // the name of the element
         std::string ids;       // of the element among its siblings
@@ -78,7 +78,7 @@ private:
         scope.count = 0;
         const dcm::Element &format = *row.element;
         text_ += std::string("<") + row.name;
-        // Maps name the LEDs that stand beside them.
+        // Maps refer to the LEDs declared in the same element.
         const bool isOwner = dcmtool::findRow(format, "led-entity") != format.childCount;
         if (isOwner)
             leds_.clear();
@@ -108,7 +108,7 @@ private:
         } else if (name == "typeid" || name == "mode") {
             text = name == "mode" ? std::to_string(below(4)) : typeIdOf(scope.owner);
         } else if (scope.owner == "card") {
-            // Of each its own, of any length.
+            // A unique text of any length.
             text = std::to_string(cardTypes_) + value(name, attribute.content, scope);
             text.resize(std::min(text.size(), attribute.content.limit));
         } else if (name == "startportid") {
@@ -138,7 +138,7 @@ private:
         text_ += (oneIn(8) ? "\n  " : " ") + name + "=" + quote + text + quote;
     }
 
-    // A number of LEDs is shared by all LED types, but maps name only those that are declared.
+    // All LED types share one number of LEDs, but maps refer only to declared ones.
     uint32_t ledTypeFor(const Scope &scope)
     {
         if (scope.owner != "source")
@@ -155,7 +155,7 @@ private:
         const auto limit = static_cast<uint32_t>(attribute.content.limit);
         if (scope.owner == "component")
             return below(8);
-        // What else in a frame refers to.
+        // The targets of other references in a frame.
         if (has(scope.owner, "fanmodule") || has(scope.owner, "fanctrl") || has(scope.owner, "power"))
             return limit;
         if (limit == 0)
@@ -213,12 +213,12 @@ private:
     {
         const std::string name = row.name;
         const bool isGroup = endsIn(scope.owner, "-group");
-        // What a frame's other units refer to.
+        // The targets of references from a frame's other units.
         if (name == "maxslotnum" || name == "fanctrl-entity" || name == "power-entity" || name == "fanmodule-entity")
             return scope.owner == "frame" || oneIn(2);
         if (name == "fannum" && scope.owner == "fanmodule")
             return true;
-        // All ports of a group would have one.
+        // All ports of a group would have the same name.
         if (name == "portid" || name == "ifname")
             return !isGroup;
         if (isNeeded(name, scope))
@@ -230,7 +230,7 @@ private:
         return !oneIn(3);
     }
 
-    // What the record has no useful default for; thresholds go in pairs.
+    // Elements without a useful default; thresholds are written in pairs.
     static bool isNeeded(const std::string &name, const Scope &scope)
     {
         const bool isThreshold = has(name, "high") || has(name, "low");
@@ -249,14 +249,14 @@ private:
         return format.childCount > 0;
     }
 
-    // Elements with ids, from 1 on; one may have several.
+    // Elements with ids, starting with 1; one may have several.
     void entries(const dcm::Element &format, Scope &scope)
     {
         const bool isLed = format.children[0].element->attributeCount > 1 && scope.owner == "led-entity";
         uint32_t count = scope.count;
         if (dcmtool::findAttribute(format, Kind::count) == nullptr && count == 0)
             count = 1 + below(static_cast<uint32_t>(std::min<size_t>(format.children[0].element->most, 4)));
-        // Each state of an LED stands once.
+        // Each state of an LED is used once.
         if (scope.owner == "led" || scope.owner == "port-led") {
             const dcm::Vocabulary *states = dcm::ledStateWords(scope.ledType);
             count = std::min(count, states != nullptr ? static_cast<uint32_t>(states->count) : 1);
@@ -264,7 +264,7 @@ private:
         if (scope.owner == "source" &&
             (dcm::ledStateWords(scope.leds.front().type) == nullptr || dcm::ledStateWords(scope.source) == nullptr))
             return;
-        // A pair takes two states in a row.
+        // A pair has two consecutive states.
         if (scope.owner == "source")
             count = std::min(count, static_cast<uint32_t>(dcm::ledStateWords(scope.source)->count + 1) / 2);
         // A run of port LEDs for each port.
@@ -293,7 +293,7 @@ private:
         element(row, scope);
     }
 
-    // Elements of one kind beside others: displays of an LED, pairs of a map, fans of a module, capabilities.
+    // Several elements of one kind: displays of an LED, pairs of a map, fans of a module, capabilities.
     void repeat(const dcm::NamedElement &row, Scope &scope)
     {
         if (std::strcmp(row.name, "fan") == 0) {
@@ -321,7 +321,7 @@ private:
             if (name == "porttype" || name == "hidden")
                 return name == "porttype" ? (areLines_ ? "line" : "client") : (areHidden_ ? "yes" : "no");
             std::vector<std::string> words = dcmtool::wordsOf(*content.vocabulary);
-            // Those that the set has no room for stand at the end.
+            // The words for which the set has no bit are at the end.
             return words[below(
                 static_cast<uint32_t>(content.limit != 0 ? std::min(words.size(), content.limit) : words.size()))];
         }
@@ -355,7 +355,7 @@ private:
     std::string state(uint32_t type)
     {
         const dcm::Vocabulary *states = dcm::ledStateWords(type);
-        // A state may stand once for each LED.
+        // A state may be used once for each LED.
         return states != nullptr ? dcmtool::wordsOf(*states)[state_++ % states->count] : "default";
     }
 
@@ -366,7 +366,7 @@ private:
         return std::find(std::begin(kSlotKinds), std::end(kSlotKinds), name) != std::end(kSlotKinds);
     }
 
-    // Each kind has slots of its own.
+    // Each kind has its own slots.
     std::string slotsOf(const std::string &kind)
     {
         const auto position = std::find(std::begin(kSlotKinds), std::end(kSlotKinds), kind) - std::begin(kSlotKinds);
@@ -376,7 +376,7 @@ private:
 
     std::string list(const std::string &name, const dcm::Content &content)
     {
-        // Units of which each frame has its fill.
+        // Units of which each frame has the maximum.
         uint32_t most = static_cast<uint32_t>(content.limit);
         if (name == "fanctrlbits")
             most = DCM_FAN_CTRL_MAX;
@@ -385,14 +385,14 @@ private:
         return std::to_string(first) + (last != first ? "-" + std::to_string(last) : "");
     }
 
-    // A number that agrees with its neighbours: the low ones are low, each lies between its least and its most.
+    // A number that is consistent with its siblings: low ones are low, and each is between its minimum and maximum.
     std::string number(const std::string &name, const Scope &scope)
     {
         if (name == "maxslotnum")
             return std::to_string(kSlots);
         if (name == "fannum")
             return std::to_string(fans_ = 1 + below(DCM_FAN_MAX));
-        // Most cards fit into one slot.
+        // Most cards need one slot.
         if (name == "occupyslotnum")
             return std::to_string(oneIn(4) ? 2 : 1);
         if (name == "slot")
@@ -414,11 +414,11 @@ private:
 
     std::mt19937 random_;
     std::string text_;
-    std::vector<Led> leds_; // declared last
+    std::vector<Led> leds_; // the last ones declared
 
     uint32_t fans_ = 0;       // of the fan module
     uint32_t panelPorts_ = 0; // of the card
-    bool areLines_ = false;   // all of them
+    bool areLines_ = false;   // whether all panel ports are lines
     bool areHidden_ = false;
     uint32_t interfaces_ = 0;
     uint32_t state_ = 0;

@@ -8,7 +8,7 @@
 
 namespace dcmtool {
 
-// All that the rules find, in the order of the file. What a comment in the file allows is not among it.
+// All findings in the order of the file, without those that a comment in the file allows.
 std::vector<Finding> checkFile(const DescriptionFile &file);
 
 } // namespace dcmtool

@@ -1,4 +1,4 @@
-// Applies fixes to a description, as far as they prove to help.
+// Applies fixes to a description, as far as they are proved to work.
 #ifndef DCM_TOOLS_CHECK_FIXER_H
 #define DCM_TOOLS_CHECK_FIXER_H
 
@@ -20,9 +20,9 @@ struct DroppedFix {
 };
 
 struct FixedFile {
-    std::unique_ptr<DescriptionFile> file; // with the fixes; nullptr when none is applied
-    std::vector<Finding> findings;         // of it
-    size_t count = 0;                      // of the findings that are gone by fixes
+    std::unique_ptr<DescriptionFile> file; // with the fixes; nullptr if none is applied
+    std::vector<Finding> findings;         // in that file
+    size_t count = 0;                      // of the fixed findings
     std::vector<DroppedFix> dropped;
     bool isComplete = true; // another run would find nothing more to fix
 };
@@ -30,8 +30,8 @@ struct FixedFile {
 // Which fixes are tried.
 using FixFilter = std::function<bool(const Finding &finding, const Fix &fix)>;
 
-// Applies the first fix of each finding that is wanted. The result is checked again: what was to be fixed is gone,
-// nothing else is found, and every query that succeeded still does. Fixes of which that is not true are dropped.
+// Applies the first fix of each finding that is wanted. The result is checked again: the fixed findings are gone, there
+// is no new one, and every query that succeeded still does. Fixes without these properties are dropped.
 FixedFile applyFixes(const DescriptionFile &file, const std::vector<Finding> &findings, const FixFilter &isWanted);
 
 } // namespace dcmtool

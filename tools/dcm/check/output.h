@@ -1,4 +1,4 @@
-// How findings are shown: as a compiler does, as JSON, or as SARIF.
+// Output formats of findings: text as from a compiler, JSON and SARIF.
 #ifndef DCM_TOOLS_CHECK_OUTPUT_H
 #define DCM_TOOLS_CHECK_OUTPUT_H
 
@@ -11,16 +11,16 @@
 
 namespace dcmtool {
 
-// A file and what was found in it.
+// A file and its findings.
 struct FileReport {
     std::unique_ptr<DescriptionFile> file;
     std::vector<Finding> findings;
-    size_t fixed = 0; // findings that are gone
+    size_t fixed = 0; // fixed findings
 };
 
 struct Totals {
     size_t files = 0;
-    size_t unread = 0; // of these
+    size_t unread = 0; // of these, those that could not be read
     size_t fixed = 0;
     size_t errors = 0;
     size_t warnings = 0;
@@ -29,7 +29,7 @@ struct Totals {
     void add(const FileReport &report);
 };
 
-// How text is printed; other formats have everything.
+// The options of text; other formats have everything.
 struct TextStyle {
     bool isColoured = false;
     bool hasInfos = false; // or without findings of that severity
@@ -37,13 +37,13 @@ struct TextStyle {
 
 // The findings of one file, each with its source line and a caret.
 std::string asText(const FileReport &report, const TextStyle &style);
-// The line at the end.
+// The summary.
 std::string summaryOf(const Totals &totals, const TextStyle &style);
 
 std::string asJson(const std::vector<FileReport> &reports);
 std::string asSarif(const std::vector<FileReport> &reports);
 
-// The rules themselves: a line for each, and all about one.
+// The rules: one line for each, and the page of one.
 std::string listOfRules();
 std::string pageAsText(const Rule &rule);
 

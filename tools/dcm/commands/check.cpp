@@ -37,7 +37,7 @@ struct Options {
     uint32_t format = kText;
     uint32_t colour = kAutomatic;
     uint32_t jobs = 1;
-    std::string fixed; // which fixes are applied; empty is none
+    std::string fixed; // which fixes are applied; empty: none
     bool isDiff = false;
     bool areListed = false;
     bool hasInfos = false;
@@ -54,7 +54,7 @@ struct Options {
     refuseWord(name, "name of a check", names, "dcm check --list-checks");
 }
 
-// Every check, with something in front of its name.
+// Every check, with a prefix before its name.
 void addChecks(const std::string &before, Candidates &candidates)
 {
     for (const Rule *rule : allRules())
@@ -78,7 +78,7 @@ Candidates explainedCandidates(const PartialLine & /*line*/)
 
 // ---- -W -------------------------------------------------------------------------------------------------------------
 
-// What is made of each check's findings.
+// The options for each check's findings.
 struct Warnings {
     std::set<const Rule *> off;
     std::set<const Rule *> errors;
@@ -133,7 +133,7 @@ private:
 
 // ---- Progress -------------------------------------------------------------------------------------------------------
 
-// Starts a thread; none when the system has no room for another.
+// Starts a thread; none if the system cannot start another one.
 template <class Work> std::thread startThread(const Work &work)
 {
     try {
@@ -146,7 +146,7 @@ template <class Work> std::thread startThread(const Work &work)
     }
 }
 
-// A line on a terminal for those who wait, shown from a thread of its own.
+// A progress line on a terminal, printed by a thread of its own.
 class Progress {
 public:
     Progress(const std::vector<std::string> &files, bool isShown) : files_(files)
@@ -168,7 +168,7 @@ public:
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
-    // So many files are done: the line goes, for what was found takes its place.
+    // Updates the number of files. At the end, the line is removed, because the findings follow.
     void advance(size_t done)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -207,7 +207,7 @@ private:
 constexpr char kCertain[] = "certain";
 constexpr char kAll[] = "all";
 
-// A file before its findings are what the options make of them.
+// A file before the options are applied to its findings.
 struct CheckedFile {
     FileReport report;
     FixedFile fixed;
@@ -223,11 +223,11 @@ FixedFile fixesOf(const CheckedFile &checked, const Options &options, const Warn
     });
 }
 
-// Has the file changed, and what is found in it then.
+// Whether the file has changed, and its findings then.
 void fix(CheckedFile &checked, const Options &options, const Warnings &warnings)
 {
     const DescriptionFile &file = *checked.report.file;
-    // What is not well-formed is a finding.
+    // A file that is not well-formed has a finding.
     if (file.state() == DescriptionFile::State::parsed)
         checked.fault = faultOfEditing(file);
     if (!checked.fault.empty()) {
@@ -257,8 +257,8 @@ std::string diffOf(const CheckedFile &checked)
     return unifiedDiff(printable(file.name()), file.text(), checked.fixed.file->text());
 }
 
-// What standard error says of that which could be fixed and is not.
-std::string whatIsNotFixed(const CheckedFile &checked)
+// Reports on standard error the fixes that were not applied.
+std::string unfixedText(const CheckedFile &checked)
 {
     const std::string name = printable(checked.report.file->name());
     std::string text;
@@ -285,7 +285,7 @@ CheckedFile check(const std::string &name, const Options &options, const Warning
     return checked;
 }
 
-// Checks files, several at once, and hands out the reports in the order of the files.
+// Checks files, several at once, and returns the reports in the order of the files.
 class Workers {
 public:
     Workers(const Options &options, const Warnings &warnings)
@@ -295,7 +295,7 @@ public:
         threads_.reserve(wanted);
         while (threads_.size() < wanted) {
             std::thread thread = startThread([this] { work(); });
-            // Those that are there do the work of all; without any, take() does it.
+            // The threads that could be started do all the work; without any, take() does it.
             if (!thread.joinable())
                 break;
             threads_.push_back(std::move(thread));
@@ -356,7 +356,7 @@ bool isColoured(const Options &options, const OwnOutput &output)
                                         : options.colour == kAlways;
 }
 
-// What is printed behind the last file's findings as text, or in their place.
+// The text after the last file's findings, or instead of them.
 std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals, const TextStyle &style)
 {
     return format == kText ? summaryOf(totals, style) : format == kJson ? asJson(reports) : asSarif(reports);
@@ -369,7 +369,7 @@ Exit runCheck(const Options &options)
     const TextStyle style = {isColoured(options, output), options.hasInfos};
     Progress progress(options.files, isatty(STDERR_FILENO) == 1);
     Totals totals;
-    // What is left at the end goes with the process: to take trees apart costs a tenth of all.
+    // The last report is not destroyed: that would cost a tenth of the run.
     static std::vector<FileReport> &reports = *new std::vector<FileReport>;
     bool isWritten = true;
     Workers workers(options, warnings);
@@ -379,7 +379,7 @@ Exit runCheck(const Options &options)
         FileReport &report = checked.report;
         totals.add(report);
         isWritten = isWritten && checked.isWritten;
-        const std::string complaints = whatIsNotFixed(checked);
+        const std::string complaints = unfixedText(checked);
         std::string text = options.isDiff ? diffOf(checked) : options.format == kText ? asText(report, style) : "";
         if (options.format != kText || isLast)
             reports.push_back(std::move(report));
@@ -393,7 +393,7 @@ Exit runCheck(const Options &options)
     return isWritten ? exitOf(totals) : kCannotWrite;
 }
 
-// ---- What there is to check -----------------------------------------------------------------------------------------
+// ---- The lists of checks --------------------------------------------------------------------------------------------
 
 std::string explained(const Options &options)
 {
@@ -418,7 +418,7 @@ Exit run(const Options &options)
         refuseWord(options.fixed, "value for --fix", {kCertain, kAll});
     const bool hasInput = std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
     if (!options.fixed.empty() && !options.isDiff && hasInput)
-        throw UsageError("--fix changes files; standard input goes with --diff");
+        throw UsageError("--fix changes files; standard input needs --diff");
     return runCheck(options);
 }
 
@@ -430,7 +430,7 @@ Command checkCommand()
     const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}};
     const Words colours = {{"auto", kAutomatic}, {"always", kAlways}, {"never", kNever}};
     return {"check",
-            "Find what is wrong in descriptions",
+            "Check descriptions for mistakes",
             {{"FILE", "Descriptions to check, - for standard input", &options->files},
              {"-f,--file", "The same as FILE", &options->files, "FILE"},
              {"-W",
@@ -440,12 +440,12 @@ Command checkCommand()
               {},
               {},
               warningCandidates},
-             {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
+             {"--info", "Also show findings of severity info: valid, but probably not intended", &options->hasInfos},
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
              {"--fix",
-              "Fix what is certain, or with --fix=all also what is probable",
+              "Apply certain fixes, or with --fix=all also probable ones",
               &options->fixed,
               "",
               {},
@@ -455,7 +455,7 @@ Command checkCommand()
              {"--diff", "Only show what --fix would change", &options->isDiff},
              {"--list-checks", "List the checks", &options->areListed},
              {"--explain",
-              "Explain a check: why it matters, and examples; or all",
+              "Explain a check, with examples; all explains every check",
               &options->explained,
               "NAME",
               {},

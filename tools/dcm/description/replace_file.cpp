@@ -20,7 +20,7 @@ std::string faultOf(int error)
     return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
 }
 
-// A file beside the one that it is to replace; removed unless it has done so.
+// A temporary file beside the one that it replaces; removed unless it has been renamed.
 class Replacement {
 public:
     explicit Replacement(const std::string &target)
@@ -39,7 +39,7 @@ public:
 
     bool isThere() const { return isThere_; }
 
-    // False, with the reason in errno, as all that follow.
+    // Returns false with the reason in errno, like all that follow.
     bool write(const std::string &text) const
     {
         for (size_t done = 0; done < text.size();) {
@@ -51,7 +51,7 @@ public:
         return true;
     }
 
-    // A change of the owner takes mode bits away.
+    // chown() clears mode bits.
     bool takeOwnerAndMode(const struct stat &old) const
     {
         struct stat status = {};
@@ -62,7 +62,7 @@ public:
         return fchmod(file_, old.st_mode & 07777U) == 0;
     }
 
-    // What is not on the disk before the name is would be missing after a power cut.
+    // Data that is not on the disk before the rename would be missing after a power failure.
     bool complete()
     {
         if (fsync(file_) != 0)
@@ -84,7 +84,7 @@ private:
     bool isThere_ = file_ >= 0;
 };
 
-// Some file systems cannot do this, and then nobody can.
+// Some file systems do not support this; there is no alternative.
 void completeFolderOf(const std::string &file)
 {
     const size_t slash = file.rfind('/');
@@ -105,25 +105,25 @@ std::string replaceFile(const std::string &name, const std::string &before, cons
     if (resolved == nullptr || stat(resolved.get(), &status) != 0)
         return faultOf(errno);
     const std::string target = resolved.get();
-    // To replace a file, only the folder has to be writable; who protects a file means its content.
+    // Replacing a file requires only a writable folder, but a read-only file is protected on purpose.
     if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         return faultOf(errno);
     Replacement replacement(target);
     if (!replacement.isThere())
-        return "no file can be made beside it: " + faultOf(errno);
+        return "cannot create a temporary file beside it: " + faultOf(errno);
     if (!replacement.write(after))
         return faultOf(errno);
     if (!replacement.takeOwnerAndMode(status))
         return "owner and mode cannot be kept: " + faultOf(errno);
     if (!replacement.complete())
         return faultOf(errno);
-    // As late as possible: an editor may have saved the file meanwhile.
+    // As late as possible: an editor may have saved the file in the meantime.
     std::string now;
     std::string fault = readInput(target, now);
     if (!fault.empty())
         return fault;
     if (now != before)
-        return "it has changed meanwhile";
+        return "it has changed in the meantime";
     if (!replacement.rename(target))
         return faultOf(errno);
     completeFolderOf(target);

@@ -81,8 +81,8 @@ bool areKindsEqual(const Cell &one, const Cell &other)
     });
 }
 
-// Slots with one rule share a row: where one slot ends is to be seen in the lists of slots that they span.
-bool areAlike(const Slot &one, const Slot &next)
+// Slots with the same rule share a row: the lists of slots that cards may span show where each slot ends.
+bool areEqual(const Slot &one, const Slot &next)
 {
     if (next.number != one.number + 1 || !areKindsEqual(one.kinds, next.kinds) || one.maxCards != next.maxCards ||
         one.firstCardId != next.firstCardId || one.maySpan != next.maySpan || one.cardTypes != next.cardTypes)
@@ -97,7 +97,7 @@ bool areAlike(const Slot &one, const Slot &next)
     return one.isInSpan() && next.isInSpan() && std::none_of(one.span.begin(), one.span.end(), isInNext);
 }
 
-// Which slots a card may span; a slot that takes no cards but its own has no list.
+// The slots that a card may span; a slot whose cards never span others has no list.
 Cell spansOf(const std::vector<Slot> &slots, const std::vector<size_t> &group)
 {
     const Slot &slot = slots[group[0]];
@@ -116,17 +116,17 @@ Cell spansOf(const std::vector<Slot> &slots, const std::vector<size_t> &group)
     return spans;
 }
 
-Section slotSection(const DcmFrameInfo &frame, const Surroundings &surroundings)
+Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 {
     Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span"}, {"accepts"}}};
     const std::vector<Slot> slots = slotsOf(frame);
     const auto groups =
-        foldNeighbours(slots.size(), [&slots](size_t one, size_t other) { return areAlike(slots[one], slots[other]); });
+        groupAdjacent(slots.size(), [&slots](size_t one, size_t other) { return areEqual(slots[one], slots[other]); });
     for (const auto &group : groups) {
         const Slot &slot = slots[group[0]];
         Cell accepts;
         for (const uint32_t type : slot.cardTypes)
-            accepts.emplace_back(surroundings.cardName ? surroundings.cardName(type) : cardTypeName(type));
+            accepts.emplace_back(context.cardName ? context.cardName(type) : cardTypeName(type));
         if (accepts.empty())
             accepts.emplace_back(slot.hasRules() ? "no card" : "no rules described", kDim);
         table.rows.push_back({{rangesOf(group, [&slots](size_t i) { return slots[i].number; })},
@@ -141,7 +141,7 @@ Section slotSection(const DcmFrameInfo &frame, const Surroundings &surroundings)
 
 // ---- Fans -----------------------------------------------------------------------------------------------------------
 
-std::string oddityOf(uint32_t id, size_t position)
+std::string unexpectedIdOf(uint32_t id, size_t position)
 {
     if (id == position + 1)
         return "";
@@ -161,7 +161,7 @@ Section fanModuleSection(const DcmFrameInfo &frame, const std::vector<Unit> &uni
             fans.emplace_back(id + "→" + (info.id == 0 && info.fanCtrlId == 0 ? "?" : std::to_string(info.fanCtrlId)) +
                               (info.id == 0 && info.fanCtrlId != 0 ? "?" : ""));
         }
-        table.rows.push_back({{Text(std::to_string(i + 1)).add(oddityOf(module.id, i), kDim)},
+        table.rows.push_back({{Text(std::to_string(i + 1)).add(unexpectedIdOf(module.id, i), kDim)},
                               {given(recordOf(module), "slot")},
                               {recordOf(module)["fanNum"].words()},
                               fans,
@@ -181,7 +181,7 @@ Table coolingTable(const DcmFrameInfo &frame)
         const Cell supplies = {given(map, "powerBits")};
         const Cell modules = {given(map, "fanModuleBits")};
         const bool coolsNothing = slots[0].isEmpty() && supplies[0].isEmpty() && modules[0].isEmpty();
-        table.rows.push_back({{Text(std::to_string(i + 1)).add(oddityOf(maps[i]->id, i), kDim)},
+        table.rows.push_back({{Text(std::to_string(i + 1)).add(unexpectedIdOf(maps[i]->id, i), kDim)},
                               coolsNothing && maps[i]->id != 0 ? Cell{Text("nothing", kDim)} : slots,
                               supplies,
                               modules});
@@ -198,7 +198,7 @@ Section supplySection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
     const auto supplies = entriesOf(frame.powerInfo, frame.powerNum);
     for (size_t i = 0; i < supplies.size(); i++) {
         const DcmPowerInfo &supply = *supplies[i];
-        table.rows.push_back({{Text(std::to_string(i + 1)).add(oddityOf(supply.id, i), kDim)},
+        table.rows.push_back({{Text(std::to_string(i + 1)).add(unexpectedIdOf(supply.id, i), kDim)},
                               {recordOf(supply)["modelName"].words()},
                               {i < slots.size() ? Text(std::to_string(slots[i])).add("*", kDim) : Text("?", kDim)},
                               ledNames(units[i]),
@@ -211,7 +211,7 @@ Section supplySection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
 
 // ---- Words about card types -----------------------------------------------------------------------------------------
 
-// Up to the last that is not 0.
+// Up to the last one that is not 0.
 std::string capabilityWords(const DcmFrameInfo &frame)
 {
     const auto *end = std::end(frame.cardTypeCaps);
@@ -230,18 +230,18 @@ std::string capabilityWords(const DcmFrameInfo &frame)
 
 // ---- The page -------------------------------------------------------------------------------------------------------
 
-Page pageOf(const DcmFrameInfo &frame, const Surroundings &surroundings)
+Page pageOf(const DcmFrameInfo &frame, const PageContext &context)
 {
     std::vector<Unit> modules;
     for (const DcmFanModuleInfo *module : entriesOf(frame.fanModuleInfo, frame.fanModuleNum))
         modules.push_back(unitOf("module", static_cast<uint32_t>(modules.size() + 1), *module, module->ledInfo,
-                                 homeOf(dcm::kAttachFan)));
+                                 ownAttachment(dcm::kAttachFan)));
     std::vector<Unit> supplies;
     for (const DcmPowerInfo *supply : entriesOf(frame.powerInfo, frame.powerNum))
         supplies.push_back(unitOf("supply", static_cast<uint32_t>(supplies.size() + 1), *supply, supply->ledInfo,
-                                  homeOf(dcm::kAttachPower)));
+                                  ownAttachment(dcm::kAttachPower)));
     std::vector<Unit> units = {
-        {"", 0, entriesOf(frame.ledInfo, frame.ledNum), &frame.ledMap, {}, homeOf(dcm::kAttachSys, 0, 0)}};
+        {"", 0, entriesOf(frame.ledInfo, frame.ledNum), &frame.ledMap, {}, ownAttachment(dcm::kAttachSys, 0, 0)}};
     units.insert(units.end(), modules.begin(), modules.end());
     units.insert(units.end(), supplies.begin(), supplies.end());
 
@@ -249,17 +249,17 @@ Page pageOf(const DcmFrameInfo &frame, const Surroundings &surroundings)
     char type[sizeof "Frame 0x12345678"];
     std::snprintf(type, sizeof type, "Frame 0x%x", static_cast<unsigned>(frame.type));
     page.title = {Text(type, kBold), Text(countOf(frame.maxSlotId, "slot"))};
-    page.place = {surroundings.place, capabilityWords(frame)};
+    page.place = {context.place, capabilityWords(frame)};
     Section controllers = fanControllerSection(entriesOf(frame.fanCtrlInfo, frame.fanCtrlNum));
     controllers.tables.push_back(coolingTable(frame));
     page.sections = {
-        slotSection(frame, surroundings),
+        slotSection(frame, context),
         fanModuleSection(frame, modules),
         controllers,
         supplySection(frame, supplies),
         temperatureSection(units),
         ledSection(units),
-        ledMapSection(units, surroundings.sourceName),
+        ledMapSection(units, context.sourceName),
     };
     if (std::any_of(units.begin(), units.end(), [](const Unit &unit) { return !unit.leds.empty(); }))
         page.legend = ledLegend();
