@@ -240,6 +240,28 @@ void takeElement(const std::string &target, const std::string &name, const dcm::
                     before + opening(name, element, false), closing + behind);
 }
 
+void takeMessages()
+{
+    const auto message = [](const std::string &content) {
+        return "Content-Length: " + std::to_string(content.size()) + "\r\n\r\n" + content;
+    };
+    const std::string document = R"("textDocument":{"uri":"a","version":1)";
+    const std::string place = R"({"line":0,"character":20})";
+    std::string stream = message(R"({"method":"textDocument/didOpen","params":{)" + document +
+                                 R"(,"text":"<device><card typeid='1' mod='2'><portt>1</portt></card></device>"}}})");
+    writeSeed("lsp", stream);
+    for (const char *method :
+         {"hover", "completion", "definition", "references", "documentSymbol", "codeAction", "formatting"})
+        writeSeed("lsp", stream + message(R"({"id":1,"method":"textDocument/)" + std::string(method) +
+                                          R"(","params":{)" + document + R"(},"position":)" + place +
+                                          R"(,"range":{"start":)" + place + R"(,"end":)" + place + "}}}"));
+    writeSeed("lsp", stream + message(R"({"method":"textDocument/didChange","params":{)" + document +
+                                      R"(},"contentChanges":[{"range":{"start":)" + place + R"(,"end":)" + place +
+                                      R"(},"text":"<"}]}})"));
+    writeSeed("lsp", message(R"({"id":"x","method":"shutdown"})") + message(R"({"method":"exit"})"));
+    writeSeed("lsp", std::string("\x01", 1) + std::string(200, '\x07'));
+}
+
 void takeTexts()
 {
     for (const char *list : {"", "1", "1,3", "1-4,6,9-12", "5-5", "1,", "3-", "01", "1--3", "3-1", "64", "1-007"})
@@ -287,6 +309,7 @@ try {
     takeElement("card", dcm::kCardName, dcm::kCardElement, "<device>", "</device>");
     takeElement("vm", dcm::kVmName, dcm::kVmElement, "", "");
     takeTexts();
+    takeMessages();
     // Each byte is a choice, so that any bytes are a valid seed.
     for (unsigned kind = 0; kind < 4; kind++)
         for (unsigned length : {16U, 64U, 256U, 1024U}) {

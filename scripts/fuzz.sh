@@ -1,10 +1,10 @@
 # shellcheck shell=bash
 # help: fuzz SECONDS [T]  run all or the named fuzz targets one after another, for SECONDS in total
 
-fuzz_targets=(frame slot card vm description trees check format fix str2bitlist str2array strmatch bitlist2str name-to-ett led-name)
+fuzz_targets=(frame slot card vm description trees check format fix lsp str2bitlist str2array strmatch bitlist2str name-to-ett led-name)
 
 fuzz_build() {
-    need clang libclang-rt-14-dev llvm libxml2-dev cmake ninja-build pkg-config
+    need clang libclang-rt-14-dev llvm libxml2-dev nlohmann-json3-dev cmake ninja-build pkg-config
     quietly env -u CC -u CXX -u CFLAGS -u CXXFLAGS cmake -S . -B build/fuzz -G Ninja \
         -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
         -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_FLAGS_DEBUG='-O1 -g' -DCMAKE_CXX_FLAGS_DEBUG='-O1 -g' \
@@ -29,7 +29,7 @@ fuzz_target() {
     mkdir -p "$folder/corpus/$target" "$folder/findings"
     before=$(fuzz_count "$folder/findings" "$target-")
     case $target in
-    frame | slot | card | vm | trees | check | format | fix | name-to-ett | led-name) options+=("-dict=$folder/fuzz/description.dict") ;;
+    frame | slot | card | vm | trees | check | format | fix | lsp | name-to-ett | led-name) options+=("-dict=$folder/fuzz/description.dict") ;;
     esac
     ASAN_OPTIONS=quarantine_size_mb=16:detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1 \
         "$folder/fuzz/fuzz-$target" "-max_total_time=$2" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \

@@ -136,6 +136,8 @@ completes_virtual_machines_files_and_folders() {
 completes_checks() {
     offers 'when to use colours' auto always never -- check --color ''
     offers 'what is explained' octal-number -- check --explain oct
+    offers 'checks to do' octal-number -- check --only oct
+    offers 'formats of findings' text gcc github checkstyle json sarif -- check --format ''
     offers 'checks to leave out' no-octal-number -- check -W no-oct
     offers 'checks whose findings are errors' error=octal-number -- check -W error=oct
 }

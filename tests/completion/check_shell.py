@@ -24,7 +24,7 @@ CASES = [
     ("", {"check", "list", "card", "help", ...}),
     ("export ", {"frame", "slot", "card"}),
     ("check --for", {"--format"}),
-    ("check --format ", {"text", "json", "sarif"}),
+    ("check --format ", {"text", "gcc", "github", "checkstyle", "json", "sarif"}),
     ("check --format=j", {"--format=json"}),
     ("check --explain octal", {"octal-number"}),
     ("check -W no-octal", {"no-octal-number"}),

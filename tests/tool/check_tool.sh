@@ -123,7 +123,6 @@ write_unopened() {
     truncate -s $((64 * 1024 * 1024 + 1)) "$folder/large"
     cat >"$folder/reasons" <<TEXT
 $folder/none.xml: No such file or directory
-$folder/unopened: not a regular file but a directory
 $folder/fifo: not a regular file but a FIFO
 $folder/socket: not a regular file but a socket
 /dev/zero: not a regular file but a device
@@ -149,6 +148,9 @@ every_command_opens_regular_files_only() {
         expect "check does not open $file" exits 66
         expect 'the finding says why' says out "$file: error: cannot be read: ${reason#*: } [unreadable]"
     done <"$folder/reasons"
+    run list "$folder/unopened"
+    expect 'a command that reads one file does not open a folder' \
+        says err "dcm: $folder/unopened: not a regular file but a directory"
     mkfifo "$folder/unopened/device/vm-3.xml"
     run vm 3 --root "$folder/unopened"
     expect 'vm does not open a FIFO' exits 66
@@ -207,7 +209,7 @@ text_of_a_file_reaches_a_terminal_escaped() {
             run_hostile --log $command --file "$name/$file.xml"
         done
         run_hostile page "$name/$file.xml"
-        for format in text json sarif; do
+        for format in text gcc github checkstyle json sarif; do
             run_hostile check --format "$format" "$name/$file.xml"
         done
         for format in text json html; do
@@ -365,7 +367,7 @@ suggests_the_nearest_valid_form() {
 
 takes_words_and_numbers_as_documented() {
     # A number is refused where a word is expected.
-    refuses "dcm check: '1' is not a valid value for --format; expected 'text', 'json', 'sarif'" check --format 1 x
+    refuses "dcm check: '1' is not a valid value for --format; expected 'text', 'gcc', 'github', 'checkstyle', 'json', 'sarif'" check --format 1 x
     refuses "dcm check: '0x2' is not a valid value for --color; expected 'auto', 'always', 'never'" check --color 0x2 x
     refuses "dcm check: 'jsn' is not a valid value for --format; did you mean 'json'?" check --format jsn x
     refuses "dcm check: '257' is not a valid value for --jobs; expected a number from 1 to 256" check --jobs 257 x
@@ -710,6 +712,8 @@ commands_that_print() {
         "list --json -f $example" "export -f $example" "frame 1 -f $example" \
         "slot 2 -f $example" "card 0x402 -f $example" "vm -f $source/examples/vm-3.xml" "check $example" \
         "check --format json $example" "check --format sarif $example" "check $folder/error.xml" \
+        "check --format gcc $folder/error.xml" "check --format github $folder/error.xml" \
+        "check --format checkstyle $example" \
         "format --minify $example" "check $folder/warning.xml" 'check --list-checks' 'check --explain all' words \
         'words phy-type' explain 'explain card' 'new card --type 1' 'new frame --type 1' 'new slot --type 1' \
         "show -f $example" "draw frame 1 -f $example" "page $example" "diff $folder/warning.xml $example" git-setup
@@ -738,6 +742,8 @@ every_command_exits_with_74_when_it_cannot_write() {
     [ "$count" -ge 20 ] || { echo "only $count commands" && exit 1; }
     # Each command of the tool is among them.
     for name in $(tool --complete 0 | cut -f 1); do
+        # It prints only what it is asked: lsp_ends_with_its_input.
+        [ "$name" != lsp ] || continue
         grep -qE "^$name( |\$)" <(commands_that_print) || { echo "not tested: $name" && exit 1; }
     done
 }
@@ -959,6 +965,242 @@ check_prints_json_and_sarif() {
     expect 'SARIF has its form' python3 "$source/tests/tool/validate.py" "$source/tests/tool/sarif.schema.json" "$folder/out"
 }
 
+# A file name in which every format has something to escape.
+write_awkward() {
+    awkward=$'a:b,c%d&<"\n.xml'
+    cp "$folder/error.xml" "$folder/$awkward"
+}
+
+check_prints_a_line_for_each_finding() {
+    write_checked
+    write_awkward
+    cd "$folder"
+    run check --format gcc warning.xml error.xml none.xml
+    cat >expected <<'TEXT'
+warning.xml:2:16: warning: card 010: '010' begins with 0, which makes it octal: it counts as 8; expected 10 or a number in hexadecimal [octal-number]
+error.xml:2:29: error: card 1/muxctrl: 'maybe' is no word for "muxctrl"; expected 'no', 'yes'; the query fails: "invalid YesOrNo(maybe)." [query-fails]
+none.xml:1:1: error: cannot be read: No such file or directory [unreadable]
+TEXT
+    expect 'the lines are those of GCC, and nothing else' cmp -s out expected
+    expect 'the exit status is that of the text' exits 66
+    run check --format gcc "$awkward"
+    expect 'a name is on one line' says out 'a:b,c%d&<"\n.xml:2:29: error: '
+    run check --format github warning.xml
+    expect 'GitHub gets an annotation' says out '::warning file=warning.xml,line=2,col=16,title=octal-number::card 010: '
+    run check --format github "$awkward"
+    expect 'properties are escaped as GitHub reads them' \
+        says out '::error file=a%3Ab%2Cc%25d&<"%0A.xml,line=2,col=29,title=query-fails::card 1/muxctrl: '
+    printf '<device><card typeid="1%%"/></device>' >percent.xml
+    run check --format github percent.xml
+    expect 'in texts only what could end the line is escaped' says out "::card 1%25: '%25' behind the number "
+    for format in gcc github checkstyle; do
+        run check --format $format "$example"
+        expect "$format has no finding where there is none" exits 0
+        expect "and no other line" [ "$(grep -cE ': (error|warning|note): |^::|<error' out)" = 0 ]
+    done
+}
+
+check_prints_checkstyle() {
+    command -v xmllint >/dev/null || skip 'there is no xmllint'
+    write_checked
+    write_awkward
+    cd "$folder"
+    run check --format checkstyle warning.xml error.xml none.xml "$awkward" "$example"
+    expect 'the exit status is that of the text' exits 66
+    expect 'it is well-formed' xmllint --noout out
+    query() { xmllint --xpath "string($1)" out; }
+    expect 'each file is listed' [ "$(query 'count(/checkstyle/file)')" = 5 ]
+    expect 'also one without findings' [ "$(query 'count(//file[5]/error)')" = 0 ]
+    expect 'a finding has its line' [ "$(query '//file[2]/error/@line')" = 2 ]
+    expect 'and its column' [ "$(query '//file[2]/error/@column')" = 29 ]
+    expect 'and its severity' [ "$(query '//file[1]/error/@severity')" = warning ]
+    expect 'and its check' [ "$(query '//file[1]/error/@source')" = dcm.octal-number ]
+    expect 'the name is that of the file, where it can be' [ "$(query '//file[4]/@name')" = 'a:b,c%d&<"\n.xml' ]
+    expect 'the text is as it is elsewhere' [ "$(query '//file[2]/error/@message')" = \
+        "card 1/muxctrl: 'maybe' is no word for \"muxctrl\"; expected 'no', 'yes'; the query fails: \"invalid YesOrNo(maybe).\"" ]
+    cp warning.xml $'\xef\xbf\xbe.xml'
+    run check --format checkstyle $'\xef\xbf\xbe.xml'
+    expect 'no name makes it another document' xmllint --noout out
+    run check --format checkstyle "$source"/tests/tool/corpus/*.xml
+    expect 'that of a whole corpus is well-formed' xmllint --noout out
+}
+
+check_searches_folders_for_descriptions() {
+    write_checked
+    cd "$folder"
+    mkdir -p tree/a/b tree/.hidden tree/empty
+    cp error.xml tree/a/z.xml
+    cp warning.xml tree/a/b/w.xml
+    cp error.xml tree/.hidden/x.xml
+    cp torn.xml tree/torn.xml
+    cp "$source/examples/vm-3.xml" tree/vm.xml
+    { printf '\xff\xfe' && printf '<device/>' | iconv -t UTF-16LE; } >tree/wide.xml
+    printf '<?xml version="1.0"?>\n<!DOCTYPE d [<!ENTITY e "x">]>\n<!-- <device> -->\n<device a="&e;"/>' >tree/late.xml
+    echo '<chassis><device/></chassis>' >tree/foreign.xml
+    echo 'device' >tree/text.xml
+    cp error.xml tree/error.txt
+    ln -s ../a tree/a/loop
+    ln -s ../error.xml tree/link.xml
+    mkfifo tree/fifo.xml
+    run check --format json tree
+    expect 'what is taken is checked' exits 66
+    python3 -c 'import json, sys; print(*[f["file"] for f in json.load(sys.stdin)["files"]])' <out >taken
+    expect 'descriptions are taken in the order of their names, and nothing else' \
+        [ "$(cat taken)" = 'tree/a/b/w.xml tree/a/z.xml tree/late.xml tree/torn.xml tree/vm.xml tree/wide.xml' ]
+    cd tree
+    run check --format gcc .
+    expect 'names in this folder are short' says out 'a/b/w.xml:2:16: '
+    run check --format gcc a/
+    expect 'a slash at the end changes nothing' says out 'a/z.xml:2:29: '
+    run check empty
+    expect 'a folder without a description is an error' exits 66
+    expect 'which says so' says out 'empty: error: cannot be read: no description is in this folder [unreadable]'
+    run check a/loop
+    expect 'a link to a folder may be named' says out '2 files'
+    run check --jobs 4 .
+    cp "$folder/out" "$folder/several"
+    run check .
+    expect 'several jobs find the same' cmp -s "$folder/out" "$folder/several"
+    # A folder that is deeper than any that holds descriptions.
+    mkdir -p "$(printf 'deep/%.0s' {1..70})"
+    run check deep
+    expect 'a search has an end' says out 'more than 64 folders deep [unreadable]'
+}
+
+check_is_configured_by_a_file() {
+    write_checked
+    cd "$folder"
+    mkdir -p project/sub/other project/generated
+    cp warning.xml project/sub/octal.xml
+    cp error.xml project/generated/error.xml
+    printf '<device>\n<our-note/>\n<card typeid="1" our-id="2"/>\n<slot typeid="1"/><nonsense/></device>\n' >project/sub/known.xml
+    printf '# This project\n\noff octal-number # they are meant\nerror unknown-element\r\nknown our-note\nknown our-id\nexclude generated\n' \
+        >project/.dcm-check
+    run check project/sub/octal.xml
+    expect 'a check is off' exits 0
+    run check --no-config project/sub/octal.xml
+    expect 'unless there is no configuration' exits 1
+    run check -W error=octal-number project/sub/octal.xml
+    expect 'the command line is stronger' exits 2
+    run check project/sub/known.xml
+    expect 'names of other programs are known' says out 'project/sub/known.xml:4:20: error: nonsense: '
+    expect 'and others have another severity' says out '1 file, 1 error, 0 warnings'
+    run check project/generated/error.xml project/sub/octal.xml
+    expect 'what is excluded is not checked' says out '1 file, nothing found'
+    run check project
+    expect 'neither in a folder' says out '2 files, 1 error, 0 warnings'
+    (cd project/sub && run check octal.xml ../generated/error.xml && expect 'the file is found from any folder' exits 0)
+    run check --format json project/generated
+    expect 'what excludes all leaves nothing' exits 0
+    expect 'in any format' follows check
+    printf 'info octal-number\nexclude *.old.xml\n' >project/sub/.dcm-check
+    cp error.xml project/sub/other/device.old.xml
+    run check project/sub
+    expect 'the nearest file counts, and its severity' says out '; --info shows 1 info'
+    expect 'a pattern without a slash is about names' says out '2 files'
+    run check --stdin-filename project/sub/none.xml - <warning.xml
+    expect 'standard input is configured by its name' exits 0
+}
+
+check_says_what_is_wrong_with_its_configuration() {
+    write_checked
+    mkdir "$folder/project"
+    cd "$folder/project"
+    cp ../warning.xml device.xml
+    local setting fault
+    while IFS='|' read -r setting fault; do
+        printf '# first\n%b\n' "$setting" >.dcm-check
+        refuses "dcm check: $PWD/.dcm-check:2: $fault" check device.xml
+    done <<'TEXT'
+of octal-number|'of' is not a setting; did you mean 'off'?
+disable x|'disable' is not a setting; expected 'off', 'info', 'warning', 'error', 'exclude', 'known'
+off octl-number|'octl-number' is not a valid name of a check; did you mean 'octal-number'?
+off|'off' has no value
+off a b|'a b' is more than one name
+off query-fails|query-fails cannot be left out: the query of such a description fails
+warning query-fails|query-fails cannot be of severity warning: the query of such a description fails
+exclude ../other|'../other' is outside of the folder of this file
+off \x1b[31m|'\x1b[31m' is not a valid name of a check; 'dcm check --list-checks' lists them all
+TEXT
+    printf 'off octal-number\nerror octal-number\n' >.dcm-check
+    refuses "dcm check: $PWD/.dcm-check:2: octal-number is given a second time" check device.xml
+    head -c 70000 /dev/zero | tr '\0' '\n' >.dcm-check
+    refuses "dcm check: $PWD/.dcm-check: larger than 65536 bytes" check device.xml
+    rm .dcm-check
+    mkdir .dcm-check
+    refuses "dcm check: $PWD/.dcm-check: not a regular file but a directory" check device.xml
+}
+
+check_reports_what_an_earlier_run_did_not_find() {
+    write_checked
+    cd "$folder"
+    run check --format json ./warning.xml error.xml
+    cp out baseline.json
+    sed -i '1s/.*/<device>\n\n/' error.xml
+    run check --baseline baseline.json warning.xml error.xml
+    expect 'what was found before is left out, on any line' says out '2 files, nothing found'
+    expect 'and does not count' exits 0
+    sed -i 's|</card>|&<card typeid="011"/>|' error.xml
+    run check --format gcc --baseline baseline.json warning.xml error.xml
+    expect 'what is new is found' says out 'error.xml:4:65: warning: card 011: '
+    expect 'and nothing else' [ "$(wc -l <out)" = 1 ]
+    sed -i 's|<card typeid="010"/>|&&|' warning.xml
+    run check --baseline baseline.json warning.xml
+    expect 'a second one of the same kind is new' says out '[octal-number]'
+    expect 'and the first one is not' says out '1 file, 0 errors, 2 warnings'
+    { echo '<device>' && head -n 150 < <(yes '<x/>') && echo '</device>'; } >many.xml
+    run check --format json many.xml
+    cp out baseline.json
+    sed -i '2s/.*/<x a="1"\/>/; 5,9d' many.xml
+    run check --baseline baseline.json many.xml
+    expect 'those that were only counted are left out' says out '1 file, nothing found'
+    sed -i 's|</device>|<x/><x/><x/><x/><x/><x/><x/>&|' many.xml
+    run check --baseline baseline.json many.xml
+    expect 'and those beyond their number are new' says out '1 file, 0 errors, 2 warnings'
+    run check --format json torn.xml
+    cp out baseline.json
+    run check --baseline baseline.json torn.xml
+    expect 'what is not well-formed is always reported' exits 66
+    for content in '' '{}' '[1]' '{"format": "dcm-check", "version": 1, "files": [{"file": 1, "findings": []}]}'; do
+        echo "$content" >baseline.json
+        run check --baseline baseline.json warning.xml
+        expect 'something else is no baseline' exits 66
+        expect 'which standard error says' [ "$(cat err)" = "dcm: baseline.json: not the output of 'dcm check --format json'" ]
+        expect 'nothing is printed' silent out
+    done
+    run check --baseline none.json warning.xml
+    expect 'a baseline may be missing' says err 'dcm: none.json: No such file or directory'
+    refuses 'dcm check: --baseline leaves out findings, which --fix and --diff would fix' check --fix --baseline x warning.xml
+}
+
+check_does_only_the_checks_that_are_named() {
+    write_checked
+    cd "$folder"
+    printf '<device><x/><card typeid="010"/><card typeid="1" y="1"/></device>' >three.xml
+    run check --format gcc --only octal-number --only unknown-attribute three.xml error.xml
+    expect 'those are done' says out '[octal-number]'
+    expect 'each of them' says out '[unknown-attribute]'
+    expect 'and no other' [ "$(wc -l <out)" = 2 ]
+    run check --only octal-number torn.xml
+    expect 'what cannot be checked is still found' exits 66
+    refuses "dcm check: 'octal' is not a valid name of a check; 'dcm check --list-checks' lists them all" check --only octal three.xml
+    write_fixable
+    cp card.xml before.xml
+    run check --fix --only octal-number card.xml
+    expect 'nothing else is fixed' cmp -s card.xml before.xml
+}
+
+check_calls_standard_input_what_it_is_told() {
+    write_checked
+    cd "$folder"
+    run check --format gcc --stdin-filename src/device.xml - <warning.xml
+    expect 'findings are in that file' says out 'src/device.xml:2:16: warning: '
+    write_fixable
+    run check --diff --stdin-filename src/device.xml - <card.xml
+    expect 'so is a diff' says out '+++ src/device.xml'
+    refuses 'dcm check: --stdin-filename names standard input, which is the FILE -' check --stdin-filename x warning.xml
+}
+
 check_lists_and_explains_its_checks() {
     run check --list-checks
     expect 'the list succeeds' exits 0
@@ -1120,6 +1362,70 @@ format_shows_what_it_would_change() {
     expect 'the file is as before' is_file card.xml before.xml
     patch -s -d / -p0 <"$folder/out" || skip 'patch is not installed'
     expect 'what patch makes of it is the layout' is_file card.xml formatted.xml
+}
+
+# lsp_message CONTENT: in ASCII, with its header.
+lsp_message() { printf 'Content-Length: %d\r\n\r\n%s' "${#1}" "$1"; }
+
+# lsp_open FILE: what an editor sends that opens a description.
+lsp_open() {
+    lsp_message '{"jsonrpc":"2.0","id":1,"method":"initialize","params":{"capabilities":{}}}'
+    lsp_message "$(python3 -c 'import json, sys
+print(json.dumps({"jsonrpc": "2.0", "method": "textDocument/didOpen", "params": {"textDocument": {
+    "uri": "file://" + sys.argv[1], "languageId": "xml", "version": 1, "text": open(sys.argv[1]).read()}}}))' "$1")"
+}
+
+# lsp_messages: the messages on standard output, one on a line; nothing else is there.
+lsp_messages() {
+    python3 -c 'import json, re, sys
+rest = sys.stdin.buffer.read()
+while rest:
+    header = re.match(rb"Content-Length: (\d+)\r\n\r\n", rest)
+    end = header.end() + int(header.group(1))
+    print(json.dumps(json.loads(rest[header.end():end])))
+    rest = rest[end:]' <"$folder/out" >"$folder/messages"
+}
+
+lsp_answers_and_ends() {
+    {
+        lsp_open "$example"
+        lsp_message '{"jsonrpc":"2.0","id":2,"method":"shutdown"}'
+        lsp_message '{"jsonrpc":"2.0","method":"exit"}'
+    } >"$folder/in"
+    run lsp --stdio <"$folder/in"
+    expect 'it ends with 0 where it is shut down' exits 0
+    expect 'it prints messages' lsp_messages
+    expect 'the first answers the initialization' says messages '"name": "dcm lsp", "version": "1.'
+    expect 'the last answers the shutdown' [ "$(tail -n 1 "$folder/messages")" = '{"id": 2, "jsonrpc": "2.0", "result": null}' ]
+    expect 'nothing is said on standard error' silent err
+}
+
+# The library prints what it reports.
+lsp_prints_nothing_but_messages() {
+    write_faulty
+    lsp_open "$folder/faulty.xml" >"$folder/in"
+    run lsp <"$folder/in"
+    expect 'it prints messages' lsp_messages
+    expect 'it publishes what makes queries fail' says messages '"code": "query-fails"'
+    expect 'nothing is said on standard error' silent err
+    run --log lsp <"$folder/in"
+    expect 'the log is on standard error' says err 'log(0, 3, 0)'
+    expect 'it prints messages with the log, too' lsp_messages
+}
+
+lsp_ends_with_its_input() {
+    run lsp
+    expect 'it ends with 1 where it is not shut down' exits 1
+    expect 'it prints nothing without being asked' silent out
+    lsp_open "$example" >"$folder/in"
+    status=0
+    tool lsp <"$folder/in" >/dev/full 2>"$folder/err" || status=$?
+    expect 'it ends with 74 where it cannot write' exits 74
+    expect 'and says so' says err 'dcm: standard output: No space left on device'
+    printf 'Content-Length: 1000000\r\n\r\n{}' >"$folder/in"
+    run lsp <"$folder/in"
+    expect 'half a message is not answered' silent out
+    expect 'and it ends' exits 1
 }
 
 format_is_a_filter_of_standard_input() {

@@ -9,7 +9,7 @@ int main(int argc, char **argv)
         return dcmtool::runCommandLine({frameCommand(), slotCommand(), cardCommand(), vmCommand(), checkCommand(),
                                         formatCommand(), listCommand(), exportCommand(), showCommand(), drawCommand(),
                                         pageCommand(), diffCommand(), gitSetupCommand(), explainCommand(),
-                                        wordsCommand(), newCommand()},
+                                        wordsCommand(), newCommand(), lspCommand()},
                                        argc, argv);
     } catch (...) {
         // Everything else is caught earlier: only a length beyond all memory gets here.

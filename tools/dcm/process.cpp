@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -103,6 +104,13 @@ void runOutOfMemory()
     static_cast<void>(!write(STDERR_FILENO, kText, sizeof kText - 1));
     // Unwritten output is dropped, and no destructor runs: both may need memory.
     _exit(kOutOfMemory);
+}
+
+std::string systemError(int error)
+{
+    if (error == ENOMEM)
+        runOutOfMemory();
+    return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
 }
 
 } // namespace dcmtool

@@ -2,6 +2,8 @@
 #ifndef DCM_TOOLS_PROCESS_H
 #define DCM_TOOLS_PROCESS_H
 
+#include <string>
+
 namespace dcmtool {
 
 // A process linked with this file ends with "out of memory" on standard error and kOutOfMemory as soon as an allocation
@@ -13,6 +15,9 @@ void prepareProcess();
 void prepareThread();
 
 [[noreturn]] void runOutOfMemory();
+
+// The text of an error number; ends the process when that says that there is no memory.
+std::string systemError(int error);
 
 } // namespace dcmtool
 

@@ -40,9 +40,10 @@ Allowance allowanceIn(const DescriptionFile::Comment &comment)
         return {nullptr, "there is no check " + quoted(name), name};
     if (!rule->canBeSilenced())
         return {nullptr, quoted(name) + " cannot be allowed: the query fails all the same", ""};
-    if (colon == std::string::npos || trimmed(text.substr(colon + 1)).empty())
+    const std::string reason = colon == std::string::npos ? "" : trimmed(text.substr(colon + 1));
+    if (reason.empty())
         return {nullptr, "a reason is missing: expected 'dcm-check: allow " + name + ": REASON'", ""};
-    return {rule, "", ""};
+    return {rule, "", "", reason};
 }
 
 // The element that contains a comment; nullptr for a comment outside the root.
@@ -88,7 +89,8 @@ void applyAllowances(Findings &findings)
         const Node element = elementAround(comments[i].node);
         if (allowance.rule == nullptr)
             reportFaulty(comments[i], allowance, element, findings);
-        else if (!findings.takeOut(*allowance.rule, after[i]) && !findings.takeOut(*allowance.rule, element))
+        else if (!findings.takeOut(*allowance.rule, behind[i], allowance.reason) &&
+                 !findings.takeOut(*allowance.rule, element, allowance.reason))
             reportUnused(comments[i], allowance, element, findings);
     }
 }

@@ -19,7 +19,8 @@ void applyAllowances(Findings &findings);
 struct Allowance {
     const Rule *rule;
     std::string fault;
-    std::string unknownName; // the name of a rule that does not exist
+    std::string unknownName; // of a rule that does not exist
+    std::string reason = {};
 };
 // In rules/faulty-allowance.cpp and rules/unused-allowance.cpp; `element` is the parent of the comment.
 void reportFaulty(const DescriptionFile::Comment &comment, const Allowance &allowance, Node element,

@@ -224,9 +224,10 @@ void checkTypes(const DescriptionFile &file, const std::vector<DescribedType> &t
 
 } // namespace
 
-std::vector<Finding> checkFile(const DescriptionFile &file)
+std::vector<Finding> checkFile(const DescriptionFile &file, std::vector<Finding> *allowed,
+                               const std::set<std::string> *knownNames)
 {
-    Findings findings(file);
+    Findings findings(file, knownNames);
     setAllowedApart(findings);
     const std::vector<DescribedType> types = file.types();
     for (const Rule *rule : schedule().files) {
@@ -235,6 +236,8 @@ std::vector<Finding> checkFile(const DescriptionFile &file)
     }
     checkTypes(file, types, findings);
     applyAllowances(findings);
+    if (allowed != nullptr)
+        *allowed = findings.takeAllowed();
     std::vector<Finding> all = findings.take();
     addFixes(file, all);
     return all;

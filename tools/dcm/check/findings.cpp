@@ -149,11 +149,19 @@ void Findings::setApart(const Rule &rule, Node element)
     apart_.try_emplace({&rule, element});
 }
 
-bool Findings::takeOut(const Rule &rule, Node element)
+bool Findings::takeOut(const Rule &rule, Node element, const std::string &reason)
 {
     const auto apart = apart_.find({&rule, element});
     if (apart == apart_.end() || apart->second.count == 0)
         return false;
+    Found &allowed = allowed_[&rule];
+    allowed.count += apart->second.count;
+    for (Finding &finding : apart->second.kept) {
+        if (allowed.kept.size() == kMostOfRule)
+            break;
+        finding.reason = shortened(reason, kLongestText);
+        allowed.kept.push_back(std::move(finding));
+    }
     apart->second = {};
     return true;
 }
@@ -179,6 +187,18 @@ std::vector<Finding> Findings::take()
         std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));
     }
     found_.clear();
+    std::sort(all.begin(), all.end(), isBefore);
+    return all;
+}
+
+std::vector<Finding> Findings::takeAllowed()
+{
+    std::vector<Finding> all;
+    for (auto &[rule, found] : allowed_) {
+        found.kept.back().more = found.count - found.kept.size();
+        std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));
+    }
+    allowed_.clear();
     std::sort(all.begin(), all.end(), isBefore);
     return all;
 }

@@ -43,6 +43,7 @@ struct Finding {
     std::vector<Fix> fixes; // alternatives; the best one first
     size_t more = 0;        // the number of further findings of the rule that are not kept
     size_t order = 0;       // in which they were found
+    std::string reason;     // why a comment allows it; empty when none does
 
     Finding &noting(Span where, std::string what)
     {
@@ -63,7 +64,11 @@ class Findings {
 public:
     static constexpr size_t kMostOfRule = 100;
 
-    explicit Findings(const DescriptionFile &file) : file_(file) {}
+    // `knownNames`: of elements and attributes that other programs put into descriptions.
+    explicit Findings(const DescriptionFile &file, const std::set<std::string> *knownNames = nullptr)
+        : file_(file), knownNames_(knownNames)
+    {
+    }
 
     Finding &at(const Value &value, const std::string &text);                           // under the value
     Finding &atName(Node element, const std::string &text);                             // under the element's name
@@ -75,18 +80,22 @@ public:
     // True if a finding of the running rule at an element would only be counted, which is then done: for rules whose
     // texts are expensive.
     bool counts(Node element);
+    // Whether a name that is not one of the format is one of another program.
+    bool isForeign(const std::string &name) const { return knownNames_ != nullptr && knownNames_->count(name) != 0; }
 
     // For the engine.
     void run(const Rule &rule) { running_ = &rule; }
     const DescriptionFile &file() const { return file_; }
     // Keeps the findings of a rule at an element separately, so that they can be removed.
     void setApart(const Rule &rule, Node element);
-    // Removes them; false if there were none.
-    bool takeOut(const Rule &rule, Node element);
-    // Notes that the running rule has not searched completely.
+    // Takes it out, since a comment allows it; false when nothing was found there.
+    bool takeOut(const Rule &rule, Node element, const std::string &reason);
+    // Notes that the running rule has not looked for all that there is.
     void endSearch() { ended_.insert(running_); }
     // All kept findings, in the order of the file.
     std::vector<Finding> take();
+    // What has been taken out, of each rule the first findings, in the order of the file.
+    std::vector<Finding> takeAllowed();
 
 private:
     // The findings of a rule, in the whole file or at one element.
@@ -107,10 +116,12 @@ private:
     template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, const std::string &text);
 
     const DescriptionFile &file_;
+    const std::set<std::string> *knownNames_;
     const Rule *running_ = nullptr;
     std::unordered_map<const Rule *, Found> found_;
     std::unordered_map<Key, Found, Hash> apart_;
-    std::set<std::pair<Node, size_t>> reported_; // places of the findings that make a query fail
+    std::unordered_map<const Rule *, Found> allowed_;
+    std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
     std::set<const Rule *> ended_;
     size_t order_ = 0;
     Finding counted_; // takes the text of a finding that is not kept

@@ -19,7 +19,7 @@ constexpr size_t kMostRounds = 20;
 constexpr size_t kMostTrials = 64;
 
 constexpr char kOverlaps[] = "it changes what another fix changes";
-constexpr char kTooMany[] = "too many others have been dropped";
+constexpr char kTooManyDropped[] = "too many others have been dropped";
 
 // A fix, and the findings that it is to fix.
 struct Candidate {
@@ -78,7 +78,10 @@ private:
 
 class Fixer {
 public:
-    Fixer(const DescriptionFile &file, const std::vector<Finding> &findings) : file_(file), findings_(findings) {}
+    Fixer(const DescriptionFile &file, const std::vector<Finding> &findings, const std::set<std::string> *knownNames)
+        : file_(file), findings_(findings), knownNames_(knownNames)
+    {
+    }
 
     // One round; accepted fixes are in the result.
     FixedFile run(const FixFilter &isWanted)
@@ -128,7 +131,7 @@ private:
         if (begin == end)
             return;
         if (trials_++ == kMostTrials) {
-            std::for_each(begin, end, [&](const Candidate &candidate) { drop(candidate, kTooMany); });
+            std::for_each(begin, end, [&](const Candidate &candidate) { drop(candidate, kTooManyDropped); });
             trials_--;
             return;
         }
@@ -158,12 +161,14 @@ private:
         auto fixed = DescriptionFile::parse(file_.name(), *text);
         if (fixed->state() != DescriptionFile::State::parsed)
             return "the file would not be well-formed";
-        std::vector<Finding> found = checkFile(*fixed);
+        std::vector<Finding> allowed;
+        std::vector<Finding> found = checkFile(*fixed, &allowed, knownNames_);
         const Shift shift(std::move(edits));
         if (const char *fault = faultOf(found, candidates, shift))
             return fault;
         result_.file = std::move(fixed);
         result_.findings = std::move(found);
+        result_.allowed = std::move(allowed);
         return nullptr;
     }
 
@@ -210,6 +215,7 @@ private:
 
     const DescriptionFile &file_;
     const std::vector<Finding> &findings_;
+    const std::set<std::string> *knownNames_;
     std::vector<Candidate> accepted_;
     size_t trials_ = 0;
     FixedFile result_;
@@ -217,15 +223,16 @@ private:
 
 } // namespace
 
-FixedFile applyFixes(const DescriptionFile &file, const std::vector<Finding> &findings, const FixFilter &isWanted)
+FixedFile applyFixes(const DescriptionFile &file, const std::vector<Finding> &findings, const FixFilter &isWanted,
+                     const std::set<std::string> *knownNames)
 {
-    FixedFile result = Fixer(file, findings).run(isWanted);
+    FixedFile result = Fixer(file, findings, knownNames).run(isWanted);
     for (size_t round = 1; result.file != nullptr; round++) {
         if (round == kMostRounds) {
             result.isComplete = false;
             break;
         }
-        FixedFile next = Fixer(*result.file, result.findings).run(isWanted);
+        FixedFile next = Fixer(*result.file, result.findings, knownNames).run(isWanted);
         if (next.file == nullptr) {
             result.dropped = std::move(next.dropped);
             break;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,10 @@ struct DroppedFix {
 };
 
 struct FixedFile {
-    std::unique_ptr<DescriptionFile> file; // with the fixes; nullptr if none is applied
-    std::vector<Finding> findings;         // in that file
-    size_t count = 0;                      // of the fixed findings
+    std::unique_ptr<DescriptionFile> file; // with the fixes; nullptr when none is applied
+    std::vector<Finding> findings;         // of it
+    std::vector<Finding> allowed;
+    size_t count = 0; // of the findings that are gone by fixes
     std::vector<DroppedFix> dropped;
     bool isComplete = true; // another run would find nothing more to fix
 };
@@ -30,9 +32,11 @@ struct FixedFile {
 // Which fixes are tried.
 using FixFilter = std::function<bool(const Finding &finding, const Fix &fix)>;
 
-// Applies the first fix of each finding that is wanted. The result is checked again: the fixed findings are gone, there
-// is no new one, and every query that succeeded still does. Fixes without these properties are dropped.
-FixedFile applyFixes(const DescriptionFile &file, const std::vector<Finding> &findings, const FixFilter &isWanted);
+// Applies the first fix of each finding that is wanted. The result is checked again: what was to be fixed is gone,
+// nothing else is found, and every query that succeeded still does. Fixes of which that is not true are dropped.
+// Of `knownNames` see checkFile().
+FixedFile applyFixes(const DescriptionFile &file, const std::vector<Finding> &findings, const FixFilter &isWanted,
+                     const std::set<std::string> *knownNames = nullptr);
 
 } // namespace dcmtool
 

@@ -3,22 +3,17 @@
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/records/json_text.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <map>
 
 namespace dcmtool {
 
 namespace {
 
-bool isPlaced(const Finding &finding)
-{
-    return finding.rule != &kUnreadable;
-}
-
-// The end is the column after the last character.
+// The end is the column behind the last character.
 Json regionOf(const DescriptionFile &file, Span span, const char *line, const char *column, const char *endLine,
               const char *endColumn)
 {
@@ -137,17 +132,12 @@ std::string fingerprintOf(const Finding &finding)
 
 Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
 {
-    std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
-    if (!finding.meant.empty())
-        text += "; did you mean '" + finding.meant + "'?";
-    if (finding.more != 0)
-        text += "; and " + std::to_string(finding.more) + " more like it";
     Json location = locationOf(file, finding.span, isPlaced(finding));
     if (!finding.path.empty())
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", finding.path}}});
     Json result = {
         {"ruleId", finding.rule->name},         {"ruleIndex", rule},
-        {"level", levelOf(finding.severity)},   {"message", {{"text", text}}},
+        {"level", levelOf(finding.severity)},   {"message", {{"text", messageOf(finding)}}},
         {"locations", Json::array({location})}, {"partialFingerprints", {{"dcmFinding/v1", fingerprintOf(finding)}}}};
     if (finding.more != 0)
         result["occurrenceCount"] = 1 + finding.more;
@@ -158,6 +148,10 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
     }
     for (const Fix &fix : finding.fixes)
         result["fixes"].push_back(fixForSarif(file, fix));
+    // Where a result of a run has them, all have.
+    result["suppressions"] = Json::array();
+    if (!finding.reason.empty())
+        result["suppressions"].push_back({{"kind", "inSource"}, {"justification", finding.reason}});
     return result;
 }
 
@@ -166,6 +160,8 @@ Json ruleOf(const Rule &rule)
     return {{"id", rule.name},
             {"shortDescription", {{"text", summaryOf(rule)}}},
             {"fullDescription", {{"text", explanationOf(rule)}}},
+            {"help", {{"text", pageAsText(rule)}, {"markdown", pageOf(rule)}}},
+            {"helpUri", uriOf(DCM_DOC_FOLDER "/checks/" + std::string(rule.name) + ".md")},
             {"defaultConfiguration", {{"level", levelOf(rule.severity)}}}};
 }
 
@@ -192,16 +188,18 @@ std::string asJson(const std::vector<FileReport> &reports)
 
 std::string asSarif(const std::vector<FileReport> &reports)
 {
+    // Rules have their whole pages: only those that have found something.
+    std::map<const Rule *, size_t> indices;
     Json rules = Json::array();
-    const std::vector<const Rule *> &order = allRules();
-    for (const Rule *rule : order)
-        rules.push_back(ruleOf(*rule));
     Json results = Json::array();
     for (const FileReport &report : reports)
-        for (const Finding &finding : report.findings) {
-            const auto rule = std::find(order.begin(), order.end(), finding.rule) - order.begin();
-            results.push_back(resultOf(*report.file, finding, static_cast<size_t>(rule)));
-        }
+        for (const std::vector<Finding> *findings : {&report.findings, &report.allowed})
+            for (const Finding &finding : *findings) {
+                const auto [index, isNew] = indices.try_emplace(finding.rule, rules.size());
+                if (isNew)
+                    rules.push_back(ruleOf(*finding.rule));
+                results.push_back(resultOf(*report.file, finding, index->second));
+            }
     const Json driver = {{"name", "dcm check"}, {"semanticVersion", DCM_VERSION}, {"rules", rules}};
     const Json run = {{"tool", {{"driver", driver}}}, {"columnKind", "unicodeCodePoints"}, {"results", results}};
     return jsonText({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},

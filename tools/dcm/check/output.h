@@ -1,4 +1,4 @@
-// Output formats of findings: text as from a compiler, JSON and SARIF.
+// How findings are shown: as a compiler does, and in the formats of the programs that collect them.
 #ifndef DCM_TOOLS_CHECK_OUTPUT_H
 #define DCM_TOOLS_CHECK_OUTPUT_H
 
@@ -15,7 +15,8 @@ namespace dcmtool {
 struct FileReport {
     std::unique_ptr<DescriptionFile> file;
     std::vector<Finding> findings;
-    size_t fixed = 0; // fixed findings
+    std::vector<Finding> allowed; // by comments, which only SARIF has
+    size_t fixed = 0;             // findings that are gone
 };
 
 struct Totals {
@@ -40,10 +41,20 @@ std::string asText(const FileReport &report, const TextStyle &style);
 // The summary.
 std::string summaryOf(const Totals &totals, const TextStyle &style);
 
+// A line for each finding of a file: as GCC's, and as a workflow command of GitHub Actions.
+std::string asGcc(const FileReport &report, const TextStyle &style);
+std::string asGithub(const FileReport &report, const TextStyle &style);
+
+std::string asCheckstyle(const std::vector<FileReport> &reports, const TextStyle &style);
 std::string asJson(const std::vector<FileReport> &reports);
 std::string asSarif(const std::vector<FileReport> &reports);
 
-// The rules: one line for each, and the page of one.
+// The path, the text, what was meant, and how many more there are: as the file has them, on any number of lines.
+std::string messageOf(const Finding &finding);
+// Whether the finding has a place in the file, which one about a file that cannot be read has not.
+bool isPlaced(const Finding &finding);
+
+// The rules themselves: a line for each, and all about one.
 std::string listOfRules();
 std::string pageAsText(const Rule &rule);
 

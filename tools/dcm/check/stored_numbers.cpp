@@ -1,17 +1,16 @@
 #include "tools/dcm/check/stored_numbers.h"
 
+#include "tools/dcm/check/number_reading.h"
+
 namespace dcmtool {
 
-namespace {
-
-int64_t kept(uint32_t number, const dcm::Content &content)
+int64_t storedNumber(uint32_t number, const dcm::Content &content)
 {
-    const int64_t low = number & ((int64_t{1} << content.bits) - 1);
-    const bool isNegative = content.isSigned && (low >> (content.bits - 1)) != 0;
-    return isNegative ? low - (int64_t{1} << content.bits) : low;
+    const unsigned bits = bitsOf(content);
+    const int64_t low = number & ((int64_t{1} << bits) - 1);
+    const bool isNegative = content.isSigned && (low >> (bits - 1)) != 0;
+    return isNegative ? low - (int64_t{1} << bits) : low;
 }
-
-} // namespace
 
 std::optional<Stored> numberIn(const Context &context, std::string_view name, std::string_view ending)
 {
@@ -32,7 +31,7 @@ std::optional<Stored> numberIn(const Context &context, std::string_view name, st
             continue;
         const uint32_t number = dcm::readNumber(text.c_str(), &end);
         if (end != text.c_str())
-            last = {child.node, row.name, kept(number, row.element->content)};
+            last = {child.node, row.name, storedNumber(number, row.element->content)};
     }
     return last;
 }

@@ -19,7 +19,10 @@ struct Stored {
     int64_t value;
 };
 
-// The number called `name` with `ending` among the children; nothing if there is none, or if it cannot be read.
+// What a field keeps of a number.
+int64_t storedNumber(uint32_t number, const dcm::Content &content);
+
+// The number called `name` with `ending` among the children; nothing where there is none, or none can be read.
 std::optional<Stored> numberIn(const Context &context, std::string_view name, std::string_view ending = {});
 
 // Reports that a number is "above" or "below" another one, with the effect.

@@ -99,16 +99,10 @@ const char *colourOf(Severity severity, const Colours &colours)
 
 std::string textOf(const DescriptionFile &file, const Finding &finding, const Colours &colours)
 {
-    const bool isPlaced = finding.rule != &kUnreadable;
-    std::string text = colours.bold + (isPlaced ? placeOf(file, finding.span) : printable(file.name())) + ": ";
+    std::string text = colours.bold + (isPlaced(finding) ? placeOf(file, finding.span) : printable(file.name())) + ": ";
     text += std::string(colourOf(finding.severity, colours)) + nameOf(finding.severity) + ": " + colours.none;
-    text += printable((finding.path.empty() ? "" : finding.path + ": ") + finding.text);
-    if (!finding.meant.empty())
-        text += "; did you mean '" + printable(finding.meant) + "'?";
-    if (finding.more != 0)
-        text += "; and " + std::to_string(finding.more) + " more like it";
-    text += std::string(" [") + finding.rule->name + "]\n";
-    if (isPlaced)
+    text += printable(messageOf(finding)) + " [" + finding.rule->name + "]\n";
+    if (isPlaced(finding))
         text += excerpt(file, finding.span, colours, editShownOf(finding));
     for (const Note &note : finding.notes)
         text += colours.bold + placeOf(file, note.span) + ": " + colours.note + "note: " + colours.none +
@@ -132,6 +126,21 @@ void Totals::add(const FileReport &report)
         (finding.severity == Severity::error     ? errors
          : finding.severity == Severity::warning ? warnings
                                                  : infos) += 1 + finding.more;
+}
+
+bool isPlaced(const Finding &finding)
+{
+    return finding.rule != &kUnreadable;
+}
+
+std::string messageOf(const Finding &finding)
+{
+    std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
+    if (!finding.meant.empty())
+        text += "; did you mean '" + finding.meant + "'?";
+    if (finding.more != 0)
+        text += "; and " + std::to_string(finding.more) + " more like it";
+    return text;
 }
 
 std::string asText(const FileReport &report, const TextStyle &style)

@@ -55,9 +55,9 @@ std::vector<std::string> namesIn(const dcm::Element &format, bool areAttributes)
 
 Finding &report(const UnknownItem &item, const std::string &text, Findings &findings)
 {
-    return item.isAttribute ? findings.atAttribute(item.node, item.name, text)
-                            : findings.atName(item.node, text);
+    return item.isAttribute ? findings.atAttribute(item.node, item.name, text) : findings.atName(item.node, text);
 }
+
 } // namespace
 
 bool isKnownElsewhere(const UnknownItem &item)
@@ -75,7 +75,7 @@ bool isForeign(const UnknownItem &item)
 
 void reportUnknown(const UnknownItem &item, Findings &findings)
 {
-    if (findings.counts(item.node))
+    if (findings.isForeign(item.name) || findings.counts(item.node))
         return;
     const std::vector<std::string> known = namesIn(*item.parent.format, item.isAttribute);
     const std::string around = quotedName(item.parent.name);

@@ -1,9 +1,12 @@
+#include "tools/dcm/check/baseline.h"
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/fixer.h"
+#include "tools/dcm/check/inputs.h"
 #include "tools/dcm/check/output.h"
 #include "tools/dcm/check/pages.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/commands/command.h"
+#include "tools/dcm/description/input_file.h"
 #include "tools/dcm/description/replace_file.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/printable.h"
@@ -28,12 +31,13 @@ using namespace dcmtool;
 
 namespace {
 
-enum Format : uint32_t { kText, kJson, kSarif };
+enum Format : uint32_t { kText, kGcc, kGithub, kCheckstyle, kJson, kSarif };
 enum Colour : uint32_t { kAutomatic, kAlways, kNever };
 
 struct Options {
     std::vector<std::string> files;
     std::vector<std::string> warnings;
+    std::vector<std::string> only; // these checks
     uint32_t format = kText;
     uint32_t colour = kAutomatic;
     uint32_t jobs = 1;
@@ -41,6 +45,9 @@ struct Options {
     bool isDiff = false;
     bool areListed = false;
     bool hasInfos = false;
+    std::string standardInput; // what it is called
+    std::string baseline;
+    bool isWithoutConfiguration = false;
     std::string explained;
 };
 
@@ -69,6 +76,13 @@ Candidates warningCandidates(const PartialLine & /*line*/)
     return candidates;
 }
 
+Candidates ruleCandidates(const PartialLine & /*line*/)
+{
+    Candidates candidates;
+    addChecks("", candidates);
+    return candidates;
+}
+
 Candidates explainedCandidates(const PartialLine & /*line*/)
 {
     Candidates candidates = {{"all", "Explains every check"}};
@@ -78,28 +92,43 @@ Candidates explainedCandidates(const PartialLine & /*line*/)
 
 // ---- -W -------------------------------------------------------------------------------------------------------------
 
-// The options for each check's findings.
+// What is made of each check's findings, by the command line before the configuration of a file.
 struct Warnings {
     std::set<const Rule *> off;
     std::set<const Rule *> errors;
+    std::set<const Rule *> only; // empty for all
     bool areErrors = false;
 
-    explicit Warnings(const std::vector<std::string> &options)
+    explicit Warnings(const Options &options)
     {
-        for (const std::string &option : options)
+        for (const std::string &option : options.warnings)
             take(option);
+        for (const std::string &name : options.only)
+            only.insert(named(name));
+        if (!only.empty())
+            only.insert({&dcmtool::kNotXml, &dcmtool::kUnreadable});
     }
 
-    bool isOff(const Finding &finding) const { return off.count(finding.rule) != 0; }
-
-    void apply(std::vector<Finding> &findings) const
+    bool isOff(const Rule *rule, const Configuration &configuration) const
     {
-        findings.erase(
-            std::remove_if(findings.begin(), findings.end(), [&](const Finding &finding) { return isOff(finding); }),
-            findings.end());
-        for (Finding &finding : findings)
+        if (off.count(rule) != 0 || (!only.empty() && only.count(rule) == 0))
+            return true;
+        const bool isNamed = errors.count(rule) != 0 || only.count(rule) != 0;
+        const auto configured = configuration.severities.find(rule);
+        return configured != configuration.severities.end() && !configured->second && !isNamed;
+    }
+
+    void apply(std::vector<Finding> &findings, const Configuration &configuration) const
+    {
+        const auto isLeftOut = [&](const Finding &finding) { return isOff(finding.rule, configuration); };
+        findings.erase(std::remove_if(findings.begin(), findings.end(), isLeftOut), findings.end());
+        for (Finding &finding : findings) {
+            const auto configured = configuration.severities.find(finding.rule);
+            if (configured != configuration.severities.end() && configured->second)
+                finding.severity = *configured->second;
             if ((areErrors && finding.severity == Severity::warning) || errors.count(finding.rule) != 0)
                 finding.severity = Severity::error;
+        }
     }
 
 private:
@@ -149,7 +178,7 @@ template <class Work> std::thread startThread(const Work &work)
 // A progress line on a terminal, printed by a thread of its own.
 class Progress {
 public:
-    Progress(const std::vector<std::string> &files, bool isShown) : files_(files)
+    Progress(const std::vector<Input> &files, bool isShown) : files_(files)
     {
         if (isShown)
             thread_ = startThread([this] { show(); });
@@ -181,7 +210,7 @@ private:
     {
         std::unique_lock<std::mutex> lock(mutex_);
         while (!isOver_.wait_for(lock, std::chrono::milliseconds(400), [this] { return done_ == files_.size(); })) {
-            std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", printable(files_[done_]).c_str(), done_ + 1,
+            std::fprintf(stderr, "\r\x1b[Kchecking %s (%zu of %zu)", printable(files_[done_].name).c_str(), done_ + 1,
                          files_.size());
             isThere_ = true;
         }
@@ -194,7 +223,7 @@ private:
         isThere_ = false;
     }
 
-    const std::vector<std::string> &files_;
+    const std::vector<Input> &files_;
     std::mutex mutex_;
     std::condition_variable isOver_;
     size_t done_ = 0;
@@ -211,16 +240,28 @@ constexpr char kAll[] = "all";
 struct CheckedFile {
     FileReport report;
     FixedFile fixed;
+    const Configuration *configuration = nullptr;
     std::string fault; // why nothing has been fixed
     bool isWritten = true;
 };
 
 FixedFile fixesOf(const CheckedFile &checked, const Options &options, const Warnings &warnings)
 {
+    const std::vector<Finding> &findings = checked.report.findings;
     const bool areAll = options.fixed == kAll;
-    return applyFixes(*checked.report.file, checked.report.findings, [&](const Finding &finding, const Fix &fix) {
-        return (areAll || fix.confidence == Confidence::certain) && !warnings.isOff(finding);
-    });
+    const auto isWanted = [&](const Finding &finding, const Fix &fix) {
+        return (areAll || fix.confidence == Confidence::certain) &&
+               !warnings.isOff(finding.rule, *checked.configuration);
+    };
+    const auto hasWanted = [&](const Finding &finding) {
+        return std::any_of(finding.fixes.begin(), finding.fixes.end(),
+                           [&](const Fix &fix) { return isWanted(finding, fix); });
+    };
+    if (std::none_of(findings.begin(), findings.end(), hasWanted))
+        return {};
+    // That of the result takes the same memory: new pages would cost as much as parsing.
+    checked.report.file->dropTree();
+    return applyFixes(*checked.report.file, findings, isWanted, &checked.configuration->knownNames);
 }
 
 // Whether the file has changed, and its findings then.
@@ -246,6 +287,7 @@ void fix(CheckedFile &checked, const Options &options, const Warnings &warnings)
     }
     report.file = std::move(checked.fixed.file);
     report.findings = std::move(checked.fixed.findings);
+    report.allowed = std::move(checked.fixed.allowed);
     report.fixed = checked.fixed.count;
 }
 
@@ -274,22 +316,25 @@ std::string unfixedText(const CheckedFile &checked)
 
 // ---- Checking -------------------------------------------------------------------------------------------------------
 
-CheckedFile check(const std::string &name, const Options &options, const Warnings &warnings)
+CheckedFile check(const Input &input, const Options &options, const Warnings &warnings)
 {
     CheckedFile checked;
-    checked.report.file = DescriptionFile::open(name);
-    checked.report.findings = checkFile(*checked.report.file);
+    checked.configuration = input.configuration;
+    checked.report.file = input.open();
+    checked.report.findings =
+        checkFile(*checked.report.file, &checked.report.allowed, &input.configuration->knownNames);
     if (!options.fixed.empty())
         fix(checked, options, warnings);
-    warnings.apply(checked.report.findings);
+    warnings.apply(checked.report.findings, *input.configuration);
+    warnings.apply(checked.report.allowed, *input.configuration);
     return checked;
 }
 
 // Checks files, several at once, and returns the reports in the order of the files.
 class Workers {
 public:
-    Workers(const Options &options, const Warnings &warnings)
-        : options_(options), warnings_(warnings), files_(options.files.size()), isDone_(options.files.size())
+    Workers(const std::vector<Input> &inputs, const Options &options, const Warnings &warnings)
+        : inputs_(inputs), options_(options), warnings_(warnings), files_(inputs.size()), isDone_(inputs.size())
     {
         const size_t wanted = options.jobs > 1 ? std::min<size_t>(options.jobs, files_.size()) : 0;
         threads_.reserve(wanted);
@@ -313,7 +358,7 @@ public:
     CheckedFile take(size_t index)
     {
         if (threads_.empty())
-            return check(options_.files[index], options_, warnings_);
+            return check(inputs_[index], options_, warnings_);
         std::unique_lock<std::mutex> lock(mutex_);
         hasBeenDone_.wait(lock, [&] { return isDone_[index]; });
         return std::move(files_[index]);
@@ -323,7 +368,7 @@ private:
     void work()
     {
         for (size_t index = next_++; index < files_.size(); index = next_++) {
-            CheckedFile checked = check(options_.files[index], options_, warnings_);
+            CheckedFile checked = check(inputs_[index], options_, warnings_);
             const std::lock_guard<std::mutex> lock(mutex_);
             files_[index] = std::move(checked);
             isDone_[index] = true;
@@ -331,6 +376,7 @@ private:
         }
     }
 
+    const std::vector<Input> &inputs_;
     const Options &options_;
     const Warnings &warnings_;
     std::atomic<size_t> next_{0};
@@ -356,35 +402,89 @@ bool isColoured(const Options &options, const OwnOutput &output)
                                         : options.colour == kAlways;
 }
 
-// The text after the last file's findings, or instead of them.
-std::string endOf(uint32_t format, const std::vector<FileReport> &reports, const Totals &totals, const TextStyle &style)
+// What is printed of each file.
+std::string partOf(const CheckedFile &checked, const Options &options, const TextStyle &style)
 {
-    return format == kText ? summaryOf(totals, style) : format == kJson ? asJson(reports) : asSarif(reports);
+    if (options.isDiff)
+        return diffOf(checked);
+    switch (options.format) {
+    case kText:
+        return asText(checked.report, style);
+    case kGcc:
+        return asGcc(checked.report, style);
+    case kGithub:
+        return asGithub(checked.report, style);
+    default:
+        return "";
+    }
 }
 
-Exit runCheck(const Options &options)
+// What is printed behind the last file's findings, or in their place.
+std::string endOf(const Options &options, const std::vector<FileReport> &reports, const Totals &totals,
+                  const TextStyle &style)
 {
-    const Warnings warnings(options.warnings);
+    if (options.isDiff)
+        return "";
+    switch (options.format) {
+    case kText:
+        return summaryOf(totals, style);
+    case kCheckstyle:
+        return asCheckstyle(reports, style);
+    case kJson:
+        return asJson(reports);
+    case kSarif:
+        return asSarif(reports);
+    default:
+        return "";
+    }
+}
+
+// Whether the format is one document, in which nothing is printed before the last file has been checked.
+bool isDocument(uint32_t format)
+{
+    return format >= kCheckstyle;
+}
+
+// The files of the command line and those in its folders.
+std::vector<Input> inputsOf(const Options &options, Configurations &configurations)
+{
+    std::vector<Input> inputs;
+    for (const std::string &name : options.files) {
+        const std::string fault = addInputs(name, options.standardInput, configurations, inputs);
+        if (!fault.empty())
+            throw UsageError(fault);
+    }
+    return inputs;
+}
+
+Exit runCheck(const Options &options, Baseline &baseline)
+{
+    const Warnings warnings(options);
+    Configurations configurations(!options.isWithoutConfiguration);
+    const std::vector<Input> inputs = inputsOf(options, configurations);
     OwnOutput output;
     const TextStyle style = {isColoured(options, output), options.hasInfos};
-    Progress progress(options.files, isatty(STDERR_FILENO) == 1);
+    Progress progress(inputs, isatty(STDERR_FILENO) == 1);
     Totals totals;
     // The last report is not destroyed: that would cost a tenth of the run.
     static std::vector<FileReport> &reports = *new std::vector<FileReport>;
     bool isWritten = true;
-    Workers workers(options, warnings);
-    for (size_t i = 0; i < options.files.size(); i++) {
-        const bool isLast = i + 1 == options.files.size();
+    Workers workers(inputs, options, warnings);
+    if (inputs.empty() && !output.print(endOf(options, reports, totals, style)))
+        return kCannotWrite;
+    for (size_t i = 0; i < inputs.size(); i++) {
+        const bool isLast = i + 1 == inputs.size();
         CheckedFile checked = workers.take(i);
         FileReport &report = checked.report;
+        baseline.apply(report.file->name(), report.findings);
         totals.add(report);
         isWritten = isWritten && checked.isWritten;
-        const std::string complaints = unfixedText(checked);
-        std::string text = options.isDiff ? diffOf(checked) : options.format == kText ? asText(report, style) : "";
-        if (options.format != kText || isLast)
+        const std::string complaints = whatIsNotFixed(checked);
+        std::string text = partOf(checked, options, style);
+        if (isDocument(options.format) || isLast)
             reports.push_back(std::move(report));
-        if (isLast && !options.isDiff)
-            text += endOf(options.format, reports, totals, style);
+        if (isLast)
+            text += endOf(options, reports, totals, style);
         progress.advance(i + 1);
         std::fputs(complaints.c_str(), stderr);
         if (!(options.isDiff ? output.printFile(text) : output.print(text)))
@@ -393,7 +493,19 @@ Exit runCheck(const Options &options)
     return isWritten ? exitOf(totals) : kCannotWrite;
 }
 
-// ---- The lists of checks --------------------------------------------------------------------------------------------
+// Whether the findings of an earlier run could be read; standard error says why not.
+bool read(const std::string &name, Baseline &baseline)
+{
+    std::string text;
+    std::string fault = readInput(name, text);
+    if (fault.empty() && !baseline.take(text))
+        fault = "not the output of 'dcm check --format json'";
+    if (!fault.empty())
+        std::fprintf(stderr, "dcm: %s: %s\n", printable(name).c_str(), fault.c_str());
+    return fault.empty();
+}
+
+// ---- What there is to check -----------------------------------------------------------------------------------------
 
 std::string explained(const Options &options)
 {
@@ -418,8 +530,15 @@ Exit run(const Options &options)
         refuseWord(options.fixed, "value for --fix", {kCertain, kAll});
     const bool hasInput = std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
     if (!options.fixed.empty() && !options.isDiff && hasInput)
-        throw UsageError("--fix changes files; standard input needs --diff");
-    return runCheck(options);
+        throw UsageError("--fix changes files; standard input goes with --diff");
+    if (!options.standardInput.empty() && !hasInput)
+        throw UsageError("--stdin-filename names standard input, which is the FILE -");
+    if (!options.fixed.empty() && !options.baseline.empty())
+        throw UsageError("--baseline leaves out findings, which --fix and --diff would fix");
+    Baseline baseline;
+    if (!options.baseline.empty() && !read(options.baseline, baseline))
+        return Exit::kUnreadable;
+    return runCheck(options, baseline);
 }
 
 } // namespace
@@ -427,11 +546,12 @@ Exit run(const Options &options)
 Command checkCommand()
 {
     const auto options = std::make_shared<Options>();
-    const Words formats = {{"text", kText}, {"json", kJson}, {"sarif", kSarif}};
+    const Words formats = {{"text", kText}, {"gcc", kGcc},    {"github", kGithub}, {"checkstyle", kCheckstyle},
+                           {"json", kJson}, {"sarif", kSarif}};
     const Words colours = {{"auto", kAutomatic}, {"always", kAlways}, {"never", kNever}};
     return {"check",
-            "Check descriptions for mistakes",
-            {{"FILE", "Descriptions to check, - for standard input", &options->files},
+            "Find what is wrong in descriptions",
+            {{"FILE", "Descriptions to check, folders of them, - for standard input", &options->files},
              {"-f,--file", "The same as FILE", &options->files, "FILE"},
              {"-W",
               "no-NAME leaves a check out, error=NAME makes its findings errors, error all warnings",
@@ -440,9 +560,14 @@ Command checkCommand()
               {},
               {},
               warningCandidates},
-             {"--info", "Also show findings of severity info: valid, but probably not intended", &options->hasInfos},
-             {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
+             {"--only", "Only do this check", &options->only, "NAME", {}, {}, ruleCandidates},
+             {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
+             {"--format", "text, gcc, github, checkstyle, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
+             {"--baseline", "Leave out the findings of an earlier run, which is its JSON output", &options->baseline,
+              "FILE"},
+             {"--no-config", "Do without the file .dcm-check", &options->isWithoutConfiguration},
+             {"--stdin-filename", "What standard input is called", &options->standardInput, "FILE"},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
              {"--fix",
               "Apply certain fixes, or with --fix=all also probable ones",
@@ -466,7 +591,7 @@ Command checkCommand()
                     options->fixed = kCertain;
                 return run(*options);
             },
-            "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage,\n"
+            "Exit status: 0 nothing found, 1 warnings, 2 errors, 64 wrong usage or configuration,\n"
             "66 a file cannot be read or is not well-formed XML, 71 out of memory,\n"
             "74 the output cannot be written."};
 }

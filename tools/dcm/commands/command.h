@@ -103,5 +103,6 @@ dcmtool::Command diffCommand();
 dcmtool::Command gitSetupCommand();
 dcmtool::Command drawCommand();
 dcmtool::Command pageCommand();
+dcmtool::Command lspCommand();
 
 #endif

@@ -176,8 +176,11 @@ public:
         app_.require_subcommand(0, 1);
         app_.fallthrough();
         app_.footer(kExitStatuses);
+        // Only what the line can refer to is set up: all commands need thousands of allocations.
+        const Command *named = namedCommand();
         for (const Command &command : commands_)
-            add(app_, command);
+            if (named == nullptr || named == &command)
+                add(app_, command);
     }
 
     Exit run()
@@ -260,6 +263,14 @@ private:
         }
         if (!isComplete)
             throw UsageError("no command is given; 'dcm help' lists the commands");
+    }
+
+    // The command that the line runs; nullptr when there is none, or when it refers to others.
+    const Command *namedCommand() const
+    {
+        if (words_.empty() || words_.front() == "help")
+            return nullptr;
+        return findCommand(commands_, words_.front());
     }
 
     Command helpCommand()

@@ -68,7 +68,7 @@ xmlCharEncodingHandler *foreignEncodingOf(const std::string &text)
 // The name of that encoding; empty if all bytes are ASCII.
 std::string foreignNameOf(const std::string &text)
 {
-    const std::string declared = declaredEncoding(text);
+    std::string declared = declaredEncoding(text);
     if (declared.empty()) {
         const char *name = xmlGetCharEncodingName(detectedEncoding(text));
         return name != nullptr ? name : "one that is not UTF-8";
@@ -439,15 +439,21 @@ struct ParserEvents {
     }
 };
 
-std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name, IsWanted isWanted)
+std::unique_ptr<DescriptionFile> DescriptionFile::open(const std::string &name, IsWanted isWanted,
+                                                       const std::string &shown)
 {
     std::string text;
     std::string fault = readInput(name, text);
-    std::string shown = name == "-" ? "<stdin>" : name;
+    std::string known = !shown.empty() ? shown : name == "-" ? "<stdin>" : name;
     if (fault.empty())
-        return parse(std::move(shown), std::move(text), std::move(isWanted));
+        return parse(std::move(known), std::move(text), std::move(isWanted));
+    return unreadable(std::move(known), std::move(fault));
+}
+
+std::unique_ptr<DescriptionFile> DescriptionFile::unreadable(std::string name, std::string fault)
+{
     std::unique_ptr<DescriptionFile> file(new DescriptionFile);
-    file->name_ = std::move(shown);
+    file->name_ = std::move(name);
     file->fail(State::unreadable, std::move(fault));
     return file;
 }
@@ -464,8 +470,16 @@ std::unique_ptr<DescriptionFile> DescriptionFile::parse(std::string name, std::s
 
 DescriptionFile::~DescriptionFile()
 {
+    dropTree();
+}
+
+void DescriptionFile::dropTree()
+{
     if (document_ != nullptr)
         xmlFreeDoc(document_);
+    document_ = nullptr;
+    root_ = nullptr;
+    comments_.clear();
 }
 
 void DescriptionFile::fail(State state, std::string fault, Span span)

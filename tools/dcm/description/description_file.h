@@ -75,9 +75,13 @@ public:
     // they have only their attributes.
     using IsWanted = std::function<bool(const DescribedType &type)>;
 
-    // Reads a file; "-" is standard input. state() and fault() return the result.
-    static std::unique_ptr<DescriptionFile> open(const std::string &name, IsWanted isWanted = {});
-    // The same for a text in memory.
+    // Reads a file; "-" is standard input. What is wrong with it stands in state() and fault(). Its name() is `shown`,
+    // if that is not empty.
+    static std::unique_ptr<DescriptionFile> open(const std::string &name, IsWanted isWanted = {},
+                                                 const std::string &shown = "");
+    // What cannot be read for another reason.
+    static std::unique_ptr<DescriptionFile> unreadable(std::string name, std::string fault);
+    // The same of a text in memory.
     static std::unique_ptr<DescriptionFile> parse(std::string name, std::string text, IsWanted isWanted = {});
     ~DescriptionFile();
     DescriptionFile(const DescriptionFile &) = delete;
@@ -87,6 +91,9 @@ public:
     State state() const { return state_; }
     const std::string &fault() const { return fault_; } // why it was not parsed
     Span faultSpan() const { return faultSpan_; }
+
+    // Frees the tree, which is most of the memory. The text and places in it are still there.
+    void dropTree();
 
     Node root() const { return root_; } // nullptr unless parsed
     bool isDevice() const;

@@ -16,13 +16,6 @@ namespace {
 
 constexpr size_t kMostBytes = kMostMebibytes << 20;
 
-std::string faultOf(int error)
-{
-    if (error == ENOMEM)
-        runOutOfMemory();
-    return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
-}
-
 std::string tooLarge()
 {
     return "larger than " + std::to_string(kMostMebibytes) + " MiB";
@@ -63,11 +56,11 @@ int openRegular(const std::string &name, std::string &fault)
     const int error = errno;
     struct stat status = {};
     if (descriptor >= 0)
-        fault = fstat(descriptor, &status) == 0 ? faultOf(status) : faultOf(errno);
+        fault = fstat(descriptor, &status) == 0 ? faultOf(status) : systemError(errno);
     else if (error == ENXIO && stat(name.c_str(), &status) == 0) // a socket cannot be opened
         fault = faultOf(status);
     if (descriptor < 0 && fault.empty())
-        fault = faultOf(error);
+        fault = systemError(error);
     return descriptor;
 }
 
@@ -85,7 +78,7 @@ std::string readInput(const std::string &name, std::string &text)
         text.resize(std::min(length + std::max(length, kBlock), kMostBytes + 1));
         const ssize_t count = read(file.number(), &text[length], text.size() - length);
         if (count < 0 && errno != EINTR)
-            return faultOf(errno);
+            return systemError(errno);
         length += count > 0 ? static_cast<size_t>(count) : 0;
         if (length > kMostBytes)
             return tooLarge();
@@ -95,6 +88,24 @@ std::string readInput(const std::string &name, std::string &text)
             return "";
         }
     }
+}
+
+std::string readBeginning(const std::string &name, size_t most, std::string &text)
+{
+    std::string fault;
+    const Descriptor file(openRegular(name, fault));
+    if (!fault.empty())
+        return fault;
+    text.resize(most);
+    size_t length = 0;
+    for (ssize_t count = 1; count != 0 && length < most;) {
+        count = read(file.number(), &text[length], most - length);
+        if (count < 0 && errno != EINTR)
+            return systemError(errno);
+        length += count > 0 ? static_cast<size_t>(count) : 0;
+    }
+    text.resize(length);
+    return "";
 }
 
 std::string faultOfFile(const std::string &name)

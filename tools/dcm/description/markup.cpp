@@ -96,9 +96,11 @@ std::pair<MarkupKind, size_t> pieceAt(std::string_view text, size_t begin)
         return {MarkupKind::instruction, endOf("?>", text, begin)};
     if (begins(text, begin, "<!"))
         return {MarkupKind::documentType, documentTypeEnd(text, begin)};
+    // Nothing in a tag is a '<': an unfinished one ends before the next tag.
+    const std::string_view upToNextTag = text.substr(0, text.find('<', begin + 1));
     if (begins(text, begin, "</"))
-        return {MarkupKind::endTag, endOf(">", text, begin)};
-    const size_t end = tagEnd(text, begin);
+        return {MarkupKind::endTag, endOf(">", upToNextTag, begin)};
+    const size_t end = tagEnd(upToNextTag, begin);
     const bool isEmpty = end - begin > 2 && text[end - 2] == '/';
     return {isEmpty ? MarkupKind::emptyTag : MarkupKind::startTag, end};
 }

@@ -1,6 +1,7 @@
 #include "tools/dcm/description/replace_file.h"
 
 #include "tools/dcm/description/input_file.h"
+#include "tools/dcm/process.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,12 +16,7 @@ namespace dcmtool {
 
 namespace {
 
-std::string faultOf(int error)
-{
-    return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
-}
-
-// A temporary file beside the one that it replaces; removed unless it has been renamed.
+// A file beside the one that it is to replace; removed unless it has done so.
 class Replacement {
 public:
     explicit Replacement(const std::string &target)
@@ -103,21 +99,21 @@ std::string replaceFile(const std::string &name, const std::string &before, cons
     const std::unique_ptr<char, void (*)(void *)> resolved(realpath(name.c_str(), nullptr), std::free);
     struct stat status = {};
     if (resolved == nullptr || stat(resolved.get(), &status) != 0)
-        return faultOf(errno);
+        return systemError(errno);
     const std::string target = resolved.get();
     // Replacing a file requires only a writable folder, but a read-only file is protected on purpose.
     if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
-        return faultOf(errno);
+        return systemError(errno);
     Replacement replacement(target);
     if (!replacement.isThere())
-        return "cannot create a temporary file beside it: " + faultOf(errno);
+        return "no file can be made beside it: " + systemError(errno);
     if (!replacement.write(after))
-        return faultOf(errno);
+        return systemError(errno);
     if (!replacement.takeOwnerAndMode(status))
-        return "owner and mode cannot be kept: " + faultOf(errno);
+        return "owner and mode cannot be kept: " + systemError(errno);
     if (!replacement.complete())
-        return faultOf(errno);
-    // As late as possible: an editor may have saved the file in the meantime.
+        return systemError(errno);
+    // As late as possible: an editor may have saved the file meanwhile.
     std::string now;
     std::string fault = readInput(target, now);
     if (!fault.empty())
@@ -125,7 +121,7 @@ std::string replaceFile(const std::string &name, const std::string &before, cons
     if (now != before)
         return "it has changed in the meantime";
     if (!replacement.rename(target))
-        return faultOf(errno);
+        return systemError(errno);
     completeFolderOf(target);
     return "";
 }

@@ -314,15 +314,12 @@ private:
         RecordComparison &comparison_;
     };
 
-    static bool isCounted(const Field &field, const Field &count)
-    {
-        return field.extent == Extent::counted && count.bits == 0 && isScalar(count) &&
-               field.extentOf.offset == count.offset;
-    }
-
     static bool isCount(const RecordTable &table, const Field &field)
     {
-        return std::any_of(table.begin(), table.end(), [&](const Field &counted) { return isCounted(counted, field); });
+        const auto isCounted = [&field](const Field &other) {
+            return other.extent == Extent::counted && other.extentOf.offset == field.offset;
+        };
+        return field.bits == 0 && isScalar(field) && std::any_of(table.begin(), table.end(), isCounted);
     }
 
     // The arrays that one number counts, at most one of them of records.
@@ -355,7 +352,7 @@ private:
         return std::any_of(table.begin(), table.end(), leads);
     }
 
-    bool report(Change change)
+    bool report(const Change &change)
     {
         if (!filter_.wants(change.newPath))
             return false;

@@ -42,14 +42,7 @@ private:
     int number_;
 };
 
-std::string errorText(int error)
-{
-    if (error == ENOMEM)
-        runOutOfMemory();
-    return std::strerror(error); // NOLINT(concurrency-mt-unsafe)
-}
-
-// Reads at most one byte more than the maximum size of a file.
+// All that can be read, up to one byte more than a file may have.
 std::string readAll(int descriptor)
 {
     std::string text;
@@ -78,16 +71,16 @@ std::string readRevision(const std::string &name, std::string &text)
 {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0)
-        return errorText(errno);
+        return systemError(errno);
     const Descriptor reading(ends[0]);
     Descriptor writing(ends[1]);
     const std::unique_ptr<std::FILE, int (*)(std::FILE *)> said(std::tmpfile(), std::fclose);
     if (said == nullptr)
-        return errorText(errno);
+        return systemError(errno);
     posix_spawn_file_actions_t actions;
     int error = posix_spawn_file_actions_init(&actions);
     if (error != 0)
-        return errorText(error);
+        return systemError(error);
     error = std::max({posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0),
                       posix_spawn_file_actions_adddup2(&actions, writing.number(), STDOUT_FILENO),
                       posix_spawn_file_actions_adddup2(&actions, fileno(said.get()), STDERR_FILENO)});
@@ -98,7 +91,7 @@ std::string readRevision(const std::string &name, std::string &text)
         error = posix_spawnp(&child, "git", &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
-        return "cannot start git: " + errorText(error);
+        return "cannot start git: " + systemError(error);
     writing.close();
     text = readAll(reading.number());
     const bool isTooLarge = text.size() > kMostBytes;

@@ -23,8 +23,12 @@ std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Find
         text += " [";
         text += finding.rule->name;
         text += "]";
-        for (const std::string &path : paths)
-            marked.push_back({path.empty() ? id : id + "." + path, printable(text), isError});
+        for (const std::string &path : paths) {
+            std::string place = id;
+            if (!path.empty())
+                place.append(".").append(path);
+            marked.push_back({place, printable(text), isError});
+        }
     }
     return marked;
 }

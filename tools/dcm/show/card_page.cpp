@@ -277,14 +277,6 @@ Text nameOf(const Record &part)
     return name.empty() ? Text("(no model)", kDim) : Text(name);
 }
 
-// An entry that is counted but not described, or whose number differs from its position.
-std::string unexpectedIdOf(uint32_t id, size_t position)
-{
-    if (id == position + 1)
-        return "";
-    return id == 0 ? "not described" : "id " + std::to_string(id);
-}
-
 Text usageOf(const Record &part)
 {
     if (!part["lowThreshold"].isGiven() && !part["highThreshold"].isGiven())

@@ -81,8 +81,8 @@ bool areKindsEqual(const Cell &one, const Cell &other)
     });
 }
 
-// Slots with the same rule share a row: the lists of slots that cards may span show where each slot ends.
-bool areEqual(const Slot &one, const Slot &next)
+// Slots with one rule share a row: where one slot ends is to be seen in the lists of slots that they span.
+bool areAlikeSlots(const Slot &one, const Slot &next)
 {
     if (next.number != one.number + 1 || !areKindsEqual(one.kinds, next.kinds) || one.maxCards != next.maxCards ||
         one.firstCardId != next.firstCardId || one.maySpan != next.maySpan || one.cardTypes != next.cardTypes)
@@ -120,8 +120,8 @@ Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 {
     Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span"}, {"accepts"}}};
     const std::vector<Slot> slots = slotsOf(frame);
-    const auto groups =
-        groupAdjacent(slots.size(), [&slots](size_t one, size_t other) { return areEqual(slots[one], slots[other]); });
+    const auto groups = foldNeighbours(
+        slots.size(), [&slots](size_t one, size_t other) { return areAlikeSlots(slots[one], slots[other]); });
     for (const auto &group : groups) {
         const Slot &slot = slots[group[0]];
         Cell accepts;
@@ -141,11 +141,11 @@ Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 
 // ---- Fans -----------------------------------------------------------------------------------------------------------
 
-std::string unexpectedIdOf(uint32_t id, size_t position)
+Text numbered(uint32_t id, size_t position)
 {
-    if (id == position + 1)
-        return "";
-    return id == 0 ? " not described" : " id " + std::to_string(id);
+    Text text = std::to_string(position + 1);
+    const std::string oddity = oddityOf(id, position);
+    return oddity.empty() ? text : text.add(" " + oddity, kDim);
 }
 
 Section fanModuleSection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
@@ -161,7 +161,7 @@ Section fanModuleSection(const DcmFrameInfo &frame, const std::vector<Unit> &uni
             fans.emplace_back(id + "→" + (info.id == 0 && info.fanCtrlId == 0 ? "?" : std::to_string(info.fanCtrlId)) +
                               (info.id == 0 && info.fanCtrlId != 0 ? "?" : ""));
         }
-        table.rows.push_back({{Text(std::to_string(i + 1)).add(unexpectedIdOf(module.id, i), kDim)},
+        table.rows.push_back({{numbered(module.id, i)},
                               {given(recordOf(module), "slot")},
                               {recordOf(module)["fanNum"].words()},
                               fans,
@@ -181,7 +181,7 @@ Table coolingTable(const DcmFrameInfo &frame)
         const Cell supplies = {given(map, "powerBits")};
         const Cell modules = {given(map, "fanModuleBits")};
         const bool coolsNothing = slots[0].isEmpty() && supplies[0].isEmpty() && modules[0].isEmpty();
-        table.rows.push_back({{Text(std::to_string(i + 1)).add(unexpectedIdOf(maps[i]->id, i), kDim)},
+        table.rows.push_back({{numbered(maps[i]->id, i)},
                               coolsNothing && maps[i]->id != 0 ? Cell{Text("nothing", kDim)} : slots,
                               supplies,
                               modules});
@@ -198,7 +198,7 @@ Section supplySection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
     const auto supplies = entriesOf(frame.powerInfo, frame.powerNum);
     for (size_t i = 0; i < supplies.size(); i++) {
         const DcmPowerInfo &supply = *supplies[i];
-        table.rows.push_back({{Text(std::to_string(i + 1)).add(unexpectedIdOf(supply.id, i), kDim)},
+        table.rows.push_back({{numbered(supply.id, i)},
                               {recordOf(supply)["modelName"].words()},
                               {i < slots.size() ? Text(std::to_string(slots[i])).add("*", kDim) : Text("?", kDim)},
                               ledNames(units[i]),

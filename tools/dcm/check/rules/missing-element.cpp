@@ -43,31 +43,31 @@ const char *nameOf(const Needed &needed, const dcm::Element &format)
 }
 
 // What the record has of a port that may have been described in several places.
-struct Entry {
+struct FilledPort {
     uint32_t portId;
     uint32_t driver;
     uint32_t phyType;
 };
 
-template <class Port> Entry entryOf(const Port &port)
+template <class Port> FilledPort entryOf(const Port &port)
 {
     return {port.portId, port.drvType, port.phyType};
 }
-Entry entryOf(const DcmGccIfInfo &port)
+FilledPort entryOf(const DcmGccIfInfo &port)
 {
     return {port.portId, 0, port.phyType};
 }
-Entry entryOf(const DcmEthpppIfInfo &port)
+FilledPort entryOf(const DcmEthpppIfInfo &port)
 {
     return {port.portId == 0 ? uint32_t{DCM_PORT_UNSPEC} : port.portId, 0, 0};
 }
 
-template <class Port, size_t Size> std::optional<Entry> entryIn(const Port (&ports)[Size], uint32_t id)
+template <class Port, size_t Size> std::optional<FilledPort> entryIn(const Port (&ports)[Size], uint32_t id)
 {
     return id >= 1 && id <= Size ? std::optional(entryOf(ports[id - 1])) : std::nullopt;
 }
 
-std::optional<Entry> entryOf(const Context &port, uint32_t id)
+std::optional<FilledPort> entryOf(const Context &port, uint32_t id)
 {
     const DcmCardInfo *card = port.type.card;
     const DcmSlotInfo *slot = port.type.slot;
@@ -93,7 +93,7 @@ bool isElsewhere(const Context &port, Role child)
         return false;
     const std::vector<uint32_t> &ids = port.ids();
     return !ids.empty() && std::all_of(ids.begin(), ids.end(), [&](uint32_t id) {
-        const std::optional<Entry> entry = entryOf(port, id);
+        const std::optional<FilledPort> entry = entryOf(port, id);
         return entry && (child == Role::portId   ? entry->portId != DCM_PORT_UNSPEC
                          : child == Role::driver ? entry->driver != 0
                                                  : entry->phyType != 0);

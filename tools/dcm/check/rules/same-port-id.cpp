@@ -10,29 +10,29 @@ namespace dcmtool {
 
 namespace {
 
-using Identity = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t>; // system, slot, card, port
+using PortIdentity = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t>; // system, slot, card, port
 
-template <class Port> Identity identityOf(const Port &port)
+template <class Port> PortIdentity identityOf(const Port &port)
 {
     return {0, port.slotId, port.cardId, port.portId};
 }
-Identity identityOf(const DcmInnerIfInfo &port)
+PortIdentity identityOf(const DcmInnerIfInfo &port)
 {
     return {port.sysId, port.slotId, port.cardId, port.portId};
 }
-Identity identityOf(const DcmEthpppIfInfo &port)
+PortIdentity identityOf(const DcmEthpppIfInfo &port)
 {
     // Here 0 stands for none.
     return {0, 0, 0, port.portId == 0 ? uint32_t{DCM_PORT_UNSPEC} : port.portId};
 }
 
 // The ports of a block by their numbers: port 0 is the one to all slots, and absent elsewhere.
-using Identities = std::vector<Identity>;
+using Identities = std::vector<PortIdentity>;
 
-constexpr Identity kAbsent = {0, 0, 0, DCM_PORT_UNSPEC};
+constexpr PortIdentity kAbsent = {0, 0, 0, DCM_PORT_UNSPEC};
 
 template <class Port, size_t Size>
-Identities identitiesOf(const Port (&ports)[Size], const Identity &portZero = kAbsent)
+Identities identitiesOf(const Port (&ports)[Size], const PortIdentity &portZero = kAbsent)
 {
     static_assert(Size <= DCM_PANEL_IF_MAX);
     Identities identities = {portZero};

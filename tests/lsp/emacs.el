@@ -1,0 +1,37 @@
+;; Run by check_editors.sh: opens a description with a server, waits for what is found, applies the fix, and writes the file.
+;; -*- lexical-binding: t -*-
+(require 'eglot)
+(require 'flymake)
+
+(defun await (what condition)
+  (let ((end (+ (float-time) 20)))
+    (while (not (funcall condition))
+      (when (> (float-time) end)
+        (message "not within 20 s: %s" what)
+        (kill-emacs 1))
+      (accept-process-output nil 0.05))))
+
+(define-derived-mode dcm-mode nxml-mode "DCM")
+(add-to-list 'eglot-server-programs `(dcm-mode . (,(getenv "DCM") "lsp")))
+(setq eglot-sync-connect 20 eglot-confirm-server-initiated-edits nil make-backup-files nil)
+(find-file (getenv "DESCRIPTION"))
+(dcm-mode)
+(call-interactively 'eglot)
+(await "a server" #'eglot-current-server)
+(flymake-mode 1)
+(flymake-start)
+(await "a finding" (lambda () (= (length (flymake-diagnostics)) 1)))
+(let ((finding (car (flymake-diagnostics))))
+  (unless (string-match-p "did you mean '10ge'" (flymake-diagnostic-text finding))
+    (message "another finding: %s" (flymake-diagnostic-text finding))
+    (kill-emacs 1))
+  (goto-char (flymake-diagnostic-beg finding)))
+(let* ((actions (jsonrpc-request
+                 (eglot-current-server) :textDocument/codeAction
+                 (list :textDocument (eglot--TextDocumentIdentifier)
+                       :range (list :start (eglot--pos-to-lsp-position) :end (eglot--pos-to-lsp-position))
+                       :context '(:diagnostics []))))
+       (edit (plist-get (aref actions 0) :edit)))
+  (eglot--apply-workspace-edit edit))
+(save-buffer)
+(kill-emacs 0)
