@@ -89,7 +89,7 @@ void applyAllowances(Findings &findings)
         const Node element = elementAround(comments[i].node);
         if (allowance.rule == nullptr)
             reportFaulty(comments[i], allowance, element, findings);
-        else if (!findings.takeOut(*allowance.rule, behind[i], allowance.reason) &&
+        else if (!findings.takeOut(*allowance.rule, after[i], allowance.reason) &&
                  !findings.takeOut(*allowance.rule, element, allowance.reason))
             reportUnused(comments[i], allowance, element, findings);
     }

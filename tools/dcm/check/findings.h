@@ -121,7 +121,7 @@ private:
     std::unordered_map<const Rule *, Found> found_;
     std::unordered_map<Key, Found, Hash> apart_;
     std::unordered_map<const Rule *, Found> allowed_;
-    std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
+    std::set<std::pair<Node, size_t>> reported_; // places of what makes a query fail
     std::set<const Rule *> ended_;
     size_t order_ = 0;
     Finding counted_; // takes the text of a finding that is not kept

@@ -479,7 +479,7 @@ Exit runCheck(const Options &options, Baseline &baseline)
         baseline.apply(report.file->name(), report.findings);
         totals.add(report);
         isWritten = isWritten && checked.isWritten;
-        const std::string complaints = whatIsNotFixed(checked);
+        const std::string complaints = unfixedText(checked);
         std::string text = partOf(checked, options, style);
         if (isDocument(options.format) || isLast)
             reports.push_back(std::move(report));

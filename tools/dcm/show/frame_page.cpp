@@ -120,7 +120,7 @@ Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 {
     Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span"}, {"accepts"}}};
     const std::vector<Slot> slots = slotsOf(frame);
-    const auto groups = foldNeighbours(
+    const auto groups = groupAdjacent(
         slots.size(), [&slots](size_t one, size_t other) { return areAlikeSlots(slots[one], slots[other]); });
     for (const auto &group : groups) {
         const Slot &slot = slots[group[0]];
@@ -144,8 +144,8 @@ Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 Text numbered(uint32_t id, size_t position)
 {
     Text text = std::to_string(position + 1);
-    const std::string oddity = oddityOf(id, position);
-    return oddity.empty() ? text : text.add(" " + oddity, kDim);
+    const std::string unexpectedId = unexpectedIdOf(id, position);
+    return unexpectedId.empty() ? text : text.add(" " + unexpectedId, kDim);
 }
 
 Section fanModuleSection(const DcmFrameInfo &frame, const std::vector<Unit> &units)

@@ -81,14 +81,14 @@ Cell laserOf(bool supportLaser, bool supportMediaChg)
     return items;
 }
 
-std::string oddityOf(uint32_t id, size_t position)
+std::string unexpectedIdOf(uint32_t id, size_t position)
 {
     if (id == position + 1)
         return "";
     return id == 0 ? "not described" : "id " + std::to_string(id);
 }
 
-bool areAlike(const Record &one, const Record &other, std::initializer_list<const char *> but)
+bool areEqual(const Record &one, const Record &other, std::initializer_list<const char *> but)
 {
     for (const Field &field : one) {
         const auto isField = [&field](const char *name) { return std::strcmp(name, field.name) == 0; };

@@ -49,11 +49,11 @@ Cell placesOf(const Record &port);
 Cell laserOf(bool supportLaser, bool supportMediaChg);
 
 // What to add to the number of an entry that is announced and not described, or whose id is not that of its place.
-std::string oddityOf(uint32_t id, size_t position);
+std::string unexpectedIdOf(uint32_t id, size_t position);
 
 // Whether two records are equal but for some fields.
-bool areAlike(const Record &one, const Record &other, std::initializer_list<const char *> but = {});
-template <class Info> bool areAlike(const Info &one, const Info &other)
+bool areEqual(const Record &one, const Record &other, std::initializer_list<const char *> but = {});
+template <class Info> bool areEqual(const Info &one, const Info &other)
 {
     return areEqual(recordOf(one), recordOf(other));
 }
