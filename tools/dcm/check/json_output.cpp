@@ -13,7 +13,7 @@ namespace dcmtool {
 
 namespace {
 
-// The end is the column behind the last character.
+// The end is the column after the last character.
 Json regionOf(const DescriptionFile &file, Span span, const char *line, const char *column, const char *endLine,
               const char *endColumn)
 {

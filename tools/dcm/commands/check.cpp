@@ -419,7 +419,7 @@ std::string partOf(const CheckedFile &checked, const Options &options, const Tex
     }
 }
 
-// What is printed behind the last file's findings, or in their place.
+// The text after the last file's findings, or instead of them.
 std::string endOf(const Options &options, const std::vector<FileReport> &reports, const Totals &totals,
                   const TextStyle &style)
 {

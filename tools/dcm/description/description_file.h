@@ -75,13 +75,13 @@ public:
     // they have only their attributes.
     using IsWanted = std::function<bool(const DescribedType &type)>;
 
-    // Reads a file; "-" is standard input. What is wrong with it stands in state() and fault(). Its name() is `shown`,
+    // Reads a file; "-" is standard input. state() and fault() return the result. Its name() is `shown`,
     // if that is not empty.
     static std::unique_ptr<DescriptionFile> open(const std::string &name, IsWanted isWanted = {},
                                                  const std::string &shown = "");
     // What cannot be read for another reason.
     static std::unique_ptr<DescriptionFile> unreadable(std::string name, std::string fault);
-    // The same of a text in memory.
+    // The same for a text in memory.
     static std::unique_ptr<DescriptionFile> parse(std::string name, std::string text, IsWanted isWanted = {});
     ~DescriptionFile();
     DescriptionFile(const DescriptionFile &) = delete;
