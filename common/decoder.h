@@ -178,7 +178,7 @@ inline Result readAttribute(Node element, const Attribute &attribute, uint32_t &
     return readOptional(element, attribute.name, number, reporter);
 }
 
-// The same of a required attribute: `message` reports that it is missing.
+// The same for a required attribute: `message` reports that it is missing.
 Result readRequired(Node element, const char *attribute, uint32_t &number, const Message &message,
                     const Reporter &reporter);
 template <class By>

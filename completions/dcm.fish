@@ -1,4 +1,4 @@
-# Completes dcm's command line in fish. The tool itself says what to offer: tools/dcm/commands/completion.h.
+# Completes dcm's command line in fish. The tool itself determines the candidates: tools/dcm/commands/completion.h.
 
 function __dcm_candidates
     set -l words (commandline -opc)

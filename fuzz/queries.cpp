@@ -255,7 +255,7 @@ template <class Record, class Query> Record emptyRecord(const Query &query)
 }
 
 // A field whose element or attribute is not in the description is as in an empty record: what goes beyond an array of
-// the record shows in its neighbour. The type that was asked for is no matter of the description.
+// the record shows in its neighbour. The requested type does not come from the description.
 void checkSources(const dcmtool::RecordTable &table, const uint8_t *bytes, const uint8_t *emptyBytes)
 {
     for (const dcmtool::Field &field : table) {

@@ -1,4 +1,4 @@
-// The words of vocabularies, for whoever writes or checks descriptions.
+// The words of vocabularies, for the tools that write or check descriptions.
 #ifndef DCM_TOOLS_WORDS_H
 #define DCM_TOOLS_WORDS_H
 
@@ -11,7 +11,7 @@
 
 namespace dcmtool {
 
-// The words that descriptions may write.
+// The words that a description may contain.
 inline std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
 {
     std::vector<std::string> words;
@@ -24,7 +24,7 @@ inline std::vector<std::string> wordsOf(const dcm::Vocabulary &vocabulary)
     return words;
 }
 
-// The row of a word that descriptions may write; `count` of the vocabulary when there is none.
+// The row of a word that a description may contain; `count` of the vocabulary if there is none.
 inline size_t rowOf(const dcm::Vocabulary &vocabulary, const char *word)
 {
     if (vocabulary.rows == nullptr) {

@@ -51,7 +51,7 @@ completes_commands_and_options() {
     offers 'the value of an option' json -- check --format j
     offers 'the value of an option in the same word' --format=json -- check --format=j
     offers 'nothing for a value that can be anything' -- check --jobs ''
-    offers 'nothing behind the last argument' -- version ''
+    offers 'nothing after the last argument' -- version ''
     offers 'nothing of a command that there is not' -- chek -x
 }
 
@@ -76,7 +76,7 @@ completes_whatever_the_help_shows() {
 
 # What every shell shows behind a candidate.
 says_what_candidates_mean() {
-    "$dcm" --complete 0 | grep -qF $'check\tFind what is wrong in descriptions'
+    "$dcm" --complete 0 | grep -qF $'check\tCheck descriptions for mistakes'
     "$dcm" --complete 3 card -f "$example" | grep -qF $'0x0402\tMultiplexing transponder, 10 x 10G to 100G'
     ! "$dcm" --complete 0 | grep -vE $'^[a-z-]+\t.+$'
 }
@@ -88,7 +88,7 @@ completes_types_and_modes_from_the_file() {
     offers 'the modes of a card type' 0 1 -- card --file "$example" 0x0402 ''
     offers 'the modes of a card type in another base' 0 1 -- card --file "$example" 1026 ''
     offers 'nothing behind a frame type' -- frame --file "$example" 1 ''
-    offers_at 1 'types of a file that is named behind the cursor' 1 2 -- frame '' --file "$example"
+    offers_at 1 'types of a file that is named after the cursor' 1 2 -- frame '' --file "$example"
     offers_at 1 'the same in one word' 1 2 -- frame '' --file="$example"
 }
 

@@ -5,7 +5,7 @@ Usage: check_figures.py SOURCE_FOLDER
 
 Each row has a document, an expression for the figure in it (line ends there count as blanks), the source, an
 expression for the figure there (a number, a product or a shift), and the unit of the document. A figure that is not
-found is a fault, too: whoever rewrites a sentence changes the row or removes it.
+found is a fault, too: a change of a sentence requires a change of its row.
 """
 import re
 import sys

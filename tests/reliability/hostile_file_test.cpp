@@ -40,8 +40,8 @@ void expectParseFailed(const Answer<DcmFrameInfo> &answer, int error = 0)
     const std::string begin = "[dcmFrameInfoGet:#]: xmlfile(FILE) parse failed(err#";
     const std::string reason = error != 0 ? std::to_string(error) + ", " + std::strerror(error) + ")" : "";
     EXPECT_EQ(answer.messages[0].substr(0, begin.size() + reason.size()), begin + reason);
-    EXPECT_EQ(answer.info->type, 1) << "cleared but for its type";
-    EXPECT_EQ(answer.info->maxSlotId, 0) << "cleared but for its type";
+    EXPECT_EQ(answer.info->type, 1) << "cleared except for its type";
+    EXPECT_EQ(answer.info->maxSlotId, 0) << "cleared except for its type";
 }
 
 void expectSlots(const Answer<DcmFrameInfo> &answer, unsigned maxSlotId)

@@ -1,4 +1,4 @@
-// What the tool does with files that would cost too much: it counts, cuts, ends a search, or refuses, and says so.
+// The tool's work on files that would cost too much: it counts, cuts, ends a search, or refuses, and reports that.
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
 
@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "too many elements, attributes and texts for a file of this size: their tree takes more than 8000 kB"},
         Refusal{"expansion",
                 "<!DOCTYPE device [<!ENTITY e '" + times(1000, "1") + "'>]><device>" + times(1100, "&e;") + "</device>",
-                "entities spell out more than 1004 kB"}),
+                "entities expand to more than 1004 kB"}),
     [](const auto &refusal) { return std::string(refusal.param.name); });
 
 } // namespace

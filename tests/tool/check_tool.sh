@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What an engineer meets at the command line. Usage: check_tool.sh DCM SOURCE_FOLDER CASE
+# The tool's behaviour at the command line. Usage: check_tool.sh DCM SOURCE_FOLDER CASE
 set -euo pipefail
 
 dcm=$1
@@ -30,13 +30,13 @@ expect() {
     exit 1
 }
 
-# skip WHY: ctest takes this status for a test that does not run.
+# skip WHY: ctest reports a test with this status as skipped.
 skip() {
     echo "skipped: $*"
     exit 77
 }
 
-# starts_within KILOBYTES: with a sanitizer the tool takes more address space than any limit leaves.
+# starts_within KILOBYTES: a sanitizer needs more address space than any limit leaves.
 starts_within() {
     (
         ulimit -v "$1"
@@ -47,7 +47,7 @@ starts_within() {
 says() { grep -qF -- "$2" "$folder/$1"; }
 silent() { [ ! -s "$folder/$1" ]; }
 exits() { [ "$status" -eq "$1" ]; }
-# The report below its "file:" line is the golden one.
+# The report after its "file:" line is the golden one.
 prints_golden() { tail -n +3 "$folder/out" | cmp -s - "$source/tests/golden/$1"; }
 
 # Standard output follows a schema of docs/schema, or the one that is built beside the tool.
@@ -56,10 +56,10 @@ follows() {
     [ "$1" != export ] || schema=$(dirname "$dcm")/export.schema.json
     python3 "$source/tests/tool/validate.py" "$schema" "$folder/out"
 }
-# lists LINE: a line of the list, whatever the blanks in it.
+# lists LINE: a line of the list, with any number of blanks between columns.
 lists() { tr -s ' ' <"$folder/out" | grep -qxF -- "$1"; }
 
-# A description of which one card fails, one passes over a fault, and a slot has no type.
+# A description in which the query of one card fails, that of another ignores a fault, and a slot has no type.
 write_faulty() {
     cat >"$folder/faulty.xml" <<'XML'
 <device>
@@ -115,7 +115,7 @@ fails_with_1_when_the_query_fails() {
     expect 'the parser says where' says err "$folder/torn.xml:3: Opening and ending tag mismatch: card line 2 and device"
 }
 
-# What the tool does not open, and why.
+# Files that the tool does not open, with the reasons.
 write_unopened() {
     mkdir -p "$folder/unopened/device"
     mkfifo "$folder/fifo"
@@ -158,21 +158,20 @@ every_command_opens_regular_files_only() {
     expect 'standard output is silent' silent out
 }
 
-# What a terminal would obey, or a reader mistake for the tool's own words: in a value, and in a file's name, where also
-# bytes may stand that no document can hold. U+009B is CSI, U+202E an override, U+2028 a line separator.
+# Text that would control a terminal, or that a reader could mistake for the tool's own: in a value, and in the name of a
+# file, which may also contain bytes that no document can contain. U+009B is CSI, U+202E an override, U+2028 a line separator.
 hostile_value='&#10;forged&#13;&#10;forged&#x9b;31m&#x202e;&#x2028;'
 hostile_bytes=$'\nforged\e[31m\r\nforged\xc2\x9b31m\xe2\x80\xae\xff'
 
-# run_hostile ARGUMENT...: runs a command that says something, and keeps what it prints and says for are_harmless.
+# run_hostile ARGUMENT...: runs a command that prints something, and keeps its output for all_is_harmless.
 run_hostile() {
     run "$@"
-    expect "'$(printf %q "$*")' says something" [ -s "$folder/out" -o -s "$folder/err" ]
+    expect "'$(printf %q "$*")' prints something" [ -s "$folder/out" -o -s "$folder/err" ]
     cat "$folder/out" "$folder/err" >>"$folder/all"
     echo >>"$folder/all"
 }
 
-# All that was kept is valid UTF-8 without control characters but those that end lines, and without a line that a file has
-# made up.
+# The kept output is valid UTF-8 without control characters except line ends, and without lines forged by a file.
 all_is_harmless() {
     python3 - "$folder/all" <<'PYTHON'
 import re, sys, unicodedata
@@ -185,11 +184,11 @@ sys.exit(f"not harmless: {bad[:9]!r}" if bad else 0)
 PYTHON
 }
 
-nothing_that_a_file_holds_reaches_a_terminal_as_it_is() {
+text_of_a_file_reaches_a_terminal_escaped() {
     local name="$folder/$hostile_bytes" kind type
     local value=${hostile_value//&/\\&} # for sed
     mkdir -p "$name/device"
-    # Each text of the example, then each word, too, so that queries fail.
+    # Replaces each text of the example, then each word, too, so that queries fail.
     sed -E "s/<(description|ifname|ifname-prefix|modelname)>[^<]*/<\1>$value/; s/ (name|abbrname|name-prefix)=\"[^\"]*/&$value/" \
         "$example" >"$name/texts.xml"
     sed -E "s/>([a-z][a-z0-9-]*)</>\1$value</; s/ (typeid|id)=\"/&$value/" "$name/texts.xml" >"$name/words.xml"
@@ -265,7 +264,7 @@ ends_with_71_without_memory() {
         expect 'or nothing is found' exits 0
         expect 'in any file' says out '300 files, nothing found'
     fi
-    # A tree that is larger than the memory.
+    # A tree that exceeds the memory limit.
     {
         echo "<device><frame typeid='1'>"
         head -n 600000 < <(yes '<a/><a/><a/><a/>')
@@ -284,7 +283,7 @@ ends_with_71_without_memory() {
     done
 }
 
-check_does_alone_what_it_gets_no_threads_for() {
+check_works_without_threads() {
     starts_within 600000
     write_checked
     run check "$folder/warning.xml" "$folder/error.xml"
@@ -352,13 +351,13 @@ refuses() {
     expect 'standard output is silent' silent out
 }
 
-names_what_was_meant() {
+suggests_the_nearest_valid_form() {
     refuses "dcm: 'chek' is not a valid command; did you mean 'check'?" chek
     refuses "dcm: 'chek' is not a valid command; did you mean 'check'?" chek --format json x.xml
     refuses "dcm help: 'exprt' is not a valid command; did you mean 'export'?" help exprt
     refuses "dcm export: 'car' is not a valid command; did you mean 'card'?" export car
     refuses "dcm list: '--jsn' is not an option; did you mean '--json'?" list --jsn
-    refuses "dcm: '-f' is not an option of dcm itself; a command's options are behind its name: dcm COMMAND -f" -f x list
+    refuses "dcm: '-f' is not an option of dcm itself; a command's options follow its name: dcm COMMAND -f" -f x list
     refuses "dcm: no command is given; 'dcm help' lists the commands"
     refuses "dcm list: --file has no value" list --file
     refuses "dcm frame: '2' is not expected" frame 1 2
@@ -402,7 +401,7 @@ takes_a_file_either_way() {
     refuses "dcm list: --file is given a second time: 'b.xml'" list a.xml -f b.xml
     refuses "dcm list: 'b.xml' is not expected; the command reads one file" list a.xml b.xml
     refuses "dcm vm: ID and -f FILE name two port lists" vm 3 -f b.xml
-    # The wrong form is answered with the right one, which works.
+    # The message for a wrong form shows the right one, which works.
     local form
     for form in 'card a.xml' 'card 0x402 a.xml' 'frame 1 a.xml' 'vm a.xml' 'export a.xml' 'export card a.xml' \
         'export card 0x402 a.xml'; do
@@ -451,11 +450,11 @@ names_the_types_and_modes_that_there_are() {
     expect 'says no more than the library' silent err
 }
 
-logs_on_standard_error_when_asked() {
+log_prints_on_standard_error() {
     run frame 99 --file "$example" --log
     expect 'what is logged stands on standard error' says err 'can not find frame with typeid=99.'
     run frame 99 --file "$example"
-    expect 'nothing is logged unasked' [ "$(cat "$folder/err")" = "dcm: $example: no frame has type 99; the frame types are 1 and 2" ]
+    expect 'nothing is logged without --log' [ "$(cat "$folder/err")" = "dcm: $example: no frame has type 99; the frame types are 1 and 2" ]
 }
 
 the_log_ends_at_a_megabyte() {
@@ -471,7 +470,7 @@ the_log_ends_at_a_megabyte() {
     expect 'what is found is all there' says out '1 file, 10000 errors'
 }
 
-exports_what_the_queries_give() {
+exports_the_records_of_queries() {
     run export --file "$example"
     expect 'the export succeeds' exits 0
     expect 'it follows its schema' follows export
@@ -496,7 +495,7 @@ exports_what_the_queries_give() {
     expect 'it follows the schema' follows export
 }
 
-# page NAME ARGUMENT...: the page is that of the example's, to be found in its folder.
+# page NAME ARGUMENT...: the page equals the example's in tests/tool/pages.
 page() {
     local name=$1
     shift
@@ -537,7 +536,7 @@ shows_the_rest_when_a_query_fails() {
     expect 'standard error says where and why' says err "$folder/faulty.xml:4:4: xmlfile($folder/faulty.xml) card decode mgt-port failed, num(=5) invalid."
 }
 
-# shown_on_terminal ROWS ARGUMENT...: what a terminal of so many rows shows.
+# shown_on_terminal ROWS ARGUMENT...: the output on a terminal with this number of rows.
 shown_on_terminal() {
     local rows=$1
     shift
@@ -571,7 +570,7 @@ exports_the_rest_when_a_query_fails() {
     expect 'what fails has no record' says out '"record":null'
     expect 'standard error says where and why' says err "$folder/faulty.xml:4:4: xmlfile($folder/faulty.xml) card decode mgt-port failed, num(=5) invalid."
     run export card 8 1 --file "$folder/faulty.xml"
-    expect 'a fault that is passed over fails nothing' exits 0
+    expect 'an ignored fault does not change the exit status' exits 0
     expect 'a card without a name has that of the card before it, as its query does' says out '"name": "seven"'
     run export card 7 --file "$folder/faulty.xml"
     expect 'a failing card fails' exits 1
@@ -584,7 +583,7 @@ exports_the_rest_when_a_query_fails() {
     expect 'so it is with a slot' says err 'no slot has type 9; the slot types are 2 and 18'
 }
 
-# place_in FILE PATTERN: line and column of the tag that a line begins with.
+# place_in FILE PATTERN: line and column of the tag at the beginning of a line.
 place_in() {
     awk -v pattern="$2" '$0 ~ pattern { print FNR ":" match($0, /</) + 1; exit }' "$1"
 }
@@ -621,7 +620,7 @@ lists_what_is_described() {
     expect 'the rest follows the schema' follows list
 }
 
-# The columns and the lines of a list on a terminal of so many columns.
+# list_on_terminal COLUMNS: the list on a terminal with this number of columns.
 list_on_terminal() {
     script --quiet --command "stty cols $1; ${DCM_EMULATOR:+$DCM_EMULATOR }$dcm list -f $2" /dev/null </dev/null |
         tr -d '\r' >"$folder/out"
@@ -680,29 +679,29 @@ list_and_export_fail_with_66_without_a_description() {
         expect 'standard error says why' says err "dcm: $folder/none.xml: No such file or directory"
         expect 'standard output is silent' silent out
         run "$command" --file "$folder/torn.xml"
-        expect "$command fails with 66 when the file is no XML" exits 66
+        expect "$command fails with 66 when the file is not well-formed" exits 66
         expect 'standard error says where' says err "$folder/torn.xml:3:"
         run "$command" --file "$folder/foreign.xml"
         expect "$command fails with 66 when the file describes no device" exits 66
-        expect 'standard error says so' says err "$folder/foreign.xml:1:1: no description of a device"
+        expect 'standard error says so' says err "$folder/foreign.xml:1:1: not a device description"
         expect 'standard output is silent' silent out
     done
 }
 
-every_command_is_quiet_when_nobody_reads() {
+every_command_is_quiet_without_a_reader() {
     set +o pipefail
     write_checked
     status=0
     local command signal
     while read -r command; do
-        # Whoever ignores the signal gets an error from write.
+        # With the signal ignored, write() fails.
         for signal in kills ignored; do
             (
                 [ "$signal" = kills ] || trap '' PIPE
                 # shellcheck disable=SC2086 # words of a command
                 tool $command 2>"$folder/err" | true
             )
-            expect "'dcm $command' is quiet when nobody reads" silent err
+            expect "'dcm $command' is quiet when the reader is gone" silent err
         done
     done < <(commands_that_print)
 }
@@ -729,7 +728,7 @@ every_command_exits_with_74_when_it_cannot_write() {
         tool $command 2>"$folder/err" >/dev/full || status=$?
         : >"$folder/out"
         expect "'dcm $command' exits with 74 on a full disk" exits 74
-        expect 'and says nothing else' [ "$(cat "$folder/err")" = 'dcm: standard output: No space left on device' ]
+        expect 'and prints nothing else' [ "$(cat "$folder/err")" = 'dcm: standard output: No space left on device' ]
         status=0
         # shellcheck disable=SC2086 # words of a command
         tool $command 2>"$folder/err" >&- || status=$?
@@ -783,7 +782,7 @@ prints_vocabularies() {
     run words
     expect 'all vocabularies are listed' says out 'phy-type '
     local name title count=0
-    # Each vocabulary of the reference has its words, and nothing else that descriptions write.
+    # Each vocabulary has the words of the reference, and no other words of descriptions.
     while read -r name title; do
         [ "$name" != led-state ] || continue
         run words "$name"
@@ -797,7 +796,7 @@ prints_vocabularies() {
         expect "with the words of the reference: $title" cmp -s "$folder/words" "$folder/documented"
         count=$((count + 1))
     done < <(tool words)
-    # LED states have a section, too.
+    # LED states are a section of their own.
     expect 'those of the whole reference' [ "$((count + 1))" -eq "$(sed -n '/^## Words/,$p' "$source/docs/format.md" | grep -c '^### ')" ]
     run words phy-type
     expect 'a word has its value' grep -qE "^ +3  10ge  \\(reports print 'xge'\\)$" "$folder/out"
@@ -815,11 +814,11 @@ prints_vocabularies() {
     refuses "dcm words: '10gex' is not a valid vocabulary or word; did you mean '10ge'?" words 10gex
 }
 
-# new_file ARGUMENT...: keeps a skeleton in a file of its own.
+# new_file ARGUMENT...: writes a skeleton to a new file.
 new_file() {
     run new "$@"
     expect "'dcm new $*' succeeds" exits 0
-    expect 'and says nothing' silent err
+    expect 'and prints nothing' silent err
     skeletons=$((skeletons + 1))
     cp "$folder/out" "$folder/new-$skeletons.xml"
 }
@@ -860,14 +859,14 @@ skeletons_check_clean() {
     expect 'in their order' says out '"portId": 26,'
 }
 
-skeletons_say_what_to_decide() {
+skeletons_have_comments_about_each_value() {
     run new card --type 0x31 --ports 2xge
     expect 'what an element means and what it may be' says out '<!-- workmode: Whether the port bridges or routes (bridge or route) -->'
     expect 'where its words are' says out '; dcm words phy-type) -->'
     expect 'each element once' [ "$(grep -c '<!-- phytype:' "$folder/out")" -eq 1 ]
     expect 'what is left out' says out '<!--   cpu-entity: The CPU of the card -->'
     expect 'and nothing that is there' [ "$(grep -c '<!--   panel-port:' "$folder/out")" -eq 0 ]
-    # Whatever a card may hold is written or named.
+    # Each possible child of a card is written or named.
     while read -r element; do
         expect "a skeleton has or names $element" grep -qE "<${element}[ >]|<!--   ${element}:" "$folder/out"
     done < <(tool explain | sed -nE 's|^card/([a-z-]+) .*|\1|p')
@@ -887,14 +886,14 @@ skeletons_say_what_to_decide() {
     expect 'and one that the record has room for' exits 64
 }
 
-# Descriptions with warnings only, with an error, that are no XML.
+# Descriptions with warnings only, with an error, and not well-formed.
 write_checked() {
     printf '<device>\n\t<card typeid="010"/>\n</device>\n' >"$folder/warning.xml"
     printf '<device>\n  <card typeid="1"><muxctrl>maybe</muxctrl></card>\n</device>\n' >"$folder/error.xml"
     printf '<device>\n  <card>\n</device>\n' >"$folder/torn.xml"
 }
 
-check_shows_what_it_finds_as_a_compiler_does() {
+check_prints_findings_like_a_compiler() {
     write_checked
     cd "$folder"
     run check warning.xml error.xml
@@ -923,7 +922,7 @@ check_exits_with_the_worst_that_it_finds() {
     run check "$folder/warning.xml" "$folder/error.xml"
     expect 'errors give 2' exits 2
     run check "$folder/error.xml" "$folder/torn.xml"
-    expect 'a file that is no XML gives 66' exits 66
+    expect 'a file that is not well-formed gives 66' exits 66
     expect 'and its place' says out "$folder/torn.xml:3:10: error: "
     run check "$folder/none.xml"
     expect 'a file that is not there gives 66' exits 66
@@ -938,7 +937,7 @@ check_exits_with_the_worst_that_it_finds() {
     done
 }
 
-check_leaves_checks_out_and_makes_errors_of_them() {
+options_disable_checks_and_make_them_errors() {
     write_checked
     run check -W no-octal-number "$folder/warning.xml"
     expect 'a check may be left out' exits 0
@@ -1214,17 +1213,17 @@ check_lists_and_explains_its_checks() {
     done <"$folder/names"
 }
 
-check_says_the_same_with_several_jobs() {
+check_prints_the_same_with_several_jobs() {
     run check "$source"/tests/tool/corpus/*.xml
     cp "$folder/out" "$folder/one"
     run check --jobs 4 "$source"/tests/tool/corpus/*.xml
     expect 'several jobs find the same in the same order' cmp -s "$folder/out" "$folder/one"
 }
 
-check_shows_on_a_terminal_what_it_waits_for() {
+check_shows_its_progress_on_a_terminal() {
     script --quiet --command true /dev/null </dev/null >"$folder/out" 2>&1 || skip 'this system has no pseudo-terminal'
     mkfifo "$folder/slow"
-    # A file that comes when the line stands there.
+    # A file that arrives while the progress line is shown.
     { until grep -qF checking "$folder/terminal" 2>/dev/null; do sleep 0.1; done; cat "$example"; } >"$folder/slow" &
     status=0
     script --quiet --flush --command "${DCM_EMULATOR:+$DCM_EMULATOR }$dcm check - <$folder/slow >$folder/out" \
@@ -1235,9 +1234,9 @@ check_shows_on_a_terminal_what_it_waits_for() {
     expect 'standard output holds the findings alone' says out '1 file, nothing found'
 
     run check "$example"
-    expect 'nothing but a terminal shows it' silent err
+    expect 'only a terminal shows it' silent err
 }
-# The last that a terminal was told is to clear the line.
+# The last output to the terminal clears the line.
 ends_with_a_cleared_line() { [ "$(tail -c 4 "$folder/err")" = $'\r\e[K' ]; }
 
 check_reads_standard_input() {
@@ -1246,7 +1245,7 @@ check_reads_standard_input() {
     expect 'standard input is checked' says out '<stdin>:2:16: warning: '
 }
 
-# A description with a mistake that can be fixed for certain, one that cannot, and comments; and as it is after that.
+# A description with comments, a mistake that has a certain fix, and one that has none; and the fixed description.
 write_fixable() {
     printf '<?xml version="1.0"?>\r\n<!-- a -->\n<device>\n  <card  typeid="010" Name='"'x'"' abbrname="x">\n\n<occupyslotnum>1</occupyslotnum>\n  </card >\n</device>' \
         >"$folder/card.xml"
@@ -1272,7 +1271,7 @@ check_fixes_what_is_certain_and_nothing_else() {
     expect 'what is left out is not fixed' says out '1 file, 0 errors, 1 warning'
 }
 
-check_knows_a_finding_again_on_another_line() {
+a_finding_on_another_line_has_the_same_fingerprint() {
     write_fixable
     run check --format sarif "$folder/card.xml"
     grep Fingerprints "$folder/out" >"$folder/fingerprints"
@@ -1301,7 +1300,7 @@ check_shows_what_it_would_fix() {
     expect 'a fix is shown below the caret' grep -q '^                          name$' "$folder/out"
 }
 
-check_says_what_it_does_not_fix() {
+check_reports_fixes_that_it_does_not_apply() {
     cat >"$folder/two.xml" <<'XML'
 <device>
   <card typeid="1" name="x" abbrname="x">
@@ -1324,14 +1323,14 @@ XML
     expect 'standard error says so' says err 'nothing is fixed: the encoding is ISO-8859-1; only UTF-8 and ASCII can be edited'
 }
 
-# A description in two layouts: as people leave it, and the one.
+# A description as an author leaves it, and formatted.
 write_unformatted() {
     printf '<device>\n<!-- a -->\n <card  typeid = "1"   />\n</device>' >"$folder/card.xml"
     printf '<device>\n  <!-- a -->\n  <card typeid="1"/>\n</device>\n' >"$folder/formatted.xml"
 }
 is_file() { cmp -s "$folder/$1" "$folder/$2"; }
 
-format_changes_files_and_says_nothing() {
+format_changes_files_silently() {
     write_unformatted
     cp "$folder/card.xml" "$folder/other.xml"
     run format "$folder/card.xml" "$folder/other.xml"
@@ -1346,7 +1345,7 @@ format_changes_files_and_says_nothing() {
     expect 'is not written' [ "$(date -r "$folder/card.xml" +%Y)" = 2000 ]
 }
 
-format_only_says_what_it_would_change() {
+format_shows_what_it_would_change() {
     write_unformatted
     cp "$folder/card.xml" "$folder/before.xml"
     run format --check "$folder/formatted.xml" "$folder/card.xml"
@@ -1474,7 +1473,7 @@ format_refuses_what_it_cannot_change() {
         "$folder/torn.xml:2:16: Opening and ending tag mismatch: card line 2 and device"
     run format "$folder/other.xml"
     expect 'another document is refused' exits 66
-    expect 'with the reason' says err "dcm: $folder/other.xml: no description of a device"
+    expect 'with the reason' says err "dcm: $folder/other.xml: not a device description"
     run format "$folder/latin.xml"
     expect 'another encoding is refused' exits 66
     expect 'with the reason' says err \
@@ -1496,7 +1495,7 @@ format_leaves_a_file_that_it_cannot_write() {
     sed -i '2,$ s/^/ /' "$folder/large.xml"
     unshare -rm true 2>/dev/null || skip 'no file system can be mounted here'
     status=0
-    # A disk of its own, on which the file fits but not a second time.
+    # A file system with space for the file, but not for a copy.
     # shellcheck disable=SC2016
     unshare -rm bash -euc '
         mkdir "$1/disk"
@@ -1520,7 +1519,7 @@ draw_prints_text_or_writes_the_format_of_the_name() {
     run draw frame 1 --file "$example" --fit 3=0x0302 --fit 8=0x0302 --fit 11=0x402:1 --led fan=stop
     expect 'a card is refused' exits 1
     expect 'which is said' says err 'dcm: ETH-54P refused: slot 8 accepts MCU-A'
-    expect 'the drawing is printed all the same' cmp -s "$folder/out" "$source/tests/golden/draw-frame-1.txt"
+    expect 'the drawing is still printed' cmp -s "$folder/out" "$source/tests/golden/draw-frame-1.txt"
     for format in svg txt png pdf; do
         run draw card 0x302 --file "$example" -o "$folder/picture.$format"
         if exits 1; then
@@ -1540,7 +1539,7 @@ draw_prints_text_or_writes_the_format_of_the_name() {
     expect 'the folder makes no difference' cmp -s "$folder/picture.svg" "$folder/first.svg"
 }
 
-# What the DTD of SVG 1.1 does not know of SVG 2 is declared beside it.
+# Declares the parts of SVG 2 that the DTD of SVG 1.1 does not have.
 draw_makes_valid_svg() {
     local type kind
     command -v xmllint >/dev/null || skip 'xmllint is not installed'
@@ -1559,7 +1558,7 @@ draw_makes_valid_svg() {
     done < <(tool list --file "$example" | tail -n +2)
 }
 
-draw_says_what_is_wrong() {
+draw_reports_errors() {
     run draw frame 9 --file "$example"
     expect 'a type that is not there fails' exits 1
     expect 'and is named' says err 'no frame has type id 9'
@@ -1601,7 +1600,7 @@ draw_replaces_a_file_or_leaves_it() {
     expect 'nothing else is left' [ "$(ls "$folder/target")" = picture.svg ]
     cp "$folder/target/picture.svg" "$folder/before"
     status=0
-    # The file may have 1 KiB.
+    # Files are limited to 1 KiB.
     (
         trap '' XFSZ
         ulimit -f 1
@@ -1629,7 +1628,7 @@ page_is_one_file_of_moderate_size() {
     expect 'it is the same in a file' cmp -s "$folder/out" "$folder/device.html"
 }
 
-page_says_what_is_wrong() {
+page_reports_errors() {
     run page
     expect 'a page needs a file' exits 64
     run page "$folder/none.xml"
@@ -1640,10 +1639,10 @@ page_says_what_is_wrong() {
     write_faulty
     run page "$folder/faulty.xml"
     expect 'a query that fails makes the exit status 1' exits 1
-    expect 'there is a page all the same' says out 'The query of this type fails.'
+    expect 'there is still a page' says out 'The query of this type fails.'
 }
 
-# Here they are made on another machine than those that are in the repository.
+# The committed pictures were made on another machine.
 draw_makes_the_pictures_of_the_documentation() {
     "$source/scripts/pictures.sh" "$dcm" "$source" "$folder"
     for picture in "$source"/docs/pictures/*.svg; do
@@ -1653,7 +1652,7 @@ draw_makes_the_pictures_of_the_documentation() {
     done
 }
 
-# Two descriptions: of a card, a threshold differs, and a port has another kind.
+# Two descriptions: a threshold of a card differs, and the PHY type of a port.
 write_compared() {
     cat >"$folder/old.xml" <<'XML'
 <device>
@@ -1689,7 +1688,7 @@ TEXT
     run diff "$folder/old.xml" "$folder/rewritten.xml"
     expect 'what is cosmetic is one line' says out 'cosmetic: every query answers the same; 2 types are written differently'
     run diff "$folder/old.xml" "$folder/old.xml"
-    expect 'nothing is said of equal files' silent out
+    expect 'nothing is printed about equal files' silent out
     expect 'and nothing on standard error' silent err
     sed 's|<phytype>ge</phytype>|<phytype>fe</phytype>|' "$example" >"$folder/slower.xml"
     run diff "$example" "$folder/slower.xml"
@@ -1737,7 +1736,7 @@ TABLE
     done
 }
 
-# What the differences say in the exports of both sides.
+# The values of the differences are those of the exports of both sides.
 replays() {
     tool export --file "$folder/old.xml" >"$folder/old.json"
     tool export --file "$folder/new.xml" >"$folder/new.json"
@@ -1799,7 +1798,7 @@ assert not open_tags, open_tags
 PYTHON
 }
 
-# A work tree with the old description in its first revision, and the tool as "dcm".
+# A work tree with the old description in its first revision, and the tool installed as "dcm".
 write_repository() {
     command -v git >/dev/null || skip 'git is not there'
     write_compared

@@ -1,6 +1,6 @@
-// Small files in tests/tool/corpus, each with what is to be found in it: comments behind the root, in the order of the
-// places, say "expect LINE:COLUMN NAME: START OF THE TEXT", and "note LINE:COLUMN" of the notes of the finding before.
-// A file without them is the correct twin of another.
+// Small files in tests/tool/corpus, each with its expected findings in comments after the root, in the order of the
+// places: "expect LINE:COLUMN NAME: START OF THE TEXT", and "note LINE:COLUMN" for the notes of the preceding finding.
+// A file without them is the correct counterpart of another one.
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/registry.h"
 
@@ -33,7 +33,7 @@ std::string readCorpusFile(const std::string &name)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// What stands in the comments that begin with "expect" or "note".
+// The content of the comments that begin with "expect" or "note".
 std::vector<std::string> expectedIn(const std::string &text)
 {
     std::vector<std::string> lines;
@@ -79,7 +79,7 @@ TEST_P(CorpusFile, HoldsWhatItSays)
     const std::string text = readCorpusFile(GetParam());
     const std::vector<std::string> expected = expectedIn(text);
     std::vector<std::string> found = foundIn(text);
-    // The texts go on where the expected ones end.
+    // An expected text is the beginning of the actual one.
     for (size_t i = 0; i < found.size() && i < expected.size(); i++)
         if (found[i].compare(0, expected[i].size(), expected[i]) == 0)
             found[i] = expected[i];
@@ -96,7 +96,7 @@ TEST(Corpus, HasAFileForEachRule)
             if (const size_t space = line.find(' ', 7); line[0] == 'e')
                 found.insert(line.substr(space + 1, line.find(':', space) - space - 1));
     for (const Rule *rule : allRules())
-        // A file that cannot be read cannot be in a folder of files.
+        // A rule for unreadable files cannot have a file in the corpus.
         if (rule != &kUnreadable) {
             EXPECT_EQ(found.count(rule->name), 1U) << rule->name;
         }

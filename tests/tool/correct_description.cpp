@@ -46,7 +46,7 @@ public:
             element(dcmtool::rowOf(RecordKind::frame), {});
         for (uint32_t i = below(3); i > 0; i--)
             element(dcmtool::rowOf(RecordKind::slot), {});
-        // The cards that the slots of the frames take.
+        // The cards that the slots of the frames accept.
         for (uint32_t i = 0; i < kCardTypes; i++)
             element(dcmtool::rowOf(RecordKind::card), {});
         return text_ + "</device>\n";
@@ -59,7 +59,7 @@ private:
         std::vector<std::string> displays; // the states that it displays
     };
 
-    // What the elements around have settled.
+    // The choices made for the enclosing elements.
     struct Scope {
         std::string parent;     // the name of the element around
         std::string owner;      // the name of the element
@@ -89,7 +89,7 @@ private:
         hasPoe_ = scope.owner == "port" || scope.owner == "port-group" ? oneIn(2) : hasPoe_;
         const dcm::Element &format = *row.element;
         text_ += std::string("<") + row.name;
-        // Maps name the LEDs that stand beside them.
+        // Maps refer to the LEDs declared in the same element.
         const bool isOwner = dcmtool::findRow(format, "led-entity") != format.childCount;
         if (isOwner)
             leds_.clear();
@@ -120,7 +120,7 @@ private:
         } else if (name == "typeid" || name == "mode") {
             text = name == "mode" ? std::to_string(below(4)) : typeIdOf(scope.owner);
         } else if (scope.owner == "card") {
-            // Of each its own, of any length.
+            // A unique text of any length.
             text = std::to_string(cardTypes_) + value(name, attribute.content, scope);
             text.resize(std::min(text.size(), attribute.content.limit));
         } else if (name == "startportid") {
@@ -156,7 +156,7 @@ private:
         text_ += (oneIn(8) ? "\n  " : " ") + name + "=" + quote + text + quote;
     }
 
-    // A number of LEDs is shared by all LED types, but maps name only those that are declared.
+    // All LED types share one number of LEDs, but maps refer only to declared ones.
     uint32_t ledTypeFor(const Scope &scope)
     {
         if (scope.owner != "source")
@@ -173,7 +173,7 @@ private:
         const auto limit = static_cast<uint32_t>(attribute.content.limit);
         if (scope.owner == "component")
             return below(8);
-        // What else in a frame refers to.
+        // The targets of other references in a frame.
         if (has(scope.owner, "fanmodule") || has(scope.owner, "fanctrl") || has(scope.owner, "power"))
             return limit;
         if (limit == 0)
@@ -231,12 +231,12 @@ private:
     {
         const std::string name = row.name;
         const bool isGroup = endsIn(scope.owner, "-group");
-        // What a frame's other units refer to.
+        // The targets of references from a frame's other units.
         if (name == "maxslotnum" || name == "fanctrl-entity" || name == "power-entity" || name == "fanmodule-entity")
             return scope.owner == "frame" || oneIn(2);
         if (name == "fannum" && scope.owner == "fanmodule")
             return true;
-        // All ports of a group would have one.
+        // All ports of a group would have the same name.
         if (name == "portid" || name == "ifname")
             return !isGroup;
         if (isNeeded(name, scope))
@@ -255,7 +255,7 @@ private:
         return !oneIn(3);
     }
 
-    // What the record has no useful default for; thresholds go in pairs.
+    // Elements without a useful default; thresholds are written in pairs.
     static bool isNeeded(const std::string &name, const Scope &scope)
     {
         const bool isThreshold = has(name, "high") || has(name, "low");
@@ -276,7 +276,7 @@ private:
         return format.childCount > 0;
     }
 
-    // Elements with ids, from 1 on; one may have several.
+    // Elements with ids, starting with 1; one may have several.
     void entries(const dcm::Element &format, Scope &scope)
     {
         const bool isLed = format.children[0].element->attributeCount > 1 && scope.owner == "led-entity";
@@ -288,7 +288,7 @@ private:
             count = kSlots;
         if (scope.owner == "fanctrl-map")
             count = DCM_FAN_CTRL_MAX;
-        // Each state of an LED stands once.
+        // Each state of an LED is used once.
         if (scope.owner == "led" || scope.owner == "port-led") {
             const dcm::Vocabulary *states = dcm::ledStateWords(scope.ledType);
             count = std::min(count, states != nullptr ? static_cast<uint32_t>(states->count) : 1);
@@ -325,7 +325,7 @@ private:
         element(row, scope);
     }
 
-    // Elements of one kind beside others: displays of an LED, pairs of a map, fans of a module, capabilities.
+    // Several elements of one kind: displays of an LED, pairs of a map, fans of a module, capabilities.
     void repeat(const dcm::NamedElement &row, Scope &scope)
     {
         if (std::strcmp(row.name, "fan") == 0) {
@@ -355,7 +355,7 @@ private:
             if (name == "supportpoe")
                 return hasPoe_ ? "yes" : "no";
             std::vector<std::string> words = dcmtool::wordsOf(*content.vocabulary);
-            // Those that the set has no room for stand at the end.
+            // The words for which the set has no bit are at the end.
             return words[below(
                 static_cast<uint32_t>(content.limit != 0 ? std::min(words.size(), content.limit) : words.size()))];
         }
@@ -439,7 +439,7 @@ private:
 
     std::string list(const std::string &name, const dcm::Content &content)
     {
-        // Units of which each frame has its fill.
+        // Units of which each frame has the maximum.
         uint32_t most = static_cast<uint32_t>(content.limit);
         if (name == "actioncapability")
             return range(1 + below(action_), action_ + below(most - action_ + 1));
@@ -458,7 +458,7 @@ private:
                                        : static_cast<int>(controller) - static_cast<int>(fan));
     }
 
-    // A number that agrees with its neighbours: the low ones are low, each lies between its least and its most.
+    // A number that is consistent with its siblings: low ones are low, and each is between its minimum and maximum.
     std::string number(const std::string &name, const Scope &scope)
     {
         if (name == "maxslotnum")
@@ -492,7 +492,7 @@ private:
 
     std::mt19937 random_;
     std::string text_;
-    std::vector<Led> leds_; // declared last
+    std::vector<Led> leds_; // the last ones declared
 
     std::map<std::string, std::string> slots_; // of the frame, by their kinds
     uint32_t firstFanSlot_ = 0;
@@ -502,7 +502,7 @@ private:
     bool hasPoe_ = false;     // the port
     uint32_t fans_ = 0;       // of the fan module
     uint32_t panelPorts_ = 0; // of the card
-    bool areLines_ = false;   // all of them
+    bool areLines_ = false;   // whether all panel ports are lines
     bool areHidden_ = false;
     uint32_t interfaces_ = 0;
     uint32_t state_ = 0;

@@ -1,4 +1,4 @@
-// Makes descriptions without a mistake from the format's tables, each from a number of its own.
+// Generates descriptions without mistakes from the format's tables, each from a seed.
 #ifndef DCM_TESTS_CORRECT_DESCRIPTION_H
 #define DCM_TESTS_CORRECT_DESCRIPTION_H
 

@@ -1,5 +1,5 @@
-// Pairs of descriptions that differ in one fact, and pairs that say the same in other words. What must come out follows
-// from the decoded records, without the matching of entries that is tested. DCM_DIFF_PAIRS=N compares N pairs.
+// Pairs of descriptions that differ in one fact, and pairs with the same meaning and another text. The expected result
+// is derived from the decoded records, without the matching of entries under test. DCM_DIFF_PAIRS=N compares N pairs.
 #include "tests/tool/correct_description.h"
 
 #include "common/format.h"
@@ -39,7 +39,7 @@ std::unique_ptr<Side> sideOf(const std::string &text)
 
 Comparison compared(Side &before, Side &after)
 {
-    const OwnOutput output; // for itself: the library prints what it reports
+    const OwnOutput output; // the library's own output is discarded
     return {before, after, FieldFilter()};
 }
 
@@ -49,7 +49,7 @@ class Mutator {
 public:
     explicit Mutator(uint32_t seed) : random_(seed) {}
 
-    // FieldValues that other descriptions have, by the name of what holds them.
+    // Values that occur in other descriptions, by the name of their element or attribute.
     void learn(const std::string &text)
     {
         for (const Part &part : partsOf(text))
@@ -86,7 +86,7 @@ private:
         std::string name; // of the attribute or element
         size_t begin;
         size_t end;
-        bool isElement; // all of it, not its text
+        bool isElement; // the whole element, not its text
     };
 
     // Generated descriptions have neither comments nor CDATA, and no '>' in values.
@@ -122,7 +122,7 @@ private:
     std::map<std::string, std::vector<std::string>> values_;
 };
 
-// ---- Saying the same in other words ---------------------------------------------------------------------------------
+// ---- The same meaning in another text -------------------------------------------------------------------------------
 
 class Rewriter {
 public:
@@ -139,7 +139,7 @@ private:
     uint32_t below(uint32_t bound) { return static_cast<uint32_t>(random_() % bound); }
     bool oneIn(uint32_t n) { return below(n) == 0; }
 
-    // What may stand between elements.
+    // The text allowed between elements.
     std::string gap()
     {
         static const char *const kGaps[] = {"", " ", "\n", "\r\n\t", "<!-- <card/> -->", "\n<!--x-->\n", "<?y z?>"};
@@ -220,7 +220,7 @@ private:
         text_ += isCut ? written.substr(0, 1) + "<!--" + written + "-->" + written.substr(1) : written;
     }
 
-    // Kinds of units whose ids say which is which.
+    // Units that are identified by their ids.
     static bool isAnyOrder(const std::string &container)
     {
         static const std::set<std::string> kContainers = {"mgt-port",       "gcc-port",      "ethppp-port",
@@ -246,7 +246,7 @@ private:
         text_ += gap();
     }
 
-    // A group may be several.
+    // A group may become several groups.
     void group(dcm::Node node)
     {
         const std::string name = dcm::nameOf(node);
@@ -264,16 +264,16 @@ private:
     std::string text_;
 };
 
-// ---- What must come out ---------------------------------------------------------------------------------------------
+// ---- Expected differences -------------------------------------------------------------------------------------------
 
 using QueryKey = std::tuple<RecordKind, uint32_t, uint32_t>;
 
-// What a record says, each fact by itself: entries by their identity, not their position.
+// The facts of a record, independent of each other: entries by their identity, not their position.
 struct Facts {
     std::set<std::string> structure;
     std::map<std::string, int64_t> capacities;
     std::set<std::string> settings;
-    std::map<std::string, std::string> rows; // entries that nothing tells from each other: all of an array
+    std::map<std::string, std::string> rows; // entries without an identity: all of an array
 };
 
 void addFacts(const Record &record, const void *cleared, const uint8_t *base, const std::string &path, Facts &facts);
@@ -399,7 +399,7 @@ Record recordOf(RecordKind kind, const Answered &answered)
 
 std::map<QueryKey, Answered> answersOf(const std::string &text)
 {
-    const OwnOutput output; // for itself: the library prints what it reports
+    const OwnOutput output; // the library's own output is discarded
     std::map<QueryKey, Answered> answers;
     const auto file = DescriptionFile::parse("device.xml", text);
     Queries queries(*file, true);
@@ -444,7 +444,7 @@ std::optional<ChangeClass> expectedClass(RecordKind kind, const Answered *before
         const auto found = are.capacities.find(path);
         isLess = isLess || found == are.capacities.end() || found->second < number;
     }
-    // Entries may be told apart on one side only.
+    // The identity of entries may be unique on one side only.
     const auto haveSamePath = [](const auto &left, const auto &right) { return left.first == right.first; };
     if (!std::equal(were.rows.begin(), were.rows.end(), are.rows.begin(), are.rows.end(), haveSamePath))
         return std::nullopt;
@@ -455,7 +455,7 @@ std::optional<ChangeClass> expectedClass(RecordKind kind, const Answered *before
     return holdsAll(are.settings, were.settings) ? ChangeClass::addition : ChangeClass::behaviour;
 }
 
-// ---- What comes out -------------------------------------------------------------------------------------------------
+// ---- Actual differences ---------------------------------------------------------------------------------------------
 
 std::set<QueryKey> namedQueries(const Comparison &comparison)
 {
@@ -488,7 +488,7 @@ std::string textOfJson(const Json &json)
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-// The value that a difference names is where an export has it.
+// An export has the value of a difference at the same path.
 void expectReplay(const Json &exported, const Path &path, const std::optional<FieldValue> &value)
 {
     if (!value)
@@ -532,7 +532,7 @@ void expectTruth(const std::string &before, const std::string &after, Counts &co
         const std::optional<ChangeClass> expected = expectedClass(
             group.kind, was != were.end() ? &was->second : nullptr, is != are.end() ? &is->second : nullptr);
         counts.ambiguous += expected ? 0 : 1;
-        // What comes to the same in the record may still be reported, or stand in another order.
+        // A change that leaves the record as it is may still change the reports, or their order.
         if (expected == ChangeClass::addition) {
             EXPECT_LE(group.worst, ChangeClass::behaviour);
         } else if (expected) {

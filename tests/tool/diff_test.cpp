@@ -1,4 +1,4 @@
-// What two descriptions answer differently, one fact at a time.
+// The differences between two descriptions, one fact at a time.
 #include "tools/dcm/diff/comparison.h"
 #include "tools/dcm/diff/output.h"
 #include "tools/dcm/diff/places.h"
@@ -43,10 +43,10 @@ std::vector<std::string> linesOf(const Comparison &comparison)
     return lines;
 }
 
-// What changes from one description to the other, given what is in their "device".
+// The changes between two descriptions, given the content of their "device".
 std::vector<std::string> changes(const std::string &before, const std::string &after, const FieldFilter &filter = {})
 {
-    const OwnOutput output; // for itself: the library prints what it reports
+    const OwnOutput output; // the library's own output is discarded
     const auto oldSide = deviceOf(before);
     const auto newSide = deviceOf(after);
     return linesOf(Comparison(*oldSide, *newSide, filter));
@@ -57,14 +57,14 @@ std::string card(const std::string &inside, const std::string &attributes = "typ
     return "<card " + attributes + ">" + inside + "</card>";
 }
 
-// A card with so many panel ports.
+// A card with this number of panel ports.
 std::string panel(size_t count, const std::string &inside)
 {
     return card("<panel-port num=\"" + std::to_string(count) + "\" startportid=\"1\" maxportid=\"9\">" + inside +
                 "</panel-port>");
 }
 
-// Panel ports with these numbers, all alike.
+// Equal panel ports with these numbers.
 std::string ports(const std::vector<unsigned> &numbers, const std::string &kind = "ge")
 {
     std::string text;
@@ -95,7 +95,7 @@ TEST(Diff, CallsAPortThatIsGoneBreaking)
 TEST(Diff, RecognisesAPortByAllButItsNumber)
 {
     EXPECT_THAT(changes(ports({1, 7}), ports({1, 9})),
-                ElementsAre("breaking card 0x1/0 panelIf[1].portId: was 7, is now 9 (ports are asked for by it)"));
+                ElementsAre("breaking card 0x1/0 panelIf[1].portId: was 7, is now 9 (it identifies the port)"));
 }
 
 TEST(Diff, ComparesEachPortWithTheOneOfItsNumber)
@@ -188,7 +188,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "<driver>cdl</driver></port></inner-port></slot>",
                   "<slot typeid='1'><inner-port><port commslot='2'><portid>8</portid>"
                   "<driver>cdl</driver></port></inner-port></slot>",
-                  "breaking slot 0x1 syncIf[1].portId: 7 → 8 (ports are asked for by it)"}));
+                  "breaking slot 0x1 syncIf[1].portId: 7 → 8 (it identifies the port)"}));
 
 TEST(Diff, ReadsAnAcceptanceListAsASet)
 {
@@ -223,7 +223,7 @@ TEST(Diff, CallsATypeThatIsGoneBreakingAndANewOneAnAddition)
 TEST(Diff, RecognisesACardByAllButItsType)
 {
     EXPECT_THAT(changes(card("", "typeid=\"0x402\" name=\"x\""), card("", "typeid=\"0x403\" name=\"x\"")),
-                ElementsAre("breaking card 0x402/0 → 0x403/0: it is asked for by another id"));
+                ElementsAre("breaking card 0x402/0 → 0x403/0: its id has changed"));
 }
 
 TEST(Diff, ShowsASlotOnceForAllItsTypes)
@@ -398,7 +398,7 @@ TEST(DiffPlaces, AreThoseOfTheInnerPortToTheSlot)
                "</portid></port>\n<port-group commslot='2-3'><portid>" + number +
                "</portid></port-group></inner-port></slot></device>";
     };
-    // Both ports of the group also get a name, which is not written.
+    // Both ports of the group also get a name, which the text does not contain.
     EXPECT_THAT(placesOf(slot("1"), slot("2")),
                 ElementsAre("2:28 2:28", "3:36 3:36", "3:36 3:36", "3:2 3:2", "3:2 3:2"));
 }
@@ -418,7 +418,7 @@ TEST(DiffPlaces, AreNoneWhereTheSideHasNoSuchType)
     EXPECT_THAT(placesOf("<device/>", "<device><card typeid='1'/></device>"), ElementsAre("none 1:10"));
 }
 
-// Calls `visit` for every value of a record that is given and that something in a description fills.
+// Calls `visit` for every value of a record that is not a default and that something in a description fills.
 template <class Visit> void visitGiven(const Record &record, Path &path, const Visit &visit)
 {
     for (const Field &field : record)
@@ -432,7 +432,7 @@ template <class Visit> void visitGiven(const Record &record, Path &path, const V
         }
 }
 
-// The name of the element whose text a place is in, or of the attribute.
+// The name of the element or attribute whose text contains a place.
 std::string nameAt(const std::string &text, size_t at)
 {
     const size_t tag = text.rfind('<', at);
@@ -464,7 +464,7 @@ TEST(DiffPlaces, AreThoseOfWhatFillsTheFieldsOfTheExample)
         });
     }
     EXPECT_GT(count, 1000);
-    // What is not written follows from the position, from an offset, or from what is left out.
+    // These values follow from the position, from an offset, or from an omitted element.
     EXPECT_THAT(elsewhere,
                 IsSubsetOf({"cardTypeCaps at cap", "fanCtrlId at fan", "ifName at port-group", "portId at port-group",
                             "pri at state", "slot at fanmodule", "srcType at led-name", "srcType at source",

@@ -1,4 +1,4 @@
-// Pictures: what a record has is in them once, nothing covers anything else, and a file can do no harm.
+// Pictures: each part of a record is in them once, nothing covers anything else, and hostile files are harmless.
 #include "tests/tool/correct_description.h"
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/rule.h"
@@ -65,15 +65,16 @@ struct Described {
         return fits;
     }
 
-    Picture drawnFrame(const std::vector<Fit> &fits = {}, const Metrics &metrics = kPixels, Lamps lamps = {}) const
+    Picture drawnFrame(const std::vector<Fit> &fits = {}, const Metrics &metrics = kPixels,
+                       LedStateSelection ledStates = {}) const
     {
         const Places places(*file, frameElement);
-        return drawFrame({frame, frameType, places, cards.names(), fits}, lamps, metrics);
+        return drawFrame({frame, frameType, places, cards.names(), fits}, ledStates, metrics);
     }
 
-    Picture drawnCard(uint32_t type = 1, const Metrics &metrics = kPixels, Lamps lamps = {}) const
+    Picture drawnCard(uint32_t type = 1, const Metrics &metrics = kPixels, LedStateSelection ledStates = {}) const
     {
-        return drawCard(*cards.find(type, 0), lamps, metrics);
+        return drawCard(*cards.find(type, 0), ledStates, metrics);
     }
 
     std::unique_ptr<DescriptionFile> file;
@@ -121,7 +122,7 @@ const Figure *figureOf(const Picture &picture, const std::string &id)
     return found;
 }
 
-// ---- What is in an SVG file -----------------------------------------------------------------------------------------
+// ---- The content of an SVG file -------------------------------------------------------------------------------------
 
 void addIds(const xmlNode *node, Ids &ids)
 {
@@ -136,7 +137,7 @@ void addIds(const xmlNode *node, Ids &ids)
     }
 }
 
-// Every id of a well-formed document but those of decoration: title, description, the whole, and brackets.
+// Every id of a well-formed document except those of decoration: title, description, the whole, and brackets.
 Ids idsIn(const std::string &svg)
 {
     xmlDoc *document = xmlReadMemory(svg.data(), static_cast<int>(svg.size()), "picture.svg", nullptr,
@@ -153,7 +154,7 @@ Ids idsIn(const std::string &svg)
     return ids;
 }
 
-// ---- What an export has ---------------------------------------------------------------------------------------------
+// ---- The content of an export ---------------------------------------------------------------------------------------
 
 void addEntries(Ids &ids, const std::string &prefix, const Json &record, const std::string &name)
 {
@@ -232,9 +233,9 @@ std::string shown(const Figure &figure)
 }
 
 struct Boxes {
-    std::vector<const Figure *> solid; // connectors, lamps and texts: none covers another
+    std::vector<const Figure *> solid; // connectors, LEDs and texts: none covers another
     std::vector<const Figure *> bays;
-    std::vector<std::string> outside; // what is not in its group
+    std::vector<std::string> outside; // parts outside of their group
 };
 
 void collect(const Figure &figure, const Figure *group, Boxes &boxes)
@@ -254,7 +255,7 @@ void collect(const Figure &figure, const Figure *group, Boxes &boxes)
         collect(child, inner, boxes);
 }
 
-// "" when no two overlap.
+// "" if no two overlap.
 std::string overlapIn(std::vector<const Figure *> figures)
 {
     std::sort(figures.begin(), figures.end(),
@@ -280,9 +281,9 @@ void expectOrder(const Picture &picture)
     EXPECT_THAT(boxes.outside, IsEmpty());
 }
 
-// ---- Whatever is described ------------------------------------------------------------------------------------------
+// ---- Generated descriptions -----------------------------------------------------------------------------------------
 
-// Each card in the first mode that is described.
+// Each card in its first described mode.
 std::vector<std::pair<uint32_t, uint32_t>> typesOf(const Described &described)
 {
     std::vector<std::pair<uint32_t, uint32_t>> types;
@@ -292,7 +293,7 @@ std::vector<std::pair<uint32_t, uint32_t>> typesOf(const Described &described)
     return types;
 }
 
-// DCM_SEEDS asks for more of them.
+// DCM_SEEDS sets their number.
 uint32_t seedCount()
 {
     const char *wanted = std::getenv("DCM_SEEDS");
@@ -310,8 +311,8 @@ TEST(Draw, ShowsEachPartOfTheExportOnceInManyDescriptions)
         const auto types = typesOf(described);
         for (const auto &[type, mode] : types) {
             const CardView &view = *described.cards.find(type, mode);
-            Lamps lamps;
-            EXPECT_EQ(idsIn(asSvg(drawCard(view, lamps, kPixels))), idsOfExport(view.card, type));
+            LedStateSelection ledStates;
+            EXPECT_EQ(idsIn(asSvg(drawCard(view, ledStates, kPixels))), idsOfExport(view.card, type));
             cards++;
         }
         if (described.frameElement == nullptr)
@@ -340,9 +341,9 @@ TEST(Draw, LetsNothingCoverAnythingElseInManyDescriptions)
         const Described described(dcmtest::correctDescription(seed));
         std::vector<Fit> fits;
         for (const auto &[type, mode] : typesOf(described)) {
-            Lamps lamps;
-            expectOrder(drawCard(*described.cards.find(type, mode), lamps, kPixels));
-            expectOrder(drawCard(*described.cards.find(type, mode), lamps, kCells));
+            LedStateSelection ledStates;
+            expectOrder(drawCard(*described.cards.find(type, mode), ledStates, kPixels));
+            expectOrder(drawCard(*described.cards.find(type, mode), ledStates, kCells));
             for (uint32_t slot = 1; slot <= 6; slot++)
                 fits.push_back(described.fit(slot, type, mode));
         }
@@ -473,30 +474,30 @@ TEST(Draw, KeepsLinePortsApartFromClientPorts)
 TEST(Draw, ShowsAnLedInItsDefaultStateOrInTheOneAskedFor)
 {
     const Described described = device(card(kLed));
-    const auto styleOf = [&](const Lamps &lamps) {
-        const std::string style = figureOf(described.drawnCard(1, kPixels, lamps), "card-0x1-0.led.0")->style;
+    const auto styleOf = [&](const LedStateSelection &ledStates) {
+        const std::string style = figureOf(described.drawnCard(1, kPixels, ledStates), "card-0x1-0.led.0")->style;
         return style.substr(0, style.find(" L"));
     };
     EXPECT_EQ(styleOf({}), "led c-green f-off");
     for (const char *lit : {"fan=stop", "fan-1=stop"}) {
-        Lamps lamps;
-        EXPECT_TRUE(lamps.light(lit));
-        EXPECT_EQ(styleOf(lamps), "led c-red f-fast-blink") << lit;
+        LedStateSelection ledStates;
+        EXPECT_TRUE(ledStates.select(lit));
+        EXPECT_EQ(styleOf(ledStates), "led c-red f-fast-blink") << lit;
     }
-    Lamps other;
-    EXPECT_TRUE(other.light("fan-2=stop"));
+    LedStateSelection other;
+    EXPECT_TRUE(other.select("fan-2=stop"));
     EXPECT_EQ(styleOf(other), "led c-green f-off");
-    EXPECT_FALSE(Lamps().light("fan"));
+    EXPECT_FALSE(LedStateSelection().select("fan"));
 }
 
 TEST(Draw, ReportsAStateThatNoLedHas)
 {
-    Lamps lamps;
-    lamps.light("fan=stop");
-    lamps.light("fan=dancing");
+    LedStateSelection ledStates;
+    ledStates.select("fan=stop");
+    ledStates.select("fan=dancing");
     const Described described = device(card(kLed));
-    drawCard(*described.cards.find(1, 0), lamps, kPixels);
-    EXPECT_THAT(lamps.unused(), ElementsAre("fan=dancing"));
+    drawCard(*described.cards.find(1, 0), ledStates, kPixels);
+    EXPECT_THAT(ledStates.unused(), ElementsAre("fan=dancing"));
 }
 
 // ---- Cards in slots -------------------------------------------------------------------------------------------------
@@ -514,7 +515,7 @@ constexpr const char *kFrame = R"(<frame typeid="1"><maxslotnum>3</maxslotnum>
 TEST(Draw, RefusesACardThatDoesNotFitAndSaysWhy)
 {
     struct Case {
-        std::vector<std::pair<uint32_t, uint32_t>> fits; // slot and type; the last one is refused, or none
+        std::vector<std::pair<uint32_t, uint32_t>> fits; // slot and type; all but the last one fit
         const char *refusal;
     };
     const Case cases[] = {
@@ -609,7 +610,7 @@ TEST(Draw, TakesWhateverFitsIntoARecord)
         <port-led type="stack" start-id="1" end-id="254" name-prefix=""/></portled-entity>)";
     const std::string leds = R"(<led-entity num="16"><led id="1-16" type="stackmaster"/></led-entity>)";
     const std::string wide =
-        "<phytype>100ge</phytype><connector>fiber</connector>"; // as many of the widest as a card may have
+        "<phytype>100ge</phytype><connector>fiber</connector>"; // the maximum number of the widest ports
     const std::string name(63, 'W');
     const Described described("<device><card typeid=\"1\" name=\"" + name + "\" abbrname=\"" + name.substr(32) + "\">" +
                               ports("1-64", 64, wide) + runs + leds +
@@ -629,7 +630,7 @@ TEST(Draw, TakesWhateverFitsIntoARecord)
     expectOrder(described.drawnFrame({}, kCells));
 }
 
-// ---- What this build can do -----------------------------------------------------------------------------------------
+// ---- Features of this build -----------------------------------------------------------------------------------------
 
 TEST(Draw, MakesPngAndPdfOrSaysThatThisBuildDoesNot)
 {
@@ -695,7 +696,7 @@ TEST(Page, ReachesForNothingElse)
 {
     const Described described(dcmtest::correctDescription(3));
     std::string html = pageOf(described).html;
-    // Elements of SVG have the name of a place that nothing reaches for.
+    // Elements of SVG with names that occur in no id.
     const std::string name = "'http://www.w3.org/2000/svg'";
     html.erase(html.find(name), name.size());
     for (const char *reach : {"://", " src=", "@import", "url(\"", "url(h", "<link", "<base", "<iframe"})

@@ -25,7 +25,7 @@ TEST(Edits, AreAppliedAllOrNone)
     EXPECT_EQ(applyEdits("abc", {{{0, 3}, "x"}, {{1, 1}, "y"}}), std::nullopt) << "insertion inside another";
     EXPECT_EQ(applyEdits("abc", {{{1, 1}, "x"}, {{1, 1}, "y"}}), std::nullopt) << "two insertions at a place";
     EXPECT_EQ(applyEdits("abc", {{{1, 1}, "x"}, {{1, 2}, "y"}}), std::nullopt) << "insertion where another begins";
-    EXPECT_EQ(applyEdits("abc", {{{0, 1}, "x"}, {{2, 4}, "y"}}), std::nullopt) << "behind the end";
+    EXPECT_EQ(applyEdits("abc", {{{0, 1}, "x"}, {{2, 4}, "y"}}), std::nullopt) << "after the end";
     EXPECT_EQ(applyEdits("abc", {{{2, 1}, "x"}}), std::nullopt) << "end before begin";
 }
 
@@ -60,7 +60,7 @@ TEST(Edits, AreRefusedInAnyOtherEncoding)
 
 TEST(Edits, AreRefusedWhereTheFileIsNotWellFormed)
 {
-    EXPECT_EQ(faultIn(std::string("<device/>\0<!-- a -->", 20)), "there is a zero byte in it");
+    EXPECT_EQ(faultIn(std::string("<device/>\0<!-- a -->", 20)), "it contains a zero byte");
     EXPECT_EQ(faultIn("<device>"), "Premature end of data in tag device line 1");
 }
 

@@ -30,7 +30,7 @@ FixedFile fixText(const std::string &text, const FixFilter &isWanted)
     return applyFixes(*file, checkFile(*file), isWanted);
 }
 
-// The text with all fixes; as it was when there is none.
+// The text with all fixes; unchanged without fixes.
 std::string fixedText(const std::string &text, const FixFilter &isWanted = isCertain)
 {
     const FixedFile fixed = fixText(text, isWanted);
@@ -87,7 +87,7 @@ TEST(Fixes, LeaveEverythingElseAsItIs)
     EXPECT_EQ(fixedText(before), after);
 }
 
-// The name of the second element hides a word that is none.
+// The name of the second element hides an invalid word.
 TEST(Fixes, AreLeftOutWhereTheyShowSomethingElse)
 {
     const std::string before =
@@ -113,7 +113,7 @@ TEST(Fixes, AreLeftOutWhereTheFileWouldNotBeWellFormed)
     EXPECT_EQ(fixed.dropped[0].reason, "the file would not be well-formed");
 }
 
-// Of each rule, a hundred findings are kept.
+// A hundred findings of each rule are kept.
 TEST(Fixes, GoOnUntilNothingIsLeft)
 {
     std::string before = "<device>\n";
@@ -162,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Offered{"<wavelength>5 A</wavelength>", "", false},  // a digit in hexadecimal
                     Offered{"<wavelength>1O</wavelength>", "", false},   // a letter that looks like a digit
                     Offered{"<wavelength>5.5</wavelength>", "", false},  // more of the number
-                    Offered{"<wavelength>0xZZ</wavelength>", "", false}, // no digits behind the prefix
+                    Offered{"<wavelength>0xZZ</wavelength>", "", false}, // no digits after the prefix
                     Offered{"<phytype>1<!-- c -->0gex</phytype>", "", false},
                     Offered{"<phytype>10ge&#120;</phytype>", "", false}));
 
@@ -245,12 +245,12 @@ std::vector<Mistake> mistakesIn(const std::string &text, std::mt19937 &random)
             continue;
         const Span name = {pieces[i].span.begin + 1, nameEnd(text, pieces[i].span.begin + 1)};
         const std::string slip = slipped(std::string(cut(text, name)), random);
-        Mistake misspelt = {"name", {{name, slip}}};
+        Mistake misspelled = {"name", {{name, slip}}};
         if (pieces[i].kind == MarkupKind::startTag) {
             const size_t end = pieces[pieces[i].partner].span.begin + 2;
-            misspelt.edits.push_back({{end, end + name.end - name.begin}, slip});
+            misspelled.edits.push_back({{end, end + name.end - name.begin}, slip});
         }
-        mistakes.push_back(std::move(misspelt));
+        mistakes.push_back(std::move(misspelled));
         WrittenAttribute attribute;
         for (size_t at = name.end; nextAttribute(text, at, attribute);) {
             mistakes.push_back(

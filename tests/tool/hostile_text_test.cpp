@@ -1,5 +1,5 @@
-// Texts that are no description, or only the beginning of one, in any encoding: what is found is inside the text, and
-// what is printed of it is harmless.
+// Texts that are not descriptions, or only the beginning of one, in any encoding: findings are inside the text, and the
+// output is harmless.
 #include "common/xml.h"
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
@@ -29,7 +29,7 @@ bool isParsedByQueries(const std::string &content)
     const std::string name = "/proc/self/fd/" + std::to_string(descriptor);
     std::vector<std::string> reports;
     {
-        const OwnOutput output; // the library prints its reports, too
+        const OwnOutput output; // the library's own output is discarded
         const ReportCapture capture(reports);
         DcmFrameInfo info;
         dcmFrameInfoGet(name.c_str(), 1, &info);
@@ -61,7 +61,7 @@ void expectInside(const DescriptionFile &file, Node node)
         expectInside(file, child);
 }
 
-// Its lines, each of which is what printable() makes of it, but for tabs.
+// Its lines, each equal to its printable() except for tabs.
 void expectPrintable(const std::string &text)
 {
     for (size_t begin = 0; begin < text.size();) {
@@ -93,7 +93,7 @@ void expectNoHarm(const std::string &content)
     EXPECT_TRUE(Json::accept(asJson(reports)));
 }
 
-// What the parser finds is looked at, not printed.
+// The parser's errors are examined, not printed.
 class HostileText : public testing::Test {
 protected:
     static void SetUpTestSuite()

@@ -168,7 +168,7 @@ TEST(Layout, IsRefusedWhereTheFileIsNoDescription)
 {
     EXPECT_EQ(layOutText("<device><card></device>", Layout::lines).fault,
               "Opening and ending tag mismatch: card line 1 and device");
-    EXPECT_EQ(layOutText("<p>a <b/></p>", Layout::lines).fault, "no description of a device");
+    EXPECT_EQ(layOutText("<p>a <b/></p>", Layout::lines).fault, "not a device description");
     EXPECT_EQ(layOutText("<?xml version='1.0' encoding='ISO-8859-1'?><device/>", Layout::image).fault,
               "the encoding is ISO-8859-1; only UTF-8 and ASCII can be edited");
 }
@@ -187,7 +187,7 @@ TEST(Layout, OfAnImageHasNoCommentsAndNoBlanksAndSaysThatItIsMade)
     EXPECT_EQ(layOutText(image.text, Layout::image).text, image.text);
 }
 
-// Without the comment between them, a carriage return and a line feed are one line end.
+// A carriage return and a line feed without the comment between them would be one line end.
 TEST(Layout, OfAnImageIsRefusedWhereAValueWouldChange)
 {
     EXPECT_EQ(

@@ -401,8 +401,8 @@ TEST(Lsp, CountsLinesAndUnitsAsTheProtocolDoes)
             EXPECT_EQ(lines.positionOf(offset).character, character) << offset;
         }
     const Lines lines(text, Units::utf16);
-    EXPECT_EQ(lines.offsetOf({0, 100}), 4U) << "behind the end of a line";
-    EXPECT_EQ(lines.offsetOf({100, 0}), text.size()) << "behind the last line";
+    EXPECT_EQ(lines.offsetOf({0, 100}), 4U) << "after the end of a line";
+    EXPECT_EQ(lines.offsetOf({100, 0}), text.size()) << "after the last line";
     EXPECT_EQ(lines.offsetOf({1, 1}), 6U) << "in a character";
     EXPECT_EQ(Lines(text, Units::utf8).offsetOf({0, 2}), 1U) << "in a character";
 }

@@ -6,7 +6,7 @@ using namespace dcmtool;
 
 namespace {
 
-// The pieces of a text, each with a letter for its kind, one on a line.
+// The pieces of a text, one per line, each with a letter for its kind.
 std::string piecesOf(const std::string &text)
 {
     static constexpr char kLetters[] = "BSEetc[?!";

@@ -37,7 +37,7 @@ TEST(Record, HasThePathsOfItsJson)
     card.pannelIfNum = 3;
     card.panelIf[2].phyType = 3;
     card.portLed[0].endId = 4;
-    card.portLed[0].states[5].pri = 6; // the only one in use is the first of the array
+    card.portLed[0].states[5].pri = 6; // the only used state is the first entry of the array
     card.ledMap.num = 1;
     card.ledMap.srcEttIndex[0] = 9;
     EXPECT_THAT(walked(recordOf(card)), IsSupersetOf({"panelIf[2].phyType = 10ge", "portLed[0].states[0].pri = 6",
@@ -119,7 +119,7 @@ TEST(Record, EndsTextsAtTheirLengthAndTheirField)
     EXPECT_EQ(recordOf(card)["name"].text(), std::string(sizeof card.name, 'x'));
 }
 
-// Every field of every record: of each class there is a reason, and no count leads out of its array.
+// Every field of every record has a reason for its class, and no count exceeds its array.
 void expectComplete(const RecordTable &table)
 {
     const std::vector<uint8_t> full(table.size, 0xFF);

@@ -1,4 +1,4 @@
-// What values name, and where that is described.
+// References between elements, and their targets.
 #include "tools/dcm/relations/relations.h"
 
 #include <gmock/gmock.h>

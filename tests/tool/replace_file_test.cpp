@@ -21,7 +21,7 @@ using dcmtool::replaceFile;
 
 namespace {
 
-// The calls by which a file is replaced, and the one that is to fail.
+// The calls that replace a file, and the one that fails.
 bool isWatching = false;
 std::vector<std::string> calls;
 std::string failing;
@@ -44,7 +44,7 @@ bool isFolder(int file)
 
 } // namespace
 
-// The tests are linked with --wrap for each of them.
+// The tests are linked with --wrap for each of these calls.
 extern "C" {
 ssize_t __real_write(int file, const void *data, size_t size);
 ssize_t __wrap_write(int file, const void *data, size_t size);
@@ -57,7 +57,7 @@ int __wrap_rename(const char *from, const char *to);
 
 ssize_t __wrap_write(int file, const void *data, size_t size)
 {
-    // A disk that gets full takes a part.
+    // A disk without space writes a part.
     return fails("write") ? -1 : __real_write(file, data, isWatching && size > 3 ? 3 : size);
 }
 
@@ -115,7 +115,7 @@ protected:
     fs::path folder_;
 };
 
-// Root may do everything: what needs permissions is done as somebody else, who has the folder.
+// Root ignores permissions: tests of them run as another user, who owns the folder.
 class Unprivileged {
 public:
     explicit Unprivileged(const fs::path &folder)
@@ -194,7 +194,7 @@ TEST_F(ReplaceFile, LeavesASymbolicLinkAndChangesWhatItPointsTo)
 TEST_F(ReplaceFile, FailsWhereTheFileHasChangedMeanwhile)
 {
     write("saved by somebody else");
-    EXPECT_EQ(replaceFile(file(), "old", "new"), "it has changed meanwhile");
+    EXPECT_EQ(replaceFile(file(), "old", "new"), "it has changed in the meantime");
     EXPECT_EQ(content(), "saved by somebody else");
     EXPECT_EQ(filesInFolder(), 1U);
 }
@@ -214,7 +214,7 @@ TEST_F(ReplaceFile, FailsWhereTheFolderIsProtected)
     ASSERT_EQ(chmod(folder_.c_str(), 0555), 0);
     {
         const Unprivileged somebody(folder_);
-        EXPECT_EQ(replaceFile(file(), "old", "new"), "no file can be made beside it: Permission denied");
+        EXPECT_EQ(replaceFile(file(), "old", "new"), "cannot create a temporary file beside it: Permission denied");
     }
     EXPECT_EQ(content(), "old");
 }
@@ -253,7 +253,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Failure{"fchmod", EPERM, "owner and mode cannot be kept: Operation not permitted"},
                     Failure{"fsync", EIO, "Input/output error"}, Failure{"rename", EROFS, "Read-only file system"}));
 
-// A name must not reach the disk before the content that belongs to it.
+// A name must not reach the disk before its content.
 TEST_F(ReplaceFile, HasAllOnTheDiskBeforeTheNewFileTakesTheName)
 {
     isWatching = true;

@@ -1,5 +1,4 @@
-// Each rule's own page: in its incorrect files this rule finds something and no other does, in its correct files
-// nothing is found.
+// The page of each rule: its incorrect files have findings of this rule and no others, its correct files have none.
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/pages.h"
 #include "tools/dcm/check/registry.h"
@@ -22,7 +21,7 @@ std::vector<std::string> namesFoundIn(const std::string &text)
     return names;
 }
 
-// The name of a rule as that of a test: "slot-gap" is SlotGap.
+// The name of a rule as the name of a test: "slot-gap" is SlotGap.
 std::string testName(const testing::TestParamInfo<const Rule *> &info)
 {
     std::string name;
@@ -52,7 +51,7 @@ TEST_P(RulePage, SaysWhyItMattersAndWhenToAllowIt)
 
 TEST_P(RulePage, HasIncorrectFilesWithFindingsOfThisRuleAlone)
 {
-    // A file that is not there has no text.
+    // The text of a missing file is empty.
     if (GetParam() == &kUnreadable)
         return;
     const std::vector<std::string> files = examplesOf(*GetParam(), "Incorrect");
@@ -90,7 +89,7 @@ TEST(Rules, AreListedInAlphabeticalOrder)
         EXPECT_LT(std::string(allRules()[i - 1]->name), std::string(allRules()[i]->name));
 }
 
-// A source that is not in the list would be compiled and never run.
+// A source that is not in the list would be compiled but never run.
 TEST(Rules, AreAllThatHaveASource)
 {
     size_t sources = 0;

@@ -1,4 +1,4 @@
-// What a severity means for what is shown and counted.
+// The effect of a severity on the output and the counts.
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/output.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// A description with one finding, of some severity.
+// A description with one finding of the given severity.
 FileReport reportWith(Severity severity)
 {
     FileReport report;

@@ -21,9 +21,9 @@ namespace {
 
 template <class Info> std::string shown(const Info &info, const PageFormat &format = {})
 {
-    Surroundings surroundings;
-    surroundings.place = "test.xml:1";
-    return layOut(pageOf(info, surroundings), format);
+    PageContext context;
+    context.place = "test.xml:1";
+    return layOut(pageOf(info, context), format);
 }
 
 template <class Info> Info decoded(const std::string &text)
@@ -61,14 +61,14 @@ size_t widthOf(const std::string &line)
 
 // ---- No fact is missing ---------------------------------------------------------------------------------------------
 
-// Fields of which a page need not tell apart two values, and why.
+// Fields whose values a page need not distinguish, and why.
 const std::map<std::string, const char *> kUnshown = {
     {"ondType", "comes with the PHY type"},        {"nameLen", "shows in the name"},
     {"abbrNameLen", "shows in the abbreviation"},  {"modelNameLen", "of a text that is shown"},
     {"descriptionLen", "of a text that is shown"},
 };
 
-// Each value of a record in turn becomes another one, and the page must change.
+// Each value of a record is changed in turn, and the page must change.
 template <class Info> class Facts {
 public:
     explicit Facts(const Info &info) : info_(info), page_(shown(info)) {}
@@ -95,14 +95,14 @@ private:
             }
     }
 
-    // Of the power entities of a slot only the ids are ever filled.
+    // Only the ids of a slot's power entities are ever filled.
     static bool isOfSlotSupply(const std::string &path)
     {
         return std::is_same_v<Info, DcmSlotInfo> && path.rfind("powerInfo", 0) == 0 &&
                path.find(".id[") == std::string::npos;
     }
 
-    // The most that a number can be: a query that succeeds counts no more than there is room for, but for fans.
+    // The maximum of a number: the counts of a successful query fit into the record, except for fans.
     static int64_t mostOf(const Record &record, const Field &field)
     {
         int64_t most = INT64_MAX;
@@ -113,7 +113,7 @@ private:
         return most;
     }
 
-    // Whether a query can give a value: words have the numbers of their vocabulary.
+    // Whether a query can produce a value: words have the numbers of their vocabulary.
     static bool canBe(const FieldValue &value, int64_t most)
     {
         if (value.field().kind == FieldKind::word)
@@ -165,7 +165,7 @@ TEST(Show, HasEveryFactOfTheExamplesRecords)
     expectFactsOf<DcmCardInfo>(*file, RecordKind::card, 100);
 }
 
-// ---- What is told, and how ------------------------------------------------------------------------------------------
+// ---- Contents and form ----------------------------------------------------------------------------------------------
 
 TEST(Show, FoldsPortsThatDifferInNothingButTheirNumber)
 {
@@ -240,14 +240,14 @@ TEST(Show, NamesTheCardsThatASlotAccepts)
         "<supportcardtype>3,4</supportcardtype><maxcardnum>1</maxcardnum></slotid>"
         "<slotid id='2'><supportcrossslot>1</supportcrossslot><crossslotbit>1-2</crossslotbit>"
         "<supportcardtype>3,4</supportcardtype><maxcardnum>1</maxcardnum></slotid></slotinfo></frame>");
-    Surroundings surroundings;
-    surroundings.cardName = [](uint32_t type) { return type == 3 ? "ETH" : "0x0004 (not described)"; };
-    const std::string page = layOut(pageOf(frame, surroundings), {});
+    PageContext context;
+    context.cardName = [](uint32_t type) { return type == 3 ? "ETH" : "0x0004 (not described)"; };
+    const std::string page = layOut(pageOf(frame, context), {});
     EXPECT_THAT(page, HasSubstr("\n  1-2   line      1  1-2       ETH  0x0004 (not described)\n"));
     EXPECT_THAT(page, HasSubstr("\n  3               –            no rules described\n"));
 }
 
-// ---- Whatever a file holds ------------------------------------------------------------------------------------------
+// ---- Any content of a file ------------------------------------------------------------------------------------------
 
 // The page without colours.
 std::string uncoloured(const std::string &page)
@@ -289,9 +289,9 @@ TEST(Show, NeedsNothingButAsciiWhereItIsAsked)
 
 TEST(Show, NamesSomeOfVeryManyTypesOfASlot)
 {
-    Surroundings surroundings;
-    surroundings.types.assign(100000, 7);
-    const std::string page = layOut(pageOf(DcmSlotInfo(), surroundings), {200, false, false});
+    PageContext context;
+    context.types.assign(100000, 7);
+    const std::string page = layOut(pageOf(DcmSlotInfo(), context), {200, false, false});
     EXPECT_THAT(page, StartsWith("Slot type 0x0, 0x7, 0x7, 0x7"));
     EXPECT_THAT(page, HasSubstr("0x7, ... (100000)  0 cards\n"));
 }

@@ -46,7 +46,7 @@ TEST(UnifiedDiff, SaysWhereALastLineHasNoEnd)
     EXPECT_EQ(unifiedDiff("a", "x", "x\n"), "--- a\n+++ a\n@@ -1 +1 @@\n-x\n\\ No newline at end of file\n+x\n");
 }
 
-// A text of some lines, many of which are alike.
+// A text of some lines, many of which are equal.
 std::string someLines(std::mt19937 &random, size_t count, size_t alike)
 {
     std::string text;
@@ -98,7 +98,7 @@ TEST(UnifiedDiff, IsWhatPatchTurnsOneTextIntoTheOtherWith)
             continue;
         ASSERT_EQ(std::system(command.c_str()), 0)
             << read(folder / "said"); // NOLINT(cert-env33-c,concurrency-mt-unsafe)
-        // What becomes empty is removed.
+        // patch removes a file that becomes empty.
         ASSERT_EQ(read(folder / "text"), after) << before;
     }
     std::filesystem::remove_all(folder);

@@ -1,4 +1,4 @@
-// What the tool exits with.
+// The exit statuses of the tool.
 #ifndef DCM_TOOLS_EXIT_H
 #define DCM_TOOLS_EXIT_H
 
@@ -13,7 +13,7 @@ enum Exit {
     kWrongUsage = 64,
     kUnreadable = 66,
     kOutOfMemory = 71,
-    kCannotWrite = 74 // before every other status but kOutOfMemory
+    kCannotWrite = 74 // takes precedence over every other status but kOutOfMemory
 };
 
 #endif

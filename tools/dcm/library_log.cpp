@@ -28,7 +28,7 @@ Message messageOf(const std::string &report)
     return {report.substr(1, colon - 1), report.substr(text + 3, end - text - 2)};
 }
 
-// Leaves the arguments as they are.
+// Does not change the arguments.
 std::string reportOf(const char *format, va_list arguments)
 {
     va_list again;
@@ -44,7 +44,7 @@ std::string reportOf(const char *format, va_list arguments)
     return report;
 }
 
-// A check decodes parts of a file many times, and each time the library logs what it finds.
+// A check decodes parts of a file many times, and each time the library logs its reports.
 void show(const std::string &line)
 {
     const size_t before = shown.fetch_add(line.size());

@@ -1,4 +1,4 @@
-// What the library logs while the tool calls it.
+// The library's log while the tool calls it.
 #ifndef DCM_TOOLS_LIBRARY_LOG_H
 #define DCM_TOOLS_LIBRARY_LOG_H
 
@@ -9,17 +9,17 @@
 
 namespace dcmtool {
 
-// Has everything that is logged shown on standard error.
+// Prints all log calls on standard error.
 void showLog();
 
-// One failure that a level of the library reported.
+// A failure that one level of the library reported.
 struct Message {
     std::string function;
     std::string text;
 };
 
-// Collects what the library reports in this thread while the object lives: kMostMessages from message `first` on. The
-// others are counted.
+// Collects the library's reports in this thread during its lifetime: kMostMessages from message `first` on. The others
+// are counted.
 constexpr size_t kMostMessages = 100;
 class MessageCapture {
 public:
@@ -38,7 +38,7 @@ private:
     MessageCapture *before_;
 };
 
-// The same, each report whole, as the library prints it.
+// The same, with each report as a whole, as the library prints it.
 class ReportCapture {
 public:
     explicit ReportCapture(std::vector<std::string> &reports);

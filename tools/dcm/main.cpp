@@ -12,7 +12,7 @@ int main(int argc, char **argv)
                                         wordsCommand(), newCommand(), lspCommand()},
                                        argc, argv);
     } catch (...) {
-        // Only lengths that no memory has are left to come here.
+        // Everything else is caught earlier: only a length beyond all memory gets here.
         dcmtool::runOutOfMemory();
     }
 }

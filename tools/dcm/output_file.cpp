@@ -27,7 +27,7 @@ bool writeAll(int descriptor, const std::string &content)
     return true;
 }
 
-// Closes it in any case; errno is that of what failed first.
+// Closes it in any case; errno is that of the first failure.
 bool finish(int descriptor, bool isWritten)
 {
     const int error = errno;
@@ -43,7 +43,7 @@ bool writeInPlace(const std::string &name, const std::string &content)
     return descriptor >= 0 && finish(descriptor, writeAll(descriptor, content));
 }
 
-// The mode of a file that is replaced, or what the process gives new ones.
+// The mode of the replaced file, or the default mode of the process.
 mode_t modeOf(const struct stat *old)
 {
     constexpr mode_t kAny = 0666;
@@ -77,7 +77,7 @@ bool writeOrFail(const std::string &name, const std::string &content)
         return replace(name, content, modeOf(nullptr));
     if (!S_ISREG(old.st_mode))
         return writeInPlace(name, content);
-    // A link stays what it is: the file that it leads to is replaced.
+    // A link is kept: the file that it refers to is replaced.
     char *target = realpath(name.c_str(), nullptr);
     if (target == nullptr)
         return false;

@@ -1,4 +1,4 @@
-// Files that the tool writes: whole, or not at all.
+// Output files, which are written completely or not at all.
 #ifndef DCM_TOOLS_OUTPUT_FILE_H
 #define DCM_TOOLS_OUTPUT_FILE_H
 
@@ -6,9 +6,9 @@
 
 namespace dcmtool {
 
-// Writes a file beside its name and renames it, so that whoever reads it finds the old content or the new. What is no
-// regular file, as /dev/stdout, is written as it is. False, after it is said on standard error, when that fails; the
-// old content is then still there.
+// Writes a temporary file and renames it, so that readers see the old content or the new. A file that is not regular,
+// such as /dev/stdout, is written directly. On failure prints the error on standard error and returns false; the old
+// content is unchanged.
 bool writeFile(const std::string &name, const std::string &content);
 
 } // namespace dcmtool

@@ -15,7 +15,7 @@ namespace dcmtool {
 
 namespace {
 
-// Standard output goes to what `descriptor` is.
+// Makes standard output a duplicate of `descriptor`.
 void redirect(int descriptor)
 {
     static_cast<void>(std::fflush(stdout));
@@ -36,7 +36,7 @@ OwnOutput::OwnOutput() : descriptor_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3))
 {
     const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (nowhere < 0) {
-        // Nowhere else is what is closed.
+        // A closed descriptor is restored by closing it.
         static_cast<void>(std::fflush(stdout));
         close(STDOUT_FILENO);
         return;
@@ -88,7 +88,7 @@ std::optional<size_t> OwnOutput::terminalWidth() const
 
 bool endOutput()
 {
-    // An error of an earlier write leaves no number behind.
+    // The error of an earlier write has no number any more.
     errno = EIO;
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         reportFailure(errno);

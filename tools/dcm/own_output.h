@@ -1,4 +1,4 @@
-// Standard output for those commands that print something of their own.
+// Standard output of the commands that print their own results.
 #ifndef DCM_TOOLS_OWN_OUTPUT_H
 #define DCM_TOOLS_OWN_OUTPUT_H
 
@@ -8,7 +8,7 @@
 
 namespace dcmtool {
 
-// Has standard output for itself while it lives: what the library prints goes nowhere.
+// Reserves standard output during its lifetime: the library's output is discarded.
 class OwnOutput {
 public:
     OwnOutput();
@@ -16,13 +16,13 @@ public:
     OwnOutput(const OwnOutput &) = delete;
     OwnOutput &operator=(const OwnOutput &) = delete;
 
-    // Prints all of a text. False when it cannot: standard error says so, unless the reader has closed a pipe, and the
-    // process exits with kCannotWrite, whatever the command returns.
+    // Prints all of a text. On failure returns false, prints the error on standard error, unless the reader has closed
+    // a pipe, and makes the process exit with kCannotWrite, whatever the command returns.
     bool print(const std::string &text) const;
-    // The same of the text of a file, as it is; on a terminal, so that it has no effect there.
+    // The same for the text of a file, unchanged; on a terminal it is escaped.
     bool printFile(const std::string &text) const;
     bool isTerminal() const;
-    // The columns of the terminal; none where the output is something else.
+    // The columns of the terminal; nothing if the output is not a terminal.
     std::optional<size_t> terminalWidth() const;
     int descriptor() const { return descriptor_; }
 
@@ -30,8 +30,8 @@ private:
     int descriptor_;
 };
 
-// Completes what was printed through stdio. False when this or any earlier output of the process failed, which is
-// reported once, as by OwnOutput::print().
+// Flushes stdio. False if this or any earlier output of the process failed, which is reported once, as by
+// OwnOutput::print().
 bool endOutput();
 
 } // namespace dcmtool

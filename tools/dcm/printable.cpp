@@ -13,7 +13,7 @@ struct Character {
     bool isValid = false; // otherwise `bytes` is one byte that is not part of a character
 };
 
-// The character at the start of a text that is not empty.
+// The first character of a text that is not empty.
 Character firstOf(std::string_view text)
 {
     const auto byte = [&](size_t at) { return static_cast<unsigned char>(text[at]); };
@@ -52,7 +52,7 @@ bool isHarmless(const Character &character)
     return character.isValid;
 }
 
-// Appends a character that is not harmless.
+// Appends an escaped character.
 using Escape = void (*)(std::string &text, const Character &character);
 
 std::string escaped(std::string_view text, const char *kept, Escape escape)

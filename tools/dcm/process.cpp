@@ -46,14 +46,14 @@ char *duplicateOrEnd(const char *text)
     return static_cast<char *>(std::memcpy(allocateOrEnd(size), text, size));
 }
 
-// Before the objects of any file are made: some of CLI11's need memory.
+// Runs before the static objects of any file are constructed: some of CLI11's allocate.
 [[gnu::constructor(101)]] void watchCxx()
 {
     std::set_new_handler(runOutOfMemory);
 }
 
-// A standard descriptor that is closed would go to the next file that is opened, which could then be read as standard
-// input or written as standard output. What takes its place refuses both, so that the failure is noticed.
+// A closed standard descriptor would be reused by the next file that is opened, which could then be read as standard
+// input or written as standard output. Its replacement refuses both, so that the failure is reported.
 void occupyStandardDescriptors()
 {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; descriptor++)
@@ -83,8 +83,8 @@ void prepareThread()
 #if LIBXML_VERSION >= 21200
     const bool isReady = xmlCheckThreadLocalStorage() == 0;
 #else
-    // libxml2 takes the memory for what it keeps of a thread from malloc() itself, and does not notice when there is
-    // none; what has just been freed is there to be had.
+    // libxml2 allocates its thread data with malloc() itself, and ignores a failure. The memory that has just been
+    // freed is available for it.
     void *room = std::malloc(size_t{64} << 10);
     std::free(room);
     const bool isReady = room != nullptr && xmlGetGlobalState() != nullptr;
@@ -96,13 +96,13 @@ void prepareThread()
 
 void runOutOfMemory()
 {
-    // A line of progress may be there.
+    // Ends a line of progress.
     static constexpr char kClear[] = "\r\x1b[K";
     static constexpr char kText[] = "dcm: out of memory\n";
     if (isatty(STDERR_FILENO) == 1)
         static_cast<void>(!write(STDERR_FILENO, kClear, sizeof kClear - 1));
     static_cast<void>(!write(STDERR_FILENO, kText, sizeof kText - 1));
-    // Nothing of what is not yet written is printed, and no destructor runs: they may need what could not be allocated.
+    // Unwritten output is dropped, and no destructor runs: both may need memory.
     _exit(kOutOfMemory);
 }
 

@@ -1,4 +1,4 @@
-// What holds for the tool's whole process: how it ends without memory, and what libxml2 may print.
+// The tool's whole process: how it ends when an allocation fails, and that libxml2 prints nothing.
 #ifndef DCM_TOOLS_PROCESS_H
 #define DCM_TOOLS_PROCESS_H
 
@@ -6,12 +6,12 @@
 
 namespace dcmtool {
 
-// A process that this is linked into ends with "out of memory" on standard error and kOutOfMemory as soon as C++ cannot
-// get memory. From this call on, which comes before anything else is used of libxml2, it does so when libxml2 cannot:
-// no caller has to notice that a tree or a text is incomplete. And libxml2 prints nothing by itself, and no file takes
-// the number of a standard descriptor that is closed.
+// A process linked with this file ends with "out of memory" on standard error and kOutOfMemory as soon as an allocation
+// of C++ fails. After this call, which must precede all other use of libxml2, the same holds for libxml2, so that no
+// caller needs to check whether a tree or a text is incomplete. Besides, libxml2 prints nothing by itself, and no file
+// gets the number of a closed standard descriptor.
 void prepareProcess();
-// The same in a thread that was started later.
+// The same for a thread that is started later.
 void prepareThread();
 
 [[noreturn]] void runOutOfMemory();

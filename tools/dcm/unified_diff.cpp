@@ -10,13 +10,13 @@ namespace dcmtool {
 namespace {
 
 constexpr size_t kContext = 3;
-constexpr size_t kMostSteps = 1000; // of a shortest edit script; its search takes the square of them in memory
-constexpr size_t kMostWork = size_t{50} * 1000 * 1000; // lines that are looked at, beside some times all of them
+constexpr size_t kMostSteps = 1000; // of a shortest edit script; the search needs the square of this number in memory
+constexpr size_t kMostWork = size_t{50} * 1000 * 1000; // compared lines, in addition to reading all of them a few times
 constexpr size_t kMostWorkOfLine = 20;
 
 using Lines = std::vector<std::string_view>;
 
-// With their ends; the last may have none.
+// The lines with their ends; the last one may have none.
 Lines linesOf(std::string_view text)
 {
     Lines lines;
@@ -28,7 +28,7 @@ Lines linesOf(std::string_view text)
     return lines;
 }
 
-// Lines of both texts, [begin, end) of each.
+// A range of lines in each text, [begin, end).
 struct Range {
     size_t oldBegin;
     size_t oldEnd;
@@ -49,7 +49,7 @@ public:
 
     const Lines &before() const { return old_; }
     const Lines &after() const { return new_; }
-    // What differs, in order; between two of them there are equal lines.
+    // The changes in order; equal lines are between two of them.
     const std::vector<Range> &changes() const { return changes_; }
 
 private:
@@ -67,12 +67,12 @@ private:
         }
         if (range.oldBegin == range.oldEnd || range.newBegin == range.newEnd)
             return change(range);
-        // What is left where too much has been done is one change.
+        // When the limit of the work is reached, the rest is one change.
         if (!compareByShortestScript(range) && !compareBetweenUniqueLines(range))
             change(range);
     }
 
-    bool mayDo(size_t work)
+    bool spend(size_t work)
     {
         work_ -= std::min(work, work_);
         return work_ > 0;
@@ -90,9 +90,9 @@ private:
         }
     }
 
-    // E. W. Myers, "An O(ND) Difference Algorithm and Its Variations" (1986): furthest[k] is how far in the old text
-    // some script of so many steps gets where it has deleted k lines more than it has inserted. False when the shortest
-    // script is too long.
+    // E. W. Myers, "An O(ND) Difference Algorithm and Its Variations" (1986): furthest[k] is the furthest position in
+    // the old text that a script of this number of steps reaches with k more deletions than insertions. False if the
+    // shortest script is too long.
     bool compareByShortestScript(const Range &range)
     {
         const auto oldSize = static_cast<std::ptrdiff_t>(range.oldEnd - range.oldBegin);
@@ -103,7 +103,7 @@ private:
             return furthest[static_cast<size_t>(k + most + 1)];
         };
         std::vector<std::vector<std::ptrdiff_t>> steps; // for each number of steps, furthest[-steps - 1 .. steps + 1]
-        for (std::ptrdiff_t d = 0; d <= most && mayDo(static_cast<size_t>(d)); d++) {
+        for (std::ptrdiff_t d = 0; d <= most && spend(static_cast<size_t>(d)); d++) {
             steps.emplace_back(&at(-d - 1), &at(d + 1) + 1);
             for (std::ptrdiff_t k = -d; k <= d; k += 2) {
                 const bool isInsertion = k == -d || (k != d && at(k - 1) < at(k + 1));
@@ -111,7 +111,7 @@ private:
                 std::ptrdiff_t x = start;
                 while (x < oldSize && x - k < newSize && areEqual(range, x, x - k))
                     x++;
-                static_cast<void>(mayDo(static_cast<size_t>(x - start)));
+                static_cast<void>(spend(static_cast<size_t>(x - start)));
                 at(k) = x;
                 if (x >= oldSize && x - k >= newSize) {
                     traceBack(range, steps, k);
@@ -143,11 +143,10 @@ private:
             change(*step);
     }
 
-    // Lines that each text has once, where they are in the same order, cut long texts into short ones. False when there
-    // are none.
+    // Splits long texts at lines that are unique in each text and have the same order in both. False if there are none.
     bool compareBetweenUniqueLines(const Range &range)
     {
-        if (!mayDo(range.oldEnd - range.oldBegin + range.newEnd - range.newBegin))
+        if (!spend(range.oldEnd - range.oldBegin + range.newEnd - range.newBegin))
             return false;
         const std::vector<Range> anchors = longestRise(uniqueLines(range));
         Range rest = range;
@@ -186,10 +185,10 @@ private:
         return unique;
     }
 
-    // The longest subsequence that is in the order of the new text, too.
+    // The longest subsequence that is also in the order of the new text.
     static std::vector<Range> longestRise(const std::vector<Range> &lines)
     {
-        std::vector<size_t> ends; // of the rises of each length, the one that ends lowest
+        std::vector<size_t> ends; // for each length, the sequence with the lowest last element
         std::vector<size_t> before(lines.size());
         for (size_t i = 0; i < lines.size(); i++) {
             const auto place = std::lower_bound(ends.begin(), ends.end(), lines[i].newBegin,
@@ -213,7 +212,7 @@ private:
     std::vector<Range> changes_;
 };
 
-// As "@@" lines name a range: from 1, or the line before where there is none.
+// A range as in "@@" lines: from 1; an empty range is the line before it.
 std::string rangeText(size_t begin, size_t end)
 {
     const size_t count = end - begin;
@@ -238,7 +237,7 @@ std::string unifiedDiff(const std::string &name, std::string_view before, std::s
     const std::vector<Range> &changes = comparison.changes();
     std::string diff = changes.empty() ? "" : "--- " + name + "\n+++ " + name + "\n";
     for (size_t first = 0, last = 0; first < changes.size(); first = last) {
-        // Changes whose lines around meet are one.
+        // Changes with overlapping context are one hunk.
         for (last = first + 1; last < changes.size(); last++)
             if (changes[last].oldBegin - changes[last - 1].oldEnd > 2 * kContext)
                 break;

@@ -1,4 +1,4 @@
-// What changes between two texts, as patch(1) takes it.
+// The changes between two texts in the format of patch(1).
 #ifndef DCM_TOOLS_UNIFIED_DIFF_H
 #define DCM_TOOLS_UNIFIED_DIFF_H
 
@@ -7,8 +7,8 @@
 
 namespace dcmtool {
 
-// The changes with three lines around each, under the name for both texts; empty when the texts are equal. The diff is
-// the shortest where texts are short or much alike; where they are not, its time is still bounded.
+// The changes with three lines of context, with the name for both texts; empty if the texts are equal. The diff is the
+// shortest one for short and for similar texts; its time is bounded for all others.
 std::string unifiedDiff(const std::string &name, std::string_view before, std::string_view after);
 
 } // namespace dcmtool

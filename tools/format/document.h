@@ -1,5 +1,5 @@
-// A text in blocks, which is written as Markdown, as a man page or as plain text. Within a block, `this` is a word of a
-// description, and [this](#there) leads to a heading.
+// A text in blocks, which is written as Markdown, as a manual page or as plain text. In a block, `this` is a word of a
+// description, and [this](#there) is a link to a heading.
 #ifndef DCM_TOOLS_FORMAT_DOCUMENT_H
 #define DCM_TOOLS_FORMAT_DOCUMENT_H
 
@@ -8,7 +8,7 @@
 
 namespace dcmformat {
 
-// What is told of an attribute or element in the table of its parent.
+// The row of an attribute or element in the table of its parent.
 struct Row {
     std::string name;
     std::string value;
@@ -21,8 +21,8 @@ struct Row {
 struct Block {
     enum class Kind { heading, paragraph, item, code, table };
     Kind kind;
-    std::string text; // of a table: "Attribute" or "Element"
-    int level = 0;    // of a heading, from 2
+    std::string text; // for a table: "Attribute" or "Element"
+    int level = 0;    // for a heading, from 2
     std::vector<Row> rows = {};
 };
 using Document = std::vector<Block>;
@@ -30,14 +30,14 @@ using Document = std::vector<Block>;
 // Reads blocks that are written as in Markdown: "## heading", "- item", code behind 4 blanks, paragraphs.
 Document readBlocks(const std::string &text);
 
-// Where a heading is found in Markdown.
+// The anchor of a heading in Markdown.
 std::string anchorOf(const std::string &heading);
 
 std::string toMarkdown(const Document &document);
-// The body of a man page in mdoc.
+// The body of a manual page in mdoc.
 std::string toMdoc(const Document &document);
 
-// A text without the marks of words and the targets of links.
+// The text without the marks of words and without the targets of links.
 std::string plainText(const std::string &text);
 // Plain text for a terminal.
 std::string toText(const Document &document);

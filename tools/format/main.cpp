@@ -20,7 +20,7 @@ struct Sources {
     std::string coverage;
 };
 
-// A document, by the name of its file.
+// A document, identified by the name of its file.
 struct Document {
     const char *name;
     std::string (*text)(const Sources &);
@@ -55,7 +55,7 @@ const Document &documentFor(const std::filesystem::path &path)
     throw std::runtime_error("no document is named " + path.filename().string());
 }
 
-// The folder of the file exists.
+// The folder of the file must exist.
 void write(const std::filesystem::path &path, const std::string &text)
 {
     std::ofstream file(path, std::ios::binary);

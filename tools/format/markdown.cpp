@@ -9,7 +9,7 @@ namespace {
 
 constexpr size_t kColumns = 120;
 
-// Breaks a paragraph between words; lines behind the first begin with `indent`.
+// Breaks a paragraph between words; lines after the first begin with `indent`.
 std::string wrapped(const std::string &text, const std::string &indent)
 {
     std::istringstream words(text);
@@ -67,7 +67,7 @@ Document readBlocks(const std::string &text)
 {
     Document document;
     std::istringstream lines(text);
-    bool isOpen = false; // the last block, which is no code, goes on
+    bool isOpen = false; // whether the next line continues the last block, which is not code
     for (std::string line; std::getline(lines, line);) {
         const bool isCode = line.compare(0, 4, "    ") == 0;
         const bool isInCode = !document.empty() && document.back().kind == Block::Kind::code;
@@ -93,7 +93,7 @@ Document readBlocks(const std::string &text)
             isOpen = true;
         }
     }
-    // Lines that only keep code apart from what follows are none of it.
+    // Empty lines at the end of code only separate it from the next block.
     for (Block &block : document)
         if (block.kind == Block::Kind::code)
             block.text.erase(block.text.find_last_not_of('\n') + 1);
@@ -117,7 +117,7 @@ std::string toMarkdown(const Document &document)
     std::string text;
     bool isItem = false;
     for (const Block &block : document) {
-        // Items stand below one another.
+        // There is no empty line between items.
         const bool isNext = isItem && block.kind == Block::Kind::item;
         if (!text.empty() && !isNext)
             text += "\n";

@@ -9,7 +9,7 @@ namespace {
 
 constexpr size_t kColumns = 78;
 
-// A text without links, its words of descriptions in bold.
+// The text without links, with words of descriptions in bold.
 std::string inlined(const std::string &text)
 {
     std::string all;
@@ -34,7 +34,7 @@ std::string inlined(const std::string &text)
     return all;
 }
 
-// As filled lines, with each sentence on lines of its own.
+// Fills lines; each sentence begins on a new line.
 std::string filled(const std::string &text)
 {
     std::istringstream words(inlined(text));
@@ -42,7 +42,7 @@ std::string filled(const std::string &text)
     std::string line;
     bool isEnd = false; // of a sentence
     for (std::string word; words >> word;) {
-        // A line must not begin as a macro does.
+        // A line must not begin like a macro.
         const bool isMacro = word[0] == '.' || word[0] == '\'';
         if (!line.empty() && !isMacro && (isEnd || line.size() + 1 + word.size() > kColumns)) {
             all += line + "\n";

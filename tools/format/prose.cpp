@@ -13,7 +13,7 @@ namespace dcmformat {
 
 namespace {
 
-// What a key with "{a,b}" in it stands for.
+// The keys that a key with "{a,b}" in it abbreviates.
 std::vector<std::string> keysOf(const std::string &pattern)
 {
     const size_t open = pattern.find('{');
@@ -41,7 +41,7 @@ std::string trimmed(const std::string &text)
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \n") - first + 1);
 }
 
-// Lines of an example that is an element stay as they are, less the 4 blanks in front of each.
+// Lines of an example that is an element keep their layout, without the 4 blanks before each.
 std::string unindented(const std::string &example)
 {
     std::istringstream lines(example);

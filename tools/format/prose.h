@@ -1,4 +1,4 @@
-// What is written by hand about the format: docs/format/elements.txt, an entry for each element, attribute and
+// The hand-written texts about the format: docs/format/elements.txt, with an entry for each element, attribute and
 // vocabulary, and docs/format/introduction.txt.
 #ifndef DCM_TOOLS_FORMAT_PROSE_H
 #define DCM_TOOLS_FORMAT_PROSE_H
@@ -13,14 +13,14 @@ namespace dcmformat {
 
 struct Entry {
     std::string meaning;
-    std::string leftOut; // what holds where it is left out; "": it is required, or one of many
-    std::string wrong;   // what happens when it is wrong, where that is not what the introduction says of its kind
-    std::string example; // an element, or the value of a leaf or attribute, or the values of a list with blanks between
+    std::string leftOut; // the effect of leaving it out; "": it is required, or one of many
+    std::string wrong;   // the effect of a wrong value, if it differs from the introduction's description of its kind
+    std::string example; // an element, the value of a leaf or attribute, or the values of a list, separated by blanks
 };
 
 class Prose {
 public:
-    // Reads the entries of a file. One begins with its key in brackets, where "{a,b}" stands for either:
+    // Reads the entries of a file. An entry begins with its key in brackets, where "{a,b}" abbreviates two keys:
     //     [frame/maxslotnum]            an element by its path
     //     [frame@typeid]                an attribute
     //     [words phy-type]              a vocabulary
@@ -31,8 +31,8 @@ public:
     // The entry of a key. Throws when there is none.
     const Entry &of(const std::string &key) const;
 
-    // What is wrong with the entries: each place, attribute and vocabulary needs one with all that applies to it, and
-    // there are no others.
+    // The faults of the entries: each place, attribute and vocabulary needs one entry with all fields that apply to it,
+    // and there are no others.
     std::vector<std::string> faults(const Tree &tree) const;
 
 private:
@@ -45,7 +45,7 @@ std::string attributeKey(const Place &place, const dcm::Attribute &attribute);
 
 std::string readFile(const std::string &path);
 
-// What docs/format/elements.txt held when this was built.
+// The content of docs/format/elements.txt at the time of the build.
 const std::string &builtInProse();
 
 } // namespace dcmformat

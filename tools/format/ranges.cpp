@@ -47,7 +47,7 @@ std::string joined(const std::vector<std::string> &alternatives)
     return text;
 }
 
-// Numbers of `count` digits each, from `first` to `last`, as alternatives behind `prefix`.
+// Numbers of `count` digits each, from `first` to `last`, as alternatives after `prefix`.
 void addDigits(uint64_t first, uint64_t last, unsigned count, unsigned base, const std::string &prefix,
                std::vector<std::string> &alternatives)
 {
@@ -68,7 +68,7 @@ void addDigits(uint64_t first, uint64_t last, unsigned count, unsigned base, con
             high++;
             continue;
         }
-        // All that begin with one of several digits in a row.
+        // All numbers that begin with one of several consecutive digits.
         uint64_t end = high;
         while (end < highest && (end + 1 < highest || last % unit == unit - 1))
             end++;

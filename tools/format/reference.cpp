@@ -63,7 +63,7 @@ Row rowOf(const Place &place, const Prose &prose)
 {
     const std::string name = coded("<" + place.name + ">");
     if (place.isSection()) {
-        // Its own section says the rest.
+        // The element's own section has the remaining facts.
         const std::string &meaning = prose.of(place.described->path).meaning;
         const size_t end = meaning.find(". ");
         std::string first = meaning.substr(0, end == std::string::npos ? end : end + 1);
@@ -95,7 +95,7 @@ Block elementTable(const Place &section, const Prose &prose)
     return table;
 }
 
-std::string whereItStands(const Tree &tree, const Place &section)
+std::string parentsOf(const Tree &tree, const Place &section)
 {
     std::string parents;
     for (const Place *place : tree.placesOf(section))
@@ -104,7 +104,7 @@ std::string whereItStands(const Tree &tree, const Place &section)
                 (parents.empty() ? "" : ", ") + (place->parent->path == "device" ? "`device`" : linked(*place->parent));
     if (parents.empty())
         return "The root of a file.";
-    return "Stands in " + parents + ", " + howOften(section) + ".";
+    return "Occurs in " + parents + ", " + howOften(section) + ".";
 }
 
 void addParagraphs(Document &document, const std::string &text)
@@ -118,9 +118,9 @@ void addSection(Document &document, const Tree &tree, const Place &section, cons
     const Entry &entry = prose.of(section.path);
     document.push_back({Block::Kind::heading, section.path, 3});
     addParagraphs(document, entry.meaning);
-    std::string where = whereItStands(tree, section);
+    std::string where = parentsOf(tree, section);
     if (section.element->content.kind != dcm::Kind::none)
-        where += " Its text: " + describe(section, section.element->content) + ".";
+        where += " Text: " + describe(section, section.element->content) + ".";
     if (!entry.wrong.empty())
         where += " Wrong: " + entry.wrong;
     document.push_back({Block::Kind::paragraph, where});
@@ -146,7 +146,7 @@ Document makeReference(const Tree &tree, const Prose &prose, const std::string &
     document.push_back({Block::Kind::heading, "Elements", 2});
     document.push_back(
         {Block::Kind::paragraph,
-         "An element goes by its path below `device`. What stands in several places is described once, at the shortest of its paths."});
+         "An element is identified by its path below `device`. One that occurs in several places is described once, under the shortest of its paths."});
     for (const Place *section : tree.sections())
         addSection(document, tree, *section, prose);
 
@@ -157,7 +157,7 @@ Document makeReference(const Tree &tree, const Prose &prose, const std::string &
         document.push_back({Block::Kind::paragraph, listOf(wordsOf(*vocabulary.words))});
     }
     document.push_back({Block::Kind::heading, "LED states", 3});
-    document.push_back({Block::Kind::paragraph, "The type of an LED says which states it knows."});
+    document.push_back({Block::Kind::paragraph, "The type of an LED determines its states."});
     for (const LedStates &states : ledStates())
         document.push_back({Block::Kind::item, listOf(states.types).substr(0, listOf(states.types).size() - 1) + ": " +
                                                    listOf(states.words)});
@@ -197,17 +197,17 @@ const dcm::Attribute *attributeOf(const Place &place, const std::string &name)
     return nullptr;
 }
 
-// Where the entry of an element is.
+// The key of an element's entry.
 std::string keyOf(const Place &place)
 {
     if (place.isSection() || place.parent == nullptr)
         return place.described->path;
-    // The value of a list has none of its own.
+    // The value of a list has no entry of its own.
     const Place &holder = place.parent->isList() ? *place.parent : place;
     return holder.parent->described->path + "/" + holder.name;
 }
 
-// Whether the names at the end of a path are those of another.
+// Whether a path ends with the names of another.
 bool endsWith(const std::string &path, const std::string &end)
 {
     if (end.size() >= path.size())
@@ -216,7 +216,7 @@ bool endsWith(const std::string &path, const std::string &end)
     return (path[before] == '/' || path[before] == '@') && path.compare(before + 1, end.size(), end) == 0;
 }
 
-// What a path leads to below a root. Of an attribute, `place` is its element.
+// The target of a path below a root. For an attribute, `place` is its element.
 struct Found {
     const Place *place = nullptr;
     const dcm::Attribute *attribute = nullptr;
@@ -254,7 +254,7 @@ Found findBelow(const Tree &tree, const std::string &path)
     return isOfVm ? find(*tree.vm, path.substr(vm.size() + 1)) : find(*tree.device, path);
 }
 
-// What the table of a section says of an attribute or element, by itself.
+// Adds a row of a section's table as a list.
 void addRow(Document &document, const Row &row, const dcm::Content &content)
 {
     addParagraphs(document, row.meaning);

@@ -18,7 +18,7 @@ Pattern data(const std::string &type, const std::string &facet, const std::strin
     return {Pattern::Kind::data, type, {}, {}, {{facet, value}}};
 }
 
-// Several parts as one; a single one stands for itself.
+// Several parts as one pattern; a single part needs no other one around it.
 Pattern join(Pattern::Kind kind, Parts parts)
 {
     if (parts.empty())
@@ -36,7 +36,7 @@ Pattern oneOf(const std::vector<std::string> &words)
     return join(Pattern::Kind::choice, std::move(parts));
 }
 
-// The start of what is told, as far as a tool tip goes.
+// The first sentence: editors show it as a tooltip.
 std::string firstSentence(const std::string &text)
 {
     std::string sentence = text.substr(0, text.find("\n\n"));
@@ -55,7 +55,7 @@ public:
         schema_.push_back({"start", {Pattern::Kind::choice, "", {reference(*tree_.device), reference(*tree_.vm)}}});
         for (const Place *section : tree_.sections())
             addSection(*section);
-        // Values stand behind the elements that have them.
+        // Definitions of values follow the elements that use them.
         for (Definition &definition : values_)
             schema_.push_back(std::move(definition));
         return std::move(schema_);
@@ -65,7 +65,7 @@ private:
     static Pattern named(const std::string &definition) { return {Pattern::Kind::reference, definition}; }
     static Pattern reference(const Place &section) { return named(nameOfSection(section)); }
 
-    // Paths serve as names; a definition has no "/" in its own.
+    // Definitions are named after paths, with "." instead of "/".
     static std::string nameOfSection(const Place &section)
     {
         std::string name = section.described->path;
@@ -73,7 +73,7 @@ private:
         return section.path == "panel-port" ? "vm.panel-port" : name;
     }
 
-    // A value that stands under a name of its own, which is defined when it is first asked for.
+    // A value with a name of its own, which is defined at its first use.
     template <class Make> Pattern value(const std::string &name, const Make &make)
     {
         const auto isSame = [&](const Definition &definition) { return definition.name == name; };
@@ -132,7 +132,8 @@ private:
         return {Pattern::Kind::empty, ""};
     }
 
-    // Which states a pair may name depends on two LED types, one of which may stand in a name: any state will do.
+    // The states that a pair may name depend on two LED types, one of which may be part of a name: any state is
+    // allowed.
     Pattern anyLedState()
     {
         Parts parts;
@@ -163,7 +164,7 @@ private:
         return attribute.need == dcm::Need::required ? pattern : Pattern{Pattern::Kind::optional, "", {pattern}};
     }
 
-    // A child with how often it may stand there. Whatever has no id of its own keeps only its last.
+    // A child, with the number of its occurrences. Of children without ids, the last one counts.
     Pattern child(const Place &place)
     {
         Pattern pattern = reference(place);
@@ -183,7 +184,7 @@ private:
         return {place.element->most == 1 ? Pattern::Kind::optional : Pattern::Kind::zeroOrMore, "", {pattern}};
     }
 
-    // Children stand in any order.
+    // Children may be in any order.
     Parts childrenOf(const Place &section)
     {
         Parts parts;
@@ -234,7 +235,7 @@ private:
             schema_.push_back({nameOfSection(section), elementOf(section, std::move(content))});
     }
 
-    // Whether an element tells how an LED shows a state: its own type says which states there are.
+    // Whether an element describes the display of an LED state: the LED's type determines the states.
     static bool isDisplay(const Place &place)
     {
         return place.isSection() && place.element->attributeCount > 0 && !place.children.empty() &&
@@ -246,7 +247,7 @@ private:
         return section.children.size() == 1 && isDisplay(*section.children.front());
     }
 
-    // The states of an LED go by its type.
+    // The type of an LED determines its states.
     Pattern ledsByType(const Place &section, const dcm::Attribute &type)
     {
         Parts choices;

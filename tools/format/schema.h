@@ -1,4 +1,4 @@
-// A RELAX NG schema of descriptions: stricter than the library, which passes over what it does not know.
+// A RELAX NG schema of descriptions: stricter than the library, which ignores unknown elements and attributes.
 #ifndef DCM_TOOLS_FORMAT_SCHEMA_H
 #define DCM_TOOLS_FORMAT_SCHEMA_H
 
@@ -25,9 +25,9 @@ struct Pattern {
         data
     };
     Kind kind;
-    std::string name; // of an element, attribute, definition or data type; the word itself
+    std::string name; // of an element, attribute, definition or data type; or the word
     std::vector<Pattern> parts = {};
-    std::string says = {};                                        // what editors show
+    std::string documentation = {};                               // shown by editors
     std::vector<std::pair<std::string, std::string>> facets = {}; // of a data type
 };
 
@@ -36,7 +36,7 @@ struct Definition {
     Pattern pattern;
 };
 
-// The first definition is what a file holds.
+// The first definition is the content of a file.
 using Schema = std::vector<Definition>;
 
 Schema makeSchema(const Tree &tree, const Prose &prose);

@@ -20,13 +20,13 @@ std::string blanks(size_t depth)
 
 std::string quoted(const std::string &text)
 {
-    // Neither may stand in a literal, and nothing has them.
+    // A literal cannot contain these characters, and no word has them.
     if (text.find_first_of("\"\n\\") != std::string::npos)
         throw std::runtime_error("cannot quote " + text);
     return "\"" + text + "\"";
 }
 
-// Whether a pattern is several side by side, which stand in parentheses within another.
+// Whether a pattern has several parts, which need parentheses within another pattern.
 bool isJoined(const Pattern &pattern)
 {
     return pattern.kind == Pattern::Kind::group || pattern.kind == Pattern::Kind::interleave ||
@@ -40,7 +40,7 @@ const char *joiner(Pattern::Kind kind)
 
 std::string compact(const Pattern &pattern, size_t depth);
 
-// In parentheses where it takes them.
+// In parentheses where they are needed.
 std::string atom(const Pattern &pattern, size_t depth)
 {
     if (!isJoined(pattern))
@@ -68,12 +68,12 @@ std::string compactJoined(const Pattern &pattern, size_t depth)
     return text;
 }
 
-// An element or attribute: on one line where its content is a name.
+// An element or attribute: on one line if its content is a name.
 std::string compactNamed(const char *what, const Pattern &pattern, size_t depth)
 {
     std::string text;
-    if (!pattern.says.empty())
-        text += "## " + pattern.says + "\n" + blanks(depth);
+    if (!pattern.documentation.empty())
+        text += "## " + pattern.documentation + "\n" + blanks(depth);
     const Pattern &content = pattern.parts.front();
     const bool isShort = content.kind == Pattern::Kind::reference || content.kind == Pattern::Kind::empty ||
                          content.kind == Pattern::Kind::word;
@@ -147,8 +147,8 @@ std::string xml(const Pattern &pattern, size_t depth)
     if (pattern.kind == Pattern::Kind::word)
         return blanks(depth) + "<value type=\"string\">" + escaped(pattern.name) + "</value>\n";
     std::string content;
-    if (!pattern.says.empty())
-        content += blanks(depth + 1) + "<a:documentation>" + escaped(pattern.says) + "</a:documentation>\n";
+    if (!pattern.documentation.empty())
+        content += blanks(depth + 1) + "<a:documentation>" + escaped(pattern.documentation) + "</a:documentation>\n";
     for (const Pattern &part : pattern.parts)
         content += xml(part, depth + 1);
     for (const auto &facet : pattern.facets)

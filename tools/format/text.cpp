@@ -13,7 +13,7 @@ std::string ifLeftOut(const std::string &leftOut)
     return leftOut.empty() ? "" : leftOut == "required" ? "; required" : "; left out: " + leftOut;
 }
 
-// Breaks a text between words. Each line is indented, those behind the first by 2 more where the text is an item.
+// Breaks a text between words. Each line is indented; lines of an item after the first by 2 more.
 std::string wrapped(const std::string &text, size_t indent, size_t more = 0)
 {
     std::istringstream words(plainText(text));

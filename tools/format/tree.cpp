@@ -27,7 +27,7 @@ std::unique_ptr<Place> makePlace(const char *name, const dcm::Element &element, 
     place->name = name;
     place->element = &element;
     place->parent = parent;
-    // "device" goes without saying.
+    // Paths do not begin with "device".
     place->path = parent != nullptr && parent->element != &kDeviceElement ? parent->path + "/" + name : name;
     for (size_t i = 0; i < element.childCount; i++)
         place->children.push_back(makePlace(element.children[i].name, *element.children[i].element, place.get()));
@@ -39,7 +39,7 @@ size_t depthOf(const Place &place)
     return static_cast<size_t>(std::count(place.path.begin(), place.path.end(), '/'));
 }
 
-// Visits places in the order of the tables, and each depth before the next, so that the shortest path is met first.
+// Visits places in the order of the tables, each depth before the next, so that the shortest path is visited first.
 void describe(Place &root)
 {
     std::vector<Place *> places;
@@ -62,7 +62,7 @@ void describe(Place &root)
     }
 }
 
-// The sections below a place and itself; what is described elsewhere is left out with all that it holds.
+// A place and the sections below it, without those that are described elsewhere.
 void addSections(const Place &place, std::vector<const Place *> &sections)
 {
     if (!place.isSection() || !place.isDescribedHere())
@@ -92,7 +92,7 @@ std::vector<const Place *> Tree::placesOf(const Place &section) const
     std::vector<const Place *> places;
     for (const Place *root : {static_cast<const Place *>(device.get()), static_cast<const Place *>(vm.get())})
         forEach(*root, [&](const Place &place) {
-            // A place below one that is described elsewhere is a place of that one's.
+            // A place below one that is described elsewhere is already among the places of that one.
             const bool isReached = place.parent == nullptr || place.parent->isDescribedHere();
             if (place.described == &section && isReached)
                 places.push_back(&place);

@@ -1,4 +1,4 @@
-// The elements of a description as places in it: what the decoders' tables hold, with a path for each.
+// The elements of a description as a tree of places: the decoders' tables with a path for each element.
 #ifndef DCM_TOOLS_FORMAT_TREE_H
 #define DCM_TOOLS_FORMAT_TREE_H
 
@@ -10,32 +10,32 @@
 
 namespace dcmformat {
 
-// An element where it may stand.
+// An element at one of the places where it may occur.
 struct Place {
     std::string path; // "frame/slotmap/mpu"
     std::string name;
     const dcm::Element *element = nullptr;
     const Place *parent = nullptr;
     std::vector<std::unique_ptr<Place>> children;
-    // Where its element is described, with everything below it: the shortest path under which the same table stands.
+    // The place where its element is described, with its content: the shortest path of the same table.
     const Place *described = nullptr;
 
-    // A leaf holds a value and nothing else.
+    // A leaf has a value and no children.
     bool isLeaf() const { return element->attributeCount == 0 && element->childCount == 0; }
-    // A list holds leaves of one kind and nothing else, and goes for a value as well.
+    // A list contains only leaves of one kind, and is described like a value.
     bool isList() const;
     bool isSection() const { return !isLeaf() && !isList(); }
     bool isDescribedHere() const { return described == this; }
 };
 
-// What a description begins with: "device", and the root of a VM's port list.
+// The roots: "device", and that of a VM's port list.
 struct Tree {
     std::unique_ptr<Place> device;
     std::unique_ptr<Place> vm;
 
     // The sections that are described, in the order of the tables.
     std::vector<const Place *> sections() const;
-    // Everywhere that the element described at `section` may stand.
+    // All places where the element described at `section` may occur.
     std::vector<const Place *> placesOf(const Place &section) const;
 };
 

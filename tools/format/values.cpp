@@ -10,12 +10,12 @@ namespace dcmformat {
 
 namespace {
 
-// What a parent announces in its "num".
+// The count that the parent has in its "num".
 uint64_t announcedMost(const Place &place)
 {
     for (size_t i = 0; place.parent != nullptr && i < place.parent->element->attributeCount; i++) {
         const dcm::Content &content = place.parent->element->attributes[i].content;
-        // A panel announces its ports as any other container does.
+        // The count of a panel bounds its ids, too.
         if (content.kind == dcm::Kind::count)
             return content.limit;
     }
@@ -103,7 +103,7 @@ std::vector<LedStates> ledStates()
     const std::vector<std::string> types = wordsOf(dcm::kLedTypeWords);
     for (size_t type = 0; type < types.size(); type++) {
         const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(type));
-        // A type without a table knows the state with which every table begins.
+        // A type without a table has only the state with which every table begins.
         const std::vector<std::string> words =
             states != nullptr ? wordsOf(*states) : std::vector<std::string>{gDcmLedSysStateStrs[0]};
         const auto same =

@@ -1,4 +1,4 @@
-// What values an element or attribute takes, in words and as names for patterns.
+// The values that an element or attribute may have, in words and as names of patterns.
 #ifndef DCM_TOOLS_FORMAT_VALUES_H
 #define DCM_TOOLS_FORMAT_VALUES_H
 
@@ -10,7 +10,7 @@
 
 namespace dcmformat {
 
-// As many words are listed where they are used; more have a section of their own.
+// Up to this number of words are listed where they are used; larger vocabularies have a section of their own.
 constexpr size_t kFewWords = 4;
 
 struct NamedVocabulary {
@@ -22,26 +22,26 @@ struct NamedVocabulary {
 const std::vector<NamedVocabulary> &vocabularies();
 const NamedVocabulary &nameOf(const dcm::Vocabulary *words);
 
-// The words that descriptions may write; of a set only those that it has room for.
+// The words that a description may contain; of a set only those that have a bit.
 std::vector<std::string> wordsOf(const dcm::Vocabulary &words);
 std::vector<std::string> wordsOf(const dcm::Content &content);
 
-// LED types that know the same states.
+// LED types with the same states.
 struct LedStates {
-    std::string name;               // that of its first type
+    std::string name;               // the name of its first type
     std::vector<std::string> types; // words
     std::vector<std::string> words;
 };
 std::vector<LedStates> ledStates();
 
-// The numbers that a content takes, of a kind that is one number. The announced count of the parent bounds an id.
+// The numbers that a content may be, if it is a single number. An id is bounded by the count of its parent.
 struct Range {
     int64_t first;
     uint64_t last;
 };
 Range rangeOf(const Place &place, const dcm::Content &content);
 
-// A content in words: "number from 0 to 255". Vocabularies are linked to, unless their words are few.
+// A content in words: "number from 0 to 255". Large vocabularies are links.
 std::string describe(const Place &place, const dcm::Content &content);
 
 } // namespace dcmformat

@@ -19,7 +19,7 @@ std::string trimmed(const std::string &text)
     return text.substr(first, text.find_last_not_of(" \t\r\n") + 1 - first);
 }
 
-// Takes `word` off the front of a text.
+// Removes `word` from the beginning of a text.
 bool takeWord(std::string &text, const std::string &word)
 {
     if (text.compare(0, word.size(), word) != 0)
@@ -46,15 +46,15 @@ Allowance allowanceIn(const DescriptionFile::Comment &comment)
     return {rule, "", "", reason};
 }
 
-// The element in which a comment stands; nullptr behind or before the root.
+// The element that contains a comment; nullptr for a comment outside the root.
 Node elementAround(const xmlNode *comment)
 {
     const Node around = comment->parent;
     return around != nullptr && around->type == XML_ELEMENT_NODE ? around : nullptr;
 }
 
-// The element behind each comment, or nullptr. Of comments in a row, each is passed only once.
-std::vector<Node> elementsBehind(const std::vector<DescriptionFile::Comment> &comments)
+// The element after each comment, or nullptr. Consecutive comments are each visited only once.
+std::vector<Node> elementsAfter(const std::vector<DescriptionFile::Comment> &comments)
 {
     std::vector<Node> elements(comments.size());
     for (size_t i = comments.size(); i-- > 0;) {
@@ -72,10 +72,10 @@ std::vector<Node> elementsBehind(const std::vector<DescriptionFile::Comment> &co
 void setAllowedApart(Findings &findings)
 {
     const std::vector<DescriptionFile::Comment> &comments = findings.file().comments();
-    const std::vector<Node> behind = elementsBehind(comments);
+    const std::vector<Node> after = elementsAfter(comments);
     for (size_t i = 0; i < comments.size(); i++)
         if (const Rule *rule = allowanceIn(comments[i]).rule)
-            for (const Node element : {behind[i], elementAround(comments[i].node)})
+            for (const Node element : {after[i], elementAround(comments[i].node)})
                 if (element != nullptr)
                     findings.setApart(*rule, element);
 }
@@ -83,13 +83,13 @@ void setAllowedApart(Findings &findings)
 void applyAllowances(Findings &findings)
 {
     const std::vector<DescriptionFile::Comment> &comments = findings.file().comments();
-    const std::vector<Node> behind = elementsBehind(comments);
+    const std::vector<Node> after = elementsAfter(comments);
     for (size_t i = 0; i < comments.size(); i++) {
         const Allowance allowance = allowanceIn(comments[i]);
         const Node element = elementAround(comments[i].node);
         if (allowance.rule == nullptr)
             reportFaulty(comments[i], allowance, element, findings);
-        else if (!findings.takeOut(*allowance.rule, behind[i], allowance.reason) &&
+        else if (!findings.takeOut(*allowance.rule, after[i], allowance.reason) &&
                  !findings.takeOut(*allowance.rule, element, allowance.reason))
             reportUnused(comments[i], allowance, element, findings);
     }

@@ -8,14 +8,14 @@
 
 namespace dcmtool {
 
-// Has what the comments of the file may allow kept apart from other findings, before any rule runs.
+// Before any rule runs: findings that comments of the file may allow are kept separately.
 void setAllowedApart(Findings &findings);
 
-// Takes out what the comments of the file allow: findings of that name at the element behind the comment, or else at
-// the element in which it stands. Adds what is wrong with the comments themselves.
+// Removes the findings that comments allow: findings of the named rule at the element after the comment, or else at
+// the element that contains it. Adds findings about faulty comments.
 void applyAllowances(Findings &findings);
 
-// What a comment allows. Without a rule it is faulty, and allows nothing.
+// The content of a comment. Without a rule it is faulty, and allows nothing.
 struct Allowance {
     const Rule *rule;
     std::string fault;

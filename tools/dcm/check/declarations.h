@@ -1,5 +1,5 @@
-// What the frames, slots and cards of a file are and have, for rules about what refers to them. Each is looked at once,
-// however many refer to it.
+// The types that a file describes and their parts, for rules about references to them. Each is read once, however many
+// references there are.
 #ifndef DCM_TOOLS_CHECK_DECLARATIONS_H
 #define DCM_TOOLS_CHECK_DECLARATIONS_H
 
@@ -15,10 +15,10 @@
 
 namespace dcmtool {
 
-// The LEDs of one or of many: for each type, the numbers.
+// The LEDs of one or several owners: the numbers for each type.
 class LedSet {
 public:
-    // Adds those that a frame, card or unit declares in its own "led-entity".
+    // Adds the LEDs that a frame, card or unit declares in its own "led-entity".
     void add(Node holder);
     bool has(const char *type, uint32_t id) const;
 
@@ -31,14 +31,14 @@ class Declarations {
 public:
     explicit Declarations(const std::vector<DescribedType> &types) : types_(types), targets_(types) {}
 
-    // What is named by references.
+    // The targets of references.
     const TargetIndex &targets() const { return targets_; }
     bool has(RecordKind kind) const;
     // The highest last slot of all frames; 0 without any.
     uint32_t lastSlot() const;
-    // The LEDs of all that is of a kind.
+    // The LEDs of all owners of a kind.
     const LedSet &leds(RecordKind kind) const;
-    // Those of one holder, of which mostly many are asked for in a row.
+    // The LEDs of one owner, which is usually queried many times in a row.
     const LedSet &ledsOf(Node holder) const;
 
 private:

@@ -17,7 +17,7 @@ namespace dcmtool {
 
 namespace {
 
-// The rules by what they look at, so that each place of a file meets only those that may say something.
+// The rules by what they check, so that each place of a file is passed only to rules for it.
 struct Schedule {
     static constexpr size_t kKinds = static_cast<size_t>(dcm::Kind::source) + 1;
     std::vector<const Rule *> files;
@@ -54,7 +54,7 @@ const Schedule &schedule()
     return all;
 }
 
-// Visits an element that the format knows, and those in it.
+// Visits a known element and its descendants.
 class Walk {
 public:
     Walk(const CheckedType &type, Findings &findings) : type_(type), findings_(findings) {}
@@ -71,7 +71,7 @@ public:
         }
     }
 
-    // Without its children.
+    // Visits an element without its children.
     void visitAlone(Node node, const dcm::NamedElement &row)
     {
         apply({type_, nullptr, node, row.name, row.element, row.role(), children(0, node, *row.element)});
@@ -106,15 +106,15 @@ private:
         }
     }
 
-    // The children that the format knows; those of each depth have a place of their own. Descriptions tend to name
-    // things in the order of the tables.
+    // The known children; each depth has its own vector. Most descriptions have their elements in the order of the
+    // tables.
     const std::vector<KnownChild> &children(size_t depth, Node node, const dcm::Element &format)
     {
         while (known_.size() <= depth)
             known_.emplace_back();
         std::vector<KnownChild> &known = known_[depth];
         known.clear();
-        // Of thousands, all at once: a vector that grows takes three times as much.
+        // One allocation for thousands of children: a growing vector takes three times as much memory.
         const dcm::Children all = dcm::children(node);
         size_t count = 0;
         for (auto child = all.begin(); child != dcm::Children::end(); ++child)
@@ -134,7 +134,7 @@ private:
         return known;
     }
 
-    // The children that it does not know.
+    // The unknown children.
     void unknownChildren(const Context &context)
     {
         if (!hasUnknown_)
@@ -167,8 +167,8 @@ private:
     const CheckedType &type_;
     Findings &findings_;
     std::deque<std::vector<KnownChild>> known_;
-    size_t depth_ = 0;        // of the element around
-    bool hasUnknown_ = false; // among the children looked at last
+    size_t depth_ = 0;        // of the enclosing element
+    bool hasUnknown_ = false; // among the children visited last
 };
 
 void keep(CheckedType &type, const DcmFrameInfo &record)
@@ -196,11 +196,12 @@ template <class Record> void checkType(CheckedType &type, Record &record, Findin
     Walk(type, findings).visit(nullptr, type.described.element, rowOf(type.described.kind));
 }
 
-// What may be decoded again to find why queries fail, in bytes: of small files, all that people will ever mend at once.
+// The limit for decoding again to find why queries fail, in bytes; for a small file it permits all that an author can
+// fix at once.
 constexpr size_t kMostDecoded = size_t{64} << 20;
 constexpr size_t kMostDecodedOfByte = 16;
 
-// The root holds frames, slots and cards, and nothing else.
+// The root contains only frames, slots and cards.
 void checkRoot(const DescriptionFile &file, const Declarations &declarations, Findings &findings)
 {
     const std::vector<dcm::NamedElement> &children = deviceChildren();

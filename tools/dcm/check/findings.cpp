@@ -16,7 +16,7 @@ namespace dcmtool {
 
 namespace {
 
-// An element among others of its kind goes by its first attribute.
+// An element is identified among its siblings by its first attribute.
 std::string stepOf(Node element)
 {
     std::string step = shortened(dcm::nameOf(element));
@@ -50,7 +50,7 @@ std::string pathOf(Node element)
 
 namespace {
 
-constexpr size_t kLongestText = 1000; // of a finding, whose parts are cut where they are quoted
+constexpr size_t kLongestText = 1000; // of a finding, whose quoted parts are cut separately
 
 bool isBefore(const Finding &one, const Finding &other)
 {
@@ -67,19 +67,19 @@ Findings::Found &Findings::foundAt(Node element)
     return found_[running_];
 }
 
-// Whether a rule that says nothing where the query fails for the very fault may be about such a place.
-bool Findings::isToldAt(Node element) const
+// Whether a rule whose finding would repeat the reason of a failing query may report at such a place.
+bool Findings::isReportedAt(Node element) const
 {
     if (!running_->kind.isSilentWhereQueryFails)
         return false;
-    const auto next = told_.lower_bound({element, 0});
-    return next != told_.end() && next->first == element;
+    const auto next = reported_.lower_bound({element, 0});
+    return next != reported_.end() && next->first == element;
 }
 
 bool Findings::counts(Node element)
 {
     Found &found = foundAt(element);
-    if (found.kept.size() < kMostOfRule || isToldAt(element))
+    if (found.kept.size() < kMostOfRule || isReportedAt(element))
         return false;
     found.count++;
     return true;
@@ -88,12 +88,12 @@ bool Findings::counts(Node element)
 template <class SpanOf> Finding &Findings::add(Node element, const SpanOf &spanOf, const std::string &text)
 {
     counted_ = {};
-    if (isToldAt(element) && told_.count({element, spanOf().begin}) != 0)
+    if (isReportedAt(element) && reported_.count({element, spanOf().begin}) != 0)
         return counted_;
     Found &found = foundAt(element);
     found.count++;
     if (running_ == &kQueryFails)
-        told_.emplace(element, spanOf().begin);
+        reported_.emplace(element, spanOf().begin);
     if (found.kept.size() >= kMostOfRule)
         return counted_;
     Finding finding;
@@ -181,7 +181,7 @@ std::vector<Finding> Findings::take()
             found.kept.resize(kMostOfRule);
         if (!found.kept.empty())
             found.kept.back().more = found.count - found.kept.size();
-        // The finding that says so may be one that is only counted.
+        // The finding that reports it may be one that is only counted.
         if (found.count > found.kept.size() && ended_.count(rule) != 0)
             found.kept.back().text += "; the search for others has ended because it takes too long";
         std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));

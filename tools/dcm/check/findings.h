@@ -1,4 +1,4 @@
-// What rules find.
+// The findings of rules.
 #ifndef DCM_TOOLS_CHECK_FINDINGS_H
 #define DCM_TOOLS_CHECK_FINDINGS_H
 
@@ -21,11 +21,11 @@ struct Value;
 
 enum class Severity : uint8_t {
     info,    // probably not what was meant; never changes the exit status
-    warning, // works wrongly or not at all, and no query fails
-    error    // what makes a query fail
+    warning, // works wrongly or not at all, but no query fails
+    error    // makes a query fail
 };
 
-// Another place that a finding speaks of.
+// Another place that a finding refers to.
 struct Note {
     Span span;
     std::string text;
@@ -34,14 +34,14 @@ struct Note {
 struct Finding {
     const Rule *rule = nullptr;
     Severity severity = Severity::warning;
-    Node element = nullptr; // at which a comment may allow it; nullptr for what concerns the file as a whole
-    Span span;              // the name or value that is wrong
-    std::string path;       // of the element in the device's terms: "card 0x21/panel-port/port-group 1-4"
+    Node element = nullptr; // at which a comment may allow it; nullptr for a finding about the file as a whole
+    Span span;              // the wrong name or value
+    std::string path;       // of the element: "card 0x21/panel-port/port-group 1-4"
     std::string text;
-    std::string meant; // the nearest known word; empty when none is near
+    std::string meant; // the nearest valid word; empty if none is near
     std::vector<Note> notes;
-    std::vector<Fix> fixes; // each by itself; the best one first
-    size_t more = 0;        // how many others of the rule are counted with it and not kept
+    std::vector<Fix> fixes; // alternatives; the best one first
+    size_t more = 0;        // the number of further findings of the rule that are not kept
     size_t order = 0;       // in which they were found
     std::string reason;     // why a comment allows it; empty when none does
 
@@ -57,9 +57,9 @@ struct Finding {
     }
 };
 
-// Takes what rules find. The path of the element is added, and the rule that is running. Of each rule the first
-// findings are kept, and the others counted: their places are not even looked up, so that a file of nothing but faults
-// costs no more than another.
+// Collects what rules find, and adds the path of the element and the rule that is running. The first findings of each
+// rule are kept, and the others only counted: their positions are not even computed, so that a file full of faults
+// costs no more than another one.
 class Findings {
 public:
     static constexpr size_t kMostOfRule = 100;
@@ -77,8 +77,8 @@ public:
     Finding &atContent(Node element, const std::string &text);                          // under the content
     Finding &at(Node element, Span span, const std::string &text);                      // anywhere
 
-    // True when what the running rule finds at an element is only counted, which is then done: for rules whose texts
-    // cost much to make.
+    // True if a finding of the running rule at an element would only be counted, which is then done: for rules whose
+    // texts are expensive.
     bool counts(Node element);
     // Whether a name that is not one of the format is one of another program.
     bool isForeign(const std::string &name) const { return knownNames_ != nullptr && knownNames_->count(name) != 0; }
@@ -86,19 +86,19 @@ public:
     // For the engine.
     void run(const Rule &rule) { running_ = &rule; }
     const DescriptionFile &file() const { return file_; }
-    // Keeps what a rule finds at an element apart, so that it can be taken out.
+    // Keeps the findings of a rule at an element separately, so that they can be removed.
     void setApart(const Rule &rule, Node element);
     // Takes it out, since a comment allows it; false when nothing was found there.
     bool takeOut(const Rule &rule, Node element, const std::string &reason);
     // Notes that the running rule has not looked for all that there is.
     void endSearch() { ended_.insert(running_); }
-    // All that is kept, in the order of the file.
+    // All kept findings, in the order of the file.
     std::vector<Finding> take();
     // What has been taken out, of each rule the first findings, in the order of the file.
     std::vector<Finding> takeAllowed();
 
 private:
-    // What a rule found, in the whole file or at one element.
+    // The findings of a rule, in the whole file or at one element.
     struct Found {
         std::vector<Finding> kept;
         size_t count = 0;
@@ -112,7 +112,7 @@ private:
     };
 
     Found &foundAt(Node element);
-    bool isToldAt(Node element) const;
+    bool isReportedAt(Node element) const;
     template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, const std::string &text);
 
     const DescriptionFile &file_;
@@ -121,13 +121,13 @@ private:
     std::unordered_map<const Rule *, Found> found_;
     std::unordered_map<Key, Found, Hash> apart_;
     std::unordered_map<const Rule *, Found> allowed_;
-    std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
+    std::set<std::pair<Node, size_t>> reported_; // places of what makes a query fail
     std::set<const Rule *> ended_;
     size_t order_ = 0;
-    Finding counted_; // takes what is said of one that is not kept
+    Finding counted_; // takes the text of a finding that is not kept
 };
 
-// Where an element stands in the device's terms: "card 0x21/panel-port/port-group 1-4".
+// The path of an element: "card 0x21/panel-port/port-group 1-4".
 std::string pathOf(Node element);
 
 } // namespace dcmtool

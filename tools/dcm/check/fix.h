@@ -1,4 +1,4 @@
-// How a finding can be made to go away.
+// The fix of a finding.
 #ifndef DCM_TOOLS_CHECK_FIX_H
 #define DCM_TOOLS_CHECK_FIX_H
 
@@ -15,7 +15,7 @@ enum class Confidence : uint8_t {
     probable
 };
 
-// Changes that belong together, such as those of a start tag and its end tag.
+// Edits that belong together, such as those of a start tag and its end tag.
 struct Fix {
     std::string title; // "replace '10gex' by '10ge'"
     std::vector<Edit> edits;

@@ -13,9 +13,9 @@ namespace dcmtool {
 
 namespace {
 
-// Of each rule the first hundred findings are kept: those behind them are there once these are fixed.
+// The first hundred findings of each rule are kept; the next ones appear after these are fixed.
 constexpr size_t kMostRounds = 20;
-// What does not help is looked for by halves, each of which is another check of the file.
+// A fix that fails is found by bisection, each step of which checks the file again.
 constexpr size_t kMostTrials = 64;
 
 constexpr char kOverlaps[] = "it changes what another fix changes";
@@ -44,7 +44,7 @@ bool areInConflict(const Fix &one, const Fix &other)
     });
 }
 
-// Where places of a text are after edits.
+// Maps positions of a text to those after edits.
 class Shift {
 public:
     explicit Shift(std::vector<Edit> edits) : edits_(std::move(edits))
@@ -65,7 +65,7 @@ public:
         const auto next = std::upper_bound(edits_.begin(), edits_.end(), place,
                                            [](size_t at, const Edit &edit) { return at < edit.span.begin; });
         const auto index = static_cast<size_t>(next - edits_.begin());
-        // What was inside an edit is at its beginning.
+        // A position inside an edit becomes its beginning.
         const bool isInside = index > 0 && place < edits_[index - 1].span.end;
         return isInside ? edits_[index - 1].span.begin + static_cast<size_t>(shifts_[index - 1])
                         : place + static_cast<size_t>(shifts_[index]);
@@ -73,7 +73,7 @@ public:
 
 private:
     std::vector<Edit> edits_;
-    std::vector<std::ptrdiff_t> shifts_; // before each edit, and behind all
+    std::vector<std::ptrdiff_t> shifts_; // before each edit, and after all
 };
 
 class Fixer {
@@ -83,7 +83,7 @@ public:
     {
     }
 
-    // One round; what is accepted is in the result.
+    // One round; accepted fixes are in the result.
     FixedFile run(const FixFilter &isWanted)
     {
         const std::vector<Candidate> candidates = candidatesFor(isWanted);
@@ -125,7 +125,7 @@ private:
         result_.dropped.push_back({file_.place(candidate.findings.front()->span.begin), candidate.fix->title, reason});
     }
 
-    // Accepts those that help beside those that have been accepted.
+    // Accepts the fixes that work together with those accepted before.
     void accept(const Candidate *begin, const Candidate *end)
     {
         if (begin == end)
@@ -149,7 +149,7 @@ private:
         }
     }
 
-    // Why these fixes do not help, or nullptr: the file with them is then the result.
+    // The reason why these fixes fail, or nullptr: the file with them is then the result.
     const char *try_(const std::vector<Candidate> &candidates)
     {
         std::vector<Edit> edits;
@@ -172,13 +172,13 @@ private:
         return nullptr;
     }
 
-    // A query that fails is found, too.
+    // A failing query is a finding, too.
     const char *faultOf(const std::vector<Finding> &found, const std::vector<Candidate> &candidates,
                         const Shift &shift) const
     {
         using Key = std::pair<const Rule *, size_t>;
-        std::map<const Rule *, size_t> left; // how many there may still be
-        std::set<const Rule *> counted;      // of which not all are kept
+        std::map<const Rule *, size_t> left; // how many may remain
+        std::set<const Rule *> counted;      // those with findings that are not kept
         std::multiset<Key> places;
         std::set<const Finding *> fixed;
         for (const Candidate &candidate : candidates)

@@ -1,4 +1,4 @@
-// Applies fixes to a description, as far as they prove to help.
+// Applies fixes to a description, as far as they are proved to work.
 #ifndef DCM_TOOLS_CHECK_FIXER_H
 #define DCM_TOOLS_CHECK_FIXER_H
 

@@ -18,7 +18,7 @@ namespace dcmtool {
 
 namespace {
 
-// How much text may be read to find end tags, for each byte of a file.
+// The limit of the text that is read to find end tags, for each byte of a file.
 constexpr size_t kMostScannedOfByte = 4;
 
 bool areSame(Span one, Span other)
@@ -63,7 +63,7 @@ std::optional<Replacement> replacementOfWord(const std::string &written, const s
     return Replacement{meant, certainIf(isOnlyOneNear(written, meant, words))};
 }
 
-// One part of an LED name is none of its words.
+// One part of an LED name is not a valid word.
 std::optional<Replacement> replacementOfLedName(const std::string &written, const std::string &meant)
 {
     const LedName name = splitName(written.c_str());
@@ -81,7 +81,7 @@ std::optional<Replacement> replacementOfLedName(const std::string &written, cons
 
 // ---- Numbers and lists ----------------------------------------------------------------------------------------------
 
-// A unit behind a number; digits of another base are none, nor is a letter that looks like a digit.
+// A unit after a number; digits of another base are not units, nor is a letter that looks like a digit.
 bool isUnit(std::string_view tail)
 {
     const size_t begin = std::min(tail.find_first_not_of(kBlanks), tail.size());
@@ -89,7 +89,7 @@ bool isUnit(std::string_view tail)
     const bool isOfLetters = std::all_of(unit.begin(), unit.end(), [](char byte) {
         return std::isalpha(static_cast<unsigned char>(byte)) != 0 || byte == '%' || (byte & 0x80) != 0;
     });
-    // "0x" is no number with a unit.
+    // "0x" is not a number with a unit.
     const bool isPrefix = begin == 0 && unit.find_first_of("xX") == 0;
     return isOfLetters && !isPrefix && unit.find_first_not_of("abcdefABCDEFxXoOlI") != std::string_view::npos;
 }
@@ -113,7 +113,7 @@ bool isBitList(const std::string &text, const dcm::Content &content)
            dcmStr2BitList(text.c_str(), 1, static_cast<uint32_t>(content.limit), bits, sizeof bits) == 0;
 }
 
-// Without blanks and leading zeros; empty where a blank parts two numbers.
+// Without blanks and leading zeros; empty if a blank separates two numbers.
 std::string plainList(const std::string &written)
 {
     std::string list;
@@ -135,7 +135,7 @@ std::string plainList(const std::string &written)
     return list;
 }
 
-// With commas and hyphens for what looks like them.
+// With commas and hyphens in place of characters that look like them.
 std::string likelyList(std::string list)
 {
     for (const char *dash : {"\xE2\x80\x93", "\xE2\x80\x94", "..", "~"})
@@ -173,7 +173,7 @@ public:
     {
         const Node element = finding.element != nullptr ? finding.element : file_.root();
         const Span name = file_.nameSpan(element);
-        // What an entity brings is written elsewhere.
+        // The text of an entity is in its declaration.
         if (name.begin == 0 || text_[name.begin - 1] != '<' || text_[name.begin] == '&')
             return;
         if (areSame(finding.span, name))
@@ -185,7 +185,7 @@ public:
 private:
     std::string cutText(Span span) const { return std::string(cut(text_, span)); }
 
-    static std::vector<std::string> namesBeside(Node element)
+    static std::vector<std::string> siblingNames(Node element)
     {
         std::vector<std::string> names;
         const Node parent = element->parent;
@@ -201,10 +201,10 @@ private:
         return names;
     }
 
-    // An element that the format does not know there.
+    // An unknown element.
     void rename(Finding &finding, Node element)
     {
-        const std::vector<std::string> names = namesBeside(element);
+        const std::vector<std::string> names = siblingNames(element);
         const std::string written = cutText(finding.span);
         if (finding.meant.empty() || element->ns != nullptr ||
             std::find(names.begin(), names.end(), written) != names.end())
@@ -249,14 +249,14 @@ private:
             {"rename to \"" + finding.meant + "\"", {{finding.span, finding.meant}}, confidenceOf(finding, names)});
     }
 
-    // A name that belongs to another place may have been meant there.
+    // A name that is valid in another place may have been meant there.
     Confidence confidenceOf(const Finding &finding, const std::vector<std::string> &names) const
     {
         const bool isKnownElsewhere = std::strncmp(finding.rule->name, "misplaced-", 10) == 0;
         return certainIf(!isKnownElsewhere && isOnlyOneNear(cutText(finding.span), finding.meant, names));
     }
 
-    // The content that is one text.
+    // A content that is a single text.
     void fixContent(Finding &finding, Node element)
     {
         const dcm::Element *format = formatOf(element);
@@ -264,14 +264,14 @@ private:
         const Span all = {tag.end, std::min(text_.find('<', tag.end), text_.size())};
         if (format == nullptr || text_.substr(all.end, 2) != "</")
             return;
-        // Blanks are part of a word, and mean nothing around a number.
+        // Blanks are part of a word, and are ignored around a number.
         replaceValue(finding, format->content.kind == Kind::number ? finding.span : all, format->content);
     }
 
     void replaceValue(Finding &finding, Span span, const dcm::Content &content)
     {
         const std::string written = cutText(span);
-        // What is not written as it is read stays.
+        // A text with references or CDATA is not edited.
         if (written.find_first_of("&<") != std::string::npos)
             return;
         std::optional<Replacement> replacement = replacementFor(finding, written, content);
@@ -303,7 +303,7 @@ private:
 
     const DescriptionFile &file_;
     std::string_view text_;
-    size_t left_; // that may be read to find end tags
+    size_t left_; // the number of bytes that may still be read to find end tags
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// Finds out how findings can be fixed.
+// Determines how findings can be fixed.
 #ifndef DCM_TOOLS_CHECK_FIXES_H
 #define DCM_TOOLS_CHECK_FIXES_H
 
@@ -8,8 +8,8 @@
 
 namespace dcmtool {
 
-// Gives the findings of a file their fixes, where it can be edited: the word that was meant takes the place of a name
-// or of a value, and numbers and lists lose what does not belong to them.
+// Adds fixes to the findings of a file that can be edited: a name or value is replaced by the word that was meant, and
+// invalid characters are removed from numbers and lists.
 void addFixes(const DescriptionFile &file, std::vector<Finding> &findings);
 
 } // namespace dcmtool

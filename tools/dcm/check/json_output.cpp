@@ -13,7 +13,7 @@ namespace dcmtool {
 
 namespace {
 
-// The end is the column behind the last character.
+// The end is the column after the last character.
 Json regionOf(const DescriptionFile &file, Span span, const char *line, const char *column, const char *endLine,
               const char *endColumn)
 {
@@ -31,7 +31,7 @@ Json placeOf(const DescriptionFile &file, Span span)
     return regionOf(file, span, "line", "column", "endLine", "endColumn");
 }
 
-// Bytes are for programs that change the file, places for those that show it.
+// Byte offsets are for programs that edit the file, lines and columns for those that show it.
 Json fixOf(const DescriptionFile &file, const Fix &fix)
 {
     Json edits = Json::array();
@@ -116,7 +116,7 @@ Json fixForSarif(const DescriptionFile &file, const Fix &fix)
     return {{"description", {{"text", fix.title}}}, {"artifactChanges", Json::array({change})}};
 }
 
-// A finding is the same one where only its line is another: FNV-1a of what it says.
+// A fingerprint that does not depend on the line: FNV-1a of the finding's texts.
 std::string fingerprintOf(const Finding &finding)
 {
     constexpr uint64_t kBasis = 0xcbf29ce484222325;

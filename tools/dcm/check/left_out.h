@@ -1,4 +1,4 @@
-// What an element lacks.
+// Missing parts of elements.
 #ifndef DCM_TOOLS_CHECK_LEFT_OUT_H
 #define DCM_TOOLS_CHECK_LEFT_OUT_H
 
@@ -7,8 +7,8 @@
 
 namespace dcmtool {
 
-// Whether the element has neither the child or attribute nor one that is probably a misspelling of it, which is
-// reported as unknown.
+// Whether the element has neither the child or attribute nor a probable misspelling of it, which is reported as
+// unknown.
 bool lacksChild(Node element, const dcm::Element &format, const char *name);
 bool lacksAttribute(Node element, const dcm::Element &format, const char *name);
 

@@ -9,7 +9,7 @@ BitList readBitList(const Value &value)
     BitList list;
     list.isFaulty =
         dcmStr2BitList(value.text, 1, static_cast<uint32_t>(value.content.limit), list.bits, sizeof list.bits) != 0;
-    // A number that the end cuts off is lost without a fault.
+    // The library ignores a number that the end of the field cuts off.
     const size_t length = std::strlen(value.text);
     list.isFaulty = list.isFaulty || (length > 0 && value.text[length - 1] == '-');
     return list;

@@ -17,7 +17,7 @@ struct BitList {
 
 BitList readBitList(const Value &value);
 
-// What a value names that is not described.
+// The numbers in a value that are not described.
 std::vector<uint32_t> namedButNotDescribed(const Value &value, const Relation &relation);
 
 // The numbers for which `isThere` is false.

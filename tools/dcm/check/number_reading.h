@@ -15,24 +15,24 @@ namespace dcmtool {
 struct Reading {
     bool isNumber = false;
     bool isNegative = false;
-    bool isTooLong = false; // for 64 bits
-    bool isOctal = false;   // which changes its value
+    bool isTooLong = false; // does not fit into 64 bits
+    bool isOctal = false;   // and its value depends on that
     uint64_t bits = 0;
-    std::string tail; // what follows it, without blanks at its end
+    std::string tail; // the text after it, without blanks at its end
 };
 
 Reading readingOf(const std::string &text);
 
-// A few decimal digits, as nearly every number is written: nothing can be wrong with it but its size.
+// A few decimal digits, as nearly every number is written: only its size can be wrong.
 bool isShort(const char *text);
 
-// How many bits of a number its field keeps.
+// The number of bits that its field keeps.
 inline unsigned bitsOf(const dcm::Content &content)
 {
     return content.bits != 0 ? content.bits : 32;
 }
 
-// Hands each number of a value to `function`: the value itself, or the items of a list.
+// Passes each number of a value to `function`: the value itself, or the items of a list.
 template <class Function> void forEachNumber(const Value &value, const Function &function)
 {
     if (value.content.kind != Kind::typeIds && value.content.kind != Kind::numberList)

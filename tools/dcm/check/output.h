@@ -11,7 +11,7 @@
 
 namespace dcmtool {
 
-// A file and what was found in it.
+// A file and its findings.
 struct FileReport {
     std::unique_ptr<DescriptionFile> file;
     std::vector<Finding> findings;
@@ -21,7 +21,7 @@ struct FileReport {
 
 struct Totals {
     size_t files = 0;
-    size_t unread = 0; // of these
+    size_t unread = 0; // of these, those that could not be read
     size_t fixed = 0;
     size_t errors = 0;
     size_t warnings = 0;
@@ -30,7 +30,7 @@ struct Totals {
     void add(const FileReport &report);
 };
 
-// How text is printed; other formats have everything.
+// The options of text; other formats have everything.
 struct TextStyle {
     bool isColoured = false;
     bool hasInfos = false; // or without findings of that severity
@@ -38,7 +38,7 @@ struct TextStyle {
 
 // The findings of one file, each with its source line and a caret.
 std::string asText(const FileReport &report, const TextStyle &style);
-// The line at the end.
+// The summary.
 std::string summaryOf(const Totals &totals, const TextStyle &style);
 
 // A line for each finding of a file: as GCC's, and as a workflow command of GitHub Actions.

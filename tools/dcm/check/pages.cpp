@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kHeading = "\n## ";
 constexpr std::string_view kFence = "```";
 
-// What follows the first `mark`; empty when there is none.
+// The text after the first `mark`; empty if there is none.
 std::string_view after(std::string_view mark, std::string_view text)
 {
     const size_t at = text.find(mark);

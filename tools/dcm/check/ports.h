@@ -8,12 +8,12 @@
 
 namespace dcmtool {
 
-// Where a block describes each of its ports, by their ids: what comes last holds.
+// The description of each port in a block, by id: the last one counts.
 using Describers = std::array<const KnownChild *, DCM_PANEL_IF_MAX + 1>;
 
 Describers describersIn(const Context &block);
 
-// Where the id of a port in a block is written.
+// The place of a port's id in a block.
 Span idSpan(const Context &block, const KnownChild &port, const Findings &findings);
 
 } // namespace dcmtool

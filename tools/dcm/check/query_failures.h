@@ -1,4 +1,4 @@
-// Why a query fails: at which element or attribute, as the library itself tells when parts of the description are
+// Finds why a query fails: the element or attribute, determined by the library itself when parts of the description are
 // hidden from it.
 #ifndef DCM_TOOLS_CHECK_QUERY_FAILURES_H
 #define DCM_TOOLS_CHECK_QUERY_FAILURES_H
@@ -7,13 +7,13 @@
 
 namespace dcmtool {
 
-// How much may still be decoded for that in a file, in bytes of it.
+// The remaining bytes of a file that may be decoded for this purpose.
 struct DecodingWork {
     size_t left;
 };
 
-// Finds what makes the query of a type fail: one thing after the other, each being mended or left out for the time of
-// the call before the next is looked for. True when what remains could be decoded; `record` is that of what remains.
+// Finds the faults that make the query of a type fail, one after the other: each is corrected or left out during the
+// call before the next search. True if the rest could be decoded; `record` is then the record of the rest.
 template <class Record>
 bool explainFailures(const DescriptionFile &file, const DescribedType &type, Record &record, Findings &findings,
                      DecodingWork &work);

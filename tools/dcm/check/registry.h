@@ -15,9 +15,9 @@ namespace dcmtool {
 
 // In alphabetical order.
 const std::vector<const Rule *> &allRules();
-// By its name; nullptr when there is none.
+// By name; nullptr if there is none.
 const Rule *findRule(const std::string &name);
-// The rule with the nearest name; empty when none is near.
+// The rule with the nearest name; empty if none is near.
 std::string nearestRule(const std::string &name);
 
 } // namespace dcmtool

@@ -1,9 +1,9 @@
 // A rule is one function and, directly below it, its registration: its name is its option, its tag in the output, and
 // the name of its source (rules/NAME.cpp), of its page (docs/checks/NAME.md) and of its test.
 //
-// A rule looks at the file as a whole, at an element that the format knows and that has attributes or holds elements,
-// at a value that the format describes, or at what the format does not know. The frame, slot, card or port list that
-// contains it has been decoded by then.
+// A rule checks the file as a whole, a known element that has attributes or children, a value that the format
+// describes, or an unknown element or attribute. The frame, slot, card or port list that contains it has been decoded
+// before.
 #ifndef DCM_TOOLS_CHECK_RULE_H
 #define DCM_TOOLS_CHECK_RULE_H
 
@@ -27,8 +27,8 @@ namespace dcmtool {
 using dcm::Kind;
 using dcm::Role;
 
-// A frame, slot, card or port list that is being checked. Of the records only that of its kind is there. Where the
-// query fails, its record is that of a copy without what makes it fail; none when there is no such copy.
+// The frame, slot, card or port list that is being checked. Only the record of its kind is present. If the query fails,
+// it is the record of a copy without the faults; absent if there is no such copy.
 struct CheckedType {
     const DescriptionFile &file;
     const Declarations &declarations; // of the whole file
@@ -39,13 +39,13 @@ struct CheckedType {
     const DcmVmPortInfo *vm = nullptr;
 };
 
-// A child element that the format knows: `row` is its place in the children of its parent's format.
+// A child that the format knows: `row` is its index in the children of its parent's format.
 struct KnownChild {
     Node node;
     size_t row;
 };
 
-// An element that the format knows, and its way up to the frame, slot, card or port list.
+// An element that the format knows, and its ancestors up to the frame, slot, card or port list.
 struct Context {
     const CheckedType &type;
     const Context *parent; // nullptr for the frame, slot, card or port list itself
@@ -53,18 +53,18 @@ struct Context {
     const char *name;
     const dcm::Element *format;
     Role role;
-    const std::vector<KnownChild> &children; // the children that the format knows, in document order
+    const std::vector<KnownChild> &children; // the known children, in document order
     mutable std::optional<std::vector<uint32_t>> readIds = std::nullopt;
 
     const dcm::NamedElement &rowOf(const KnownChild &child) const { return format->children[child.row]; }
     Role roleOf(const KnownChild &child) const { return rowOf(child).role(); }
-    // The role of the parent, which the frame, slot, card or port list itself has not.
+    // The role of the parent; none for the frame, slot, card or port list itself.
     Role parentRole() const { return parent != nullptr ? parent->role : Role::none; }
-    // What its id or list of ids says, read once for all of its children.
+    // The ids in its id or list of ids, read once for all children.
     const std::vector<uint32_t> &ids() const;
-    // Its attribute as the format describes it; nullptr when the format knows none of this name.
+    // The format of an attribute; nullptr if the format does not have it.
     const dcm::Attribute *attribute(const char *attributeName) const;
-    // The last child of a role, which is the one that counts; nullptr when there is none.
+    // The last child of a role, which is the one that counts; nullptr if there is none.
     const KnownChild *lastChild(Role childRole) const;
     dcm::Text text(const char *attributeName) const { return dcm::Text::attribute(node, attributeName, {"dcm"}); }
     dcm::Text content() const { return dcm::Text::content(node, {"dcm"}); }
@@ -77,13 +77,13 @@ struct Value {
     const dcm::Content &content;
     const char *text;
 
-    // How it refers to other elements; nullptr when it does not.
+    // The relation that it expresses; nullptr if there is none.
     const Relation *relation() const { return relationOf(context.role, attribute); }
-    // What people call it: the name of the attribute or of the element.
+    // The name of the attribute or of the element.
     std::string name() const { return attribute != nullptr ? attribute->name : context.name; }
 };
 
-// An element or attribute that the format does not know where it stands.
+// An element or attribute that the format does not have at this place.
 struct UnknownItem {
     const Context &parent; // of the element, or the owner of the attribute
     Node node;             // the element; the owner of the attribute
@@ -96,7 +96,7 @@ using ElementFunction = void (*)(const Context &element, Findings &findings);
 using ValueFunction = void (*)(const Value &value, Findings &findings);
 using UnknownItemFunction = void (*)(const UnknownItem &item, Findings &findings);
 
-// The kinds of content that a rule for values looks at.
+// The kinds of content that a rule for values checks.
 using Kinds = uint32_t;
 template <class... Some> constexpr Kinds kindsOf(Some... kinds)
 {
@@ -104,7 +104,7 @@ template <class... Some> constexpr Kinds kindsOf(Some... kinds)
 }
 constexpr Kinds kNumberKinds = kindsOf(Kind::number, Kind::count, Kind::id, Kind::typeIds);
 
-// The roles of elements that a rule looks at; none is all.
+// The roles of elements that a rule checks; none: all.
 struct Roles {
     uint64_t bits[2] = {};
 
@@ -124,7 +124,7 @@ template <class... Some> constexpr Roles rolesOf(Some... roles)
     return some;
 }
 
-// What a rule looks at, and the functions that do.
+// The things that a rule checks, and its functions for them.
 struct RuleKind {
     FileFunction file = nullptr;
     ElementFunction element = nullptr;
@@ -141,7 +141,7 @@ struct RuleKind {
         both.kinds = valueKinds;
         return both;
     }
-    // For faults that only some decoders ignore: nothing is said where a query fails for the very same value.
+    // For faults that only some decoders ignore: nothing is reported if a query fails because of the same value.
     constexpr RuleKind unlessQueryFails() const
     {
         RuleKind silent = *this;
@@ -155,7 +155,7 @@ constexpr RuleKind onFile(FileFunction function)
     kind.file = function;
     return kind;
 }
-// Without roles, elements of all.
+// Without roles, all elements.
 template <class... Some> constexpr RuleKind onElements(ElementFunction function, Some... roles)
 {
     RuleKind kind;
@@ -173,13 +173,13 @@ constexpr RuleKind onUnknownItems(UnknownItemFunction function)
     kind.unknownItem = function;
     return kind;
 }
-// For rules whose findings are part of how the tool works: of failing queries and of comments.
+// For rules whose findings come from the tool itself: about failing queries and comments.
 constexpr RuleKind byTheEngine()
 {
     return {};
 }
 
-// Under the content of the first of some children that is there, else under the id of the element.
+// Under the content of the first of some children that exists, or else under the id of the element.
 Finding &atChildOrId(const Context &context, std::initializer_list<Role> roles, const std::string &text,
                      Findings &findings);
 
@@ -188,7 +188,7 @@ struct Rule {
     Severity severity;
     RuleKind kind;
 
-    // What makes a query fail is always shown, whatever options and comments say.
+    // A finding about a failing query is always shown, regardless of options and comments.
     constexpr bool canBeSilenced() const { return severity != Severity::error; }
 };
 

@@ -42,7 +42,7 @@ Finding &report(const Stored &number, const std::string &relation, const Stored 
     return findings
         .atContent(number.node, quotedName(number.name) + " " + std::to_string(number.value) + " is " + relation + " " +
                                     quotedName(other.name) + " " + std::to_string(other.value) + ": " + outcome)
-        .noting(findings.file().contentSpan(other.node), quotedName(other.name) + " stands here");
+        .noting(findings.file().contentSpan(other.node), quotedName(other.name) + " is here");
 }
 
 bool isLimit(std::string_view name)

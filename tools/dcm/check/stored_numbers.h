@@ -1,4 +1,4 @@
-// Numbers in elements of their own, as their fields keep them, to be compared with their siblings.
+// Numbers in elements of their own, as their fields store them, to be compared with their siblings.
 #ifndef DCM_TOOLS_CHECK_STORED_NUMBERS_H
 #define DCM_TOOLS_CHECK_STORED_NUMBERS_H
 
@@ -12,7 +12,7 @@
 
 namespace dcmtool {
 
-// A number that stands in an element of its own, and what its field keeps of it.
+// A number in an element of its own, and the part of it that its field stores.
 struct Stored {
     Node node;
     const char *name;
@@ -25,7 +25,7 @@ int64_t storedNumber(uint32_t number, const dcm::Content &content);
 // The number called `name` with `ending` among the children; nothing where there is none, or none can be read.
 std::optional<Stored> numberIn(const Context &context, std::string_view name, std::string_view ending = {});
 
-// Reports that a number is "above" or "below" another, and the outcome of that.
+// Reports that a number is "above" or "below" another one, with the effect.
 Finding &report(const Stored &number, const std::string &relation, const Stored &other, const std::string &outcome,
                 Findings &findings);
 
@@ -34,10 +34,10 @@ inline constexpr char kLow[] = "low";
 inline constexpr char kMax[] = "max";
 inline constexpr char kMin[] = "min";
 
-// Whether a name ends in one of the last two.
+// Whether a name has one of the last two endings.
 bool isLimit(std::string_view name);
 
-// Calls back for each kind of number among the children, once.
+// Calls back once for each kind of number among the children.
 template <class Function> void forEachNumber(const Context &context, const Function &function)
 {
     for (size_t row = 0; row < context.format->childCount; row++)
@@ -45,7 +45,7 @@ template <class Function> void forEachNumber(const Context &context, const Funct
             function(std::string_view(context.format->children[row].name));
 }
 
-// Most elements have neither thresholds nor limits: their names tell quickly.
+// Most elements have neither thresholds nor limits, which their names show quickly.
 template <class Predicate> bool hasNumberNamed(const Context &context, const Predicate &isMeant)
 {
     return std::any_of(context.children.begin(), context.children.end(),

@@ -9,7 +9,7 @@ namespace dcmtool {
 namespace {
 
 constexpr size_t kWidest = 160; // of a source line that is shown
-constexpr size_t kBefore = 60;  // what is shown in front of the caret where the line is wider
+constexpr size_t kBefore = 60;  // the part before the caret that is shown of a longer line
 
 struct Colours {
     const char *bold;
@@ -35,7 +35,7 @@ size_t charactersIn(std::string_view text)
         std::count_if(text.begin(), text.end(), [](char byte) { return !isContinuation(byte); }));
 }
 
-// Blanks as wide as a text, where tabs stay tabs.
+// Blanks with the width of a text; tabs are kept.
 std::string blanksFor(std::string_view text)
 {
     std::string blanks;
@@ -45,7 +45,7 @@ std::string blanksFor(std::string_view text)
     return blanks;
 }
 
-// Where the character begins that the byte at `at` belongs to.
+// The beginning of the character that contains the byte at `at`.
 size_t characterAt(std::string_view line, size_t at)
 {
     constexpr size_t kMostContinuations = 3;
@@ -54,8 +54,8 @@ size_t characterAt(std::string_view line, size_t at)
     return at;
 }
 
-// The source line of a span, cut to what fits, a line with a caret under the span, and one with what an edit puts
-// there.
+// The source line of a span, shortened to fit, a line with a caret under the span, and a line with the replacement of
+// an edit.
 std::string excerpt(const DescriptionFile &file, Span span, const Colours &colours, const Edit *edit = nullptr)
 {
     const Place place = file.place(span.begin);
@@ -67,16 +67,16 @@ std::string excerpt(const DescriptionFile &file, Span span, const Colours &colou
     const size_t to = std::max(caret, characterAt(line, std::min(line.size(), from + kWidest)));
     const size_t end = std::max(caret, std::min(span.end > start ? span.end - start : 0, to));
     const std::string before = printableLine(line.substr(from, caret - from));
-    const std::string guilty = printableLine(line.substr(caret, end - caret));
-    const std::string tildes(std::max<size_t>(charactersIn(guilty), 1) - 1, '~');
+    const std::string marked = printableLine(line.substr(caret, end - caret));
+    const std::string tildes(std::max<size_t>(charactersIn(marked), 1) - 1, '~');
     std::string replacement;
     if (edit != nullptr && !edit->text.empty()) {
-        // Blanks before what is marked may be replaced, too.
+        // The edit may also replace blanks before the marked span.
         const size_t column = edit->span.begin > start + from ? std::min(edit->span.begin - start, caret) : caret;
         replacement = "    " + blanksFor(printableLine(line.substr(from, column - from))) + colours.caret +
                       printableLine(shortened(edit->text)) + colours.none + "\n";
     }
-    return "    " + before + guilty + printableLine(line.substr(end, to - end)) + "\n    " + blanksFor(before) +
+    return "    " + before + marked + printableLine(line.substr(end, to - end)) + "\n    " + blanksFor(before) +
            colours.caret + "^" + tildes + colours.none + "\n" + replacement;
 }
 
@@ -86,7 +86,7 @@ std::string placeOf(const DescriptionFile &file, Span span)
     return printable(file.name()) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 
-// What the best fix does where the finding is.
+// The edit of the best fix at the place of the finding.
 const Edit *editShownOf(const Finding &finding)
 {
     return finding.fixes.empty() ? nullptr : &finding.fixes.front().edits.front();

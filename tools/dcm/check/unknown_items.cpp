@@ -12,7 +12,7 @@ namespace dcmtool {
 
 namespace {
 
-// Where the format knows a name: the elements that it may stand in, or that may have it.
+// The places where the format has a name: the elements that may contain it.
 using KnownPlaces = std::map<std::string, std::set<std::string>>;
 
 struct Names {

@@ -41,7 +41,7 @@ struct Options {
     uint32_t format = kText;
     uint32_t colour = kAutomatic;
     uint32_t jobs = 1;
-    std::string fixed; // which fixes are applied; empty is none
+    std::string fixed; // which fixes are applied; empty: none
     bool isDiff = false;
     bool areListed = false;
     bool hasInfos = false;
@@ -61,7 +61,7 @@ struct Options {
     refuseWord(name, "name of a check", names, "dcm check --list-checks");
 }
 
-// Every check, with something in front of its name.
+// Every check, with a prefix before its name.
 void addChecks(const std::string &before, Candidates &candidates)
 {
     for (const Rule *rule : allRules())
@@ -162,7 +162,7 @@ private:
 
 // ---- Progress -------------------------------------------------------------------------------------------------------
 
-// Starts a thread; none when the system has no room for another.
+// Starts a thread; none if the system cannot start another one.
 template <class Work> std::thread startThread(const Work &work)
 {
     try {
@@ -175,7 +175,7 @@ template <class Work> std::thread startThread(const Work &work)
     }
 }
 
-// A line on a terminal for those who wait, shown from a thread of its own.
+// A progress line on a terminal, printed by a thread of its own.
 class Progress {
 public:
     Progress(const std::vector<Input> &files, bool isShown) : files_(files)
@@ -197,7 +197,7 @@ public:
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
-    // So many files are done: the line goes, for what was found takes its place.
+    // Updates the number of files. At the end, the line is removed, because the findings follow.
     void advance(size_t done)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -236,7 +236,7 @@ private:
 constexpr char kCertain[] = "certain";
 constexpr char kAll[] = "all";
 
-// A file before its findings are what the options make of them.
+// A file before the options are applied to its findings.
 struct CheckedFile {
     FileReport report;
     FixedFile fixed;
@@ -264,11 +264,11 @@ FixedFile fixesOf(const CheckedFile &checked, const Options &options, const Warn
     return applyFixes(*checked.report.file, findings, isWanted, &checked.configuration->knownNames);
 }
 
-// Has the file changed, and what is found in it then.
+// Whether the file has changed, and its findings then.
 void fix(CheckedFile &checked, const Options &options, const Warnings &warnings)
 {
     const DescriptionFile &file = *checked.report.file;
-    // What is not well-formed is a finding.
+    // A file that is not well-formed has a finding.
     if (file.state() == DescriptionFile::State::parsed)
         checked.fault = faultOfEditing(file);
     if (!checked.fault.empty()) {
@@ -299,8 +299,8 @@ std::string diffOf(const CheckedFile &checked)
     return unifiedDiff(printable(file.name()), file.text(), checked.fixed.file->text());
 }
 
-// What standard error says of that which could be fixed and is not.
-std::string whatIsNotFixed(const CheckedFile &checked)
+// Reports on standard error the fixes that were not applied.
+std::string unfixedText(const CheckedFile &checked)
 {
     const std::string name = printable(checked.report.file->name());
     std::string text;
@@ -330,7 +330,7 @@ CheckedFile check(const Input &input, const Options &options, const Warnings &wa
     return checked;
 }
 
-// Checks files, several at once, and hands out the reports in the order of the files.
+// Checks files, several at once, and returns the reports in the order of the files.
 class Workers {
 public:
     Workers(const std::vector<Input> &inputs, const Options &options, const Warnings &warnings)
@@ -340,7 +340,7 @@ public:
         threads_.reserve(wanted);
         while (threads_.size() < wanted) {
             std::thread thread = startThread([this] { work(); });
-            // Those that are there do the work of all; without any, take() does it.
+            // The threads that could be started do all the work; without any, take() does it.
             if (!thread.joinable())
                 break;
             threads_.push_back(std::move(thread));
@@ -419,7 +419,7 @@ std::string partOf(const CheckedFile &checked, const Options &options, const Tex
     }
 }
 
-// What is printed behind the last file's findings, or in their place.
+// The text after the last file's findings, or instead of them.
 std::string endOf(const Options &options, const std::vector<FileReport> &reports, const Totals &totals,
                   const TextStyle &style)
 {
@@ -466,7 +466,7 @@ Exit runCheck(const Options &options, Baseline &baseline)
     const TextStyle style = {isColoured(options, output), options.hasInfos};
     Progress progress(inputs, isatty(STDERR_FILENO) == 1);
     Totals totals;
-    // What is left at the end goes with the process: to take trees apart costs a tenth of all.
+    // The last report is not destroyed: that would cost a tenth of the run.
     static std::vector<FileReport> &reports = *new std::vector<FileReport>;
     bool isWritten = true;
     Workers workers(inputs, options, warnings);
@@ -479,7 +479,7 @@ Exit runCheck(const Options &options, Baseline &baseline)
         baseline.apply(report.file->name(), report.findings);
         totals.add(report);
         isWritten = isWritten && checked.isWritten;
-        const std::string complaints = whatIsNotFixed(checked);
+        const std::string complaints = unfixedText(checked);
         std::string text = partOf(checked, options, style);
         if (isDocument(options.format) || isLast)
             reports.push_back(std::move(report));
@@ -570,7 +570,7 @@ Command checkCommand()
              {"--stdin-filename", "What standard input is called", &options->standardInput, "FILE"},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},
              {"--fix",
-              "Fix what is certain, or with --fix=all also what is probable",
+              "Apply certain fixes, or with --fix=all also probable ones",
               &options->fixed,
               "",
               {},
@@ -580,7 +580,7 @@ Command checkCommand()
              {"--diff", "Only show what --fix would change", &options->isDiff},
              {"--list-checks", "List the checks", &options->areListed},
              {"--explain",
-              "Explain a check: why it matters, and examples; or all",
+              "Explain a check, with examples; all explains every check",
               &options->explained,
               "NAME",
               {},

@@ -1,6 +1,5 @@
-// The commands of the tool, and how they describe their arguments: the command line, its help and what shells complete
-// are made of these descriptions. Only command_line.cpp includes CLI11, whose headers take longer to compile than any
-// command.
+// The commands of the tool with their arguments: the command line, its help and the completion of shells are derived
+// from these descriptions. Only command_line.cpp includes CLI11, whose headers take longer to compile than any command.
 #ifndef DCM_TOOLS_COMMAND_H
 #define DCM_TOOLS_COMMAND_H
 
@@ -20,16 +19,16 @@ namespace dcmtool {
 
 using Words = std::vector<std::pair<std::string, uint32_t>>;
 
-// A number of the command line. Messages show it as it was written.
+// A number of the command line. Messages show it as the user wrote it.
 struct Number {
     uint32_t value = 0;
     std::string written;
 };
 
-// Reads all of a text as a number in decimal, hexadecimal (0x10) or octal (010).
+// Reads a whole text as a number in decimal, hexadecimal (0x10) or octal (010).
 bool readNumber(const std::string &written, uint32_t &number);
 
-// What a command line that is being completed holds besides the word at the cursor.
+// The command line around the word that is being completed.
 struct PartialLine {
     std::vector<std::string> words;             // before the cursor: commands and positional arguments
     std::map<std::string, std::string> options; // "--file": its value, anywhere in the line
@@ -42,38 +41,38 @@ struct Candidate {
 using Candidates = std::vector<Candidate>;
 
 struct Argument {
-    std::string name; // "-f,--file", or of a positional argument "TYPE"
+    std::string name; // "-f,--file"; for a positional argument "TYPE"
     std::string help;
-    // bool makes it a flag; a vector takes several; a positional number is required, an optional one is not. Two
-    // arguments with one target are two ways to give the same.
+    // bool makes it a flag; a vector accepts several; a positional number is required, an optional one is not. Two
+    // arguments with one target are two ways to give the same value.
     std::variant<bool *, uint32_t *, std::optional<uint32_t> *, Number *, std::optional<Number> *, std::string *,
                  std::vector<std::string> *>
         target;
     std::string value = {};                   // the name of an option's value in the help
-    Words words = {};                         // that are given for numbers
+    Words words = {};                         // the words for numbers
     std::pair<uint32_t, uint32_t> range = {}; // of a number; any if both are 0
-    // What a shell offers for it. Without a function that follows from its name or that of its value: FILE and DIR are
-    // completed as such, TYPE and MODE from the description that the line names.
+    // The completion. Without a function it is derived from the name of the argument or of its value: FILE and DIR are
+    // completed as such, TYPE and MODE from the description in the line.
     std::function<Candidates(const PartialLine &line)> candidates = {};
-    std::string bare = {}; // what an option of a string is where it is given without a value
+    std::string bare = {}; // the value of an option that is given without one
 };
 
 struct Command {
     std::string name;
     std::string summary;
     std::vector<Argument> arguments;
-    std::function<Exit()> run; // follows that of one of its commands, if one is named
+    std::function<Exit()> run; // runs before that of a subcommand, if one is given
     std::string footer = {};
-    std::vector<Command> commands = {}; // at most one of them may be named
+    std::vector<Command> commands = {}; // at most one of them may be given
 };
 
-// What a command throws when its arguments are wrong.
+// Thrown by a command whose arguments are wrong.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// What to say of a word that is none of some: the nearest of them, or all, or which command lists them. `what` is as in
-// "vocabulary".
+// The message for an unknown word: it names the nearest valid ones, or all, or the command that lists them. `what` is
+// the kind of word, such as "vocabulary".
 std::string unknownWord(const std::string &written, const std::string &what, const std::vector<std::string> &words,
                         const std::string &list = "");
 [[noreturn]] void refuseWord(const std::string &written, const std::string &what, const std::vector<std::string> &words,
@@ -81,7 +80,7 @@ std::string unknownWord(const std::string &written, const std::string &what, con
 
 // The description that a command reads.
 Argument fileOption(std::string &file, const std::string &more = "");
-// The same as a positional argument, for commands that take nothing else that way.
+// The same as a positional argument, for commands that have no other one.
 Argument fileArgument(std::string &file);
 
 Exit runCommandLine(std::vector<Command> commands, int argc, char **argv);

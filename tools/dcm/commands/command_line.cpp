@@ -49,12 +49,12 @@ bool looksLikeFile(const std::string &word)
            (word.find_first_of("./") != std::string::npos || access(word.c_str(), F_OK) == 0);
 }
 
-std::string whatOf(const Argument &argument)
+std::string valueNameOf(const Argument &argument)
 {
     return isPositional(argument) ? argument.name : "value for " + longName(argument);
 }
 
-// The numbers that an argument takes, in words.
+// The numbers that an argument accepts, in words.
 std::string describedRange(const Argument &argument)
 {
     const auto [least, most] = argument.range;
@@ -71,23 +71,23 @@ uint32_t numberOf(const Argument &argument, const std::string &written)
         std::vector<std::string> words;
         for (const auto &[word, value] : argument.words)
             words.push_back(word);
-        refuseWord(written, whatOf(argument), words);
+        refuseWord(written, valueNameOf(argument), words);
     }
     const auto [least, most] = argument.range;
     uint32_t value = 0;
     if (!readNumber(written, value) || value < least || (most != 0 && value > most))
-        throw UsageError(dcmtool::quoted(written) + " is not a valid " + whatOf(argument) + "; expected " +
+        throw UsageError(dcmtool::quoted(written) + " is not a valid " + valueNameOf(argument) + "; expected " +
                          describedRange(argument));
     return value;
 }
 
-// An argument of a command, and the words that were given for it.
+// An argument of a command, and its words in the command line.
 struct Given {
     const Argument *argument;
     std::vector<std::string> words;
 };
 
-// Puts what was given where the command looks for it.
+// Stores the words in the command's variables.
 void convert(const Given &given)
 {
     const Argument &argument = *given.argument;
@@ -129,7 +129,7 @@ bool isRequired(const Argument &argument)
            (std::holds_alternative<uint32_t *>(argument.target) || std::holds_alternative<Number *>(argument.target));
 }
 
-// ---- The line -------------------------------------------------------------------------------------------------------
+// ---- The command line -----------------------------------------------------------------------------------------------
 
 const Command *findCommand(const std::vector<Command> &commands, const std::string &name)
 {
@@ -188,7 +188,7 @@ public:
         if (!words_.empty() && words_.front() == kCompletionOption)
             return print(completionsOf(commands_, {words_.begin() + 1, words_.end()}));
         try {
-            // Once the command has printed its result, nothing may need memory.
+            // After the command has printed its result, nothing may allocate.
             refuseUnknownCommand();
             app_.parse(std::vector<std::string>(words_.rbegin(), words_.rend()));
         } catch (const CLI::CallForHelp &) {
@@ -232,7 +232,7 @@ private:
         return lacksValue ? text.substr(0, name) + " has no value" : text;
     }
 
-    // The commands that the line names, each below the one before it.
+    // The commands in the line, each a subcommand of the one before it.
     std::vector<const Command *> running() const
     {
         std::vector<const Command *> running;
@@ -257,9 +257,9 @@ private:
                 return;
             }
             if (std::find(options.begin(), options.end(), word) == options.end())
-                throw UsageError(
-                    dcmtool::quoted(word) +
-                    " is not an option of dcm itself; a command's options are behind its name: dcm COMMAND " + word);
+                throw UsageError(dcmtool::quoted(word) +
+                                 " is not an option of dcm itself; a command's options follow its name: dcm COMMAND " +
+                                 word);
         }
         if (!isComplete)
             throw UsageError("no command is given; 'dcm help' lists the commands");
@@ -298,7 +298,7 @@ private:
                         app = app->get_subcommand(below);
                         name += " " + below;
                     }
-                    // App::help() would be that of this command, since the line names it.
+                    // App::help() would be the help of a subcommand, because the line names it.
                     return print(app->get_formatter()->make_help(app, name, CLI::AppFormatMode::Normal));
                 }};
     }
@@ -334,14 +334,14 @@ private:
         given_.push_back({&argument, {}});
         CLI::Option *option = app.add_option(argument.name, given_.back().words, argument.help);
         option->type_name(argument.value);
-        // Whatever else there is belongs to the next positional argument, or nowhere.
+        // Any other word belongs to the next positional argument, or is an error.
         if (!isPositional(argument) || !takesSeveral(argument))
             option->allow_extra_args(false);
         if (!takesSeveral(argument))
             option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     }
 
-    // Puts the words of a command where it looks for them: those of given_ from `first` to `last`.
+    // Stores the words of a command in its variables: those of given_ from `first` to `last`.
     void takeArguments(size_t first, size_t last) const
     {
         std::set<const void *> targets;
@@ -359,7 +359,7 @@ private:
         }
     }
 
-    // The file of a command that reads one, but expects a number where it is given.
+    // The file in the place of a number, for a command that reads a file.
     void refuseFile(const Given &given) const
     {
         const Argument &argument = *given.argument;
@@ -372,7 +372,7 @@ private:
                          "; a file is named with -f: " + lineWith(required + "-f ", given.words.front()));
     }
 
-    // The line with something in front of one of its words.
+    // The line with a text inserted before one of its words.
     std::string lineWith(const std::string &inserted, const std::string &word) const
     {
         std::string line = "dcm";
@@ -381,7 +381,7 @@ private:
         return line;
     }
 
-    // Why a word has no place in the line.
+    // The reason why a word is not accepted in the line.
     std::string textOfExtra(const std::string &extra) const
     {
         const std::vector<const Command *> commands = running();
@@ -402,7 +402,7 @@ private:
 
     std::vector<Command> commands_;
     std::vector<std::string> words_;
-    CLI::App app_{"Reads device descriptions: what the hardware of a frame, slot or card type looks like.", "dcm"};
+    CLI::App app_{"Reads, checks and shows device descriptions: the hardware of frame, slot and card types.", "dcm"};
     std::deque<Given> given_; // CLI11 keeps the addresses of its elements
     Exit exit_ = kSuccess;
 };
@@ -415,7 +415,7 @@ bool readNumber(const std::string &written, uint32_t &number)
     errno = 0;
     const unsigned long long value = std::strtoull(written.c_str(), &end, 0);
     number = static_cast<uint32_t>(value);
-    // What strtoull() accepts in front of digits: blanks and a sign.
+    // strtoull() would accept blanks and a sign before the digits.
     const bool beginsWithDigit = std::isdigit(static_cast<unsigned char>(written[0])) != 0;
     return beginsWithDigit && *end == '\0' && errno == 0 && value <= UINT32_MAX;
 }

@@ -15,7 +15,7 @@ namespace dcmtool {
 
 namespace {
 
-// ---- The line -------------------------------------------------------------------------------------------------------
+// ---- The command line -----------------------------------------------------------------------------------------------
 
 std::vector<std::string> namesOf(const Argument &argument)
 {
@@ -36,8 +36,8 @@ bool isFlag(const Argument &argument)
     return std::holds_alternative<bool *>(argument.target) || !argument.bare.empty();
 }
 
-// A shell leaves "~" to whoever completes.
-std::string withHome(const std::string &path)
+// A shell does not expand "~" for completions.
+std::string expandHome(const std::string &path)
 {
     const char *home = std::getenv("HOME");
     return path.compare(0, 2, "~/") == 0 && home != nullptr ? home + path.substr(1) : path;
@@ -45,7 +45,7 @@ std::string withHome(const std::string &path)
 
 // A command line up to the cursor.
 struct Parsed {
-    std::vector<const Command *> commands; // each below the one before it
+    std::vector<const Command *> commands; // each a subcommand of the one before it
     const Argument *awaiting = nullptr;    // the option whose value is at the cursor
     size_t positionals = 0;                // of the last command
     PartialLine line;
@@ -61,7 +61,7 @@ struct Parsed {
         return nullptr;
     }
 
-    // Takes "--file=FILE", or the name of an option; false when the word is not an option.
+    // Reads "--file=FILE", or the name of an option; false if the word is not an option.
     bool takeOption(const std::string &word)
     {
         if (word.size() < 2 || word.front() != '-')
@@ -69,7 +69,7 @@ struct Parsed {
         const size_t equals = word.find('=');
         const Argument *argument = option(word.substr(0, equals));
         if (argument != nullptr && equals != std::string::npos)
-            line.options[namesOf(*argument).back()] = withHome(word.substr(equals + 1));
+            line.options[namesOf(*argument).back()] = expandHome(word.substr(equals + 1));
         else if (argument != nullptr && !isFlag(*argument))
             awaiting = argument;
         return true;
@@ -77,7 +77,7 @@ struct Parsed {
 
     void takeValue(const std::string &word)
     {
-        line.options[namesOf(*awaiting).back()] = withHome(word);
+        line.options[namesOf(*awaiting).back()] = expandHome(word);
         awaiting = nullptr;
     }
 
@@ -103,7 +103,7 @@ Parsed parsed(const std::vector<Command> &commands, const std::vector<std::strin
         else if (!line.takeOption(words[i]))
             line.takeWord(words[i], commands);
     }
-    // The file may be named behind the cursor.
+    // The option for the file may be after the cursor.
     const Argument *const awaiting = line.awaiting;
     line.awaiting = nullptr;
     for (size_t i = index + 1; i < words.size(); i++) {
@@ -116,15 +116,15 @@ Parsed parsed(const std::vector<Command> &commands, const std::vector<std::strin
     return line;
 }
 
-// ---- What a description holds ---------------------------------------------------------------------------------------
+// ---- Types in a description -----------------------------------------------------------------------------------------
 
-constexpr size_t kMostTypes = 1000; // that are offered
+constexpr size_t kMostTypes = 1000; // the maximum number of types offered
 
 std::unique_ptr<DescriptionFile> fileOf(const PartialLine &line)
 {
     const auto named = line.options.find("--file");
     const std::string name = named != line.options.end() ? named->second : dcm::kDefaultFile;
-    // Standard input is where the user types.
+    // Standard input is the user's keyboard.
     if (name == "-")
         return nullptr;
     auto file = DescriptionFile::open(name);
@@ -137,7 +137,7 @@ std::string attributeOf(Node element, const char *name)
     return text ? text.c_str() : "";
 }
 
-// The kind of what the line is about: "export card", "frame".
+// The kind that the line is about: "export card", "frame".
 const std::string *kindOf(const PartialLine &line)
 {
     for (auto word = line.words.rbegin(); word != line.words.rend(); ++word)
@@ -158,7 +158,7 @@ template <class Visit> void forEachType(const PartialLine &line, const Visit &vi
             visit(type);
 }
 
-// The types of an element as the file writes them; by default it has one.
+// The types of an element as the file writes them; without a type it is 0.
 std::vector<std::string> writtenTypes(const DescribedType &type)
 {
     const std::string written = attributeOf(type.element, "typeid");
@@ -185,7 +185,7 @@ Candidates types(const PartialLine &line)
     return candidates;
 }
 
-// Modes of the card type in front of the cursor, which may be written in another base.
+// Modes of the card type before the cursor, which may be written in another base.
 Candidates modes(const PartialLine &line)
 {
     Candidates candidates;
@@ -200,7 +200,7 @@ Candidates modes(const PartialLine &line)
     return candidates;
 }
 
-// ---- The answer -----------------------------------------------------------------------------------------------------
+// ---- Candidates -----------------------------------------------------------------------------------------------------
 
 std::string linesOf(const Candidates &candidates, const std::string &before = "")
 {

@@ -78,16 +78,16 @@ Exit compareFiles(const Options &options)
     return after != nullptr ? print(Comparison(*before, *after, filter), options, output) : kUnreadable;
 }
 
-// What git gives a driver: PATH OLD-FILE OLD-HEX OLD-MODE NEW-FILE NEW-HEX NEW-MODE, and more where it was renamed.
-// Git takes every status but 0 for a failure.
+// The arguments of a git diff driver: PATH OLD-FILE OLD-HEX OLD-MODE NEW-FILE NEW-HEX NEW-MODE, and more after a
+// rename. Git takes every status but 0 for a failure.
 Exit compareForGit(const Options &options)
 {
     constexpr size_t kLeast = 7;
-    // Of a file that is not merged it gives the path alone.
+    // For a file that is not merged, git passes only the path.
     if (options.sides.size() == 1)
         return kSuccess;
     if (options.sides.size() < kLeast)
-        throw UsageError("--git-driver takes what git gives a diff driver");
+        throw UsageError("--git-driver takes the arguments of a git diff driver");
     const OwnOutput output;
     const std::string &path = options.sides[0];
     const auto before = openSideOrNothing(options.sides[1], "a/" + path);
@@ -115,7 +115,7 @@ Command diffCommand()
         classes.emplace_back(nameOf(changeClass), static_cast<uint32_t>(changeClass));
     return {
         "diff",
-        "Say what a changed description changes for those that query it",
+        "Compare the answers of two descriptions to every query",
         {{"SIDES", "OLD and NEW: each a file, - for standard input, or REV:PATH in a git work tree", &options->sides},
          {"--format",
           "text, json or html [text]",
@@ -127,7 +127,7 @@ Command diffCommand()
          {"--for", "Compare only these fields: NAME,... as in dcm.h (phyType, panelIf.portId)", &options->fields,
           "NAME"},
          {"--modes", "Compare the first mode of a card type of one file with its others", &options->modesOf, "TYPE"},
-         {"--git-driver", "Take the arguments of a git diff driver, and exit 0", &options->isGitDriver}},
+         {"--git-driver", "Run as a git diff driver, and exit 0", &options->isGitDriver}},
         [options] { return runDiff(*options); },
         "Exit status: 0 no difference or only cosmetic ones, 1 additions or changed behaviour, 2 something breaks,\n"
         "64 wrong usage, 66 a side cannot be read or is not a description, 71 out of memory."};
@@ -137,7 +137,7 @@ Command gitSetupCommand()
 {
     const auto pattern = std::make_shared<std::string>("device*.xml");
     const auto run = [pattern] {
-        // It is a word of a line of attributes, between single quotes.
+        // The pattern is a word of a line of attributes, in single quotes.
         if (pattern->empty() || printable(*pattern) != *pattern ||
             pattern->find_first_of(" '\"\\") != std::string::npos)
             throw UsageError("PATTERN has blanks, quotes or backslashes: " + quoted(*pattern));

@@ -32,7 +32,7 @@ struct Options {
     std::optional<uint32_t> mode;
 };
 
-// By the end of the name; of none, text for a terminal.
+// By the end of the name; without a name, text for a terminal.
 Format formatOf(const std::string &name)
 {
     const size_t dot = name.find_last_of('.');
@@ -86,13 +86,13 @@ std::vector<Fit> fitsOf(const Options &options)
     return fits;
 }
 
-Lamps lampsOf(const Options &options)
+LedStateSelection ledStatesOf(const Options &options)
 {
-    Lamps lamps;
+    LedStateSelection ledStates;
     for (const std::string &led : options.leds)
-        if (!lamps.light(led))
+        if (!ledStates.select(led))
             throw UsageError("--led takes TYPE=STATE or TYPE-ID=STATE, not " + printable(led));
-    return lamps;
+    return ledStates;
 }
 
 // ---- Drawing --------------------------------------------------------------------------------------------------------
@@ -105,17 +105,17 @@ struct Drawing {
 class Drawer {
 public:
     Drawer(const DescriptionFile &file, const Options &options, const Metrics &metrics)
-        : file_(file), options_(options), metrics_(metrics), lamps_(lampsOf(options))
+        : file_(file), options_(options), metrics_(metrics), ledStates_(ledStatesOf(options))
     {
     }
 
-    // None when there is nothing to draw, which is said.
+    // None if there is nothing to draw, which is reported.
     std::optional<Drawing> draw()
     {
         std::optional<Drawing> drawing = *options_.kind == RecordKind::frame ? drawnFrame() : drawnCard();
         if (!drawing)
             return drawing;
-        const std::vector<std::string> unused = lamps_.unused();
+        const std::vector<std::string> unused = ledStates_.unused();
         for (const std::string &led : unused)
             std::fprintf(stderr, "dcm: --led %s: no LED in the picture has this state\n", printable(led).c_str());
         drawing->isComplete = drawing->isComplete && unused.empty();
@@ -123,7 +123,7 @@ public:
     }
 
 private:
-    void sayThatItIsNotThere(bool isDescribed) const
+    void reportMissing(bool isDescribed) const
     {
         const std::string mode =
             *options_.kind == RecordKind::card ? " and mode " + std::to_string(options_.mode.value_or(0)) : "";
@@ -146,10 +146,10 @@ private:
             file_, [&](uint32_t type, uint32_t of) { return type == options_.type && of == mode; }, false);
         const CardView *view = cards.find(options_.type, mode);
         if (view == nullptr) {
-            sayThatItIsNotThere(cards.isDescribed(options_.type, mode));
+            reportMissing(cards.isDescribed(options_.type, mode));
             return std::nullopt;
         }
-        Drawing drawing = {drawCard(*view, lamps_, metrics_)};
+        Drawing drawing = {drawCard(*view, ledStates_, metrics_)};
         mark(drawing, view->places, "card-" + hexadecimal(options_.type) + "-" + std::to_string(mode));
         return drawing;
     }
@@ -161,7 +161,7 @@ private:
         const auto frame = std::make_unique<DcmFrameInfo>();
         Queries queries(file_);
         if (type == nullptr || !queries.run(*type, *frame)) {
-            sayThatItIsNotThere(type != nullptr);
+            reportMissing(type != nullptr);
             return std::nullopt;
         }
         std::vector<Fit> fits = fitsOf(options_);
@@ -185,7 +185,7 @@ private:
             if (!fit.refusal.empty())
                 std::fprintf(stderr, "dcm: %s refused: %s\n", fit.name.c_str(), fit.refusal.c_str());
         view.fits = std::move(fits);
-        Drawing drawing = {drawFrame(view, lamps_, metrics_), areFitted};
+        Drawing drawing = {drawFrame(view, ledStates_, metrics_), areFitted};
         mark(drawing, places, "frame-" + hexadecimal(options_.type));
         return drawing;
     }
@@ -193,7 +193,7 @@ private:
     const DescriptionFile &file_;
     const Options &options_;
     const Metrics &metrics_;
-    Lamps lamps_;
+    LedStateSelection ledStates_;
 };
 
 // ---- The file -------------------------------------------------------------------------------------------------------
@@ -221,7 +221,7 @@ Exit runDraw(const Options &options)
         throw UsageError("--fit is for a frame");
     const Format format = formatOf(options.output);
     static_cast<void>(fitsOf(options));
-    static_cast<void>(lampsOf(options));
+    static_cast<void>(ledStatesOf(options));
     const OwnOutput output;
     const auto file = openDescription(options.file);
     if (file == nullptr)
@@ -239,7 +239,7 @@ Exit runDraw(const Options &options)
 Command kindCommand(RecordKind kind, const std::shared_ptr<Options> &options)
 {
     const std::string name = kindName(kind);
-    // Afterwards, the command above runs.
+    // The command one level up runs afterwards.
     const auto run = [options, kind] {
         options->kind = kind;
         return kSuccess;

@@ -82,5 +82,5 @@ Command explainCommand()
         "Explain an element or attribute of descriptions",
         {argument},
         [path] { return OwnOutput().print(explanationOf(Reference(), *path)) ? kSuccess : kCannotWrite; },
-        "PATH is as in card/panel-port/port/phytype, card@typeid or phytype. What several elements have is listed."};
+        "PATH is as in card/panel-port/port/phytype, card@typeid or phytype. If several elements match, they are listed."};
 }

@@ -9,7 +9,7 @@ using namespace dcmtool;
 
 namespace {
 
-constexpr int kVersion = 1; // of what is exported: tools/dcm/records/export.schema.in.json
+constexpr int kVersion = 1; // of the output: tools/dcm/records/export.schema.in.json
 
 const char *arrayName(RecordKind kind)
 {
@@ -62,7 +62,7 @@ Json entryOf(const DescriptionFile &file, Queries &queries, const Selection &sel
     return entry;
 }
 
-// Prints the entries of one kind; those for which there is no room are counted.
+// Prints the entries of one kind, and counts those beyond the output limit.
 void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &types, const Selection &selection,
                 RecordKind kind, JsonStream &json, Exit &exit, size_t &omitted)
 {
@@ -70,7 +70,7 @@ void exportKind(const DescriptionFile &file, const std::vector<DescribedType> &t
     bool isFound = false;
     json.beginArray(arrayName(kind));
     for (const DescribedType &type : types) {
-        // A query takes the first that it finds.
+        // A query finds the first match.
         if (isFound && selection.type)
             break;
         if (type.kind != kind || !selection.includes(type)) {
@@ -106,7 +106,7 @@ Exit exportFrom(const DescriptionFile &file, const Selection &selection, const O
             exportKind(file, types, selection, kind, json, exit, omitted);
     if (omitted != 0) {
         json.add("omitted", omitted);
-        sayOmitted(file, omitted, "records", "ask for one with its type");
+        reportOmitted(file, omitted, "records", "name a type to export one");
         exit = kQueryFailed;
     }
     return json.end() ? exit : kCannotWrite;
@@ -125,7 +125,7 @@ Command exportCommand()
 {
     const auto selection = std::make_shared<Selection>();
     return {"export",
-            "Print what a description describes as JSON",
+            "Print decoded records as JSON",
             {fileOption(selection->file, ", - for standard input")},
             [selection] { return runExport(*selection); },
             "",

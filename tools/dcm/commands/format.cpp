@@ -41,7 +41,7 @@ Exit show(const OwnOutput &output, const std::string &text)
     return output.printFile(text) ? kSuccess : kCannotWrite;
 }
 
-// What is made of a file whose layout is another.
+// The result for a file with another layout.
 Exit take(const Options &options, const OwnOutput &output, const DescriptionFile &file, const std::string &text)
 {
     if (options.isDiff) {
@@ -71,7 +71,7 @@ Exit run(const Options &options)
     if (options.files.empty())
         throw UsageError("FILE is required");
     if (options.isMinified && (options.isCheck || options.isDiff || options.files.size() > 1))
-        throw UsageError("--minify prints one file and goes with no other option");
+        throw UsageError("--minify takes one file and no other option");
     const OwnOutput output;
     Exit worst = kSuccess;
     for (const std::string &name : options.files)
@@ -85,14 +85,14 @@ Command formatCommand()
 {
     const auto options = std::make_shared<Options>();
     return {"format",
-            "Give descriptions their one layout",
-            {{"FILE", "Descriptions to change; - takes standard input to standard output", &options->files},
-             {"--check", "Only list the files whose layout is another", &options->isCheck},
+            "Rewrite descriptions in the one layout",
+            {{"FILE", "Descriptions to rewrite; - copies standard input to standard output", &options->files},
+             {"--check", "Only list the files that are not formatted", &options->isCheck},
              {"--diff", "Only show what would change", &options->isDiff},
              {"--minify", "Print the file without comments and indentation, as for an element's image",
               &options->isMinified}},
             [options] { return run(*options); },
             "Exit status: 0 success, 1 --check has listed a file, 64 wrong usage,\n"
-            "66 a file cannot be read, is no description in XML or not in UTF-8, 71 out of memory,\n"
+            "66 a file cannot be read, is not a well-formed description or not in UTF-8, 71 out of memory,\n"
             "74 a file or the output cannot be written."};
 }

@@ -16,15 +16,15 @@ using namespace dcmtool;
 
 namespace {
 
-constexpr int kVersion = 1; // of what is listed: docs/schema/list.schema.json
+constexpr int kVersion = 1; // of the output: docs/schema/list.schema.json
 
-// What came of all queries.
+// The results of all queries.
 struct Outcomes {
     bool areAllDecoded = true;
-    size_t omitted = 0; // rows for which there was no room
+    size_t omitted = 0; // rows beyond the output limit
 };
 
-// How many there are of a kind; nothing where the kind means nothing, or the query fails.
+// The counts of a row; absent for other kinds, or if the query fails.
 using Count = std::optional<uint32_t>;
 
 // Ports of one kind.
@@ -45,7 +45,7 @@ struct Row {
     bool isDecoded = false;
 };
 
-// ---- What there is --------------------------------------------------------------------------------------------------
+// ---- Counts ---------------------------------------------------------------------------------------------------------
 
 void count(const DcmFrameInfo &frame, Row &row)
 {
@@ -118,15 +118,15 @@ Row rowOf(const DescriptionFile &file, Queries &queries, const DescribedType &ty
     return row;
 }
 
-// ---- For people -----------------------------------------------------------------------------------------------------
+// ---- Table ----------------------------------------------------------------------------------------------------------
 
 struct Column {
     const char *title;
-    bool isNumber;    // to the right
-    unsigned leftOut; // on a terminal that is too narrow for all, columns with lower numbers are left out first
+    bool isNumber;    // aligned to the right
+    unsigned leftOut; // on a narrow terminal, columns with lower numbers are left out first
     std::string (*cell)(const Row &row);
     const char *meaning;
-    size_t least = 0; // the width to which it is shortened before that; 0 where it is not
+    size_t least = 0; // the width to which it is shortened before that; 0: it is not shortened
 };
 
 std::string shown(const Count &count)
@@ -134,7 +134,7 @@ std::string shown(const Count &count)
     return count ? std::to_string(*count) : "-";
 }
 
-// The table is as wide as the longest list of types: of many only the first ones are shown.
+// The longest list of types determines the width of the table: of many types only the first ones are shown.
 std::string typeCell(const Row &row)
 {
     constexpr size_t kShown = 16;
@@ -202,7 +202,7 @@ std::string describedColumns()
         text += line;
     }
     return text +
-           "\nA dash is shown where a column does not apply. On a terminal the table is as wide as that at most: texts\n"
+           "\nA dash is shown where a column does not apply. On a terminal the table is no wider than the terminal: texts\n"
            "are shortened, and then columns are left out. Exit status: 0 success, 1 a query failed, 64 wrong usage,\n"
            "66 the file cannot be read, 71 out of memory, 74 the output cannot be written.";
 }
@@ -226,7 +226,7 @@ size_t widthOfTable(const std::vector<size_t> &widths)
     return width;
 }
 
-// Makes a table fit a terminal as well as possible.
+// Fits a table to a terminal as well as possible.
 void fit(std::vector<size_t> &widths, size_t terminal)
 {
     const auto excess = [&] {
@@ -242,7 +242,7 @@ void fit(std::vector<size_t> &widths, size_t terminal)
         for (size_t i = 0; i < widths.size(); i++)
             if (kColumns[i].leftOut == rank && excess() != 0)
                 widths[i] = kLeftOut;
-    // What is left out makes room for texts.
+    // Columns that are left out make space for texts.
     for (size_t i = 0; i < widths.size(); i++)
         if (kColumns[i].least != 0 && widths[i] != kLeftOut)
             widths[i] += std::min(wanted[i] - widths[i], terminal - std::min(terminal, widthOfTable(widths)));
@@ -256,13 +256,13 @@ std::string fitted(const std::string &cell, size_t width)
         return cell;
     std::string text = cell;
     while (widthOf(text) + std::strlen(kCut) > width)
-        text.pop_back(); // half a character counts as none, and is taken with the rest of it
+        text.pop_back(); // an incomplete character has no width, and is removed with its first bytes
     while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0xC0)
         text.pop_back();
     return text + kCut;
 }
 
-// The first line of the table, or that of a row.
+// The header of the table, or a row.
 std::string lineOf(const Row *row, const std::vector<size_t> &widths)
 {
     std::string line;
@@ -277,7 +277,7 @@ std::string lineOf(const Row *row, const std::vector<size_t> &widths)
     return line + "\n";
 }
 
-// Everything is decoded twice, first to see how wide the columns are: rows may take more memory than the file.
+// Everything is decoded twice, first to find the widths of the columns: rows may take more memory than the file.
 bool printTable(const DescriptionFile &file, const std::vector<DescribedType> &types, const OwnOutput &output,
                 Outcomes &outcomes)
 {
@@ -317,7 +317,7 @@ bool printTable(const DescriptionFile &file, const std::vector<DescribedType> &t
     return output.print(text);
 }
 
-// ---- For programs ---------------------------------------------------------------------------------------------------
+// ---- JSON -----------------------------------------------------------------------------------------------------------
 
 template <class Value> Json orNull(const std::optional<Value> &value)
 {
@@ -381,7 +381,7 @@ Exit runList(const std::string &fileName, bool asJson)
     const bool isPrinted =
         asJson ? printJson(*file, types, output, outcomes) : printTable(*file, types, output, outcomes);
     if (outcomes.omitted != 0)
-        sayOmitted(*file, outcomes.omitted, "rows", "the file has more types than a device");
+        reportOmitted(*file, outcomes.omitted, "rows", "the file has more types than a device");
     if (!isPrinted)
         return kCannotWrite;
     return outcomes.areAllDecoded && outcomes.omitted == 0 ? kSuccess : kQueryFailed;

@@ -1,4 +1,4 @@
-// Skeletons of descriptions: complete, correct, and with comments for what is to be decided.
+// Skeletons of descriptions: complete, correct, and with comments about the choices.
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/description/described.h"
 #include "tools/dcm/description/texts.h"
@@ -27,7 +27,7 @@ struct Options {
     uint32_t slots = 4;         // of a frame
 };
 
-// Ports of one kind, whose numbers follow those before them.
+// Ports of one kind, numbered after the previous ones.
 struct Ports {
     uint32_t first;
     uint32_t last;
@@ -74,7 +74,7 @@ std::string escaped(const std::string &text)
 
 // ---- Writing --------------------------------------------------------------------------------------------------------
 
-// Writes elements under their paths, and what the reference says about each path where it comes first.
+// Writes elements by path, and the reference's text about each path at its first use.
 class Writer {
 public:
     explicit Writer(std::string kind) : path_(std::move(kind)) {}
@@ -116,7 +116,7 @@ public:
     }
     void blank() { text_ += "\n"; }
     void comment(const std::string &text) { line("<!-- " + text + " -->"); }
-    // What else the element at hand may hold.
+    // The optional children of the current element.
     void leftOut()
     {
         const std::string before = path_ + "/";
@@ -138,7 +138,7 @@ public:
 private:
     void enter(const std::string &name)
     {
-        // The first element is the one that is described, below "device".
+        // The first element is the requested one, below "device".
         path_ += depth_ == 1 ? "" : "/" + name;
         written_.insert(path_);
     }
@@ -163,7 +163,7 @@ private:
     std::string text_;
 };
 
-// ---- What is described ----------------------------------------------------------------------------------------------
+// ---- Content --------------------------------------------------------------------------------------------------------
 
 void writePanel(Writer &writer, const std::vector<Ports> &all)
 {
@@ -330,7 +330,7 @@ void writeUnits(Writer &writer, uint32_t slots)
 void writeFrame(Writer &writer, const Options &options, const std::string &type)
 {
     const uint32_t slots = options.slots;
-    // The last two slots of a frame that has as many take its fans and its power supply.
+    // In a frame with enough slots, the last two are for its fans and its power supply.
     const bool hasUnits = slots >= 4;
     const uint32_t cardSlots = hasUnits ? slots - 2 : slots;
     writer.open("frame", {{"typeid", type}});
@@ -354,7 +354,7 @@ void writeFrame(Writer &writer, const Options &options, const std::string &type)
 
 // ---- The command ----------------------------------------------------------------------------------------------------
 
-// As it was written, but not in octal.
+// As the user wrote it, but not in octal.
 std::string writtenType(const Number &type)
 {
     const bool isOctal = type.written.size() > 1 && type.written[0] == '0' && std::tolower(type.written[1]) != 'x';
@@ -389,10 +389,9 @@ std::string skeletonOf(const Options &options)
         writeCard(writer, options, type);
     }
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-           "<!-- A " +
-           kind +
-           " to begin with: decide each value. \"dcm explain NAME\" says more about it, and \"dcm check FILE\"\n" +
-           "     finds what is wrong. -->\n<device>\n" + writer.text() + "</device>\n";
+           "<!-- Skeleton of a " +
+           kind + ": decide each value. \"dcm explain NAME\" documents it, and \"dcm check FILE\"\n" +
+           "     finds mistakes. -->\n<device>\n" + writer.text() + "</device>\n";
 }
 
 Exit run(const Options &options)
@@ -406,7 +405,7 @@ Command kindCommand(RecordKind kind, const std::shared_ptr<Options> &options)
 {
     const std::string name = kindName(kind);
     Command command = {name, "A " + name, {}, [options, kind] {
-                           // Afterwards, the command above runs.
+                           // The command one level up runs afterwards.
                            options->kind = kind;
                            return kSuccess;
                        }};
@@ -430,7 +429,7 @@ Command newCommand()
 {
     const auto options = std::make_shared<Options>();
     return {"new",
-            "Print a skeleton of a description, with comments for what to decide",
+            "Print a skeleton of a description, with comments about each value",
             {},
             [options] { return run(*options); },
             "In a list of ports each kind follows its number: 2x10xgepon is two ports of the kind 10xgepon.",

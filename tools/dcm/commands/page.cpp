@@ -19,7 +19,7 @@ struct Options {
     std::string output;
 };
 
-// More than any device needs, and as much as a browser shows without delay.
+// More than any device needs; a browser still shows it without delay.
 constexpr size_t kMostOfPage = size_t{16} * 1000 * 1000;
 
 Exit runPage(const Options &options)

@@ -25,7 +25,8 @@ using namespace dcmtool;
 
 namespace {
 
-// Says on standard error why a file is not well-formed while it lives: what follows the first fault follows from it.
+// During its lifetime, prints the first parse error of a file on standard error; later errors follow from the first
+// one.
 class ParserFault {
 public:
     explicit ParserFault(const std::string &file) : file_(file)
@@ -57,20 +58,19 @@ private:
     bool isSaid_ = false;
 };
 
-// Runs a query of a file and prints on standard output what it reports; what the parser finds is said on standard
-// error.
+// Runs a query of a file and prints its reports on standard output; parse errors are printed on standard error.
 Exit runQuery(const std::string &file, const std::function<int()> &query)
 {
     std::vector<std::string> reports;
     int result = 0;
     {
-        // The library prints each report as it is; it is logged, too.
+        // The library prints each report unchanged, and logs it, too.
         const OwnOutput output;
         const ReportCapture capture(reports);
         const ParserFault parserFault(file);
         errno = 0;
         result = query();
-        // What libc allocates for the library, to open the file, ends no process.
+        // The allocations of libc for the library, to open the file, do not end the process when they fail.
         if (result != 0 && errno == ENOMEM)
             runOutOfMemory();
     }
@@ -81,7 +81,7 @@ Exit runQuery(const std::string &file, const std::function<int()> &query)
     return result == 0 ? kSuccess : kQueryFailed;
 }
 
-// The same of a query that opens the file itself. A file that the tool does not open is reported on standard error.
+// The same for a query that opens the file itself. A file that the tool cannot open is reported on standard error.
 Exit runQueryOfFile(const std::string &file, const std::function<int()> &query)
 {
     if (file == "-")
@@ -93,20 +93,20 @@ Exit runQueryOfFile(const std::string &file, const std::function<int()> &query)
     return kUnreadable;
 }
 
-// Says on standard error why the description has no such type, if that is why a query failed.
+// Reports on standard error that the description does not have the type, if that is why a query failed.
 void explainNotFound(const std::string &fileName, const Wanted &wanted)
 {
     const auto file = DescriptionFile::open(fileName);
     const std::string why = file->isDevice() ? whyNotFound(*file, wanted) : "";
     if (why.empty())
         return;
-    // Once something is printed, memory has to suffice for the rest.
+    // After the first output, no allocation may fail.
     const std::string message = "dcm: " + printable(fileName) + ": " + why + "\n";
     if (endOutput())
         std::fputs(message.c_str(), stderr);
 }
 
-// The texts that reports print become printable.
+// Escapes the texts that reports print.
 void makeTextsPrintable(DcmFrameInfo &) {}
 
 void makeTextsPrintable(DcmSlotInfo &slot)
@@ -201,7 +201,7 @@ Exit showPorts(const std::string &path, Exit asked, const DcmVmPortInfo &info)
     return asked;
 }
 
-// The port list of a VM, where the element looks for it.
+// The port list of a VM, at the element's own path.
 Exit runVm(uint8_t id, const std::string &root)
 {
     DcmVmPortInfo info = {};
@@ -225,7 +225,7 @@ Exit runVmFile(const std::string &name)
     return showPorts(name, runQuery(name, decode), info);
 }
 
-// The VMs that have a port list below the folder that the line names.
+// The VMs with a port list below the folder in the line.
 Candidates machines(const PartialLine &line)
 {
     const auto root = line.options.find("--root");
@@ -258,9 +258,9 @@ Command vmCommand()
     };
     const std::string rootHelp = "Folder that holds device/vm-ID.xml [" + options->root + "]";
     return {"vm",
-            "Print the panel ports given to a virtual machine",
+            "Print the panel ports of a virtual machine",
             {{"ID", "Number of the VM, 0 to 255", &options->id, "", {}, {0, 255}, machines},
              {"-r,--root", rootHelp, &options->root, "DIR"},
-             {"-f,--file", "Port list to read, in place of that of ID", &options->file, "FILE"}},
+             {"-f,--file", "Port list to read instead of that of ID", &options->file, "FILE"}},
             run};
 }

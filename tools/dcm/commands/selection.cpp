@@ -40,7 +40,7 @@ std::vector<Command> kindCommands(const std::shared_ptr<Selection> &selection)
     std::vector<Command> commands;
     for (const RecordKind kind : {RecordKind::frame, RecordKind::slot, RecordKind::card}) {
         const std::string name = kindName(kind);
-        // Afterwards, the command above runs.
+        // The command one level up runs afterwards.
         const auto run = [selection, kind] {
             selection->kind = kind;
             return kSuccess;

@@ -1,4 +1,4 @@
-// What commands on records are asked for: all of a description, all of a kind, or one.
+// The selection of records by a command: all of a description, all of a kind, or one.
 #ifndef DCM_TOOLS_SELECTION_H
 #define DCM_TOOLS_SELECTION_H
 
@@ -16,14 +16,14 @@ struct Selection {
     std::optional<Number> mode;     // none: 0
 
     bool includes(const DescribedType &described) const;
-    // One that is included, by the one of its ids that was asked for, which the record then holds.
+    // A selected type, with the requested one of its ids, which the record then contains.
     DescribedType asked(const DescribedType &described) const;
 };
 
-// Whether the file has what one type was asked for; if not, that is said on standard error.
+// Whether the file has the requested type; if not, this is reported on standard error.
 bool isDescribed(const DescriptionFile &file, const Selection &selection);
 
-// The commands "frame [TYPE]", "slot [TYPE]" and "card [TYPE [MODE]]" below one that then runs.
+// The subcommands "frame [TYPE]", "slot [TYPE]" and "card [TYPE [MODE]]" of a command that runs after them.
 std::vector<Command> kindCommands(const std::shared_ptr<Selection> &selection);
 
 } // namespace dcmtool

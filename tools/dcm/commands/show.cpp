@@ -15,7 +15,7 @@ using namespace dcmtool;
 
 namespace {
 
-// "frame 0x1"; as little as tells types apart.
+// "frame 0x1"; the shortest name that is unique.
 std::string typeName(uint32_t type)
 {
     char name[sizeof "0x12345678"];
@@ -23,10 +23,10 @@ std::string typeName(uint32_t type)
     return name;
 }
 
-// What the pages of a file say of its other types.
-class Neighbourhood {
+// Facts about the other types of a file, for its pages.
+class OtherTypes {
 public:
-    Neighbourhood(const DescriptionFile &file, const std::vector<DescribedType> &types) : file_(file), types_(types) {}
+    OtherTypes(const DescriptionFile &file, const std::vector<DescribedType> &types) : file_(file), types_(types) {}
 
     // The slots that accept a card: "frame 0x1 slots 1-6,11-16".
     std::vector<std::string> fitsOf(uint32_t cardType)
@@ -39,7 +39,7 @@ public:
         return hasFrames_ ? std::vector<std::string>{"no slot of a described frame"} : std::vector<std::string>();
     }
 
-    // What a card is called in the list of a slot.
+    // The name of a card in the list of a slot.
     std::string cardName(uint32_t cardType)
     {
         if (cards_.empty())
@@ -49,7 +49,7 @@ public:
             return cardTypeName(cardType) + " (not described)";
         const Card &card = found->second;
         std::string name = card.name;
-        // A name that several types have tells nothing.
+        // A name that several types have is ambiguous.
         if (name.empty() || typesByName_[name] != 1)
             name += (name.empty() ? "" : " ") + cardTypeName(cardType);
         return card.modes > 1 ? name + " (" + std::to_string(card.modes) + " modes)" : name;
@@ -64,7 +64,7 @@ private:
     void readFrames()
     {
         areFramesRead_ = true;
-        // A frame may list many more types than there are.
+        // A frame may list many more types than exist.
         std::set<uint32_t> described;
         for (const DescribedType &type : types_)
             if (type.kind == RecordKind::card)
@@ -107,7 +107,7 @@ private:
             typesByName_[card.second.name]++;
     }
 
-    // What two names begin with: modes of a card are told apart by the last word, as a rule.
+    // The common prefix of two names: the names of a card's modes usually differ in the last word.
     static std::string commonWords(const std::string &one, const std::string &other)
     {
         const auto differ = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
@@ -118,7 +118,7 @@ private:
         return end == std::string::npos || end == 0 ? one : common.substr(0, end);
     }
 
-    static constexpr size_t kMostFits = 32; // frames are as many as a file describes
+    static constexpr size_t kMostFits = 32; // a file may describe any number of frames
 
     const DescriptionFile &file_;
     const std::vector<DescribedType> &types_;
@@ -129,7 +129,7 @@ private:
     std::map<std::string, size_t> typesByName_;
 };
 
-// The entity that an LED map names as a source, by the index that the host gives it (host.h).
+// The source of an LED map, by the index that the host assigns (host.h).
 std::string sourceName(uint32_t index)
 {
     constexpr uint32_t kCardClass = 9;
@@ -138,42 +138,42 @@ std::string sourceName(uint32_t index)
     return "card " + std::to_string(index >> 16 & 0xFF) + "/" + std::to_string(index & 0xFFFF);
 }
 
-// Without a record `exit` is kQueryFailed; what is wrong is said on standard error.
+// Without a record, `exit` is kQueryFailed, and the errors have been printed on standard error.
 template <class Info>
-Page pageOfType(const DescribedType &type, Queries &queries, const Surroundings &surroundings, Exit &exit)
+Page pageOfType(const DescribedType &type, Queries &queries, const PageContext &context, Exit &exit)
 {
     Info info;
     if (queries.run(type, info))
-        return pageOf(info, surroundings);
+        return pageOf(info, context);
     exit = kQueryFailed;
     Page page;
     const std::string id = type.typeIds.empty() ? "" : " " + typeName(type.typeIds[0]);
     page.title = {Text(kindName(type.kind) + id, kBold), Text("the query fails")};
-    page.place = {surroundings.place};
+    page.place = {context.place};
     return page;
 }
 
 Page pageOfType(const DescriptionFile &file, const DescribedType &type, const DescribedType &asked, Queries &queries,
-                Neighbourhood &neighbourhood, Exit &exit)
+                OtherTypes &otherTypes, Exit &exit)
 {
-    Surroundings surroundings;
-    surroundings.place = file.name() + ":" + std::to_string(file.lineOf(file.nameSpan(type.element).begin));
-    surroundings.sourceName = sourceName;
+    PageContext context;
+    context.place = file.name() + ":" + std::to_string(file.lineOf(file.nameSpan(type.element).begin));
+    context.sourceName = sourceName;
     switch (type.kind) {
     case RecordKind::frame:
-        surroundings.cardName = [&](uint32_t cardType) { return neighbourhood.cardName(cardType); };
-        return pageOfType<DcmFrameInfo>(asked, queries, surroundings, exit);
+        context.cardName = [&](uint32_t cardType) { return otherTypes.cardName(cardType); };
+        return pageOfType<DcmFrameInfo>(asked, queries, context, exit);
     case RecordKind::slot:
-        surroundings.types = type.typeIds;
-        return pageOfType<DcmSlotInfo>(asked, queries, surroundings, exit);
+        context.types = type.typeIds;
+        return pageOfType<DcmSlotInfo>(asked, queries, context, exit);
     case RecordKind::card:
         if (!asked.typeIds.empty())
-            surroundings.fits = neighbourhood.fitsOf(asked.typeIds[0]);
-        return pageOfType<DcmCardInfo>(asked, queries, surroundings, exit);
+            context.fits = otherTypes.fitsOf(asked.typeIds[0]);
+        return pageOfType<DcmCardInfo>(asked, queries, context, exit);
     case RecordKind::vm:
         break;
     }
-    return pageOfType<DcmVmPortInfo>(asked, queries, surroundings, exit);
+    return pageOfType<DcmVmPortInfo>(asked, queries, context, exit);
 }
 
 Exit showFrom(const DescriptionFile &file, const Selection &selection, const TerminalOptions &options,
@@ -184,7 +184,7 @@ Exit showFrom(const DescriptionFile &file, const Selection &selection, const Ter
         return kQueryFailed;
     const PageFormat format = formatOf(output, options);
     PageOutput pages(output, !options.isPagerOff);
-    Neighbourhood neighbourhood(file, types);
+    OtherTypes otherTypes(file, types);
     Queries queries(file);
     Exit exit = kSuccess;
     size_t size = 0;
@@ -196,7 +196,7 @@ Exit showFrom(const DescriptionFile &file, const Selection &selection, const Ter
         }
         if (omitted == 0) {
             const DescribedType asked = selection.type ? selection.asked(type) : type;
-            const Page page = pageOfType(file, type, asked, queries, neighbourhood, exit);
+            const Page page = pageOfType(file, type, asked, queries, otherTypes, exit);
             const std::string text = (size != 0 ? "\n\n" : "") + layOut(page, format);
             size += text.size();
             omitted += size > mostOutputOf(file) ? 1 : 0;
@@ -205,12 +205,12 @@ Exit showFrom(const DescriptionFile &file, const Selection &selection, const Ter
         } else {
             omitted++;
         }
-        // A query takes the first that it finds.
+        // A query finds the first match.
         if (selection.type)
             break;
     }
     if (omitted != 0)
-        sayOmitted(file, omitted, "pages", "ask for one with its type");
+        reportOmitted(file, omitted, "pages", "name a type to show one");
     if (!pages.end())
         return kCannotWrite;
     return omitted == 0 ? exit : kQueryFailed;
@@ -219,7 +219,8 @@ Exit showFrom(const DescriptionFile &file, const Selection &selection, const Ter
 Exit runShow(const Selection &selection, const TerminalOptions &options)
 {
     const OwnOutput output;
-    // The page of a card names the slots of frames that accept it, that of a frame its cards, which have attributes.
+    // The page of a card lists the slots of frames that accept it, and that of a frame its cards, which have
+    // attributes.
     const bool needsFrames = selection.kind == RecordKind::card;
     const auto file = openDescription(selection.file, [&](const DescribedType &type) {
         return selection.includes(type) || (needsFrames && type.kind == RecordKind::frame);
@@ -237,12 +238,12 @@ Command showCommand()
                            {"always", static_cast<uint32_t>(Colour::always)},
                            {"never", static_cast<uint32_t>(Colour::never)}};
     return {"show",
-            "Show a page for people: everything that a frame, slot or card is described with",
+            "Show everything that is described for frames, slots and cards",
             {fileOption(selection->file, ", - for standard input"),
              {"--width", "Columns of a line, from 40 [the terminal's, or 100]", &options->width, "N", {}, {40, 1000}},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
-             {"--ascii", "Without characters that are not ASCII", &options->isAscii},
-             {"--no-pager", "No pager where the terminal is too short", &options->isPagerOff}},
+             {"--ascii", "Print ASCII characters only", &options->isAscii},
+             {"--no-pager", "Do not use a pager", &options->isPagerOff}},
             [selection, options] { return runShow(*selection, *options); },
             "",
             kindCommands(selection)};

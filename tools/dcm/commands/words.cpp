@@ -1,4 +1,4 @@
-// The vocabularies: which words there are, and which values records hold for them.
+// The vocabularies: their words, and the values of the words in records.
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/description/texts.h"
 #include "tools/dcm/own_output.h"
@@ -13,13 +13,13 @@ using namespace dcmtool;
 
 namespace {
 
-constexpr char kLedStates[] = "led-state"; // a vocabulary for each type of LED
+constexpr char kLedStates[] = "led-state"; // one vocabulary for each type of LED
 
-// Every vocabulary that is one list of words, with those that only LED names and reports have.
+// All vocabularies that are a single list of words, including those of LED names and reports.
 std::vector<dcmformat::NamedVocabulary> allVocabularies()
 {
     std::vector<dcmformat::NamedVocabulary> all = dcmformat::vocabularies();
-    all.push_back({"led-attachment", "what the name of an LED attaches it to", &dcm::kEttAttachWords});
+    all.push_back({"led-attachment", "attachments in LED names", &dcm::kEttAttachWords});
     all.push_back({"ond-type", "kinds of ports in reports and exports", &dcm::kOndTypeWords});
     return all;
 }
@@ -28,7 +28,7 @@ struct Entry {
     std::string word;
     uint32_t value;
     std::string note;
-    bool isOfReports = false; // descriptions may not write it
+    bool isOfReports = false; // descriptions cannot contain it
 };
 
 std::vector<Entry> entriesOf(const dcm::Vocabulary &words)
@@ -49,7 +49,7 @@ std::vector<Entry> entriesOf(const dcm::Vocabulary &words)
     return entries;
 }
 
-// A set of these words that descriptions may hold; nullptr when there is none.
+// A set of these words in the format; nullptr if there is none.
 const dcm::Content *setOf(const dcmformat::Tree &tree, const dcm::Vocabulary &words)
 {
     const dcm::Content *found = nullptr;
@@ -116,7 +116,7 @@ std::string listOfVocabularies()
     return text;
 }
 
-// The vocabularies that have a word; empty when none has.
+// The vocabularies that contain a word.
 std::string placesOf(const std::string &word)
 {
     std::string text;

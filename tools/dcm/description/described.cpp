@@ -20,10 +20,10 @@ namespace {
 constexpr size_t kMostShownMessages = 100; // of a file
 constexpr size_t kLongestMessage = 300;
 constexpr size_t kMostOutputOfByte =
-    9; // with the messages and the rest of the last entry, less than ten times the file
+    9; // with the messages and the rest of the last entry, less than ten times the size of the file
 constexpr size_t kMostOutputOfAny = size_t{4} * 1000 * 1000;
 
-// Says on standard error what is wrong at a place of a file.
+// Prints an error at a place of a file on standard error.
 void say(const DescriptionFile &file, size_t offset, const std::string &text)
 {
     const Place place = file.place(offset);
@@ -41,7 +41,7 @@ std::unique_ptr<DescriptionFile> openDescription(const std::string &name, Descri
     else if (file->state() == DescriptionFile::State::notXml)
         say(*file, file->faultSpan().begin, file->fault());
     else if (!file->isDevice() && !file->isVm())
-        say(*file, file->faultSpan().begin, "no description of a device");
+        say(*file, file->faultSpan().begin, "not a device description");
     else
         return file;
     return nullptr;
@@ -78,7 +78,7 @@ std::string enumerated(const std::set<uint32_t> &numbers, bool areHexadecimal)
     return text;
 }
 
-// Of many numbers the nearest ones.
+// Of many numbers, the nearest ones.
 std::set<uint32_t> nearestOf(const std::set<uint32_t> &numbers, uint32_t wanted)
 {
     constexpr size_t kFew = 16;
@@ -132,7 +132,7 @@ size_t mostOutputOf(const DescriptionFile &file)
     return std::max(kMostOutputOfAny, kMostOutputOfByte * file.text().size());
 }
 
-void sayOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice)
+void reportOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice)
 {
     std::fprintf(stderr, "dcm: %s: the output has reached %zu kB: the last %zu %s are left out; %s\n",
                  printable(file.name()).c_str(), mostOutputOf(file) / 1000, count, what, advice);

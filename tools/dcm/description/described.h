@@ -1,4 +1,4 @@
-// What the commands on whole descriptions have in common.
+// Functions shared by the commands that read whole descriptions.
 #ifndef DCM_TOOLS_DESCRIBED_H
 #define DCM_TOOLS_DESCRIBED_H
 
@@ -11,16 +11,16 @@
 
 namespace dcmtool {
 
-// Reads a description, the element's own where no name is given; what is wrong with it is said on standard error, and
-// there is none.
+// Reads a description; without a name, the one of the element. Errors are printed on standard error, and nullptr is
+// returned.
 std::unique_ptr<DescriptionFile> openDescription(const std::string &name, DescriptionFile::IsWanted isWanted = {});
 
 // "frame", "slot", "card" or "vm".
 const char *kindName(RecordKind kind);
-// Where it stands in its file.
+// Its place in the file.
 Place placeOf(const DescriptionFile &file, const DescribedType &type);
 
-// What the user of a command asks for, with the numbers as they were written.
+// The type that a command is given, with the numbers as the user wrote them.
 struct Wanted {
     RecordKind kind = RecordKind::frame;
     uint32_t type = 0;
@@ -28,27 +28,27 @@ struct Wanted {
     std::string writtenType;
     std::string writtenMode;
 };
-// Why the description has none: the modes that the card type has, or the nearest of the types. Empty when it has one.
+// Why the description lacks the type: the modes that the card type has, or the nearest types. Empty if it has it.
 std::string whyNotFound(const DescriptionFile &file, const Wanted &wanted);
 
-// How much a command may print of a file, in bytes: each entry holds a whole record, however little describes it.
+// The output limit of a command for a file, in bytes: each entry prints a whole record, even if little describes it.
 size_t mostOutputOf(const DescriptionFile &file);
-// Says on standard error that some of what is described is not printed.
-void sayOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice);
+// Reports on standard error that the output is incomplete.
+void reportOmitted(const DescriptionFile &file, size_t count, const char *what, const char *advice);
 
-// Decodes what is described one after the other, in the order of the file, each as its query does: what the library
-// reports is said on standard error, up to a number of messages for the whole file.
+// Decodes the types of a file one after the other, in document order, each as its query does. The library's reports
+// are printed on standard error, up to a maximum number of messages for the whole file.
 class Queries {
 public:
-    // `isSilent`: nothing is said, as it has been before.
+    // `isSilent`: the reports are not printed, because they have been printed before.
     explicit Queries(const DescriptionFile &file, bool isSilent = false) : file_(file), isSilent_(isSilent) {}
     ~Queries();
     Queries(const Queries &) = delete;
     Queries &operator=(const Queries &) = delete;
 
-    // Whether it succeeds.
+    // Whether its query succeeds.
     template <class Record> bool run(const DescribedType &type, Record &info);
-    // A card that a query passes on its way: its names stay where the card that it finds has none.
+    // A card that a query visits before it finds the right one: its names remain where that one has none.
     void pass(const DescribedType &type);
 
 private:

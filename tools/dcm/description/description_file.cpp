@@ -24,11 +24,12 @@ namespace dcmtool {
 
 namespace {
 
-constexpr int kLongestCharacter = 4; // in bytes, of any encoding; fewer at the end of a file are a part of one
+constexpr int kLongestCharacter =
+    4; // in bytes, of any encoding; fewer bytes at the end of a file are an incomplete character
 
 // ---- Encodings ------------------------------------------------------------------------------------------------------
 
-// The encoding that an XML declaration in ASCII names; empty when it names none.
+// The encoding that an XML declaration in ASCII names; empty if it names none.
 std::string declaredEncoding(const std::string &text)
 {
     const std::string_view head = std::string_view(text).substr(0, std::min(text.size(), text.find("?>")));
@@ -50,7 +51,7 @@ xmlCharEncoding detectedEncoding(const std::string &text)
     return xmlDetectCharEncoding(bytes, static_cast<int>(std::min<size_t>(text.size(), 4)));
 }
 
-// The encoding of a text that is not UTF-8; nullptr for UTF-8, and where the parser is to say what it thinks of it.
+// The encoding of a text that is not UTF-8; nullptr for UTF-8, and where the parser decides.
 xmlCharEncodingHandler *foreignEncodingOf(const std::string &text)
 {
     const xmlCharEncoding detected = detectedEncoding(text);
@@ -64,7 +65,7 @@ xmlCharEncodingHandler *foreignEncodingOf(const std::string &text)
     return xmlFindCharEncodingHandler(declared.c_str());
 }
 
-// What that encoding is called; empty when the bytes are ASCII, too.
+// The name of that encoding; empty if all bytes are ASCII.
 std::string foreignNameOf(const std::string &text)
 {
     std::string declared = declaredEncoding(text);
@@ -80,7 +81,7 @@ std::string foreignNameOf(const std::string &text)
 
 // ---- Places of elements ---------------------------------------------------------------------------------------------
 
-// An element keeps where its start tag, or the reference to its entity, begins; 0 is none.
+// A node stores the offset of its start tag, or of the reference to its entity, plus 1; 0 means none.
 void setOffset(xmlNode *node, size_t offset)
 {
     node->_private = reinterpret_cast<void *>(offset + 1); // NOLINT(performance-no-int-to-ptr)
@@ -104,7 +105,7 @@ uint32_t numberOf(Node element, const dcm::Attribute &attribute)
     return text ? text.number() : 0;
 }
 
-// The ids of a slot, as the library looks for one among them.
+// The ids of a slot, read as the library reads them.
 std::vector<uint32_t> typeIdsOf(Node slot, const dcm::Attribute &typeIds)
 {
     std::vector<uint32_t> ids;
@@ -117,7 +118,7 @@ std::vector<uint32_t> typeIdsOf(Node slot, const dcm::Attribute &typeIds)
     return ids;
 }
 
-// The first attribute is the type, the second one of a card the mode.
+// The first attribute is the type; the second one, of a card, is the mode.
 DescribedType describedType(RecordKind kind, Node element)
 {
     const dcm::Attribute *attributes = rowOf(kind).element->attributes;
@@ -151,8 +152,8 @@ struct DescriptionFile::Parsing {
 
     ParseLimits limits;
     FormatPosition position;
-    size_t skipped = 0; // how deep the parser is in content that is not built
-    // The last mark of a kind up to a place.
+    size_t skipped = 0; // the depth in content that is not built
+    // The last mark of a kind before a place.
     struct LastMark {
         size_t at = 0;
         size_t found = std::string_view::npos;
@@ -162,14 +163,14 @@ struct DescriptionFile::Parsing {
     LastMark lastComment;
 };
 
-// What the parser tells on its way.
+// The parser's handlers.
 struct ParserEvents {
     static DescriptionFile &fileOf(const xmlParserCtxt *context)
     {
         return *static_cast<DescriptionFile *>(context->_private);
     }
 
-    // Where the parser stands in the file, also while it is inside an entity.
+    // The offset of the parser in the file, also while it is inside an entity.
     static size_t offset(const DescriptionFile &file)
     {
         const xmlParserInput *input = file.parser_->inputNr > 0 ? file.parser_->inputTab[0] : nullptr;
@@ -179,9 +180,9 @@ struct ParserEvents {
                         file.text_.size());
     }
 
-    // The last `mark` up to the place of the parser; npos where there is none, as in a text that the parser converts.
-    // '<' cannot stand inside a tag, nor '&' inside a reference. Only what is behind the place of the last call is
-    // looked at: no mark may be near, and inside an entity the parser stands at one place for all elements.
+    // The last `mark` before the parser's offset; npos if there is none, as in a text that the parser converts.
+    // A tag cannot contain '<', nor a reference '&'. Only the text after the previous call's offset is searched:
+    // the mark may be far away, and inside an entity the offset is the same for all elements.
     static size_t offsetOfLast(const DescriptionFile &file, std::string_view mark,
                                DescriptionFile::Parsing::LastMark &last)
     {
@@ -196,7 +197,7 @@ struct ParserEvents {
         return last.found;
     }
 
-    // True when a limit has been reached: the parser then ends as soon as it can.
+    // True when a limit has been reached: the parser then stops as soon as it can.
     static bool isRefused(xmlParserCtxt *context)
     {
         DescriptionFile &file = fileOf(context);
@@ -211,7 +212,7 @@ struct ParserEvents {
         return true;
     }
 
-    // Nothing is skipped inside an entity, which may be referred to from elsewhere, too.
+    // Nothing is skipped inside an entity, because other references may need its content.
     static bool isSkipping(const xmlParserCtxt *context)
     {
         const DescriptionFile &file = fileOf(context);
@@ -237,7 +238,7 @@ struct ParserEvents {
         for (int i = 0; i < namespaceCount; i++)
             limits.takeNode();
         takeNames(context);
-        // Five pointers each: the last two are where the value begins and ends.
+        // Each attribute has five pointers; the last two are the beginning and end of the value.
         for (int i = 0; i < attributeCount; i++) {
             const auto *value = reinterpret_cast<const char *>(attributes[5 * i + 3]);
             const auto *end = reinterpret_cast<const char *>(attributes[5 * i + 4]);
@@ -276,7 +277,7 @@ struct ParserEvents {
         xmlSAX2EndElementNs(parser, name, prefix, uri);
     }
 
-    // Blanks between the elements of a container take as much memory as elements, and nobody looks at them.
+    // Blanks between the elements of a container take as much memory as elements, and are never used.
     static void characters(void *parser, const xmlChar *text, int length)
     {
         auto *context = static_cast<xmlParserCtxt *>(parser);
@@ -287,7 +288,7 @@ struct ParserEvents {
         if (context == file.parser_ && file.parsing_->position.isInContainer() &&
             characters.find_first_not_of(kBlanks) == std::string_view::npos)
             return;
-        // A text may come in pieces.
+        // A text may arrive in pieces.
         const bool isMore =
             context->node != nullptr && context->node->last != nullptr && context->node->last->type == XML_TEXT_NODE;
         if (!isMore)
@@ -311,7 +312,7 @@ struct ParserEvents {
                                     static_cast<size_t>(context->nsNr) / 2);
     }
 
-    // Nobody looks at one.
+    // Processing instructions are never used.
     static void processingInstruction(void *parser, const xmlChar *, const xmlChar *)
     {
         auto *context = static_cast<xmlParserCtxt *>(parser);
@@ -394,7 +395,7 @@ struct ParserEvents {
         sax.serror = error;
     }
 
-    // A comment of the linter's or of the pictures'.
+    // A comment of the linter or of the pictures.
     static bool speaksTo(const char *reader, const char *comment)
     {
         return std::strncmp(comment + std::strspn(comment, " \t\r\n"), reader, std::strlen(reader)) == 0;
@@ -404,7 +405,7 @@ struct ParserEvents {
     {
         auto *context = static_cast<xmlParserCtxt *>(parser);
         DescriptionFile &file = fileOf(context);
-        // One in an entity speaks of nothing.
+        // A comment in an entity has no effect.
         const char *characters = reinterpret_cast<const char *>(text);
         const bool allows = speaksTo("dcm-check", characters);
         if (context != file.parser_ || isSkipping(context) || !(allows || speaksTo("dcm-draw:", characters)))
@@ -428,7 +429,7 @@ struct ParserEvents {
         if (context == nullptr || error->level != XML_ERR_FATAL)
             return;
         DescriptionFile &file = fileOf(context);
-        // What follows the first fault follows from it.
+        // Later errors follow from the first one.
         if (!file.fault_.empty())
             return;
         std::string text = error->message != nullptr ? error->message : "not well-formed";
@@ -488,7 +489,7 @@ void DescriptionFile::fail(State state, std::string fault, Span span)
     faultSpan_ = span;
 }
 
-// The parser's offsets are those of the text only when it has nothing to convert.
+// The parser's offsets are those of the text only if it converts nothing.
 void DescriptionFile::convertToUtf8()
 {
     xmlCharEncodingHandler *encoding = foreignEncodingOf(text_);
@@ -498,7 +499,7 @@ void DescriptionFile::convertToUtf8()
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> in(xmlBufferCreateStatic(text_.data(), text_.size()),
                                                                xmlBufferFree);
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer *)> out(xmlBufferCreate(), xmlBufferFree);
-    // A call ends early where its room is too small.
+    // A call ends early if its buffer is too small.
     for (int before = 0, left = xmlBufferLength(in.get()); left > 0 && left != before;
          left = xmlBufferLength(in.get())) {
         before = left;
@@ -510,7 +511,7 @@ void DescriptionFile::convertToUtf8()
         return;
     std::string converted(reinterpret_cast<const char *>(xmlBufferContent(out.get())),
                           static_cast<size_t>(xmlBufferLength(out.get())));
-    // A declaration that contradicts the bytes is the parser's to judge.
+    // The parser reports a declaration that contradicts the bytes.
     const std::string declared =
         declaredEncoding(hasByteOrderMark(converted) ? converted.substr(kByteOrderMark.size()) : converted);
     if (!declared.empty() && declared != declaredEncoding(text_) &&
@@ -520,7 +521,7 @@ void DescriptionFile::convertToUtf8()
     isConverted_ = true;
 }
 
-// As the library's own call parses: nothing external is read, and entities stay references.
+// Parses like the library: nothing external is read, and entities remain references.
 void DescriptionFile::parseText()
 {
     xmlInitParser();
@@ -536,7 +537,7 @@ void DescriptionFile::parseText()
     parser_ = context.get();
     parsing_ = &parsing;
     context->_private = this;
-    // A short text lies in its node.
+    // A short text is stored in its node.
     context->options |= XML_PARSE_COMPACT;
     if (isConverted_)
         context->options |= XML_PARSE_IGNORE_ENC;
@@ -555,12 +556,13 @@ void DescriptionFile::parseText()
     const MessageCapture capture(messages);
     const dcm::Result found = dcm::rootOf(document_, root_, dcm::QueryReporter{{"dcm"}, name_.c_str()});
     if (found != dcm::Result::ok)
-        return fail(State::notXml, found == dcm::Result::outOfMemory ? "entities add more than the library reads"
-                                                                     : messages.front().text);
+        return fail(State::notXml, found == dcm::Result::outOfMemory
+                                       ? "entities expand to more text than the library reads"
+                                       : messages.front().text);
     state_ = State::parsed;
 }
 
-// ---- What it describes ----------------------------------------------------------------------------------------------
+// ---- Types ----------------------------------------------------------------------------------------------------------
 
 bool DescriptionFile::isDevice() const
 {
@@ -673,7 +675,7 @@ Span DescriptionFile::attributePart(Node element, const char *attribute, bool is
     while (nextAttribute(text_, at, written)) {
         std::string_view found =
             std::string_view(text_).substr(written.name.begin, written.name.end - written.name.begin);
-        // The tree knows an attribute by its local name.
+        // The tree stores the local name of an attribute.
         if (found != wanted && found.find(':') != std::string_view::npos)
             found.remove_prefix(found.find(':') + 1);
         if (found == wanted)
@@ -707,13 +709,13 @@ Span DescriptionFile::contentSpan(Node element) const
     return begin < end ? Span{begin, end} : nameSpan(element);
 }
 
-// All lines of a file may be one, and all that is found in it.
+// A file may consist of one line, with all findings in it.
 void DescriptionFile::indexLines() const
 {
     if (!lineStarts_.empty())
         return;
     lineStarts_.reserve(static_cast<size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
-    // A byte order mark is no column.
+    // A byte order mark is not a column.
     lineStarts_.push_back(hasByteOrderMark(text_) ? kByteOrderMark.size() : 0);
     size_t characters = 0;
     for (size_t i = 0; i < text_.size(); i++) {
@@ -738,7 +740,7 @@ size_t DescriptionFile::charactersBefore(size_t offset) const
 Place DescriptionFile::place(size_t offset) const
 {
     indexLines();
-    // A byte order mark belongs to the first character.
+    // A byte order mark is part of the first character.
     offset = std::clamp(offset, lineStarts_.front(), text_.size());
     const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
     const size_t column = charactersBefore(offset) - charactersBefore(*(next - 1));

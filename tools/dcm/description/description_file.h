@@ -1,4 +1,4 @@
-// A description as the tool reads it: parsed once, with the place of everything that is written in it.
+// A description as the tool reads it: parsed once, with the position of every element, attribute and text.
 #ifndef DCM_TOOLS_DESCRIPTION_FILE_H
 #define DCM_TOOLS_DESCRIPTION_FILE_H
 
@@ -22,7 +22,7 @@ namespace dcmtool {
 
 using dcm::Node;
 
-// Where a byte stands for people. Both count from 1; a column is a character (a code point, a tab is one).
+// A position as people count: from 1; a column is a character (a code point; a tab is one).
 struct Place {
     size_t line = 1;
     size_t column = 1;
@@ -34,7 +34,7 @@ enum class RecordKind : uint8_t { frame, slot, card, vm };
 struct DescribedType {
     RecordKind kind = RecordKind::frame;
     Node element = nullptr;
-    std::vector<uint32_t> typeIds; // several only of a slot; none of a slot without "typeid" and of a port list
+    std::vector<uint32_t> typeIds; // several only for a slot; none for a slot without "typeid" and for a port list
     uint32_t mode = 0;             // of a card
 };
 
@@ -61,27 +61,27 @@ template <class Function> void visitRecord(RecordKind kind, AnyRecord &records, 
     }
 }
 
-// What came of decoding one.
+// The result of decoding a type.
 struct Outcome {
     bool isDecoded = false;
-    std::vector<Message> messages; // innermost first; there may be some of a success, too
-    size_t messageCount = 0;       // with those that are not kept
+    std::vector<Message> messages; // innermost first; a query that succeeds may have messages, too
+    size_t messageCount = 0;       // includes those that are not kept
 };
 
 class DescriptionFile {
 public:
     enum class State : uint8_t { unreadable, notXml, parsed };
-    // Whether the content of a frame, slot or card is built, which is most of what reading a file costs; without it, it
-    // has its attributes and looks empty.
+    // Whether the content of frames, slots and cards is built, which is most of the cost of reading a file. Without it,
+    // they have only their attributes.
     using IsWanted = std::function<bool(const DescribedType &type)>;
 
-    // Reads a file; "-" is standard input. What is wrong with it stands in state() and fault(). Its name() is `shown`,
+    // Reads a file; "-" is standard input. state() and fault() return the result. Its name() is `shown`,
     // if that is not empty.
     static std::unique_ptr<DescriptionFile> open(const std::string &name, IsWanted isWanted = {},
                                                  const std::string &shown = "");
     // What cannot be read for another reason.
     static std::unique_ptr<DescriptionFile> unreadable(std::string name, std::string fault);
-    // The same of a text in memory.
+    // The same for a text in memory.
     static std::unique_ptr<DescriptionFile> parse(std::string name, std::string text, IsWanted isWanted = {});
     ~DescriptionFile();
     DescriptionFile(const DescriptionFile &) = delete;
@@ -89,7 +89,7 @@ public:
 
     const std::string &name() const { return name_; }
     State state() const { return state_; }
-    const std::string &fault() const { return fault_; } // why it is not parsed
+    const std::string &fault() const { return fault_; } // why it was not parsed
     Span faultSpan() const { return faultSpan_; }
 
     // Frees the tree, which is most of the memory. The text and places in it are still there.
@@ -101,30 +101,30 @@ public:
     // Every frame, slot and card in document order, or the port list.
     std::vector<DescribedType> types() const;
 
-    // Decodes one as its query does, into a record that is cleared first. The names of a card are its own. The messages
-    // are kept from `firstMessage` on.
+    // Decodes a type as its query does, into a record that is cleared first. A card gets only its own names. Messages
+    // are kept from number `firstMessage` on.
     Outcome decode(const DescribedType &type, DcmFrameInfo &info, size_t firstMessage = 0) const;
     Outcome decode(const DescribedType &type, DcmSlotInfo &info, size_t firstMessage = 0) const;
     Outcome decode(const DescribedType &type, DcmCardInfo &info, size_t firstMessage = 0) const;
     Outcome decode(const DescribedType &type, DcmVmPortInfo &info, size_t firstMessage = 0) const;
 
-    // Places of what is written. What an entity brings has the place of the reference to it; what is not written, such
-    // as an attribute by default, that of its element.
+    // Positions in the text. The content of an entity has the position of the reference to it; what the text does not
+    // contain, such as a default attribute, has that of its element.
     Span tagSpan(Node element) const;                              // the start tag
-    Span nameSpan(Node element) const;                             // the name in it
+    Span nameSpan(Node element) const;                             // the name in the start tag
     Span attributeSpan(Node element, const char *attribute) const; // the name of an attribute
-    Span valueSpan(Node element, const char *attribute) const;     // its value between the quotes
+    Span valueSpan(Node element, const char *attribute) const;     // the attribute's value between the quotes
     Span contentSpan(Node element) const;                          // the text, without blanks around it
     Place place(size_t offset) const;
-    // The line alone, where nobody asks for many.
+    // Only the line number, for callers that need few.
     size_t lineOf(size_t offset) const;
-    // A line without its end; empty when there is none of this number.
+    // A line without its line end; empty if the file has no such line.
     std::string_view line(size_t number) const;
     const std::string &text() const { return text_; }
-    // The encoding of a file whose text() is not its bytes; empty when it is UTF-8 or ASCII.
+    // The encoding of a file whose text() differs from its bytes; empty for UTF-8 and ASCII.
     const std::string &foreignEncoding() const { return foreignEncoding_; }
 
-    // The comments that speak to the tool.
+    // The comments that contain directives for the tool.
     struct Comment {
         Node node;
         Span span;
@@ -149,9 +149,9 @@ private:
     Span faultSpan_;
     IsWanted isWanted_;
     ::_xmlDoc *document_ = nullptr;
-    ::_xmlParserCtxt *parser_ = nullptr; // while it runs
+    ::_xmlParserCtxt *parser_ = nullptr; // during parsing
     struct Parsing;
-    Parsing *parsing_ = nullptr; // what is kept track of meanwhile
+    Parsing *parsing_ = nullptr; // the state of the parsing in progress
     Node root_ = nullptr;
     std::string foreignEncoding_;
     bool isConverted_ = false;
@@ -159,7 +159,7 @@ private:
     void indexLines() const;
     size_t charactersBefore(size_t offset) const;
 
-    // Made when first asked for: where lines begin, and how many characters stand before every kStride-th byte.
+    // Built at the first use: the offsets of lines, and the number of characters before every kStride-th byte.
     static constexpr size_t kStride = 1024;
     mutable std::vector<size_t> lineStarts_;
     mutable std::vector<size_t> characters_;

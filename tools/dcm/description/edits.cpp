@@ -10,9 +10,9 @@ std::string faultOfEditing(const DescriptionFile &file)
         return file.fault();
     if (!file.foreignEncoding().empty())
         return "the encoding is " + file.foreignEncoding() + "; only UTF-8 and ASCII can be edited";
-    // The parser takes one behind the root for the end of the file.
+    // The parser takes a zero byte after the root for the end of the file.
     if (file.text().find('\0') != std::string::npos)
-        return "there is a zero byte in it";
+        return "it contains a zero byte";
     return "";
 }
 

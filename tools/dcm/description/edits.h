@@ -1,4 +1,4 @@
-// Changes to a file as data: what is outside of their spans stays byte for byte.
+// Changes to a file as data: all bytes outside of their spans stay the same.
 #ifndef DCM_TOOLS_EDITS_H
 #define DCM_TOOLS_EDITS_H
 
@@ -17,14 +17,13 @@ struct Edit {
     std::string text;
 };
 
-// Why the bytes of a file cannot be edited; empty when they can: it is well-formed and in UTF-8 or ASCII.
+// Why the bytes of a file cannot be edited. Empty for a well-formed file in UTF-8 or ASCII.
 std::string faultOfEditing(const DescriptionFile &file);
 
-// Whether two edits change a byte in common, or insert at the same place.
+// Whether two edits change the same byte, or insert at the same place.
 bool areInConflict(const Edit &one, const Edit &other);
 
-// The text after all edits, in whatever order they are given; none when two are in conflict, or one is outside the
-// text.
+// The text after all edits, in any order; nothing if two edits are in conflict, or one is outside the text.
 std::optional<std::string> applyEdits(std::string_view text, std::vector<Edit> edits);
 
 } // namespace dcmtool

@@ -11,25 +11,25 @@
 
 namespace dcmtool {
 
-// What may stand under "device", in the order of RecordKind, and what a record is decoded from.
+// The format of an element below "device" for each RecordKind, from which records are decoded.
 const std::vector<dcm::NamedElement> &deviceChildren();
 const dcm::NamedElement &rowOf(RecordKind kind);
 
-// The row of a child, looked for from row `from` on and then from the top; `childCount` when there is none.
+// The row of a child, searched from row `from` on and then from the top; `childCount` if there is none.
 size_t findRow(const dcm::Element &format, const char *name, size_t from = 0);
-// An attribute, by its name or the first of a kind; nullptr when there is none.
+// An attribute, by its name, or the first one of a kind; nullptr if there is none.
 const dcm::Attribute *findAttribute(const dcm::Element &format, const char *name);
 const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
 
-// The attribute that tells an element from others of its kind, an id or a list of ids; nullptr when there is none.
+// The attribute that identifies an element among its siblings, an id or a list of ids; nullptr if there is none.
 const dcm::Attribute *idAttribute(const dcm::Element &format);
-// What it says: the ids that mean something.
+// The valid ids in it.
 std::vector<uint32_t> idsOf(Node element, const dcm::Element &format);
 std::vector<uint32_t> idsOf(const char *text, const dcm::Content &content);
-// The numbers of a bit list that mean something.
+// The valid numbers of a bit list.
 std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
 
-// The format of an element of a description, and its role; nullptr and none where the format knows no such element.
+// The format of an element of a description, and its role; nullptr and none for an unknown element.
 const dcm::NamedElement *formatRowOf(Node element);
 const dcm::Element *formatOf(Node element);
 dcm::Role roleOf(Node element);

@@ -49,7 +49,7 @@ private:
     int number_;
 };
 
-// Opens a regular file, without waiting for a writer where it is something else.
+// Opens a regular file. O_NONBLOCK: the call does not wait for the writer of a FIFO.
 int openRegular(const std::string &name, std::string &fault)
 {
     const int descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
@@ -74,7 +74,7 @@ std::string readInput(const std::string &name, std::string &text)
         return fault;
     constexpr size_t kBlock = size_t{1} << 16;
     for (size_t length = 0;;) {
-        // One byte more tells that there is more.
+        // One byte more shows that the file is too long.
         text.resize(std::min(length + std::max(length, kBlock), kMostBytes + 1));
         const ssize_t count = read(file.number(), &text[length], text.size() - length);
         if (count < 0 && errno != EINTR)
@@ -84,7 +84,7 @@ std::string readInput(const std::string &name, std::string &text)
             return tooLarge();
         if (count == 0) {
             text.resize(length);
-            text.shrink_to_fit(); // it is kept beside the tree
+            text.shrink_to_fit(); // the text stays in memory beside the tree
             return "";
         }
     }

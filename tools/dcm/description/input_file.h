@@ -1,4 +1,4 @@
-// How the tool opens what it reads.
+// How the tool opens its input.
 #ifndef DCM_TOOLS_INPUT_FILE_H
 #define DCM_TOOLS_INPUT_FILE_H
 
@@ -7,10 +7,10 @@
 
 namespace dcmtool {
 
-// The longest file or standard input that is read.
+// The maximum size of a file or of standard input.
 constexpr size_t kMostMebibytes = 64;
 
-// Reads a regular file, or standard input as "-". Returns why it cannot; nothing else is waited for or read from.
+// Reads a regular file, or standard input as "-". Returns the error; other kinds of files are neither opened nor read.
 std::string readInput(const std::string &name, std::string &text);
 
 // Reads at most so many bytes from the beginning of a regular file.

@@ -1,4 +1,4 @@
-// The one layout of descriptions. Only what means nothing changes: blanks between elements and in tags.
+// The one layout of descriptions. Only insignificant blanks change: between elements and in tags.
 #ifndef DCM_TOOLS_LAYOUT_H
 #define DCM_TOOLS_LAYOUT_H
 
@@ -9,17 +9,17 @@
 namespace dcmtool {
 
 enum class Layout : uint8_t {
-    lines, // for people: indented, comments and all
+    lines, // for people: indented, with comments
     image  // for the element: neither indented nor commented
 };
 
 struct LaidOut {
-    std::string text;  // empty where there is a fault
+    std::string text;  // empty if there is a fault
     std::string fault; // why there is no text
 };
 
-// A description in another layout: the same elements, attributes and texts in the same order, which is proved by
-// parsing both; and, but in an image, the same comments.
+// A description in another layout: the same elements, attributes and texts in the same order, which is verified by
+// parsing both, and, except in an image, the same comments.
 LaidOut layOut(const DescriptionFile &file, Layout layout);
 
 } // namespace dcmtool

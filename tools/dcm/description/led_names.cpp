@@ -9,7 +9,7 @@ namespace dcmtool {
 
 namespace {
 
-// Removes what precedes `mark` from a text; the whole text when there is no mark.
+// Removes and returns the part of a text before `mark`; the whole text if there is no mark.
 std::string takeUntil(std::string &text, char mark, bool &isThere)
 {
     const size_t end = text.find(mark);

@@ -1,4 +1,4 @@
-// LED names, taken apart.
+// The parts of LED names.
 #ifndef DCM_TOOLS_LED_NAMES_H
 #define DCM_TOOLS_LED_NAMES_H
 
@@ -10,22 +10,22 @@
 
 namespace dcmtool {
 
-// "led-TYPE-ID@ATTACH[SLOT][/CARD]", where a slot or card is a number, or "#" for the holder's own.
+// "led-TYPE-ID@ATTACH[SLOT][/CARD]", where a slot or card is a number, or "#" for that of the element with the LED.
 struct LedName {
     std::string type;
     std::string id;
     std::string attach;
     std::string slot;
     std::string card;
-    bool isComplete = false; // all of these parts are there and in their places
+    bool isComplete = false; // all of these parts are present, in this order
 };
 
-// Far more than any name has: a name is taken apart for each state that is shown on its LED.
+// Longer than any name. Bounded, because a name is split for each state that is shown on its LED.
 constexpr size_t kLongestName = 200;
 
 LedName splitName(const char *written);
 
-// A number from 0 to 255, of any base, and its value.
+// A number from 0 to 255 in any base, and its value.
 bool isSmallNumber(const std::string &text);
 uint32_t smallNumber(const std::string &text);
 // A slot or card in an LED name.

@@ -62,7 +62,7 @@ bool begins(std::string_view text, size_t at, std::string_view mark)
     return text.compare(at, mark.size(), mark) == 0;
 }
 
-// Between the brackets of a document type there are quotes, comments and instructions, each of which may hold a '>'.
+// A document type contains, in its brackets, quotes, comments and instructions, each of which may contain '>'.
 size_t documentTypeEnd(std::string_view text, size_t at)
 {
     size_t depth = 0;
@@ -126,7 +126,7 @@ size_t endTagOf(std::string_view text, size_t begin, size_t &left)
 std::vector<Markup> markupOf(std::string_view text)
 {
     std::vector<Markup> pieces;
-    // Mostly a start tag, a text, an end tag and a text for each element.
+    // Most elements have a start tag, a text, an end tag and a text after it.
     pieces.reserve(2 * static_cast<size_t>(std::count(text.begin(), text.end(), '<')) + 1);
     std::vector<size_t> open;
     size_t at = 0;

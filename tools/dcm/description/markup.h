@@ -1,4 +1,4 @@
-// The markup of a document as it is written: pieces that, one behind the other, are the text, byte for byte.
+// The markup of a document as it is written: pieces whose concatenation is the text, byte for byte.
 #ifndef DCM_TOOLS_MARKUP_H
 #define DCM_TOOLS_MARKUP_H
 
@@ -10,7 +10,7 @@
 
 namespace dcmtool {
 
-// A stretch of a file's text, in bytes. For a file of another encoding it refers to the text converted to UTF-8.
+// A part of a file's text, in bytes. For a file of another encoding it refers to the text converted to UTF-8.
 struct Span {
     size_t begin = 0;
     size_t end = 0;
@@ -44,26 +44,26 @@ enum class MarkupKind : uint8_t {
     startTag,
     emptyTag, // "<a/>"
     endTag,
-    text, // with its references
+    text, // including references
     comment,
     cdata,
-    instruction, // the XML declaration, too
+    instruction, // also the XML declaration
     documentType
 };
 
 struct Markup {
     MarkupKind kind;
     Span span;
-    size_t partner; // of a start tag its end tag and the reverse, as an index; its own index otherwise
+    size_t partner; // the index of the end tag for a start tag and the reverse; otherwise its own index
 };
 
-// The pieces of a text. Only of a well-formed one do they mean anything; any other is cut into pieces, too.
+// The pieces of a text. They are meaningful only for a well-formed one; any other is split, too.
 std::vector<Markup> markupOf(std::string_view text);
 
 // The end of the name that begins at `at`.
 size_t nameEnd(std::string_view text, size_t at);
 size_t skipBlanks(std::string_view text, size_t at);
-// The end of the first `mark` from `at` on; the end of the text where there is none.
+// The end of the first `mark` from `at` on; the end of the text if there is none.
 size_t endOf(std::string_view mark, std::string_view text, size_t at);
 
 struct WrittenAttribute {
@@ -71,11 +71,11 @@ struct WrittenAttribute {
     Span value; // between the quotes
 };
 
-// The attribute that is written at `at` or behind blanks, after which `at` is behind it; false at the end of the tag.
+// Reads the attribute at `at`, after blanks, and moves `at` to its end; false at the end of the tag.
 bool nextAttribute(std::string_view text, size_t &at, WrittenAttribute &attribute);
 
-// The end tag of the element whose start tag begins at `begin`; npos where there is none within the next `left` bytes,
-// from which what is read is taken.
+// The end tag of the element whose start tag begins at `begin`; npos if the next `left` bytes do not contain it.
+// Subtracts the bytes that are read from `left`.
 size_t endTagOf(std::string_view text, size_t begin, size_t &left);
 
 // The end of the start tag that begins at `begin`.

@@ -42,13 +42,13 @@ private:
         return *static_cast<Recorder *>(static_cast<xmlParserCtxt *>(parser)->_private);
     }
 
-    // An event is what it is called and what it has, each with its length, so that no two lists read the same.
+    // An event is its name and its parts, each with its length, so that different lists have different texts.
     void add(char what, std::string_view text = {})
     {
         events_.append(1, what).append(std::to_string(text.size())).append(":").append(text);
     }
 
-    // A text may come in pieces, and is complete at the next event.
+    // A text may arrive in pieces, and is complete at the next event.
     void endText(bool isAtEndTag)
     {
         const bool isOnlyContent = isAfterStartTag_ && isAtEndTag;
@@ -143,7 +143,7 @@ std::string parseEvents(const std::string &text, Comments comments)
     context->_private = &recorder;
     Recorder::watch(*context->sax);
     xmlParseDocument(context.get());
-    // It has the declarations of a document type.
+    // The document contains the declarations of a document type.
     xmlFreeDoc(context->myDoc);
     context->myDoc = nullptr;
     return context->wellFormed != 0 ? recorder.take() : "";

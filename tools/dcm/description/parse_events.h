@@ -1,4 +1,4 @@
-// What the parser finds in a description, for comparing two of them.
+// The sequence of a parser's events, to compare two descriptions.
 #ifndef DCM_TOOLS_PARSE_EVENTS_H
 #define DCM_TOOLS_PARSE_EVENTS_H
 
@@ -10,8 +10,8 @@ namespace dcmtool {
 enum class Comments : uint8_t { kept, dropped };
 
 // Elements, attributes, texts, references, instructions and, unless they are dropped, comments, in their order. Blanks
-// are left out where they are layout: between the elements of a container. Empty when the text is not well-formed.
-// The text must be one that DescriptionFile parses: it refuses what would take too long.
+// between the elements of a container are left out. Empty if the text is not well-formed. Only for texts that
+// DescriptionFile parses: it refuses those that would take too long.
 std::string parseEvents(const std::string &text, Comments comments);
 
 } // namespace dcmtool

@@ -12,10 +12,10 @@ namespace dcmtool {
 
 namespace {
 
-// Blocks of memory as they are on 64-bit machines.
+// Sizes of memory blocks on 64-bit machines.
 constexpr size_t kNodeSize = 128;
 constexpr size_t kAttributeSize = 112;
-constexpr size_t kTextInNode = 15; // a short text lies in its node
+constexpr size_t kTextInNode = 15; // a short text is stored in its node
 constexpr unsigned kDeepestEntity = 40;
 
 size_t sizeOfText(size_t length)
@@ -36,11 +36,11 @@ void ParseLimits::refuse(std::string excess)
         excess_ = std::move(excess);
 }
 
-// Whether a quote stands in a tag is left open: what looks like an attribute behind a '<' is counted as one.
+// Quotes in tags are not examined: each text after a '<' that looks like an attribute counts as one.
 void ParseLimits::scanAttributes(std::string_view text)
 {
     size_t count = 0;
-    size_t seen = 0; // up to here
+    size_t seen = 0; // the bytes before it are counted
     for (size_t i = text.find('='); i != std::string_view::npos; i = text.find('=', seen)) {
         if (text.substr(seen, i - seen).find('<') != std::string_view::npos)
             count = 0;
@@ -53,10 +53,10 @@ void ParseLimits::scanAttributes(std::string_view text)
     }
 }
 
-// What looks like alternatives is counted as such, in whatever text; none has nearly as many.
+// Each text that looks like alternatives counts as such; no real text has nearly as many.
 void ParseLimits::scanAlternatives(std::string_view text)
 {
-    // Only a document type has alternatives, and nearly no description has one.
+    // Only document types have alternatives, and they are rare.
     constexpr std::string_view kEnds = ")<>\"'";
     bool isInside = false;
     for (size_t i = text.find('|') != std::string_view::npos ? 0 : text.size(); i < text.size(); i++) {
@@ -112,7 +112,7 @@ void ParseLimits::takeAttribute(std::string_view value, const ::_xmlDoc *documen
         return;
     expansion_ += expandedSizeOfReferences(value, document, 0);
     if (expansion_ > mostExpansion_)
-        refuse("entities spell out more than " + std::to_string(mostExpansion_ / 1000) + " kB");
+        refuse("entities expand to more than " + std::to_string(mostExpansion_ / 1000) + " kB");
 }
 
 void ParseLimits::takeReference(std::string_view name, const ::_xmlDoc *document)
@@ -120,10 +120,10 @@ void ParseLimits::takeReference(std::string_view name, const ::_xmlDoc *document
     takeNode();
     expansion_ += expandedSize(name, document, 0);
     if (expansion_ > mostExpansion_)
-        refuse("entities spell out more than " + std::to_string(mostExpansion_ / 1000) + " kB");
+        refuse("entities expand to more than " + std::to_string(mostExpansion_ / 1000) + " kB");
 }
 
-// Each reference counts, so that those without a text end, too.
+// Each reference counts, so that references to empty entities are bounded, too.
 size_t ParseLimits::expandedSize(std::string_view name, const ::_xmlDoc *document, unsigned depth)
 {
     const std::string key(name);

@@ -1,5 +1,5 @@
-// What a description may cost once it is parsed. The tree of an XML file can take many times the file's size, and a
-// document type can make it grow without end: a file that goes beyond these limits is refused.
+// Limits of the cost of parsing a description. The tree of an XML file can take many times the file's size, and a
+// document type can make it grow without bound: a file that exceeds these limits is refused.
 #ifndef DCM_TOOLS_PARSE_LIMITS_H
 #define DCM_TOOLS_PARSE_LIMITS_H
 
@@ -18,25 +18,25 @@ namespace dcmtool {
 
 class ParseLimits {
 public:
-    // The parser compares the attributes of an element each with each.
+    // The parser compares each attribute of an element with each other one.
     static constexpr size_t kMostAttributes = 256;
-    static constexpr size_t kMostDeclarations = 1000; // in a document type, and references to what it declares there
+    static constexpr size_t kMostDeclarations = 1000; // in a document type, and references to its declarations there
     // The parser compares the words of a declared attribute each with each, and looks through all namespaces of the
     // elements around for the one of a name; beyond some ten thousand names, its table of names becomes a list.
     static constexpr size_t kMostAlternatives = size_t{10} * 1000;
     static constexpr size_t kMostNamespaces = 256;
     static constexpr size_t kMostNames = size_t{100} * 1000;
     static constexpr size_t kMostTreeOfByte = 18;                     // bytes of the tree for a byte of the file
-    static constexpr size_t kMostTreeOfAny = size_t{8} * 1000 * 1000; // what every tree may have
-    static constexpr size_t kMostExpansion = size_t{1000} * 1000;     // by entities, beside as much as the file has
+    static constexpr size_t kMostTreeOfAny = size_t{8} * 1000 * 1000; // allowed for any tree
+    static constexpr size_t kMostExpansion = size_t{1000} * 1000; // by entities, in addition to the size of the file
 
     explicit ParseLimits(size_t fileSize);
 
-    // Why the file is refused; empty while it is not.
+    // Why the file is refused; empty if it is not.
     const std::string &excess() const { return excess_; }
 
-    // Looks for an element with too many attributes, and for too many alternatives "(a|b|...)", in a text, which the
-    // parser has not seen yet.
+    // Searches a text before parsing for an element with too many attributes, and for too many alternatives
+    // "(a|b|...)".
     void scan(std::string_view text);
     // What the parser keeps: names of any kind, and the namespaces of the elements around.
     void takeNames(size_t names, size_t namespaces);
@@ -63,18 +63,18 @@ private:
     std::string excess_;
 };
 
-// Where in the format a walk through a description is: between the elements of a container, blanks mean nothing.
+// The position of a walk in the format: blanks between the elements of a container are not significant.
 class FormatPosition {
 public:
     void enter(const char *name);
     void leave();
     bool isInContainer() const;
-    // In an element whose text, with that of all elements in it, is a value.
+    // In an element whose text, with that of its descendants, is a value.
     bool isInValue() const { return valueDepth_ != 0; }
 
 private:
-    std::vector<const dcm::Element *> formats_; // nullptr for what the format does not know
-    size_t valueDepth_ = 0;                     // of the outermost element whose text is one; 0 is none
+    std::vector<const dcm::Element *> formats_; // nullptr for unknown elements
+    size_t valueDepth_ = 0;                     // the depth of the outermost element whose text is a value; 0: none
     bool isDevice_ = false;
 };
 

@@ -35,7 +35,7 @@ public:
 
     bool isThere() const { return isThere_; }
 
-    // False, with the reason in errno, as all that follow.
+    // Returns false with the reason in errno, like all that follow.
     bool write(const std::string &text) const
     {
         for (size_t done = 0; done < text.size();) {
@@ -47,7 +47,7 @@ public:
         return true;
     }
 
-    // A change of the owner takes mode bits away.
+    // chown() clears mode bits.
     bool takeOwnerAndMode(const struct stat &old) const
     {
         struct stat status = {};
@@ -58,7 +58,7 @@ public:
         return fchmod(file_, old.st_mode & 07777U) == 0;
     }
 
-    // What is not on the disk before the name is would be missing after a power cut.
+    // Data that is not on the disk before the rename would be missing after a power failure.
     bool complete()
     {
         if (fsync(file_) != 0)
@@ -80,7 +80,7 @@ private:
     bool isThere_ = file_ >= 0;
 };
 
-// Some file systems cannot do this, and then nobody can.
+// Some file systems do not support this; there is no alternative.
 void completeFolderOf(const std::string &file)
 {
     const size_t slash = file.rfind('/');
@@ -101,7 +101,7 @@ std::string replaceFile(const std::string &name, const std::string &before, cons
     if (resolved == nullptr || stat(resolved.get(), &status) != 0)
         return systemError(errno);
     const std::string target = resolved.get();
-    // To replace a file, only the folder has to be writable; who protects a file means its content.
+    // Replacing a file requires only a writable folder, but a read-only file is protected on purpose.
     if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         return systemError(errno);
     Replacement replacement(target);
@@ -119,7 +119,7 @@ std::string replaceFile(const std::string &name, const std::string &before, cons
     if (!fault.empty())
         return fault;
     if (now != before)
-        return "it has changed meanwhile";
+        return "it has changed in the meantime";
     if (!replacement.rename(target))
         return systemError(errno);
     completeFolderOf(target);

@@ -1,4 +1,4 @@
-// How the tool writes a file that was there before.
+// Replaces existing files atomically.
 #ifndef DCM_TOOLS_REPLACE_FILE_H
 #define DCM_TOOLS_REPLACE_FILE_H
 
@@ -6,9 +6,9 @@
 
 namespace dcmtool {
 
-// Gives a file that holds `before` the content `after`: whatever happens, also when the power fails, it then has one or
-// the other. The new file has the owner, the group and the mode of the old one, and is where a symbolic link points to.
-// Returns why it could not: nothing has changed then, and nothing is left over.
+// Replaces the content `before` of a file by `after`: the file always has one or the other, also after a power failure.
+// The new file has the owner, the group and the mode of the old one, and replaces the target of a symbolic link.
+// Returns the error: nothing has changed then, and no temporary file remains.
 std::string replaceFile(const std::string &name, const std::string &before, const std::string &after);
 
 } // namespace dcmtool

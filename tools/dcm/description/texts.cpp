@@ -28,7 +28,7 @@ std::string quotedName(std::string_view name)
 
 namespace {
 
-// How many letters have to be changed, left out, put in or swapped with their neighbour.
+// The number of letters to change, remove, insert or swap with their neighbour.
 size_t distance(const std::string &one, const std::string &other)
 {
     std::vector<std::vector<size_t>> cost(one.size() + 1, std::vector<size_t>(other.size() + 1));
@@ -46,7 +46,7 @@ size_t distance(const std::string &one, const std::string &other)
     return cost[one.size()][other.size()];
 }
 
-// Without what people get wrong most: blanks, capitals, and which mark stands between the parts.
+// Without the most frequent mistakes: blanks, capitals, and the separator of parts.
 std::string plain(const std::string &text)
 {
     std::string letters;
@@ -83,7 +83,7 @@ bool isOnlyOneNear(const std::string &written, const std::string &word, const st
         return false;
     const std::string letters = plain(written);
     const size_t away = distance(letters, plain(word));
-    constexpr size_t kLettersOfSlip = 4; // one slip for so many letters
+    constexpr size_t kLettersOfSlip = 4; // one mistake is accepted for this number of letters
     if (away > std::max<size_t>(1, letters.size() / kLettersOfSlip))
         return false;
     return std::all_of(words.begin(), words.end(), [&](const std::string &other) {

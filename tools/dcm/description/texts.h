@@ -1,4 +1,4 @@
-// How messages show what a file says: values 'like this', names of elements and attributes "like this".
+// How messages quote a file: values 'like this', names of elements and attributes "like this".
 #ifndef DCM_TOOLS_TEXTS_H
 #define DCM_TOOLS_TEXTS_H
 
@@ -10,17 +10,17 @@
 
 namespace dcmtool {
 
-// A text of the file as messages show it: cut after a character, with "...", where it is long.
+// A text of the file as messages show it: a long one is cut after a character, with "...".
 constexpr size_t kMostShown = 80;
 std::string shortened(std::string_view text, size_t most = kMostShown);
 // Such a text as a value, and as the name of an element or attribute.
 std::string quoted(std::string_view text);
 std::string quotedName(std::string_view name);
 
-// The nearest of some words to what was written; empty when none is near.
+// The nearest of some words; empty if none is near.
 std::string nearest(const std::string &written, const std::vector<std::string> &words);
 
-// Whether the word is nearer to what was written than all others, and so near that nothing else can have been meant.
+// Whether the word is nearer than all others, and so near that no other can be meant.
 bool isOnlyOneNear(const std::string &written, const std::string &word, const std::vector<std::string> &words);
 
 // "'yes', 'no'", "\"fan\", \"power\" or \"led\"" and "3, 4 and 5".

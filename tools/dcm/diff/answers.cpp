@@ -91,7 +91,7 @@ Side::Side(std::string name, Origin origin, std::unique_ptr<DescriptionFile> fil
         return std::tie(left.kind, left.id, left.index) < std::tie(right.kind, right.id, right.index);
     };
     std::sort(queries_.begin(), queries_.end(), inOrder);
-    // A query takes the first that it finds.
+    // A query finds the first match.
     const auto asksTheSame = [](const Query &left, const Query &right) {
         return left.kind == right.kind && left.id == right.id;
     };

@@ -1,4 +1,4 @@
-// What the queries of a description answer: every query that a program on the network element may ask, once.
+// The answers of a description to all queries that it supports.
 #ifndef DCM_TOOLS_ANSWERS_H
 #define DCM_TOOLS_ANSWERS_H
 
@@ -15,7 +15,7 @@
 
 namespace dcmtool {
 
-// What a query asks for. The mode is that of a card, and 0 of everything else; a port list has neither.
+// The parameters of a query. Only cards have a mode; a port list has neither type nor mode.
 struct QueryId {
     uint32_t type = 0;
     uint32_t mode = 0;
@@ -33,32 +33,32 @@ struct QueryId {
 struct Query {
     RecordKind kind;
     QueryId id;
-    size_t index; // of the element that it finds, among types()
+    size_t index; // of the element that it finds, in types()
 };
 
-// A record without what differs from query to query and what means nothing: the ids that were asked for are 0, and so
-// is what lies behind the end of a card's names.
+// A record without the parts that depend on the query or are not significant: the requested ids are 0, and so are the
+// bytes after the end of a card's names.
 struct Answer {
     bool isDecoded = false;
     std::vector<uint8_t> bytes; // of the record
     const RecordTable *table = nullptr;
-    std::string reports;               // all that the library reports
-    std::vector<std::string> messages; // the first of them, for people
+    std::string reports;               // all reports of the library
+    std::vector<std::string> messages; // the first ones, for people
 
     Record record() const { return {*table, bytes.data()}; }
 };
 bool areSame(const Answer &before, const Answer &after);
-// The bytes of such a record of which nothing has been read.
+// The bytes of a cleared record of this kind.
 const void *clearedRecord(RecordKind kind);
 
-// Where a side comes from, for those who want to read it again.
+// The source of a side, so that another process can read it again.
 enum class Origin : uint8_t { file, revision, other };
 
 // One side of a comparison.
 class Side {
 public:
-    // The name that people know it by. The file is parsed under another one, which the library's messages repeat, so
-    // that they are the same on both sides; it is nullptr of a side that describes nothing.
+    // The name for people. The file is parsed under a fixed name, because the library's messages repeat it and must be
+    // the same on both sides. nullptr for a side without a description.
     Side(std::string name, Origin origin, std::unique_ptr<DescriptionFile> file);
 
     const std::string &name() const { return name_; }
@@ -69,7 +69,7 @@ public:
     const std::vector<Query> &queries() const { return queries_; }
     // Of the queries that find types()[index].
     std::shared_ptr<const Answer> answer(size_t index);
-    // What is written between the beginning of an element and that of the next.
+    // The text between the beginning of an element and that of the next one.
     std::string_view textOf(size_t index) const;
 
 private:
@@ -83,15 +83,15 @@ private:
     std::vector<DescribedType> types_;
     std::vector<Query> queries_;
 
-    // kept: a query for a card takes the names of every card before it, of each name the last. The cards at and before
-    // each of types() that have the last name and the last abbreviated name.
+    // kept: a query for a card takes the names of every card before it, and of each name the last one. For each of
+    // types(), the cards up to it that have the last name and the last abbreviated name.
     struct Named {
         size_t name;
         size_t abbreviated;
     };
     std::vector<Named> named_;
 
-    // The answers decoded last.
+    // The answers decoded most recently.
     std::unordered_map<size_t, std::shared_ptr<const Answer>> cache_;
     std::deque<size_t> cached_;
     size_t cachedBytes_ = 0;

@@ -36,7 +36,7 @@ size_t mostEntries(const Field &field)
     return std::max<size_t>(field.entries, 1);
 }
 
-// What a value means, whatever lies behind the end of a text or list.
+// The significant part of a value, without the bytes after the end of a text or list.
 bool haveSameMeaning(const FieldValue &before, const FieldValue &after)
 {
     switch (before.field().kind) {
@@ -54,7 +54,7 @@ bool haveSameMeaning(const FieldValue &before, const FieldValue &after)
 
 // ---- Classes --------------------------------------------------------------------------------------------------------
 
-// Of a structure that is a list: what is gone breaks, what is new does not.
+// For a structure that is a list: removals break, additions do not.
 ChangeClass classOfList(const FieldValue &before, const FieldValue &after)
 {
     const auto sorted = [](std::vector<uint32_t> numbers) {
@@ -90,19 +90,19 @@ ChangeClass classOf(const FieldValue &before, const FieldValue &after)
 
 struct Entry {
     size_t entry; // in the array of the record
-    size_t shown; // among those that are there
+    size_t shown; // among the used entries
 };
 
-// Entries of several arrays that belong together, as those that one number of the record counts do.
+// Entries of several arrays that belong together because one number of the record counts them.
 struct Columns {
     const Field *record = nullptr;
     std::vector<const Field *> scalars;
-    bool isByPosition = false; // the position in the record is what an entry is asked for by
+    bool isByPosition = false; // a program identifies an entry by its position in the record
 
     const Field &first() const { return record != nullptr ? *record : *scalars.front(); }
 };
 
-// The entries of both sides; nothing where one side has none like the other's.
+// The matched entries of both sides; one of them is absent if the other side has no match.
 using Match = std::pair<std::optional<size_t>, std::optional<size_t>>;
 
 constexpr size_t kMostKeys = 8;
@@ -117,7 +117,7 @@ public:
     {
     }
 
-    // In the order of the new entries; those that are gone are where they were.
+    // In the order of the new entries; removed entries keep their old place.
     std::vector<Match> match()
     {
         const auto oldKeys = keysOf(before_, were_);
@@ -131,15 +131,15 @@ public:
                 i++;
             while (j < newKeys.size() && newKeys[j].first == key)
                 j++;
-            matchLike({oldKeys.data() + oldBegin, i - oldBegin}, {newKeys.data() + newBegin, j - newBegin});
+            matchSameKey({oldKeys.data() + oldBegin, i - oldBegin}, {newKeys.data() + newBegin, j - newBegin});
         }
         if (columns_.record != nullptr && !columns_.isByPosition && hasIdentity(*columns_.record->record))
             matchRenumbered();
-        std::sort(gone_.begin(), gone_.end());
-        std::sort(fresh_.begin(), fresh_.end());
-        for (const size_t index : gone_)
+        std::sort(removed_.begin(), removed_.end());
+        std::sort(added_.begin(), added_.end());
+        for (const size_t index : removed_)
             matches_.push_back({index, std::nullopt});
-        for (const size_t index : fresh_)
+        for (const size_t index : added_)
             matches_.push_back({std::nullopt, index});
         std::sort(matches_.begin(), matches_.end(), [](const Match &left, const Match &right) {
             return std::make_pair(left.second ? *left.second : *left.first, !left.second) <
@@ -185,7 +185,7 @@ private:
         return keys;
     }
 
-    bool areAlike(size_t was, size_t is) const
+    bool areEqual(size_t was, size_t is) const
     {
         for (const Field *field : columns_.scalars)
             if (!haveSameMeaning(before_.entryOf(*field, were_[was].entry), after_.entryOf(*field, are_[is].entry)))
@@ -194,46 +194,46 @@ private:
                                                            after_.entryOf(*columns_.record, are_[is].entry).record());
     }
 
-    // Entries with one key: alike at the beginning, alike at the end, the rest in order.
-    void matchLike(const Run &were, const Run &are)
+    // Entries with one key: first the equal ones at the beginning, then those at the end, then the rest in order.
+    void matchSameKey(const Run &were, const Run &are)
     {
         const size_t common = std::min(were.count, are.count);
         size_t head = 0;
-        while (head < common && areAlike(were.at(head), are.at(head)))
+        while (head < common && areEqual(were.at(head), are.at(head)))
             head++;
         size_t tail = 0;
-        while (head + tail < common && areAlike(were.at(were.count - tail - 1), are.at(are.count - tail - 1)))
+        while (head + tail < common && areEqual(were.at(were.count - tail - 1), are.at(are.count - tail - 1)))
             tail++;
         for (size_t i = 0; i < common - tail; i++)
             matches_.push_back({were.at(i), are.at(i)});
         for (size_t i = 0; i < tail; i++)
             matches_.push_back({were.at(were.count - tail + i), are.at(are.count - tail + i)});
         for (size_t i = common - tail; i < were.count - tail; i++)
-            gone_.push_back(were.at(i));
+            removed_.push_back(were.at(i));
         for (size_t i = common - tail; i < are.count - tail; i++)
-            fresh_.push_back(are.at(i));
+            added_.push_back(are.at(i));
     }
 
-    // Entries that differ in nothing but their identity, in order.
+    // Entries that differ only in their identity, in order.
     void matchRenumbered()
     {
-        std::sort(gone_.begin(), gone_.end());
-        std::sort(fresh_.begin(), fresh_.end());
-        std::map<uint64_t, std::vector<size_t>> freshOf;
-        for (auto index = fresh_.rbegin(); index != fresh_.rend(); ++index)
-            freshOf[contentOf(after_, are_[*index])].push_back(*index);
-        std::vector<size_t> gone;
-        for (const size_t index : gone_) {
-            std::vector<size_t> &like = freshOf[contentOf(before_, were_[index])];
+        std::sort(removed_.begin(), removed_.end());
+        std::sort(added_.begin(), added_.end());
+        std::map<uint64_t, std::vector<size_t>> addedByContent;
+        for (auto index = added_.rbegin(); index != added_.rend(); ++index)
+            addedByContent[contentOf(after_, are_[*index])].push_back(*index);
+        std::vector<size_t> removed;
+        for (const size_t index : removed_) {
+            std::vector<size_t> &like = addedByContent[contentOf(before_, were_[index])];
             if (like.empty() || !differOnlyInIdentity(index, like.back())) {
-                gone.push_back(index);
+                removed.push_back(index);
                 continue;
             }
             matches_.push_back({index, like.back()});
-            fresh_.erase(std::find(fresh_.begin(), fresh_.end(), like.back()));
+            added_.erase(std::find(added_.begin(), added_.end(), like.back()));
             like.pop_back();
         }
-        gone_ = std::move(gone);
+        removed_ = std::move(removed);
     }
 
     uint64_t contentOf(const Record &record, const Entry &entry) const
@@ -253,8 +253,8 @@ private:
     const std::vector<Entry> &were_;
     const std::vector<Entry> &are_;
     std::vector<Match> matches_;
-    std::vector<size_t> gone_;
-    std::vector<size_t> fresh_;
+    std::vector<size_t> removed_;
+    std::vector<size_t> added_;
 };
 
 // ---- Records --------------------------------------------------------------------------------------------------------
@@ -271,7 +271,7 @@ public:
     void compare(const Record &before, const Record &after)
     {
         compareScalars(before, after);
-        std::map<size_t, int64_t> grown; // entries more, by the place of the number that counts them
+        std::map<size_t, int64_t> grown; // the number of added entries, by the offset of the number that counts them
         for (const Field &field : before) {
             if (isScalar(field) || isLater(before.table(), field))
                 continue;
@@ -285,7 +285,7 @@ public:
                 continue;
             }
             const int64_t more = compareEntries(before, after, columnsOf(before.table(), field));
-            // Where a number counts several arrays, not all of them have an entry for each that has come.
+            // Where a number counts several arrays, an added entry need not be in all of them.
             int64_t &counted = grown[field.extentOf.offset];
             if (field.extent == Extent::counted && std::abs(more) > std::abs(counted))
                 counted = more;
@@ -294,7 +294,7 @@ public:
     }
 
 private:
-    // One level further down while it lives.
+    // Increments the depth during its lifetime.
     class Descent {
     public:
         Descent(RecordComparison &comparison, Step before, Step after) : comparison_(comparison)
@@ -322,7 +322,7 @@ private:
         return field.bits == 0 && isScalar(field) && std::any_of(table.begin(), table.end(), isCounted);
     }
 
-    // The arrays that one number counts, one of them of records at most.
+    // The arrays that one number counts, at most one of them of records.
     static Columns columnsOf(const RecordTable &table, const Field &first)
     {
         Columns columns;
@@ -340,7 +340,7 @@ private:
         return columns;
     }
 
-    // Whether an array has been compared with one before it, or will be with that of records.
+    // Whether an array has been compared with one before it, or will be compared with that of records.
     static bool isLater(const RecordTable &table, const Field &field)
     {
         if (field.extent != Extent::counted || field.kind == FieldKind::record)
@@ -400,7 +400,7 @@ private:
         }
     }
 
-    // A number that counts entries differs by itself when not as many entries have come or gone.
+    // A number that counts entries is a difference of its own if the added or removed entries do not explain it.
     void compareCounts(const Record &before, const Record &after, const std::map<size_t, int64_t> &grown)
     {
         for (const Field &field : before) {
@@ -415,7 +415,7 @@ private:
         }
     }
 
-    // An array in which each position has a meaning of its own.
+    // An array in which each position has its own meaning.
     void compareEach(const Record &before, const Record &after, const Field &field)
     {
         for (size_t i = 0; i < mostEntries(field); i++) {
@@ -426,7 +426,7 @@ private:
         }
     }
 
-    // An entry that a description leaves out is as in a cleared record.
+    // An entry that a description leaves out equals that of a cleared record.
     bool isBlank(const Field &field, const Record &entry, const uint8_t *base) const
     {
         const auto offset = static_cast<size_t>(bytesOf(entry) - base);
@@ -452,7 +452,7 @@ private:
         return {&field, entry.entry, entry.shown};
     }
 
-    // Returns how many entries there are more, as far as that is reported.
+    // Returns the number of added entries, as far as they are reported.
     int64_t compareEntries(const Record &before, const Record &after, const Columns &columns)
     {
         const std::vector<Entry> were = entriesOf(before, columns, oldBase_);
@@ -530,7 +530,7 @@ private:
         return hasFound;
     }
 
-    // Whether entries have changed places. Where a display is among its LED's follows from its priority.
+    // Whether entries have changed their order. The order of an LED's displays follows from their priorities.
     static bool isReordered(const Columns &columns, const std::vector<Match> &matches, const std::vector<Entry> &were,
                             const std::vector<Entry> &are)
     {
@@ -616,7 +616,7 @@ std::string textOf(const Path &path)
 
 namespace {
 
-// Whether the names in `part` follow one another somewhere in `path`.
+// Whether the names in `part` are consecutive in `path`.
 bool holdsNames(const std::string &path, const std::string &part)
 {
     return ("." + path + ".").find("." + part + ".") != std::string::npos;
@@ -705,7 +705,7 @@ void visitChanges(const Record &before, const Record &after, const void *cleared
     };
     RecordComparison(before, after, cleared, filter, watch).compare(before, after);
     if (!isExplained)
-        visit({ChangeKind::unnamed, ChangeClass::behaviour, "bytes that no field names", {}, {}, {}, {}});
+        visit({ChangeKind::unnamed, ChangeClass::behaviour, "bytes that no field describes", {}, {}, {}, {}});
 }
 
 } // namespace dcmtool

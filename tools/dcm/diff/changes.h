@@ -1,7 +1,8 @@
-// What differs between two records of a kind, and what each difference means to the software on the network element.
+// The differences between two records of a kind, each with its meaning for the software on the network element.
 //
-// Entries of arrays are matched by their identity fields, so that an inserted port is one addition. Where a record has
-// two entries with the same identity, those that are alike at both ends of the row are matched, then the rest in order.
+// Entries of arrays are matched by their identity fields, so that an inserted port is one addition. If a record has
+// several entries with the same identity, equal entries at both ends of the sequence are matched first, then the rest
+// in order.
 #ifndef DCM_TOOLS_CHANGES_H
 #define DCM_TOOLS_CHANGES_H
 
@@ -25,13 +26,13 @@ enum class ChangeKind : uint8_t {
     changed,
     added,
     removed,
-    renumbered, // an entry that differs in its identity only
+    renumbered, // an entry that differs only in its identity
     reordered,  // the entries of an array
-    unnamed     // bytes that no field names
+    unnamed     // bytes that no field describes
 };
 
-// One field on the way to a value. Of an array it is the entry, if one is meant: its position in the record, and among
-// the entries that are there, as in JSON.
+// A field in the path to a value. For an array it may have an entry: its position in the record, and its position among
+// the used entries, as in JSON.
 constexpr size_t kNoEntry = SIZE_MAX;
 struct Step {
     const Field *field;
@@ -45,8 +46,8 @@ std::string textOf(const Path &path);
 struct Change {
     ChangeKind kind;
     ChangeClass changeClass;
-    const char *reason; // of the class
-    // Of an entry that only one side has, the other path ends at the array, and the value is absent.
+    const char *reason; // for the class
+    // If only one side has an entry, the path of the other side ends at the array, and its value is absent.
     Path oldPath;
     Path newPath;
     std::optional<FieldValue> oldValue;
@@ -56,7 +57,7 @@ struct Change {
 // The fields to compare: "phyType", or "panelIf.phyType" for those of one array.
 class FieldFilter {
 public:
-    FieldFilter() = default; // all
+    FieldFilter() = default; // all fields
     // Throws std::invalid_argument with the first name that no record has.
     explicit FieldFilter(std::vector<std::string> names);
 
@@ -69,17 +70,17 @@ private:
     std::vector<std::string> names_;
 };
 
-// Calls `visit` for each difference. The records have the same table, and `cleared` is such a record of which nothing
-// has been read: entries that are like those in it are not there. FieldValues refer to the records.
+// Calls `visit` for each difference. The records have the same table, and `cleared` is a cleared record of it: entries
+// that equal those in it are unused. FieldValues refer to the records.
 using ChangeVisitor = std::function<void(const Change &change)>;
 void visitChanges(const Record &before, const Record &after, const void *cleared, const FieldFilter &filter,
                   const ChangeVisitor &visit);
 
-// Whether all fields have the same bytes, entries that are not there included; without those that identify the records,
-// if they do not count. What alignment leaves free does not count.
+// Whether the bytes of all fields are equal, including unused entries, optionally without the fields that identify the
+// records. Padding is not compared.
 enum class Identity : uint8_t { counts, doesNotCount };
 bool haveSameBytes(const Record &before, const Record &after, Identity identity = Identity::counts);
-// Equal where those bytes are.
+// A hash of those bytes.
 uint64_t hashOf(const Record &record, Identity identity);
 
 } // namespace dcmtool

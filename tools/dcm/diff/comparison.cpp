@@ -17,7 +17,7 @@ bool comesBefore(const Query &left, const Query &right)
     return std::tie(left.kind, left.id) < std::tie(right.kind, right.id);
 }
 
-// A query with what it finds on both sides.
+// A query with its results on both sides.
 struct Pair {
     RecordKind kind;
     size_t oldIndex;
@@ -33,7 +33,7 @@ struct Pair {
 
 constexpr size_t kLongestMessage = 300;
 
-// The innermost says what is wrong.
+// The innermost message names the cause.
 std::string firstMessage(const Answer &answer)
 {
     return answer.messages.empty() ? "" : ": \"" + shortened(answer.messages.front(), kLongestMessage) + "\"";
@@ -50,7 +50,7 @@ Comparison::Comparison(Side &before, Side &after, FieldFilter filter)
     : before_(before), after_(after), filter_(std::move(filter))
 {
     const bool isInBoth = before.file() != nullptr && after.file() != nullptr;
-    // Nothing else than its text decides what a file answers.
+    // The answers of a file depend only on its text.
     if (isInBoth && before.file()->text() == after.file()->text())
         return;
     pairQueries();
@@ -88,7 +88,7 @@ void Comparison::pairQueries()
         i += isOld ? 1 : 0;
         j += isNew ? 1 : 0;
     }
-    // One after the other in the old file: each element is decoded once where the files have the same order.
+    // In the order of the old file: each element is decoded once if both files have the same order.
     std::sort(pairs.begin(), pairs.end(), [](const Pair &left, const Pair &right) { return left.key() < right.key(); });
     for (size_t i = 0; i < pairs.size();) {
         const Pair &first = pairs[i];
@@ -112,7 +112,7 @@ void Comparison::pairQueries()
     }
 }
 
-// What is gone under one id and there under another, with the same record, has been renumbered.
+// An id that is removed and another one that is added, with the same record, are a renumbering.
 void Comparison::matchRenumbered()
 {
     const auto isNewOnly = [](const QueryGroup &group) { return group.oldIndex == kNoType; };
@@ -121,25 +121,25 @@ void Comparison::matchRenumbered()
         std::any_of(groups_.begin(), groups_.end(), [](const QueryGroup &group) { return group.newIndex == kNoType; });
     if (!canBe)
         return;
-    std::unordered_map<uint64_t, std::vector<size_t>> freshOf;
+    std::unordered_map<uint64_t, std::vector<size_t>> addedByContent;
     for (size_t i = groups_.size(); i-- > 0;)
         if (isNewOnly(groups_[i]))
-            freshOf[hashOf(after_.answer(groups_[i].newIndex)->record(), Identity::counts)].push_back(i);
+            addedByContent[hashOf(after_.answer(groups_[i].newIndex)->record(), Identity::counts)].push_back(i);
     std::vector<bool> isTaken(groups_.size());
     for (QueryGroup &group : groups_) {
         if (group.newIndex != kNoType)
             continue;
         const auto answer = before_.answer(group.oldIndex);
-        const auto found = freshOf.find(hashOf(answer->record(), Identity::counts));
-        if (!answer->isDecoded || found == freshOf.end() || found->second.empty())
+        const auto found = addedByContent.find(hashOf(answer->record(), Identity::counts));
+        if (!answer->isDecoded || found == addedByContent.end() || found->second.empty())
             continue;
-        QueryGroup &fresh = groups_[found->second.back()];
-        if (fresh.kind != group.kind || !areSame(*answer, *after_.answer(fresh.newIndex)))
+        QueryGroup &added = groups_[found->second.back()];
+        if (added.kind != group.kind || !areSame(*answer, *after_.answer(added.newIndex)))
             continue;
         isTaken[found->second.back()] = true;
         found->second.pop_back();
-        group.newIndex = fresh.newIndex;
-        group.newIds = std::move(fresh.newIds);
+        group.newIndex = added.newIndex;
+        group.newIds = std::move(added.newIds);
     }
     size_t kept = 0;
     for (size_t i = 0; i < groups_.size(); i++)
@@ -159,7 +159,7 @@ void Comparison::classify()
         }
         worst_ = std::max(worst_, group.worst);
     }
-    // A filter may leave nothing of a group.
+    // A filter may remove all differences of a group.
     const auto isSame = [](const QueryGroup &group) { return group.worst == ChangeClass::none; };
     rewritten_ += static_cast<size_t>(std::count_if(groups_.begin(), groups_.end(), isSame));
     groups_.erase(std::remove_if(groups_.begin(), groups_.end(), isSame), groups_.end());
@@ -177,7 +177,7 @@ std::vector<Difference> Comparison::differencesOf(const QueryGroup &group, std::
     const auto was = group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
     const auto is = group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
     if (group.isRenumbered() && !isModes) {
-        differences.push_back({ChangeClass::breaking, "it is asked for by another id"});
+        differences.push_back({ChangeClass::breaking, "its id has changed"});
     } else if (was == nullptr) {
         differences.push_back(
             is->isDecoded ? Difference{ChangeClass::addition, "it is new"}
@@ -210,7 +210,7 @@ std::vector<Difference> Comparison::differencesOf(const QueryGroup &group, std::
 void Comparison::visitDifferences(const QueryGroup &group,
                                   const std::function<void(const Difference &difference)> &visit) const
 {
-    // The values in the changes lie in these.
+    // The values in the changes refer to these records.
     const auto was = group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
     const auto is = group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
     std::vector<Change> changes;

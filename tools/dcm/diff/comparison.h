@@ -1,4 +1,4 @@
-// What two descriptions answer differently.
+// The queries that two descriptions answer differently.
 #ifndef DCM_TOOLS_COMPARISON_H
 #define DCM_TOOLS_COMPARISON_H
 
@@ -15,25 +15,25 @@ namespace dcmtool {
 
 constexpr size_t kNoType = SIZE_MAX;
 
-// Queries that find the same element in one file and the same in the other: they differ in the same way.
+// Queries that find the same element in each file: they have the same differences.
 struct QueryGroup {
     RecordKind kind;
     size_t oldIndex = kNoType; // among the types of the side
     size_t newIndex = kNoType;
     std::vector<QueryId> oldIds;
-    std::vector<QueryId> newIds; // the same, unless what is described has another id now
+    std::vector<QueryId> newIds; // equal to the old ids, unless the type has been renumbered
     ChangeClass worst = ChangeClass::none;
     size_t differences = 0;
 
     bool isRenumbered() const { return !oldIds.empty() && !newIds.empty() && !(oldIds.front() == newIds.front()); }
 };
 
-// One difference of a group. It has no `change` where a query finds nothing in one of the files, or fails.
+// One difference of a group. It has no `change` if a query finds nothing in one of the files, or fails.
 struct Difference {
     ChangeClass changeClass;
-    std::string message; // why it is of this class
+    std::string message; // the reason for its class
     const Change *change = nullptr;
-    // What the query finds on both sides; nullptr for nothing.
+    // The results of the query on both sides; nullptr if it found nothing.
     const Answer *before = nullptr;
     const Answer *after = nullptr;
 };
@@ -41,21 +41,21 @@ struct Difference {
 class Comparison {
 public:
     Comparison(Side &before, Side &after, FieldFilter filter);
-    // The first mode of a card with each of the others, on one side.
+    // Compares the first mode of a card with each of its other modes, on one side.
     Comparison(Side &side, uint32_t type, FieldFilter filter);
 
     ChangeClass worst() const { return worst_; }
-    // Of the differences of a class.
+    // The number of differences of a class.
     size_t count(ChangeClass changeClass) const { return counts_[static_cast<size_t>(changeClass)]; }
-    // Those that differ, the worst first, then frames, slots and cards by id.
+    // The queries that differ, the worst first, then frames, slots and cards by id.
     const std::vector<QueryGroup> &groups() const { return groups_; }
-    // How many elements are written differently and answer the same.
+    // The number of elements whose text differs and whose answers do not.
     size_t rewritten() const { return rewritten_; }
     bool areAllCompared() const { return filter_.isAll(); }
     const Side &before() const { return before_; }
     const Side &after() const { return after_; }
 
-    // Calls `visit` for each difference of a group, the worst first. They last until it returns.
+    // Calls `visit` for each difference of a group, the worst first. A difference is valid until `visit` returns.
     void visitDifferences(const QueryGroup &group,
                           const std::function<void(const Difference &difference)> &visit) const;
 

@@ -62,7 +62,7 @@ std::string sideCell(const std::string &value, const std::optional<Place> &place
 std::string rowOf(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
 {
     const std::string name = nameOf(difference.changeClass);
-    // Both sides show what it is about.
+    // Both sides show the name of the field.
     const bool isShown = !oldText(difference).empty() && !newText(difference).empty();
     return "<tr class=\"" + name + "\"><td>" + name + "</td><td><code>" + escaped(pathOf(difference)) + "</code></td>" +
            sideCell(oldText(difference), oldPlace(comparison, group, difference)) +
@@ -104,7 +104,7 @@ bool printAsHtml(const Comparison &comparison, const OwnOutput &output)
             return false;
         text.clear();
     }
-    sayLeftOut(leftOut);
+    reportLeftOut(leftOut);
     return output.print(text + "<p>" + std::to_string(comparison.rewritten()) +
                         " types are written differently, with the same answers.</p>\n</body>\n</html>\n");
 }

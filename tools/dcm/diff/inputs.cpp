@@ -20,7 +20,7 @@ namespace dcmtool {
 
 namespace {
 
-// The library's messages repeat it: it is the same on both sides.
+// The library's messages repeat this name, which must be the same on both sides.
 constexpr char kParsedName[] = "device.xml";
 constexpr size_t kMostBytes = kMostMebibytes << 20;
 
@@ -62,11 +62,11 @@ std::string firstLine(std::FILE *file)
     std::array<char, 300> line = {};
     std::rewind(file);
     if (std::fgets(line.data(), static_cast<int>(line.size()), file) == nullptr)
-        return "git shows no such file";
+        return "git has no such file";
     return std::string(line.data(), std::strcspn(line.data(), "\n"));
 }
 
-// Reads a file of a revision. Git is started without a shell, and takes the name for nothing else than an object's.
+// Reads a file of a revision. Git is started without a shell, and interprets the name only as that of an object.
 std::string readRevision(const std::string &name, std::string &text)
 {
     int ends[2] = {-1, -1};
@@ -137,7 +137,7 @@ std::unique_ptr<Side> openSide(const std::string &name, const std::string &shown
     const bool isParsed = file->state() == DescriptionFile::State::parsed;
     const Place place = file->place(file->faultSpan().begin);
     std::fprintf(stderr, "%s:%zu:%zu: %s\n", printable(label).c_str(), place.line, place.column,
-                 isParsed ? "not a description of a device" : printable(file->fault()).c_str());
+                 isParsed ? "not a device description" : printable(file->fault()).c_str());
     return nullptr;
 }
 

@@ -1,4 +1,5 @@
-// The sides of a comparison as people name them: a file, "-" for standard input, or REV:PATH in a git work tree.
+// The sides of a comparison as named on the command line: a file, "-" for standard input, or REV:PATH in a git work
+// tree.
 #ifndef DCM_TOOLS_INPUTS_H
 #define DCM_TOOLS_INPUTS_H
 
@@ -9,11 +10,11 @@
 
 namespace dcmtool {
 
-// Reads a side and parses it; what is wrong with it is said on standard error, and there is none. A file whose name has
-// a colon is a file. `shown`: the name for people, if it is not that.
+// Reads and parses a side. On failure prints the error on standard error and returns nullptr. An existing file whose
+// name has a colon is read as a file. `shown`: the name for people, if it is another one.
 std::unique_ptr<Side> openSide(const std::string &name, const std::string &shown = "");
 
-// The same of a file for which git may give /dev/null: the side then describes nothing.
+// The same for a file that git may replace by /dev/null: the side then has no description.
 std::unique_ptr<Side> openSideOrNothing(const std::string &name, const std::string &shown);
 
 } // namespace dcmtool

@@ -9,7 +9,7 @@ namespace dcmtool {
 
 namespace {
 
-constexpr int kVersion = 1; // of what is printed: docs/schema/diff.schema.json
+constexpr int kVersion = 1; // of the output: docs/schema/diff.schema.json
 constexpr size_t kMostTypes = 1000;
 
 Json placeJson(const std::optional<Place> &place)
@@ -94,7 +94,7 @@ bool printAsJson(const Comparison &comparison, const OwnOutput &output)
     json.endArray();
     if (leftOut != 0)
         json.add("omitted", leftOut);
-    sayLeftOut(leftOut);
+    reportLeftOut(leftOut);
     return json.end();
 }
 

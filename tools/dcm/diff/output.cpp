@@ -35,7 +35,7 @@ std::string nameOf(RecordKind kind, const std::vector<QueryId> &ids)
     return kind == RecordKind::vm ? kindName(kind) : kindName(kind) + (" " + idsText(kind, ids));
 }
 
-// An entry by what tells it from the others.
+// An entry, named by the field that identifies it.
 std::string identityText(const Record &record)
 {
     std::string text;
@@ -77,7 +77,7 @@ size_t mostOutputOf(const Comparison &comparison)
     return most;
 }
 
-void sayLeftOut(size_t differences)
+void reportLeftOut(size_t differences)
 {
     if (differences != 0)
         std::fprintf(stderr, "dcm: the output is too long: the last %zu differences are left out; --for shows less\n",
@@ -131,7 +131,7 @@ std::string textOf(const Difference &difference)
     case ChangeKind::unnamed:
         break;
     }
-    return "bytes that no field names differ";
+    return "bytes that no field describes differ";
 }
 
 std::optional<Place> oldPlace(const Comparison &comparison, const QueryGroup &group, const Difference &difference)

@@ -12,14 +12,14 @@ namespace dcmtool {
 
 namespace {
 
-// Elements, for one place: a correct description has fewer, and a file may have any number of them.
-constexpr size_t kMostLookedAt = 1000;
+// The number of elements that are searched for one place: real descriptions have fewer.
+constexpr size_t kMostVisited = 1000;
 
 class Finder {
 public:
     Finder(const DescriptionFile &file, Node type) : file_(file), at_(type) {}
 
-    // Goes to the element of a record, or of one of its entries.
+    // Finds the element of a record or of one of its entries.
     void enter(const Record &around, const Step &step)
     {
         const Field &field = *step.field;
@@ -42,7 +42,7 @@ public:
         enterEntry(entries, around.entryOf(field, entry).record(), isAlone ? 0 : static_cast<uint32_t>(entry + 1));
     }
 
-    // The text of a field of the record whose element this is.
+    // The text of a field, given the element of its record.
     Span spanOf(const Step &step)
     {
         const char *source = step.field->source;
@@ -66,7 +66,7 @@ public:
     Span span() const { return file_.nameSpan(at_); }
 
 private:
-    // What an element of several that belong together says.
+    // The number in one of several elements that belong together.
     Span spanOfRow(const char *source, size_t row)
     {
         const std::vector<Node> rows = childrenNamed(at_, nullptr);
@@ -77,7 +77,7 @@ private:
         return dcm::isNamed(rows[row], source) ? file_.contentSpan(rows[row]) : file_.nameSpan(rows[row]);
     }
 
-    static constexpr unsigned kDepth = 2; // a list may stand in an element for each slot
+    static constexpr unsigned kDepth = 2; // a list may be in an element for each slot
 
     static bool hasField(const RecordTable &table, const char *name)
     {
@@ -119,7 +119,7 @@ private:
         return std::find(ids.begin(), ids.end(), id) != ids.end();
     }
 
-    // Whether what an attribute says is the word of a field, if both are there.
+    // Whether an attribute's value is the word of a field, if both exist.
     static bool agrees(Node element, const Record &record, const char *fieldName)
     {
         if (!hasField(record.table(), fieldName))
@@ -141,7 +141,7 @@ private:
             const dcm::Element *format = formatOf(element);
             return format != nullptr && idAttribute(*format) != nullptr;
         });
-        // Ids that are not the position: of LEDs and sensors.
+        // Ids that are not positions: those of LEDs and sensors.
         const bool hasOwnId = hasField(record.table(), "ledType") || hasField(record.table(), "overflowAction");
         const auto id =
             hasOwnId && hasField(record.table(), "id") ? static_cast<uint32_t>(record["id"].number()) : number;
@@ -163,7 +163,7 @@ private:
         return record["state"].words() == (state ? state.c_str() : "default");
     }
 
-    // An element below, of an entry the one in the element that has its id.
+    // A child element; for an entry, the child with its id.
     Node find(Node around, const char *name, size_t entry, unsigned depth)
     {
         const std::vector<Node> written = childrenNamed(around, name);
@@ -178,7 +178,7 @@ private:
             const bool hasIds = entry != kNoEntry && idAttribute(*format) != nullptr;
             if (hasIds && !hasId(child, static_cast<uint32_t>(entry + 1)))
                 continue;
-            // What has a record of its own is not this field's.
+            // A field with a record of its own is filled by other elements.
             if (entry == kNoEntry || hasIds || isListOf(*format, name))
                 if (const Node found = find(child, name, entry, depth - 1); found != nullptr)
                     return found;
@@ -186,7 +186,7 @@ private:
         return nullptr;
     }
 
-    // Whether its children may hold such an element.
+    // Whether its descendants may contain such an element.
     static bool isListOf(const dcm::Element &format, const char *name)
     {
         for (size_t i = 0; i < format.childCount; i++)
@@ -197,7 +197,7 @@ private:
 
     Span textOf(Node element, const Step &step)
     {
-        // A number that counts is said by the container.
+        // The container has the number that counts its entries.
         if (hasAttribute(element, "num") && step.entry == kNoEntry && step.field->kind == FieldKind::number)
             return file_.valueSpan(element, "num");
         const std::vector<Node> inside = childrenNamed(element, nullptr);
@@ -209,7 +209,7 @@ private:
 
     const DescriptionFile &file_;
     Node at_;
-    size_t left_ = kMostLookedAt;
+    size_t left_ = kMostVisited;
 };
 
 } // namespace

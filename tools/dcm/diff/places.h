@@ -1,4 +1,4 @@
-// Where in a description a field of a record comes from.
+// Finds the source of a record's field in the description.
 #ifndef DCM_TOOLS_PLACES_H
 #define DCM_TOOLS_PLACES_H
 
@@ -8,8 +8,8 @@
 
 namespace dcmtool {
 
-// The text of the element or attribute that fills a field of what `type` describes; where there is none, that of the
-// nearest element around it. `record` is its record.
+// The text of the element or attribute that fills a field of `record`, the record of `type`; if there is none, that of
+// the nearest enclosing element.
 Span spanOf(const DescriptionFile &file, Node type, const Record &record, const Path &path);
 
 } // namespace dcmtool

@@ -19,13 +19,13 @@ std::string placeText(const Side &side, const std::optional<Place> &place)
     return place ? side.name() + ":" + std::to_string(place->line) + ":" + std::to_string(place->column) : "";
 }
 
-// Differences that are the same for several entries of an array, as for the ports of a group.
+// Differences that are equal for several entries of an array, such as the ports of a group.
 struct Folded {
     ChangeClass changeClass;
-    std::string before; // the entries' numbers, if there are any
+    std::string before; // the numbers of the entries, if there are any
     std::string behind;
     std::string text;
-    std::string places; // of the first
+    std::string places; // of the first one
     std::vector<uint32_t> entries = {};
     size_t count = 0;
 };
@@ -91,7 +91,7 @@ std::string shellWord(const std::string &name)
     return word + "'";
 }
 
-// What shows the record of one side.
+// The command that shows the record of one side.
 std::string exportCommand(const Side &side, const QueryGroup &group, const QueryId &id)
 {
     std::string command = "dcm export";
@@ -183,7 +183,7 @@ bool printAsText(const Comparison &comparison, const OwnOutput &output)
         if (!isPrinted)
             return false;
     }
-    sayLeftOut(leftOut);
+    reportLeftOut(leftOut);
     return output.print(text + summaryOf(comparison));
 }
 

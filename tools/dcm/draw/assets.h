@@ -1,4 +1,4 @@
-// The files of this folder and of tools/dcm/page that the build puts into the program; cmake/embed.cmake makes them.
+// The files of this folder and of tools/dcm/page that the build embeds; cmake/embed.cmake generates them.
 #ifndef DCM_TOOLS_DRAW_ASSETS_H
 #define DCM_TOOLS_DRAW_ASSETS_H
 

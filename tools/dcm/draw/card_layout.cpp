@@ -43,7 +43,7 @@ size_t runCount(const DcmCardInfo &card)
                                std::begin(card.portLed));
 }
 
-// A part of the panel with a caption, at the origin until it has its place.
+// A part of the panel with a caption, at the origin until it is placed.
 struct Bay {
     Figure node;
     int width() const { return node.box.w; }
@@ -51,8 +51,8 @@ struct Bay {
 
 class CardPainter {
 public:
-    CardPainter(const CardView &view, Lamps &lamps, const Metrics &metrics)
-        : view_(view), card_(view.card), lamps_(lamps), m_(metrics), groups_(portGroups(view.card)),
+    CardPainter(const CardView &view, LedStateSelection &ledStates, const Metrics &metrics)
+        : view_(view), card_(view.card), ledStates_(ledStates), m_(metrics), groups_(portGroups(view.card)),
           prefix_("card-" + hexadecimal(view.typeId) + "-" + std::to_string(view.card.mode) + ".")
     {
         sortPortLeds();
@@ -93,7 +93,8 @@ private:
         return addLegend(x, y);
     }
 
-    // ---- What there is ----------------------------------------------------------------------------------------------
+    // ---- Content
+    // --------------------------------------------------------------------------------------------------------
 
     void sortPortLeds()
     {
@@ -177,11 +178,11 @@ private:
 
     std::string badge() const
     {
-        return view_.arrangement.isGiven ? "layout derived, rows as the card says" : "layout derived";
+        return view_.arrangement.isGiven ? "layout derived, rows as in the card's comment" : "layout derived";
     }
     static std::string badgeTitle()
     {
-        return "The description gives no places of ports and LEDs: they are drawn in number order, odd above even. A "
+        return "The description has no coordinates of ports and LEDs: they are drawn in number order, odd above even. A "
                "comment in the card, such as <!-- dcm-draw: rows=1 -->, changes that.";
     }
 
@@ -230,7 +231,7 @@ private:
                 const std::string name = ledName(led, card_.led, ledCount());
                 const int middle = m_.caption + static_cast<int>(i - first) * rowHeight + rowHeight / 2;
                 nodes.push_back(ledFigure({x, middle - m_.cardLed / 2, m_.cardLed, m_.cardLed}, led, name,
-                                          idOf("led", i), view_.places, pathOf("led", i), lamps_));
+                                          idOf("led", i), view_.places, pathOf("led", i), ledStates_));
                 const int height = heightOf(m_, Font::small);
                 nodes.push_back(
                     textFigure(m_, x + m_.cardLed + m_.glyphGap, middle - height / 2, {{name, kSmall}}, m_.labelWidth));
@@ -275,7 +276,7 @@ private:
         addBayWith("management", x, std::move(nodes));
     }
 
-    // Ports one after the other; a bay ends where the role changes, or where it becomes too wide.
+    // Consecutive ports; a bay ends where the role changes, or when it is too wide.
     void addPortBays()
     {
         std::vector<Figure> nodes;
@@ -396,16 +397,16 @@ private:
     void addPortLed(Figure &parent, const PortLed &led, Box box)
     {
         const DcmPortLedInfo &run = card_.portLed[led.run];
-        const LedLook look = lamps_.lookOf(run.ledType, led.number, run.states);
-        Figure node = ledFigure(box, look, ledKey(run.ledType, run.states));
+        const LedDisplay display = ledStates_.displayOf(run.ledType, led.number, run.states);
+        Figure node = ledFigure(box, display, ledKey(run.ledType, run.states));
         node.id = idOf("portLed", led.run) + "." + std::to_string(led.number);
         node.title = joined({portLedName(led.run, led.number, led.number) + " (" + ledType(run.ledType) + "), " +
-                                 look.state + ": " + look.words(),
+                                 display.state + ": " + display.words(),
                              view_.places.of(pathOf("portLed", led.run))});
         parent.add(std::move(node));
     }
 
-    // Those whose number no port has, in rows.
+    // LEDs whose number no port has, in rows.
     void addStrayLeds()
     {
         const int pitch = m_.isText ? 1 : 90;
@@ -526,11 +527,11 @@ private:
         return y;
     }
 
-    std::vector<Item> looksOf(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX]) const
+    std::vector<Item> displaysOf(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX]) const
     {
         std::vector<Item> items;
-        for (const LedLook &look : ledLooks(type, states))
-            items.push_back({ledFigure({}, look, ""), {{look.state, kBody}, {look.words(), kSmallDim}}});
+        for (const LedDisplay &display : ledDisplays(type, states))
+            items.push_back({ledFigure({}, display, ""), {{display.state, kBody}, {display.words(), kSmallDim}}});
         if (items.empty())
             items.push_back({ledFigure({}, {}, ""), {{"no states described", kSmallDim}}});
         return items;
@@ -553,15 +554,15 @@ private:
             if (end - i > 1)
                 name = ledType(led.ledType) + " " + idsOf(i, end);
             y = addFlow(root_, m_, {room.x, y, room.w, 0}, {{name, kBodyBold}}, m_.labelWidth,
-                        looksOf(led.ledType, led.states));
+                        displaysOf(led.ledType, led.states));
             i = end;
         }
         for (size_t i = 0; i < runs; i++) {
             const DcmPortLedInfo &run = card_.portLed[i];
             const std::string name = portLedName(i, run.startId, run.endId);
             y = addFlow(
-                root_, m_, {room.x, y, room.w, 0}, {{name, kBodyBold}}, m_.labelWidth, looksOf(run.ledType, run.states),
-                idOf("portLed", i),
+                root_, m_, {room.x, y, room.w, 0}, {{name, kBodyBold}}, m_.labelWidth,
+                displaysOf(run.ledType, run.states), idOf("portLed", i),
                 joined({"port LEDs " + name + ": " + ledType(run.ledType), view_.places.of(pathOf("portLed", i))}));
         }
         return y;
@@ -653,7 +654,7 @@ private:
 
     const CardView &view_;
     const DcmCardInfo &card_;
-    Lamps &lamps_;
+    LedStateSelection &ledStates_;
     const Metrics &m_;
     std::vector<PortGroup> groups_;
     std::string prefix_;
@@ -685,9 +686,9 @@ std::string cardName(const DcmCardInfo &card, uint32_t typeId)
     return hexadecimal(typeId, 4);
 }
 
-Picture drawCard(const CardView &view, Lamps &lamps, const Metrics &metrics)
+Picture drawCard(const CardView &view, LedStateSelection &ledStates, const Metrics &metrics)
 {
-    return CardPainter(view, lamps, metrics).paint();
+    return CardPainter(view, ledStates, metrics).paint();
 }
 
 } // namespace dcmtool

@@ -11,7 +11,7 @@ namespace dcmtool {
 DescribedCards::DescribedCards(const DescriptionFile &file, const IsWanted &isWanted, bool isSilent)
 {
     Queries queries(file, isSilent);
-    // A card without a name has that of the one before it.
+    // A card without a name has that of the previous one.
     DcmCardInfo names = {};
     for (const DescribedType &type : file.types()) {
         if (type.kind != RecordKind::card || type.typeIds.empty())
@@ -27,7 +27,7 @@ DescribedCards::DescribedCards(const DescriptionFile &file, const IsWanted &isWa
             name += " (" + std::to_string(modes_[type].size()) + " modes)";
 }
 
-// Of the names of several modes the shortest one.
+// The shortest of the names of several modes.
 void DescribedCards::takeName(const DescribedType &type, DcmCardInfo &names)
 {
     static_cast<void>(dcm::takeCardNames(type.element, names, dcm::Reporter{"dcmCardInfoGet"}));
@@ -43,7 +43,7 @@ void DescribedCards::takeName(const DescribedType &type, DcmCardInfo &names)
 void DescribedCards::add(const DescriptionFile &file, Queries &queries, const DescribedType &type)
 {
     auto &card = cards_[{type.typeIds.front(), type.mode}];
-    // A query takes the first that it finds.
+    // A query finds the first match.
     if (card != nullptr) {
         queries.pass(type);
         return;

@@ -18,8 +18,8 @@ class DescribedCards {
 public:
     using IsWanted = std::function<bool(uint32_t typeId, uint32_t mode)>;
 
-    // Decodes those that are wanted as their queries do, and keeps the names of all; what the library reports is said
-    // on standard error unless it `isSilent`.
+    // Decodes the wanted cards as their queries do, and keeps the names of all cards. The library's reports are printed
+    // on standard error unless `isSilent`.
     DescribedCards(const DescriptionFile &file, const IsWanted &isWanted, bool isSilent);
 
     // nullptr: not described, or its query fails.
@@ -33,7 +33,7 @@ private:
     struct Card {
         DcmCardInfo info = {};
         std::unique_ptr<Places> places;
-        std::unique_ptr<CardView> view; // none when the query fails
+        std::unique_ptr<CardView> view; // nullptr if the query fails
     };
 
     void add(const DescriptionFile &file, Queries &queries, const DescribedType &type);
@@ -44,7 +44,7 @@ private:
     std::map<uint32_t, std::set<uint32_t>> modes_;
 };
 
-// The one that a query finds: the first of its type and mode. nullptr: there is none.
+// The card that a query finds: the first one of its type and mode. nullptr if there is none.
 const DescribedType *findType(const std::vector<DescribedType> &types, RecordKind kind, uint32_t typeId,
                               uint32_t mode = 0);
 

@@ -1,4 +1,4 @@
-// What the linter finds, for the parts of pictures.
+// The linter's findings for the parts of pictures.
 #ifndef DCM_TOOLS_DRAW_FINDINGS_H
 #define DCM_TOOLS_DRAW_FINDINGS_H
 
@@ -10,7 +10,7 @@
 
 namespace dcmtool {
 
-// Those at a frame or card or in it; `id` is its own in the picture.
+// The findings in a frame or card; `id` is its id in the picture.
 std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Finding> &findings, const Places &places,
                              const std::string &id);
 

@@ -13,7 +13,7 @@ class Fitter {
 public:
     explicit Fitter(const FrameView &view) : view_(view), frame_(view.frame) {}
 
-    // Puts a card into its slot; false, with the reason, when it does not fit.
+    // Puts a card into its slot. Returns false, with the reason, if it does not fit.
     bool put(Fit &fit)
     {
         Slot &slot = slots_[fit.slot];
@@ -56,7 +56,7 @@ private:
         return refusalOfSpan(fit);
     }
 
-    // A card of several slots needs those behind its own.
+    // A card of several slots needs those after its own.
     std::string refusalOfSpan(Fit &fit)
     {
         const uint32_t index = fit.slot - 1;

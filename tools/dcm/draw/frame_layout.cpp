@@ -26,7 +26,7 @@ const KindWords &wordsOf(Kind kind)
     return kKindWords[static_cast<size_t>(kind)];
 }
 
-// Neighbours of one kind.
+// Adjacent slots of one kind.
 struct Band {
     Kind kind = Kind::none;
     std::vector<uint32_t> slots;
@@ -34,8 +34,8 @@ struct Band {
 
 class FramePainter {
 public:
-    FramePainter(const FrameView &view, Lamps &lamps, const Metrics &metrics)
-        : view_(view), frame_(view.frame), lamps_(lamps), m_(metrics), id_("frame-" + hexadecimal(view.typeId))
+    FramePainter(const FrameView &view, LedStateSelection &ledStates, const Metrics &metrics)
+        : view_(view), frame_(view.frame), ledStates_(ledStates), m_(metrics), id_("frame-" + hexadecimal(view.typeId))
     {
         const std::initializer_list<const uint8_t *> maps = {frame_.slotmap.mpu, frame_.slotmap.lpu,
                                                              frame_.slotmap.sfu, frame_.slotmap.fan,
@@ -68,7 +68,7 @@ public:
                 root_, m_, {left, m_.isText ? 0 : 210, width, 0},
                 {{"Frame " + hexadecimal(view_.typeId), {Font::title, true, Tone::plain}}}, subtitle(),
                 "layout derived from slot numbers and kinds",
-                "The description gives no places of slots and units: they are drawn in number order, by kind.");
+                "The description has no coordinates of slots and units: they are drawn in number order, by kind.");
         inside_ = {left + m_.framePad, y + m_.frameTop, width - 2 * m_.framePad, 0};
         const int top = y;
         y = addStrip(inside_.y);
@@ -96,7 +96,8 @@ public:
     }
 
 private:
-    // ---- What there is ----------------------------------------------------------------------------------------------
+    // ---- Content
+    // --------------------------------------------------------------------------------------------------------
 
     Kind kindOf(uint32_t slot) const { return kinds_.at(slot).front(); }
     size_t moduleCount() const { return std::min<size_t>(frame_.fanModuleNum, DCM_FAN_MODULE_MAX); }
@@ -205,7 +206,7 @@ private:
         return y + std::max(height, column != 0 ? m_.strip : 0) + m_.gap;
     }
 
-    // Evenly spread, in several rows where names need the room. Returns the height.
+    // Evenly distributed, in several rows if names need the space. Returns the height.
     int addFrameLeds(Box box)
     {
         std::vector<std::string> names;
@@ -231,7 +232,7 @@ private:
             const int top = box.y + (m_.isText ? 1 : 210) + i / perRow * rowHeight;
             bay.add(ledFigure({middle - size / 2, top, size, size}, frame_.ledInfo[index], names[index],
                               id_ + ".ledInfo." + std::to_string(i), view_.places, "ledInfo." + std::to_string(i),
-                              lamps_));
+                              ledStates_));
             bay.add(textFigure(m_, middle, top + size + (m_.isText ? 0 : 40), {{names[index], kSmall}}, room / perRow,
                                Anchor::middle));
         }
@@ -239,7 +240,7 @@ private:
         return box.h;
     }
 
-    // A slot of its own box: number at the left, what is fitted at the right.
+    // A slot with its own box: number on the left, fitted card on the right.
     Figure &addUnitSlot(Box box, uint32_t slot, Kind kind, int fitTop = -1)
     {
         Figure node = groupFigure(box, slotId(slot), slotTitle(slot), "g-slot");
@@ -265,7 +266,7 @@ private:
 
     // ---- Cards ------------------------------------------------------------------------------------------------------
 
-    // What is in a slot: `rows` are its own cell and those of the slots behind it that a card may take, too.
+    // The content of a slot: `rows` are its own cell and those of the following slots that a card may take, too.
     void addFits(Figure &node, uint32_t slot, const std::vector<Box> &rows, bool hasLabels)
     {
         const Box &row = rows.front();
@@ -282,7 +283,8 @@ private:
                 }
                 if (rows.size() >= fit.slots)
                     cell.h = rows[fit.slots - 1].bottom() - cell.y;
-                node.add(miniCard(*fit.card, slotId(slot) + ".card." + std::to_string(fit.cardId), cell, lamps_, m_));
+                node.add(
+                    miniCard(*fit.card, slotId(slot) + ".card." + std::to_string(fit.cardId), cell, ledStates_, m_));
             }
             return;
         }
@@ -393,7 +395,7 @@ private:
         const int gap = m_.isText ? 0 : 40;
         const int x = inside_.x + (m_.isText ? 2 : 220) + m_.barGap;
         const int width = inside_.right() - m_.spanRoom - x;
-        // The rule that most of them have.
+        // The rule of most of the slots.
         std::map<std::string, int> counts;
         std::string common;
         for (const uint32_t slot : band.slots)
@@ -415,7 +417,7 @@ private:
         boxes.reserve(band.slots.size());
         for (int i = 0; i < count; i++)
             boxes.push_back({x, y + i * (rowHeight_ + gap), width, rowHeight_});
-        // What takes several rows is drawn over them.
+        // Cards that take several rows are drawn over them.
         for (const bool isSpanning : {false, true})
             for (size_t i = 0; i < boxes.size(); i++)
                 if (spans(band.slots[i]) == isSpanning)
@@ -431,8 +433,8 @@ private:
                });
     }
 
-    // Who takes this slot beside its own; nullptr: nobody.
-    const Fit *takerOf(uint32_t slot) const
+    // The slot whose card takes this slot, too; nullptr: none.
+    const Fit *fitCovering(uint32_t slot) const
     {
         for (const Fit &fit : view_.fits)
             if (fit.refusal.empty() && slot > fit.slot && slot < fit.slot + fit.slots)
@@ -471,13 +473,14 @@ private:
                              boxes[i].w - m_.numberCell - m_.cellPad - (m_.isText ? 1 : 10),
                              boxes[i].h - 2 * m_.cellPad});
         node.room = cells.front();
-        const Fit *taker = takerOf(slot);
-        if (taker == nullptr || fitsOf_.count(slot) != 0)
+        const Fit *covering = fitCovering(slot);
+        if (covering == nullptr || fitsOf_.count(slot) != 0)
             addFits(node, slot, cells, true);
-        else if (taker->slot < band.slots.front())
-            node.add(textFigure(m_, cells[0].x + (m_.isText ? 1 : 70), box.y + (box.h - heightOf(m_, Font::small)) / 2,
-                                {{"taken by " + taker->name + " in slot " + std::to_string(taker->slot), kSmallDim}},
-                                cells[0].w));
+        else if (covering->slot < band.slots.front())
+            node.add(
+                textFigure(m_, cells[0].x + (m_.isText ? 1 : 70), box.y + (box.h - heightOf(m_, Font::small)) / 2,
+                           {{"taken by " + covering->name + " in slot " + std::to_string(covering->slot), kSmallDim}},
+                           cells[0].w));
         parts_.push_back(std::move(node));
     }
 
@@ -485,7 +488,7 @@ private:
     void addSpans()
     {
         std::set<std::vector<uint32_t>> drawn;
-        std::vector<int> ends; // of the brackets, by lane
+        std::vector<int> ends; // the ends of the brackets, by lane
         for (const auto &[slot, box] : rowOf_) {
             if (dcm::_dcmBitTest(frame_.supportCrossSlot, slot - 1) == 0)
                 continue;
@@ -540,7 +543,7 @@ private:
 
     int unitLed() const { return m_.isText ? 1 : 88; }
 
-    // LEDs in columns that end at the right.
+    // LEDs in columns, aligned to the right.
     void addUnitLeds(Figure &node, const DcmLedInfo *leds, size_t count, Box box, int rows, const std::string &path)
     {
         if (count == 0)
@@ -555,7 +558,7 @@ private:
             const std::string name = ledName(leds[i], leds, count);
             const std::string led = path + ".ledInfo." + std::to_string(i);
             node.add(
-                ledFigure({x, y, unitLed(), unitLed()}, leds[i], name, id_ + "." + led, view_.places, led, lamps_));
+                ledFigure({x, y, unitLed(), unitLed()}, leds[i], name, id_ + "." + led, view_.places, led, ledStates_));
             node.add(textFigure(m_, x + unitLed() + m_.glyphGap, y + (unitLed() - heightOf(m_, Font::tiny)) / 2,
                                 {{name, kTiny}}, column - unitLed() - m_.glyphGap));
         }
@@ -578,51 +581,51 @@ private:
         }
     }
 
-    // The fan slots in order, each with its module, then modules that are in none.
+    // The fan slots in order, each with its module, then modules without a slot.
     int addFans(int y)
     {
-        struct Tray {
-            uint32_t slot; // 0: of none
+        struct FanSlot {
+            uint32_t slot; // 0: none
             int module;    // -1: none
         };
-        std::vector<Tray> trays;
+        std::vector<FanSlot> fanSlots;
         std::vector<bool> isPlaced(moduleCount());
         for (const uint32_t slot : slotsOf(Kind::fan)) {
-            Tray tray = {slot, -1};
-            for (size_t i = 0; i < moduleCount() && tray.module < 0; i++)
+            FanSlot fanSlot = {slot, -1};
+            for (size_t i = 0; i < moduleCount() && fanSlot.module < 0; i++)
                 if (!isPlaced[i] && frame_.fanModuleInfo[i].slot == slot) {
-                    tray.module = static_cast<int>(i);
+                    fanSlot.module = static_cast<int>(i);
                     isPlaced[i] = true;
                 }
-            trays.push_back(tray);
+            fanSlots.push_back(fanSlot);
         }
         for (size_t i = 0; i < moduleCount(); i++)
             if (!isPlaced[i])
-                trays.push_back({0, static_cast<int>(i)});
-        if (trays.empty())
+                fanSlots.push_back({0, static_cast<int>(i)});
+        if (fanSlots.empty())
             return y;
         constexpr int kLedRows = 4;
         int needed = 0;
         bool hasFits = false;
-        for (const Tray &tray : trays) {
-            hasFits = hasFits || fitsOf_.count(tray.slot) != 0;
-            if (tray.module < 0)
+        for (const FanSlot &fanSlot : fanSlots) {
+            hasFits = hasFits || fitsOf_.count(fanSlot.slot) != 0;
+            if (fanSlot.module < 0)
                 continue;
-            const DcmFanModuleInfo &module = frame_.fanModuleInfo[tray.module];
+            const DcmFanModuleInfo &module = frame_.fanModuleInfo[fanSlot.module];
             needed =
                 std::max(needed, static_cast<int>(fanCount(module)) * m_.rotorPitch + m_.bar + (m_.isText ? 6 : 300) +
                                      ledColumnsWidth(module.ledInfo, std::min<size_t>(module.ledNum, DCM_LED_MAX),
                                                      ledRows(kLedRows)));
         }
         const int most = std::clamp(needed == 0 ? 3 : inside_.w / needed, 1, 3);
-        const int height = m_.tray + (hasFits ? m_.fitLine + m_.gap : 0);
-        const auto count = static_cast<int>(trays.size());
+        const int height = m_.fanSlot + (hasFits ? m_.fitLine + m_.gap : 0);
+        const auto count = static_cast<int>(fanSlots.size());
         for (int i = 0; i < count; i++) {
             const Box box = unitBox(y, i, most, count, height);
-            const Tray &tray = trays[static_cast<size_t>(i)];
-            Figure *node = addTraySlot(box, tray.slot, m_.tray);
-            if (tray.module >= 0)
-                addModule(*node, static_cast<size_t>(tray.module), box);
+            const FanSlot &fanSlot = fanSlots[static_cast<size_t>(i)];
+            Figure *node = addTraySlot(box, fanSlot.slot, m_.fanSlot);
+            if (fanSlot.module >= 0)
+                addModule(*node, static_cast<size_t>(fanSlot.module), box);
             else
                 node->add(textFigure(m_, box.x + m_.bar + m_.bayPad, box.y + (m_.isText ? 1 : 80),
                                      {{"no fan module described", kSmallDim}}, box.w - m_.bar - 2 * m_.bayPad));
@@ -633,7 +636,7 @@ private:
 
     int ledRows(int most) const { return m_.isText ? 3 : most; }
 
-    // The box of a unit; slot 0: the description says no slot for it.
+    // The box of a unit; slot 0: the description has no slot for it.
     Figure *addTraySlot(Box box, uint32_t slot, int unitHeight)
     {
         if (slot != 0)
@@ -653,7 +656,7 @@ private:
         const int width = box.right() - m_.bayPad - x;
         const int inset = m_.isText ? 1 : 0;
         Figure node = groupFigure(
-            {x, box.y + inset, width, m_.tray - 2 * inset}, id_ + "." + path,
+            {x, box.y + inset, width, m_.fanSlot - 2 * inset}, id_ + "." + path,
             joined({"fan module " + std::to_string(index + 1),
                     module.slot == 0 ? "in no slot" : "in slot " + std::to_string(module.slot),
                     module.fanNum > DCM_FAN_MAX ? std::to_string(module.fanNum) + " fans, of which 4 are described"
@@ -666,7 +669,7 @@ private:
         if (module.slot != 0 && (kinds_.count(module.slot) == 0 || kindOf(module.slot) != Kind::fan))
             name.push_back({"slot " + std::to_string(module.slot) + ", no fan slot", kTinyDim});
         const size_t leds = std::min<size_t>(module.ledNum, DCM_LED_MAX);
-        // In pixels they are below the words, in text beside them.
+        // Below the words in pixels, beside them in text.
         const int room = width - (m_.isText ? ledColumnsWidth(module.ledInfo, leds, ledRows(4)) : 0);
         node.add(textFigure(m_, x, top, name, room));
         addUnitSensors(node, module.temperature, module.temperatureNum, {x, top + line, room, line}, path);
@@ -702,7 +705,7 @@ private:
         return group;
     }
 
-    // The n-th supply in the n-th power slot; the description does not say it.
+    // The n-th supply is drawn in the n-th power slot: the description does not specify it.
     int addSupplies(int y)
     {
         const std::vector<uint32_t> slots = slotsOf(Kind::power);
@@ -805,7 +808,7 @@ private:
 
     const FrameView &view_;
     const DcmFrameInfo &frame_;
-    Lamps &lamps_;
+    LedStateSelection &ledStates_;
     const Metrics &m_;
     std::string id_;
     Box inside_;
@@ -821,9 +824,9 @@ private:
 
 } // namespace
 
-Picture drawFrame(const FrameView &view, Lamps &lamps, const Metrics &metrics)
+Picture drawFrame(const FrameView &view, LedStateSelection &ledStates, const Metrics &metrics)
 {
-    return FramePainter(view, lamps, metrics).paint();
+    return FramePainter(view, ledStates, metrics).paint();
 }
 
 } // namespace dcmtool

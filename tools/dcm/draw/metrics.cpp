@@ -71,7 +71,7 @@ constexpr Metrics pixels()
     m.strip = 620;
     m.display = 3300;
     m.ledCell = 560;
-    m.tray = 1040;
+    m.fanSlot = 1040;
     m.rotor = 400;
     m.rotorPitch = 480;
     m.supply = 680;
@@ -141,7 +141,7 @@ constexpr Metrics cells()
     m.strip = 4;
     m.display = 36;
     m.ledCell = 9;
-    m.tray = 5;
+    m.fanSlot = 5;
     m.rotor = 6;
     m.rotorPitch = 7;
     m.supply = 5;
@@ -154,7 +154,7 @@ constexpr Metrics cells()
     return m;
 }
 
-// The code point at `at`, which moves behind it. The texts of a picture are valid UTF-8.
+// The code point at `at`, which is moved to the next one. The texts of a picture are valid UTF-8.
 uint32_t nextCodePoint(std::string_view text, size_t &at)
 {
     const auto lead = static_cast<unsigned char>(text[at++]);
@@ -166,9 +166,9 @@ uint32_t nextCodePoint(std::string_view text, size_t &at)
     return code;
 }
 
-constexpr uint32_t kFirstWide = 0x1100; // Hangul and what follows: most of it is as wide as it is high
+constexpr uint32_t kFirstWide = 0x1100; // Hangul and all later scripts: most of them are as wide as they are high
 
-// Hundredths of the size of the letters; enough for the fonts of the style sheet.
+// Hundredths of the font size; sufficient for the fonts of the style sheet.
 int widthOfCharacter(uint32_t code)
 {
     if (code >= 0x80) {
@@ -253,7 +253,7 @@ std::string cutTo(const Metrics &metrics, const std::string &text, Face face, in
     const int rest = room - widthOf(metrics, kEllipsis, face);
     if (rest < 0)
         return "";
-    // Widths of prefixes grow, so that what fits is found by halving.
+    // The width of prefixes is monotonic, which permits a binary search.
     std::vector<size_t> ends = {0};
     for (size_t at = 0; at < text.size();) {
         nextCodePoint(text, at);

@@ -1,4 +1,4 @@
-// The measures of the layout, once for pixels and once for character cells.
+// The measures of the layout, one set for pixels and one for character cells.
 #ifndef DCM_TOOLS_DRAW_METRICS_H
 #define DCM_TOOLS_DRAW_METRICS_H
 
@@ -18,19 +18,19 @@ struct Metrics {
     int gap;         // between boxes side by side
     int lineGap;     // between lines of text
     int sectionGap;  // between sections
-    int runGap;      // between two faces on one line
+    int runGap;      // between two styles on one line
     int itemGap;     // between the items of a flowing line
-    int glyph;       // the box of a lamp or swatch in a line
-    int glyphGap;    // behind it
+    int glyph;       // the box of an LED or swatch in a line
+    int glyphGap;    // after it
     int badgePad;    // around the text of a badge
-    int labelWidth;  // of the names that begin flowing lines
+    int labelWidth;  // of the names at the beginning of flowing lines
     int tableRow;    // height of a row of a table
     int swatchWidth; // of the column of connectors in the table of ports
-    int column[3];   // of that table, behind the swatch: kind, medium, words
+    int column[3];   // of that table, after the swatch: kind, medium, words
 
     // A card
     int leastPlate; // width
-    int mostTier;   // width of the bays side by side
+    int mostTier;   // width of adjacent bays
     int ejector;    // width with its gaps
     int platePad;
     int bayPad;
@@ -54,25 +54,25 @@ struct Metrics {
 
     // A chassis
     int frameWidth;
-    int framePad; // from its side to what is in it
+    int framePad; // from its side to its content
     int frameTop;
     int bar;        // width of the coloured bars and numbers
     int barGap;     // between the bar of a band and its slots
     int numberCell; // width of a slot's number
     int row;        // height of a slot
-    int lowRow;     // of one of many
+    int lowRow;     // of a row in a frame with many slots
     int bandHeader;
     int cellPad;
     int spanRoom; // right of the slots
     int strip;    // height of the display and the frame's LEDs
     int display;  // width
     int ledCell;
-    int tray;
+    int fanSlot;
     int rotor;
     int rotorPitch;
     int supply;
     int unitLedRow;
-    int fitLine; // height of what is fitted into a fan or power slot
+    int fitLine; // height of a fitted card's line in a fan or power slot
     int miniName;
     int miniLed;
     int miniPortHeight;
@@ -85,12 +85,12 @@ extern const Metrics kCells;
 int heightOf(const Metrics &metrics, Font font);
 int widthOf(const Metrics &metrics, std::string_view text, Face face);
 int widthOf(const Metrics &metrics, const std::vector<TextRun> &runs);
-// The size of the letters, in tenths of a pixel.
+// The font size, in tenths of a pixel.
 int sizeOf(Font font);
 
-// Cuts a text so that it fits, with "…" at its end.
+// Shortens a text to fit, with "…" at its end.
 std::string cutTo(const Metrics &metrics, const std::string &text, Face face, int room);
-// The same of a line; what has no room at all goes.
+// The same for a line; parts without any space are removed.
 std::vector<TextRun> cutTo(const Metrics &metrics, const std::vector<TextRun> &runs, int room);
 
 } // namespace dcmtool

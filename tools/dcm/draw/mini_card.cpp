@@ -6,7 +6,7 @@ namespace dcmtool {
 
 namespace {
 
-// In tenths of a pixel: the wide connectors are wide here, too.
+// In tenths of a pixel. Connectors that are wide on a card are wide here, too.
 int miniWidth(const Metrics &metrics, Shape shape)
 {
     if (metrics.isText)
@@ -28,8 +28,8 @@ int miniWidth(const Metrics &metrics, Shape shape)
 
 struct MiniPort {
     Figure node;
-    int column; // of its group
-    int row;    // -1: in the middle
+    int column; // in its group
+    int row;    // -1: centred
 };
 
 struct MiniGroup {
@@ -45,7 +45,7 @@ public:
     {
     }
 
-    Figure paint(Lamps &lamps)
+    Figure paint(LedStateSelection &ledStates)
     {
         const std::string name = cardName(card_, view_.typeId);
         const std::string longName = shownText(card_.name, std::min<size_t>(card_.nameLen, sizeof card_.name));
@@ -63,7 +63,7 @@ public:
         const int block = textHeight + (leds != 0 ? m_.miniLed + (m_.isText ? 0 : 40) : 0);
         const int top = box_.y + std::max(0, (box_.h - block) / 2);
         card.add(textFigure(m_, box_.x + pad, top, {{name, kBodyBold}}, nameWidth - pad));
-        addLeds(card, lamps, leds, {box_.x + pad, top + textHeight + (m_.isText ? 0 : 30), nameWidth - pad, 0});
+        addLeds(card, ledStates, leds, {box_.x + pad, top + textHeight + (m_.isText ? 0 : 30), nameWidth - pad, 0});
         makeGroups();
         addPorts(card, box_.x + nameWidth + pad, box_.right() - pad);
         return card;
@@ -73,8 +73,8 @@ private:
     std::string idOf(const char *array, size_t index) const { return id_ + "." + array + "." + std::to_string(index); }
     static std::string pathOf(const char *array, size_t index) { return array + ("." + std::to_string(index)); }
 
-    // Side by side, closer together where there are many.
-    void addLeds(Figure &card, Lamps &lamps, size_t count, Box room)
+    // Side by side, closer together if there are many.
+    void addLeds(Figure &card, LedStateSelection &ledStates, size_t count, Box room)
     {
         if (count == 0)
             return;
@@ -83,7 +83,7 @@ private:
         for (size_t i = 0; i < count; i++)
             card.add(ledFigure({room.x + static_cast<int>(i) * pitch, room.y, size, size}, card_.led[i],
                                ledName(card_.led[i], card_.led, count), idOf("led", i), view_.places, pathOf("led", i),
-                               lamps));
+                               ledStates));
     }
 
     void makeGroups()
@@ -118,7 +118,7 @@ private:
         }
     }
 
-    // As wide as there is room, up to half again as wide.
+    // As wide as the space permits, up to one and a half times the normal width.
     void addPorts(Figure &card, int left, int right)
     {
         if (groups_.empty()) {
@@ -141,7 +141,7 @@ private:
         const int between = m_.isText ? 0 : 30;
         int64_t x = left;
         for (MiniGroup &group : groups_) {
-            // Places are scaled, not pitches, so that a port is at least as wide as rounding leaves it.
+            // Positions are scaled, not pitches, so that rounding does not make a port too narrow.
             const int pitch = group.width + m_.miniGap;
             for (MiniPort &port : group.ports) {
                 const int begin = static_cast<int>(x) + scaled(port.column * pitch);
@@ -170,9 +170,10 @@ private:
 
 } // namespace
 
-Figure miniCard(const CardView &view, const std::string &id, Box box, Lamps &lamps, const Metrics &metrics)
+Figure miniCard(const CardView &view, const std::string &id, Box box, LedStateSelection &ledStates,
+                const Metrics &metrics)
 {
-    return MiniPainter(view, id, box, metrics).paint(lamps);
+    return MiniPainter(view, id, box, metrics).paint(ledStates);
 }
 
 } // namespace dcmtool

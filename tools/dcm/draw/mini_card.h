@@ -1,4 +1,4 @@
-// A card in its slot: name, LEDs and ports without their numbers.
+// A card in its slot: name, LEDs and ports without numbers.
 #ifndef DCM_TOOLS_DRAW_MINI_CARD_H
 #define DCM_TOOLS_DRAW_MINI_CARD_H
 
@@ -6,8 +6,9 @@
 
 namespace dcmtool {
 
-// `id` is that of the card in its slot, and begins those of what is on it.
-Figure miniCard(const CardView &view, const std::string &id, Box box, Lamps &lamps, const Metrics &metrics);
+// `id` is that of the card in its slot, and the prefix of the ids on the card.
+Figure miniCard(const CardView &view, const std::string &id, Box box, LedStateSelection &ledStates,
+                const Metrics &metrics);
 
 } // namespace dcmtool
 

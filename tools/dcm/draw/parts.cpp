@@ -9,46 +9,46 @@
 
 namespace dcmtool {
 
-// ---- LEDs that are lit ----------------------------------------------------------------------------------------------
+// ---- States of LEDs -------------------------------------------------------------------------------------------------
 
-bool Lamps::light(const std::string &text)
+bool LedStateSelection::select(const std::string &text)
 {
     const size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0 || equals + 1 == text.size())
         return false;
-    Lit lit = {text, text.substr(0, equals), "", text.substr(equals + 1)};
-    const size_t dash = lit.type.find_last_of('-');
-    if (dash != std::string::npos && dash + 1 < lit.type.size() &&
-        lit.type.find_first_not_of("0123456789", dash + 1) == std::string::npos) {
-        lit.id = lit.type.substr(dash + 1);
-        lit.type.resize(dash);
+    Selected selected = {text, text.substr(0, equals), "", text.substr(equals + 1)};
+    const size_t dash = selected.type.find_last_of('-');
+    if (dash != std::string::npos && dash + 1 < selected.type.size() &&
+        selected.type.find_first_not_of("0123456789", dash + 1) == std::string::npos) {
+        selected.id = selected.type.substr(dash + 1);
+        selected.type.resize(dash);
     }
-    lit_.push_back(std::move(lit));
+    selected_.push_back(std::move(selected));
     return true;
 }
 
-LedLook Lamps::lookOf(uint32_t type, uint32_t id, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX])
+LedDisplay LedStateSelection::displayOf(uint32_t type, uint32_t id, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX])
 {
-    const std::vector<LedLook> looks = ledLooks(type, states);
-    LedLook shown = defaultLook(looks);
-    for (Lit &lit : lit_) {
-        if (lit.type != ledType(type) || (!lit.id.empty() && lit.id != std::to_string(id)))
+    const std::vector<LedDisplay> displays = ledDisplays(type, states);
+    LedDisplay shown = defaultDisplay(displays);
+    for (Selected &selected : selected_) {
+        if (selected.type != ledType(type) || (!selected.id.empty() && selected.id != std::to_string(id)))
             continue;
-        for (const LedLook &look : looks)
-            if (look.state == lit.state) {
-                shown = look;
-                lit.isUsed = true;
+        for (const LedDisplay &display : displays)
+            if (display.state == selected.state) {
+                shown = display;
+                selected.isUsed = true;
             }
     }
     return shown;
 }
 
-std::vector<std::string> Lamps::unused() const
+std::vector<std::string> LedStateSelection::unused() const
 {
     std::vector<std::string> texts;
-    for (const Lit &lit : lit_)
-        if (!lit.isUsed)
-            texts.push_back(lit.text);
+    for (const Selected &selected : selected_)
+        if (!selected.isUsed)
+            texts.push_back(selected.text);
     return texts;
 }
 
@@ -129,28 +129,28 @@ Figure groupFigure(Box box, const std::string &id, const std::string &title, con
 
 std::string ledName(const DcmLedInfo &led, const DcmLedInfo *leds, size_t count)
 {
-    const auto isAlike = [&](const DcmLedInfo &other) { return other.ledType == led.ledType; };
-    const bool isSole = std::count_if(leds, leds + count, isAlike) == 1;
+    const auto hasSameType = [&](const DcmLedInfo &other) { return other.ledType == led.ledType; };
+    const bool isSole = std::count_if(leds, leds + count, hasSameType) == 1;
     return ledType(led.ledType) + (isSole ? "" : " " + std::to_string(led.id));
 }
 
-Figure ledFigure(Box box, const LedLook &look, const std::string &key)
+Figure ledFigure(Box box, const LedDisplay &display, const std::string &key)
 {
     Figure node;
     node.part = Part::led;
     node.box = box;
-    node.style = ledStyle(look, key);
-    node.glyph = ledGlyph(look);
+    node.style = ledStyle(display, key);
+    node.glyph = ledGlyph(display);
     return node;
 }
 
 Figure ledFigure(Box box, const DcmLedInfo &led, const std::string &name, const std::string &id, const Places &places,
-                 const std::string &path, Lamps &lamps)
+                 const std::string &path, LedStateSelection &ledStates)
 {
-    const LedLook look = lamps.lookOf(led.ledType, led.id, led.states);
-    Figure node = ledFigure(box, look, ledKey(led.ledType, led.states));
+    const LedDisplay display = ledStates.displayOf(led.ledType, led.id, led.states);
+    Figure node = ledFigure(box, display, ledKey(led.ledType, led.states));
     node.id = id;
-    node.title = joined({name + ", " + look.state + ": " + look.words(), places.of(path)});
+    node.title = joined({name + ", " + display.state + ": " + display.words(), places.of(path)});
     return node;
 }
 
@@ -172,9 +172,9 @@ int addFlow(Figure &parent, const Metrics &metrics, Box room, const std::vector<
         }
         Figure group = groupFigure({x, y, std::min(width, room.right() - x), height}, item.id, item.title);
         if (item.glyph) {
-            Figure lamp = *item.glyph;
-            lamp.box = {x, y + (height - metrics.glyph) / 2, metrics.glyph, metrics.glyph};
-            group.add(std::move(lamp));
+            Figure symbol = *item.glyph;
+            symbol.box = {x, y + (height - metrics.glyph) / 2, metrics.glyph, metrics.glyph};
+            group.add(std::move(symbol));
         }
         group.add(textFigure(metrics, x + glyph, y, item.runs, room.right() - x - glyph));
         line.add(std::move(group));
@@ -265,7 +265,7 @@ std::vector<PortGroup> portGroups(const DcmCardInfo &card)
     const auto numberOf = [&](size_t index) { return card.panelIf[index].portId; };
     std::stable_sort(order.begin(), order.end(),
                      [&](size_t one, size_t other) { return numberOf(one) < numberOf(other); });
-    // What ports of a group may differ in is left out. Queries clear records first, so that padding is zero.
+    // Without the fields that ports of a group may differ in. Queries clear records first, so that padding is zero.
     const auto commonOf = [&](size_t index) {
         DcmPanelIfInfo port = card.panelIf[index];
         port.portId = 0;

@@ -8,7 +8,7 @@ namespace dcmtool {
 
 namespace {
 
-// Its ids; those that a list repeats or the record has no room for do no harm.
+// The ids of an element; repeated ids, and those beyond the record, are harmless here.
 std::vector<uint32_t> idsOf(Node element)
 {
     const dcm::Element *format = formatOf(element);
@@ -69,7 +69,7 @@ void Places::take(const std::string &path, Node node)
     paths_[node].push_back(path);
 }
 
-// The n-th one fills the n-th entry; an LED's list of ids fills several.
+// The n-th element fills the n-th entry; an LED's list of ids fills several.
 void Places::takeList(const std::string &path, Node parent, const char *name)
 {
     size_t count = 0;
@@ -102,7 +102,7 @@ void Places::takeUnit(const std::string &path, Node unit)
             takeMap(path + "ledMap", child);
 }
 
-// Of two kinds of entries, in document order.
+// For two kinds of entries, in document order.
 void Places::takeMap(const std::string &path, Node map)
 {
     size_t count = 0;

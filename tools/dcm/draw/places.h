@@ -1,4 +1,4 @@
-// Where a picture's parts are described: for each path of a record ("panelIf.3") its element.
+// The places in the description of a picture's parts: the element for each path of a record ("panelIf.3").
 #ifndef DCM_TOOLS_DRAW_PLACES_H
 #define DCM_TOOLS_DRAW_PLACES_H
 
@@ -16,13 +16,13 @@ public:
     // `element`: a frame or card.
     Places(const DescriptionFile &file, Node element);
 
-    // "device.xml:812", that of the frame or card where the path has no element of its own. The folder of the file is
-    // left out, so that a picture does not depend on it.
+    // "device.xml:812": the place of the element, or of the frame or card if the path has no element. Without the
+    // folder of the file, so that a picture does not depend on it.
     std::string of(const std::string &path) const;
-    // The element; nullptr where the path has none of its own.
+    // The element; nullptr if the path has no element of its own.
     Node nodeOf(const std::string &path) const;
-    // The paths that the element describes which is `node` or around it; the empty one stands for the frame or card,
-    // and there is none for what is outside of it.
+    // The paths of the innermost element that contains `node`; the empty path is the frame or card. Nothing for an
+    // element outside of it.
     std::vector<std::string> pathsAt(Node node) const;
 
 private:

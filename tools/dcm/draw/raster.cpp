@@ -14,10 +14,10 @@ namespace {
 
 constexpr double kScale = 2;          // pixels of a PNG for one of SVG
 constexpr double kMostPixels = 3e7;   // of a PNG; larger pictures have a smaller scale
-constexpr double kMostOfSide = 32000; // cairo's bound
+constexpr double kMostOfSide = 32000; // the limit of cairo
 
-// librsvg and what it needs in turn, loaded when a picture takes them: other commands start several times faster
-// without.
+// librsvg and its dependencies, loaded when a picture needs them: without them, other commands start several times
+// faster.
 class Library {
 public:
     static const Library &get()
@@ -27,14 +27,14 @@ public:
     }
     const char *fault() const
     {
-        return handle_ != nullptr ? nullptr : "librsvg-2.so.2 is not found, which PNG and PDF take";
+        return handle_ != nullptr ? nullptr : "PNG and PDF need librsvg-2.so.2, which is not found";
     }
 
 // NOLINTNEXTLINE(bugprone-macro-parentheses): a name is declared
 #define DCM_FUNCTION(name) decltype(&::name) name = load<decltype(&::name)>(#name)
 private:
     void *handle_ = dlopen("librsvg-2.so.2", RTLD_NOW | RTLD_LOCAL);
-    // Handles give the functions of what a library needs, too.
+    // A library's handle also provides the functions of its dependencies.
     template <class Function> Function load(const char *name) const
     {
         return handle_ != nullptr ? reinterpret_cast<Function>(dlsym(handle_, name)) : nullptr;
@@ -99,7 +99,7 @@ Handle open(const std::string &svg, double &width, double &height, std::string &
     return handle;
 }
 
-// Draws on a surface; false when that fails.
+// Draws on a surface; false on failure.
 bool draw(RsvgHandle *handle, cairo_surface_t *surface, double width, double height, double scale, std::string &fault)
 {
     const Library &library = Library::get();
@@ -154,7 +154,7 @@ std::string asPdf(const std::string &svg, std::string &fault)
     std::string pdf;
     const Surface surface(
         library.cairo_pdf_surface_create_for_stream(append, &pdf, width * kPointsOfPixel, height * kPointsOfPixel));
-    // The same picture is the same file, whenever it is made.
+    // The same picture always gives the same file, because no date is written.
     library.cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "2000-01-01T00:00:00Z");
     if (!draw(handle.get(), surface.get(), width, height, kPointsOfPixel, fault))
         return "";

@@ -1,4 +1,4 @@
-// The back ends for PNG and PDF of a build without librsvg.
+// The PNG and PDF formats in a build without librsvg.
 #include "tools/dcm/draw/back_ends.h"
 
 namespace dcmtool {
@@ -10,13 +10,13 @@ bool canRasterize()
 
 std::string asPng(const std::string &, std::string &fault)
 {
-    fault = "this dcm was built without librsvg, which PNG takes; .svg and .txt do without";
+    fault = "this dcm was built without librsvg, which PNG needs; .svg and .txt do not need it";
     return "";
 }
 
 std::string asPdf(const std::string &, std::string &fault)
 {
-    fault = "this dcm was built without librsvg, which PDF takes; .svg and .txt do without";
+    fault = "this dcm was built without librsvg, which PDF needs; .svg and .txt do not need it";
     return "";
 }
 

@@ -1,4 +1,4 @@
-// A picture of a chassis or card as a tree of boxes: the layout makes it once, back ends only draw it.
+// A picture of a chassis or card as a tree of boxes: the layout creates it once, back ends only draw it.
 //
 //     DcmCardInfo, DcmFrameInfo  --layout-->  Picture  --svg, text-->  characters  --raster-->  PNG, PDF
 //
@@ -24,20 +24,20 @@ struct Box {
 };
 
 enum class Part : uint8_t {
-    group,   // nothing but its children
+    group,   // only its children
     panel,   // a rectangle: chassis, plate, bay, slot, card, badge
     text,    // one line
     port,    // a connector
-    led,     // a lamp
+    led,     // a circle
     rotor,   // a fan
     plug,    // the inlet of a power supply
-    vents,   // decoration where a panel is empty
+    vents,   // decoration of an empty panel
     divider, // between the cards of a slot
     bracket, // above the ports of a range
     span,    // beside slots that one card may take
-    hatch,   // over what is refused
+    hatch,   // over a refused card
     cross,
-    mark // of a finding
+    mark // for a finding
 };
 
 enum class Font : uint8_t { title, name, heading, sub, slot, body, small, tiny, number };
@@ -50,7 +50,7 @@ struct Face {
     Tone tone = Tone::plain;
 };
 
-// A stretch of a text in one face.
+// A part of a text in one style.
 struct TextRun {
     std::string text;
     Face face;
@@ -61,19 +61,19 @@ enum class Shape : uint8_t { any, rj, sfp, qsfp, dd, line, sc, coax, serial, wdm
 struct Figure {
     Part part = Part::group;
     Box box = {};
-    std::string style = {}; // the classes of the style sheet
-    std::string id = {};    // of what the record has: its path
-    std::string title = {}; // what a pointer shows
+    std::string style = {}; // classes of the style sheet
+    std::string id = {};    // for a part of the record: its path
+    std::string title = {}; // shown by a pointer
     std::vector<TextRun> runs = {};
     Anchor anchor = Anchor::start;
-    bool isUpright = true; // a text that reads from bottom to top is not
+    bool isUpright = true; // false for a text that reads from bottom to top
     int radius = 0;        // of a panel's corners
     Shape shape = Shape::any;
     bool isHidden = false;
     bool isLower = false;   // a connector below another one: it is drawn upside down
     bool isMini = false;    // a connector without details
-    std::string glyph = {}; // an LED's in text, and a port's number
-    Box room = {};          // of a slot: what a card may fill
+    std::string glyph = {}; // of an LED in text, and a port's number
+    Box room = {};          // of a slot: the area for cards
     std::vector<Figure> children = {};
 
     Figure &add(Figure child)
@@ -90,7 +90,7 @@ struct Picture {
     Figure root;
 };
 
-// Moves a node with everything in it.
+// Moves a node with its children.
 void moveBy(Figure &node, int dx, int dy);
 
 } // namespace dcmtool

@@ -201,7 +201,7 @@ private:
             out_ += "</g>\n";
     }
 
-    // What a page's script needs of a slot.
+    // The attributes of a slot for a page's script.
     std::string roomOf(const Figure &node) const
     {
         if (!isForPage_ || node.room.w == 0)

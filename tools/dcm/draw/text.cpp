@@ -27,7 +27,7 @@ public:
             line.resize(line.find_last_not_of(' ') + 1);
             text += line + "\n";
         }
-        // The margin at the end is of no use in text.
+        // Text needs no margin at the end.
         while (text.size() > 1 && text[text.size() - 2] == '\n')
             text.pop_back();
         return text;

@@ -94,7 +94,7 @@ struct Colour {
     const char *style;
 };
 
-// Families by hue, rates by lightness.
+// The hue shows the family, the lightness the rate.
 constexpr Colour kColours[] = {
     {"fe", "p-eth0"},          {"ge", "p-eth1"},      {"2.5ge", "p-eth2"},   {"10ge", "p-eth3"},
     {"25ge", "p-eth4"},        {"40ge", "p-eth5"},    {"50ge", "p-eth5"},    {"100ge", "p-eth6"},
@@ -277,32 +277,32 @@ std::string ledType(uint32_t value)
     return writtenWord(dcm::kLedTypeWords, value);
 }
 
-std::vector<LedLook> ledLooks(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX])
+std::vector<LedDisplay> ledDisplays(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX])
 {
     const dcm::Vocabulary *words = dcm::ledStateWords(type);
-    std::vector<LedLook> looks;
+    std::vector<LedDisplay> displays;
     for (const DcmLedStateInfo &state : states)
         if (state.pri != 0)
-            looks.push_back({state.state == 0 || words == nullptr
-                                 ? (state.state == 0 ? "default" : "#" + std::to_string(state.state))
-                                 : writtenWord(*words, state.state),
-                             writtenWord(dcm::kLedColorWords, state.color),
-                             writtenWord(dcm::kLedFreqWords, state.freq)});
-    return looks;
+            displays.push_back({state.state == 0 || words == nullptr
+                                    ? (state.state == 0 ? "default" : "#" + std::to_string(state.state))
+                                    : writtenWord(*words, state.state),
+                                writtenWord(dcm::kLedColorWords, state.color),
+                                writtenWord(dcm::kLedFreqWords, state.freq)});
+    return displays;
 }
 
-LedLook defaultLook(const std::vector<LedLook> &looks)
+LedDisplay defaultDisplay(const std::vector<LedDisplay> &displays)
 {
-    for (const LedLook &look : looks)
-        if (look.state == "default")
-            return look;
+    for (const LedDisplay &display : displays)
+        if (display.state == "default")
+            return display;
     return {"default", "", ""};
 }
 
-std::string ledStyle(const LedLook &look, const std::string &key)
+std::string ledStyle(const LedDisplay &display, const std::string &key)
 {
     std::string style = "led ";
-    style += look.colour.empty() ? "c-no" : "c-" + look.colour + " f-" + look.freq;
+    style += display.colour.empty() ? "c-no" : "c-" + display.colour + " f-" + display.freq;
     return key.empty() ? style : style + " " + key;
 }
 
@@ -317,15 +317,15 @@ std::string ledKey(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STATE_
     return text;
 }
 
-const char *ledGlyph(const LedLook &look)
+const char *ledGlyph(const LedDisplay &display)
 {
-    if (look.colour.empty() || look.freq == "none")
+    if (display.colour.empty() || display.freq == "none")
         return "◌";
-    if (look.freq == "on")
+    if (display.freq == "on")
         return "●";
-    if (look.freq == "slow-blink")
+    if (display.freq == "slow-blink")
         return "◐";
-    return look.freq == "fast-blink" ? "◉" : "○";
+    return display.freq == "fast-blink" ? "◉" : "○";
 }
 
 bool areEqual(const DcmLedStateInfo (&one)[DCM_LED_STATE_MAX], const DcmLedStateInfo (&other)[DCM_LED_STATE_MAX])

@@ -1,4 +1,4 @@
-// The words by which pictures call the values of records: those that descriptions write.
+// The words of values in pictures: those of descriptions.
 #ifndef DCM_TOOLS_DRAW_WORDS_H
 #define DCM_TOOLS_DRAW_WORDS_H
 
@@ -16,12 +16,12 @@ struct Vocabulary;
 
 namespace dcmtool {
 
-// The word that a description writes for a value, or the one that reports print; "#7" where there is neither.
+// The word that descriptions have for a value, or the one that reports print; "#7" if there is neither.
 std::string writtenWord(const dcm::Vocabulary &vocabulary, uint32_t value);
 // The words of a capability set.
 std::string writtenWords(const dcm::Vocabulary &vocabulary, const uint8_t *bits, uint32_t size, uint32_t first = 0);
 
-// A text of a record, on one line and without anything that a terminal or an XML file does not take.
+// A text of a record on one line, without characters that a terminal or an XML file cannot contain.
 std::string shownText(const char *text, size_t size);
 
 std::string hexadecimal(uint32_t value, int digits = 1);
@@ -30,24 +30,24 @@ std::string counted(size_t count, const std::string &noun);
 // "1–4, 7" of numbers in ascending order.
 std::string ranges(const std::vector<uint32_t> &numbers);
 std::string range(uint32_t first, uint32_t last);
-// Joins what is not empty.
+// Joins the texts that are not empty.
 std::string joined(const std::vector<std::string> &parts, const char *between = " · ");
 
 // ---- Ports ----------------------------------------------------------------------------------------------------------
 
-// "10ge"; "unknown" where the description says nothing.
+// "10ge"; "unknown" if it is not described.
 std::string portKind(uint32_t phyType);
 // The class of its colour: "p-eth3".
 std::string portStyle(uint32_t phyType);
 Shape portShape(const DcmPanelIfInfo &port);
 Shape portShape(const DcmMethIfInfo &port);
-// "53"; "?" where none is given.
+// "53"; "?" if it is not described.
 std::string portNumber(uint16_t portId);
-// What its group is labelled with: kind, optical use, medium, PoE.
+// The label of its group: kind, optical use, medium, PoE.
 std::vector<std::string> portWords(const DcmPanelIfInfo &port);
-// What else it is and can do.
+// Its other properties and capabilities.
 std::string portDetails(const DcmPanelIfInfo &port);
-// "channel 21"; "channel 21–22" of two.
+// "channel 21"; "channel 21–22" for two.
 std::string channels(uint16_t first, uint16_t last);
 
 enum class PortRole : uint8_t { line, client, hidden, ports, optical };
@@ -56,8 +56,8 @@ const char *roleName(PortRole role);
 
 // ---- LEDs -----------------------------------------------------------------------------------------------------------
 
-// How an LED shows a state.
-struct LedLook {
+// The display of an LED in a state.
+struct LedDisplay {
     std::string state;
     std::string colour; // empty: not described
     std::string freq;
@@ -65,15 +65,15 @@ struct LedLook {
     std::string words() const { return colour.empty() ? "not described" : colour + " " + freq; }
 };
 
-// The states that are in use, by priority.
-std::vector<LedLook> ledLooks(uint32_t ledType, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX]);
-// That of the state "default"; "not described" where there is none.
-LedLook defaultLook(const std::vector<LedLook> &looks);
-// The classes of a lamp; `key` marks all lamps of a type that have the same states.
-std::string ledStyle(const LedLook &look, const std::string &key = "");
+// The states with displays, by priority.
+std::vector<LedDisplay> ledDisplays(uint32_t ledType, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX]);
+// The display of the state "default"; "not described" if there is none.
+LedDisplay defaultDisplay(const std::vector<LedDisplay> &displays);
+// The classes of an LED; `key` is common to all LEDs of a type with the same states.
+std::string ledStyle(const LedDisplay &display, const std::string &key = "");
 std::string ledKey(uint32_t ledType, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX]);
-// The lamp in text: ● ○ ◐ ◉ ◌.
-const char *ledGlyph(const LedLook &look);
+// The LED in text: ● ○ ◐ ◉ ◌.
+const char *ledGlyph(const LedDisplay &display);
 std::string ledType(uint32_t value);
 bool areEqual(const DcmLedStateInfo (&one)[DCM_LED_STATE_MAX], const DcmLedStateInfo (&other)[DCM_LED_STATE_MAX]);
 

@@ -215,7 +215,7 @@ bool isFinished(std::string_view piece, MarkupKind kind)
     case MarkupKind::comment:
         return endsWith("-->", 7);
     case MarkupKind::cdata:
-        return false; // what is behind it is no word of the format either
+        return false; // what follows is not a word of the format either
     case MarkupKind::instruction:
         return endsWith("?>", 4);
     default:

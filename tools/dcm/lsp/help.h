@@ -1,4 +1,4 @@
-// What is said of elements, attributes and values: the texts of the reference.
+// The help for elements, attributes and values: the texts of the reference.
 #ifndef DCM_TOOLS_LSP_HELP_H
 #define DCM_TOOLS_LSP_HELP_H
 

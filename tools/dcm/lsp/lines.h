@@ -23,7 +23,7 @@ class Lines {
 public:
     Lines(std::string_view text, Units units);
 
-    // The byte at a position. A position behind the end of its line is that end, one in a character its beginning.
+    // The byte at a position. A position after the end of its line is that end, one in a character its beginning.
     size_t offsetOf(Position position) const;
     Position positionOf(size_t offset) const;
 

@@ -72,16 +72,17 @@ std::string chipsOf(const std::vector<std::string> &words)
     return html;
 }
 
-std::string lampOf(const LedLook &look)
+std::string ledSymbolOf(const LedDisplay &display)
 {
     return "<svg class=lamp viewBox=\"0 0 12 12\" aria-hidden=true><circle cx=6 cy=6 r=4.8 class=\"" +
-           escapedXml(ledStyle(look)) + "\"/></svg>";
+           escapedXml(ledStyle(display)) + "\"/></svg>";
 }
 
-std::string stateOf(const LedLook &look, const std::string &key)
+std::string stateOf(const LedDisplay &display, const std::string &key)
 {
-    return "<button type=button class=state data-key=\"" + key + "\" data-state=\"" + escapedXml(look.state) + "\">" +
-           lampOf(look) + escapedXml(look.state) + " <small>" + escapedXml(look.words()) + "</small></button>";
+    return "<button type=button class=state data-key=\"" + key + "\" data-state=\"" + escapedXml(display.state) +
+           "\">" + ledSymbolOf(display) + escapedXml(display.state) + " <small>" + escapedXml(display.words()) +
+           "</small></button>";
 }
 
 } // namespace dcmtool

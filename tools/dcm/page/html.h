@@ -1,4 +1,4 @@
-// Pieces of HTML. Texts are escaped where they are put in; what is called html is put in as it is.
+// Building blocks of HTML. Texts are escaped when they are inserted; parameters called html are inserted unchanged.
 #ifndef DCM_TOOLS_PAGE_HTML_H
 #define DCM_TOOLS_PAGE_HTML_H
 
@@ -11,8 +11,8 @@ namespace dcmtool {
 
 struct Cell {
     std::string text;
-    std::string note = {}; // behind it, dim
-    std::string html = {}; // behind both
+    std::string note = {}; // after the text, dim
+    std::string html = {}; // after both
 };
 
 struct TableRow {
@@ -20,22 +20,22 @@ struct TableRow {
     std::string id = {};
 };
 
-// A column that is empty in all rows is left out; the first one names the rows.
+// A column that is empty in all rows is left out; the first column has the names of the rows.
 struct HtmlTable {
-    std::vector<std::string> heads; // "#" before a head: numbers, to the right
+    std::vector<std::string> heads; // "#" before a head: numbers, aligned to the right
     std::vector<TableRow> rows = {};
 };
 
 std::string htmlOf(const HtmlTable &table);
-// A heading and what it is about; nothing when that is empty.
+// A heading with its content; nothing if the content is empty.
 std::string blockOf(const std::string &heading, const std::string &note, const std::string &html);
-// Names with their values, without those that have none.
+// Names with their values, without names that have no value.
 std::string factsOf(const std::vector<std::pair<std::string, std::string>> &facts);
-// Words, each in a box of its own.
+// Words, each in its own box.
 std::string chipsOf(const std::vector<std::string> &words);
-std::string lampOf(const LedLook &look);
-// A state of an LED; its button lights all LEDs that are alike.
-std::string stateOf(const LedLook &look, const std::string &key);
+std::string ledSymbolOf(const LedDisplay &display);
+// A state of an LED; its button lights all LEDs that have the same states.
+std::string stateOf(const LedDisplay &display, const std::string &key);
 
 } // namespace dcmtool
 

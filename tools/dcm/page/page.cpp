@@ -22,7 +22,7 @@ namespace dcmtool {
 
 namespace {
 
-// In tenths of a pixel: a slot of a chassis, and what a slot further down adds.
+// In tenths of a pixel: the width of a slot of a chassis, and the addition for each further slot of a card.
 constexpr Box kWholeSlot = {0, 0, 9380, 340};
 constexpr Box kHalfSlot = {0, 0, 4680, 340};
 constexpr int kNextSlot = 440;
@@ -79,7 +79,7 @@ public:
 private:
     // ---- Findings ---------------------------------------------------------------------------------------------------
 
-    // Each belongs to the frame, slot or card that it is in; the others to the file.
+    // A finding belongs to the frame, slot or card that contains it; all others belong to the file.
     void sortFindings()
     {
         std::set<dcm::Node> entities;
@@ -130,7 +130,7 @@ private:
     void add(const DescribedType &type)
     {
         const std::string key = keyOf(type);
-        // A query takes the first of a type, and finds none without one.
+        // A query finds the first element of a type, and no element without one.
         const bool isFound = !type.typeIds.empty() && keys_.insert(key).second;
         if (!isFound || omitted_ != 0 || sections_.size() + symbols_.size() > most_) {
             omitted_ += isFound ? 1 : 0;
@@ -159,7 +159,7 @@ private:
                badgeOf(countOf(found, false), false) + "</span><small>" + escapedXml(more) + "</small></a>\n";
     }
 
-    // `content` is empty where the query fails.
+    // `content` is empty if the query fails.
     void addSection(const DescribedType &type, const std::string &key, const std::string &name, const std::string &more,
                     const std::string &facts, const std::string &content, bool isDerived = true)
     {
@@ -194,8 +194,8 @@ private:
         if (queries_.run(type, *info)) {
             const Places places(file_, type.element);
             const FrameView view = {*info, id, places, names_.names(), {}, true};
-            Lamps lamps;
-            Picture picture = drawFrame(view, lamps, kPixels);
+            LedStateSelection ledStates;
+            Picture picture = drawFrame(view, ledStates, kPixels);
             markParts(picture, markedIn(file_, findings_, places, key), kPixels);
             content = "<div class=stage><figure class=\"picture chassis\">\n" + asSvgElement(picture) +
                       "</figure><aside class=panel hidden aria-label=\"slot\"></aside></div>\n" + tablesOf(view);
@@ -257,13 +257,13 @@ private:
         const Places places(file_, type.element);
         std::string fault;
         const CardView view = {info, type.typeIds.front(), places, arrangementOf(type.element, fault), true};
-        Lamps lamps;
-        Picture picture = drawCard(view, lamps, kPixels);
+        LedStateSelection ledStates;
+        Picture picture = drawCard(view, ledStates, kPixels);
         markParts(picture, markedIn(file_, findings_, places, key), kPixels);
         for (Box box : {kWholeSlot, kHalfSlot}) {
             box.h += (std::max<int>(info.occupySlotNum, 1) - 1) * kNextSlot;
             const char *which = box.w == kWholeSlot.w ? "-whole" : "-half";
-            symbols_ += asSvgPart(miniCard(view, "", box, lamps, kPixels), "m-" + key + which);
+            symbols_ += asSvgPart(miniCard(view, "", box, ledStates, kPixels), "m-" + key + which);
         }
         addKeys(info.led, info.ledNum);
         for (const DcmPortLedInfo &run : info.portLed) {
@@ -274,7 +274,8 @@ private:
         return "<figure class=picture>\n" + asSvgElement(picture) + "</figure>\n" + tablesOf(view);
     }
 
-    // ---- What the script needs --------------------------------------------------------------------------------------
+    // ---- Data for the script
+    // --------------------------------------------------------------------------------------------
 
     void addSlotRules(const std::string &key, const DcmFrameInfo &frame)
     {
@@ -319,11 +320,11 @@ private:
 
     void addKey(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX])
     {
-        Json &looks = data_["leds"][ledKey(type, states)] = Json::object();
-        for (const LedLook &look : ledLooks(type, states)) {
-            looks[look.state] = {look.colour, look.freq};
-            if (look.state != "default")
-                states_.insert(look.state);
+        Json &displays = data_["leds"][ledKey(type, states)] = Json::object();
+        for (const LedDisplay &display : ledDisplays(type, states)) {
+            displays[display.state] = {display.colour, display.freq};
+            if (display.state != "default")
+                states_.insert(display.state);
         }
     }
 

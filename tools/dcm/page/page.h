@@ -1,5 +1,5 @@
-// A description as one HTML page that needs nothing but itself: pictures, tables, and a script to fit cards, light LEDs
-// and search.
+// Writes a description as one HTML page that needs no other file: pictures, tables, and a script to fit cards, light
+// LEDs and search.
 #ifndef DCM_TOOLS_PAGE_PAGE_H
 #define DCM_TOOLS_PAGE_PAGE_H
 
@@ -15,10 +15,10 @@ namespace dcmtool {
 struct HtmlPage {
     std::string html;
     size_t failed = 0;  // queries
-    size_t omitted = 0; // frames, slots and cards for which there was no room
+    size_t omitted = 0; // frames, slots and cards that exceed the limit
 };
 
-// `most`: bytes that it may have, about.
+// `most`: the approximate maximum size in bytes.
 HtmlPage pageOf(const DescriptionFile &file, const std::vector<Finding> &findings, size_t most);
 
 } // namespace dcmtool

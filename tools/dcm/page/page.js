@@ -18,11 +18,11 @@
 
   // ---- Cards in slots ------------------------------------------------------------------------------------------------
 
-  const fits = {}; // of each frame: [{slot, card}] in the order in which they were put there
+  const fits = {}; // by frame: [{slot, card}] in the order of fitting
   const hexadecimal = (type) => '0x' + type.toString(16).padStart(4, '0');
   const range = (first, last) => (first === last ? `${first}` : `${first}–${last}`);
 
-  // What comes of each fit: its reason when it is refused.
+  // The result of each fit: the reason if it is refused.
   function placed(frame, wanted) {
     const slots = {};
     const at = (slot) => (slots[slot] = slots[slot] || {fits: 0, cards: 0, taken: ''});
@@ -58,7 +58,7 @@
   const groupOf = (frame, slot) => one(`#e-${frame} [data-slot="${slot}"]`);
   const roomOf = (group) => group.dataset.room.split(' ').map(Number);
 
-  // A miniature in a box, stretched where that is hardly seen.
+  // A miniature in a box, stretched a little to fill it.
   function miniature(key, [x, y, width, height], isWhole) {
     const kWidths = {whole: 938, half: 468};
     const which = isWhole ? 'whole' : 'half';
@@ -209,7 +209,7 @@
     try {
       address = decodeURIComponent(location.hash.slice(1)).replace(/^\//, '');
     } catch {
-      // An address with a lone "%" leads to the first page.
+      // An address with a single "%" opens the first page.
     }
     const [path, query] = address.split('?');
     const [wanted, slot] = path.split('/');
@@ -237,7 +237,7 @@
 
   // ---- LEDs ----------------------------------------------------------------------------------------------------------
 
-  const chosen = {}; // of some keys: the state that a button has chosen
+  const chosen = {}; // the state that a button has chosen, by key
 
   function ruleFor(key, [colour, freq]) {
     const isBlinking = freq.endsWith('-blink');

@@ -18,7 +18,7 @@ std::string number(uint32_t value)
     return std::to_string(value);
 }
 
-// Nothing where it says nothing.
+// The text of a field; empty where the description has none.
 std::string unless(uint32_t value, uint32_t absent)
 {
     return value == absent ? "" : number(value);
@@ -54,12 +54,12 @@ std::string statesOf(uint32_t type, const DcmLedStateInfo (&states)[DCM_LED_STAT
 {
     const std::string key = ledKey(type, states);
     std::string html;
-    for (const LedLook &look : ledLooks(type, states))
-        html += stateOf(look, key);
+    for (const LedDisplay &display : ledDisplays(type, states))
+        html += stateOf(display, key);
     return html.empty() ? "<small>no states described</small>" : html;
 }
 
-// Those that are alike share a row.
+// LEDs with the same states share a row.
 void addLeds(HtmlTable &table, const DcmLedInfo *leds, size_t count, const std::string &owner)
 {
     for (size_t i = 0; i < count;) {
@@ -78,7 +78,7 @@ void addLeds(HtmlTable &table, const DcmLedInfo *leds, size_t count, const std::
     }
 }
 
-// "src-7/1" of the element, as it is written.
+// The "src-7/1" of the element, as it is written.
 std::string sourceOf(const Places &places, const std::string &path)
 {
     const dcm::Node node = places.nodeOf(path);
@@ -245,7 +245,7 @@ private:
             ", ");
     }
 
-    // Each list once, with the ports that have it.
+    // Each list once, with its ports.
     std::string capabilities() const
     {
         struct Kind {
@@ -426,7 +426,7 @@ private:
                                    {"", "", statesOf(run.ledType, run.states)}},
                                   idOf("portLed", i)});
         }
-        return blockOf("LEDs", "a state lights all that are alike", htmlOf(table));
+        return blockOf("LEDs", "a state lights all LEDs of the same kind", htmlOf(table));
     }
 
     std::string ledMap() const
@@ -489,7 +489,7 @@ private:
                  {names.empty() ? "no card" : joined(names)}}};
     }
 
-    // Neighbours with one rule share a row.
+    // Adjacent slots with the same rule share a row.
     std::string slots() const
     {
         HtmlTable table = {{"slot", "kind", "#cards", "#first id", "a card may span", "accepts"}};
@@ -548,7 +548,7 @@ private:
         return blockOf("Power supplies", "", htmlOf(table));
     }
 
-    // Their ids are in the picture.
+    // The picture shows their ids.
     std::string temperatures() const
     {
         HtmlTable table = {temperatureHeads()};
@@ -574,7 +574,7 @@ private:
             addLeds(table, frame_.powerInfo[i].ledInfo, std::min<size_t>(frame_.powerInfo[i].ledNum, DCM_LED_MAX),
                     nameOf("supply ", i));
         foldOwners(table);
-        return blockOf("LEDs", "a state lights all that are alike", htmlOf(table));
+        return blockOf("LEDs", "a state lights all LEDs of the same kind", htmlOf(table));
     }
 
     // Units with equal LEDs share rows.
@@ -625,8 +625,8 @@ public:
 private:
     static bool isThere(const DcmInnerIfInfo &port) { return port.portId != DCM_PORT_UNSPEC; }
 
-    // Neighbours that are equal but for their number and name share a row.
-    static bool areAlike(const DcmInnerIfInfo &one, const DcmInnerIfInfo &other)
+    // Adjacent ports that differ only in number and name share a row.
+    static bool differOnlyInNumber(const DcmInnerIfInfo &one, const DcmInnerIfInfo &other)
     {
         return one.portId + 1 == other.portId && one.sysId == other.sysId && one.slotId == other.slotId &&
                one.cardId == other.cardId && one.phyType == other.phyType && one.workmode == other.workmode &&
@@ -638,7 +638,7 @@ private:
         for (size_t i = 0; i < count;) {
             size_t end = i + 1;
             if (isThere(ports[i])) {
-                while (end < count && isThere(ports[end]) && areAlike(ports[end - 1], ports[end]))
+                while (end < count && isThere(ports[end]) && differOnlyInNumber(ports[end - 1], ports[end]))
                     end++;
                 table.rows.push_back(rowOf(ports, i, end, what));
             }

@@ -1,4 +1,4 @@
-// What a record has beside its picture, as tables.
+// The tables beside the picture of a record.
 #ifndef DCM_TOOLS_PAGE_TABLES_H
 #define DCM_TOOLS_PAGE_TABLES_H
 

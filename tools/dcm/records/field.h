@@ -1,5 +1,5 @@
-// What the tool knows about each field of the records: one table per record of dcm.h, whose rows have the order of the
-// header. Everything that goes through a record field by field walks these tables (record.h).
+// The fields of the records: one table per record of dcm.h, whose rows have the order of the header. All code that
+// iterates over a record's fields uses these tables (record.h).
 //
 //     template <> struct Table<DcmCpuInfo> : TableOf<DcmCpuInfo> {
 //         static constexpr char name[] = "DcmCpuInfo";
@@ -7,8 +7,8 @@
 //             number(FIELD(id), "id", identity("...")),
 //             number(FIELD(highThreshold), "highthreshold", setting("...")).in("%"),
 //
-// FIELD names a member, which gives the row its JSON key, place and type; the function in front of it says how the
-// bytes are read and refuses a member of another type. A row without a class does not compile, nor does a table that
+// FIELD names a member, which determines the row's JSON key, place and type; the function before it determines how the
+// bytes are read, and rejects a member of another type. A row without a class does not compile, nor does a table that
 // leaves out bytes of its record.
 #ifndef DCM_TOOLS_FIELD_H
 #define DCM_TOOLS_FIELD_H
@@ -34,26 +34,26 @@ enum class FieldKind : uint8_t {
     record
 };
 
-// Where a field's words come from.
+// The vocabulary of a field.
 enum class WordSource : uint8_t {
     vocabulary,
-    ledStates,  // of an LED type: one that the record has (`ledType`), else that of the LED around it
+    ledStates,  // of an LED type: that of the record (`ledType`), or else that of the enclosing LED
     entityClass // the platform's number, not the row of the table
 };
 
-// Which entries of an array are there.
+// Which entries of an array are used.
 enum class Extent : uint8_t {
     all,
-    counted,    // by `extent`, a number of the same record
+    counted,    // the first `extent` ones, a number of the same record
     upToUnused, // up to the first entry whose `extent` is 0
-    used        // those whose `extent` is not 0
+    used        // entries whose `extent` is not 0
 };
 
-// What it means to the software on the network element that the field is another one.
+// The meaning of a difference in the field for software on the network element.
 enum class FieldClass : uint8_t {
-    identity,  // it is about something else: entries of two descriptions are matched by these fields
-    structure, // the same thing, with something that was not there or is there no more
-    setting    // the same thing and structure, set in another way
+    identity,  // another thing: entries of two descriptions are matched by these fields
+    structure, // the same thing, with a part added or removed
+    setting    // the same thing and structure, with another setting
 };
 
 struct Classified {
@@ -73,13 +73,13 @@ constexpr Classified setting(const char *reason)
 {
     return {FieldClass::setting, reason};
 }
-// Structure of which a larger number only adds something: a count, or 1 for what can be done.
+// A structure of which a larger number is only an addition: a count, or 1 for a capability.
 constexpr Classified capacity(const char *reason)
 {
     return {FieldClass::structure, reason, true};
 }
 
-// A number at a place in a record.
+// A number at an offset of a record.
 struct Scalar {
     size_t offset = 0;
     int64_t (*load)(const void *bytes) = nullptr; // from `offset`
@@ -92,8 +92,8 @@ constexpr const char *kNeverFilled = nullptr;
 
 struct Field {
     const char *name;   // in dcm.h, and in JSON
-    const char *source; // the element or attribute of a description that fills it, or the container of those
-    const char *reason; // of its class
+    const char *source; // the element or attribute that fills it, or its container
+    const char *reason; // for its class
     FieldClass fieldClass;
     FieldKind kind;
 
@@ -101,23 +101,23 @@ struct Field {
     WordSource words = WordSource::vocabulary;
     uint8_t first = 0; // wordSet: the value of the first bit
     bool isHexadecimal = false;
-    bool isCapacity = false; // a larger number only adds something
+    bool isCapacity = false; // a larger number is only an addition
 
-    // In the record, in bytes. A bit-field has a width in bits instead, and no offset.
+    // In the record, in bytes. A bit-field has a width in bits instead of an offset.
     uint8_t bits = 0;
     uint8_t alignment = 1;
     size_t offset = 0;
     size_t size = 0;
-    size_t entries = 0; // of an array of what `kind` says; 0: a single one
-    size_t stride = 0;  // from entry to entry
+    size_t entries = 0; // of an array; 0: not an array
+    size_t stride = 0;  // from one entry to the next
     Scalar extentOf = {};
 
-    int64_t (*load)(const void *bytes) = nullptr; // number, word: of an entry
-    int64_t notGiven = 0;                         // the number of a field that a description leaves out
+    int64_t (*load)(const void *bytes) = nullptr; // number, word: reads an entry
+    int64_t notGiven = 0;                         // the value of a field that a description leaves out
     const char *unit = "";
     const dcm::Vocabulary *vocabulary = nullptr;
-    Scalar ledType = {};    // whose states are meant
-    Scalar textLength = {}; // of a text that is not ended by a zero byte
+    Scalar ledType = {};    // the LED type that determines the states
+    Scalar textLength = {}; // of a text without a terminating zero byte
     const RecordTable *record = nullptr;
 
     constexpr Field in(const char *unitName) const
@@ -132,7 +132,7 @@ struct Field {
         field.isHexadecimal = true;
         return field;
     }
-    constexpr Field elseIs(int64_t number) const
+    constexpr Field defaultsTo(int64_t number) const
     {
         Field field = *this;
         field.notGiven = number;

@@ -13,7 +13,7 @@ namespace {
 constexpr size_t kLineWidth = 120;
 constexpr size_t kStep = 2;
 
-// Nearly all that is printed are numbers and short plain words.
+// Nearly all values are numbers and short plain words.
 std::string scalar(const Json &json)
 {
     if (json.is_number_unsigned())
@@ -27,11 +27,11 @@ std::string scalar(const Json &json)
     return printableJson(json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-// Appends a value without line ends while the text stays within `end`; false when it does not.
+// Appends a value without line ends while the text stays within `end`; false if it does not.
 bool appendOnOneLine(std::string &text, const Json &json, size_t end)
 {
     if (!json.is_structured()) {
-        // A long text is not even looked through.
+        // A long text is not even scanned.
         if (!json.is_string() || text.size() + json.get_ref<const std::string &>().size() <= end)
             text += scalar(json);
         else
@@ -97,7 +97,7 @@ void addTypeIds(Json &entry, const std::vector<uint32_t> &typeIds)
         entry["moreTypeIds"] = typeIds.size() - kMost;
 }
 
-// ---- Bit by bit -----------------------------------------------------------------------------------------------------
+// ---- Streaming ------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -175,7 +175,7 @@ bool JsonStream::end()
         text_ = jsonText(whole_);
     else
         text_ += "\n}\n";
-    // To take JSON apart may need memory; when there is none, nothing may have been printed yet.
+    // Destroying a JSON value may allocate; if that fails, nothing may have been printed yet.
     whole_ = nullptr;
     array_ = nullptr;
     flush(0);
@@ -188,7 +188,7 @@ void JsonStream::beginMember(const char *name)
     separator_ = ",";
 }
 
-// It is too long for one line: what there is so far goes out member by member.
+// It is too long for one line: the members so far are printed one by one.
 void JsonStream::spill()
 {
     isWhole_ = false;

@@ -1,4 +1,4 @@
-// JSON as the tool prints it.
+// The layout of the tool's JSON.
 #ifndef DCM_TOOLS_JSON_TEXT_H
 #define DCM_TOOLS_JSON_TEXT_H
 
@@ -15,26 +15,25 @@ namespace dcmtool {
 
 using Json = nlohmann::ordered_json;
 
-// For programs and people: what fits on a line stands on one. A byte that is no UTF-8, as where a field cuts a text in
-// the middle of a character, becomes U+FFFD, and what printable() escapes is written as JSON's escape. Ends with a line
-// end.
+// A value that fits is on one line. A byte that is not UTF-8, such as where a field cuts a text in the middle of a
+// character, becomes U+FFFD, and the characters that printable() escapes get JSON's escapes. Ends with a line end.
 std::string jsonText(const Json &json);
 
-// The type ids of an entry, of very many the first ones: "moreTypeIds" then says how many there are beside them.
+// The type ids of an entry; of very many only the first ones, and "moreTypeIds" is the number of the others.
 void addTypeIds(Json &entry, const std::vector<uint32_t> &typeIds);
 
-// The same text of an object whose arrays may be too long to be held in memory, printed while it is made. Beyond so
-// many bytes, entries of arrays are left out.
+// The same text for an object whose arrays may be too long for memory: it is printed while it is built. Beyond this
+// number of bytes, entries of arrays are left out.
 class JsonStream {
 public:
     JsonStream(const OwnOutput &output, size_t most) : output_(output), most_(most) {}
 
     void add(const char *name, Json value);
     void beginArray(const char *name);
-    // False when there is no room for it.
+    // False if there is no space left for it.
     bool addEntry(Json entry);
     void endArray();
-    // False when standard output takes no more.
+    // False when standard output cannot be written.
     bool end();
 
 private:
@@ -49,14 +48,14 @@ private:
     bool isPrinted_ = true;
     Json whole_ = Json::object(); // while all of it may fit on a line
     bool isWhole_ = true;
-    Json array_; // while that may
+    Json array_; // while it may fit on a line
     bool isInArray_ = false;
     const char *arrayName_ = "";
     bool isArrayWhole_ = false;
     const char *separator_ = "{"; // before the next member
     const char *entrySeparator_ = "[";
-    std::string text_; // what is not printed yet
-    size_t size_ = 0;  // of all
+    std::string text_; // not printed yet
+    size_t size_ = 0;  // of the whole text
 };
 
 } // namespace dcmtool

@@ -12,7 +12,7 @@ namespace dcmtool {
 
 namespace {
 
-// A class number is the platform's: the row whose word reads as it.
+// A class number is the platform's: finds the row whose word has it.
 const char *entityClassWord(uint32_t number)
 {
     for (const auto &row : gDcmEttClass) {

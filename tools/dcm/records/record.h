@@ -1,21 +1,21 @@
-// Going through a record field by field, in the order of the header.
+// Iterates over a record's fields, in the order of the header.
 //
-// A walk gives every value with its path, as in JSON:
+// A walk visits every value with its path, as in JSON:
 //
 //     walk(recordOf(card), [](const std::string &path, const FieldValue &value) {
 //         std::printf("%s = %s\n", path.c_str(), value.words().c_str());    // panelIf[2].phyType = 10ge
 //     });
 //
-// Who needs to match or fold entries goes down by hand:
+// Code that matches or groups entries iterates itself:
 //
-//     for (const Field &field : record)                      the rows of the table (field.h): name, source, class, ...
-//         for (const FieldValue value : record.valuesOf(field))   the entries that are there; one if it is no array
+// for (const Field &field : record)                      the rows of the table (field.h): name, source, class, ...
+//     for (const FieldValue value : record.valuesOf(field))   the used entries; one for a field that is not an array
 //             if (field.kind == FieldKind::record)
 //                 value.record()                             the record inside
 //             else
 //                 value.words()                              as a description writes it
 //
-// Neither copies the record, which has to outlive what is made of it.
+// Neither copies the record, which must outlive the values.
 #ifndef DCM_TOOLS_RECORD_H
 #define DCM_TOOLS_RECORD_H
 
@@ -38,24 +38,25 @@ public:
     }
 
     const Field &field() const { return *field_; }
-    // From 0, in the array of the record; entries that are not there count.
+    // From 0, in the array of the record, including unused entries.
     size_t entry() const { return entry_; }
-    // Where it is in memory; of a bit-field, where its record is.
+    // Its address; for a bit-field, that of its record.
     const uint8_t *bytes() const;
 
-    int64_t number() const;                // number, word
-    std::vector<uint32_t> numbers() const; // wordSet, bitList, numberList: in ascending order, or that of the list
-    std::string_view text() const;         // text: up to its end
-    Record record() const;                 // record
+    int64_t number() const; // number, word
+    std::vector<uint32_t>
+    numbers() const;               // wordSet, bitList, numberList: in ascending order, or in the order of the list
+    std::string_view text() const; // text: up to its end
+    Record record() const;         // record
 
-    // Whether it differs from what the field holds when a description leaves it out. A record is always there.
+    // Whether it differs from the value of a field that a description leaves out. Always true for a record.
     bool isGiven() const;
-    // As a description writes it: "10ge", "1-4,6", "-5", a text. A number without a word is a number; words and numbers
-    // of a list have a comma between two. May hold bytes that must not reach a terminal.
+    // As in a description: "10ge", "1-4,6", "-5", a text. A number without a word is a number; the words and numbers of
+    // a list are separated by commas. May contain bytes that must not reach a terminal.
     std::string words() const;
-    // The word that descriptions have for one of the numbers of a word or wordSet; nullptr if there is none.
+    // The word of descriptions for one of the numbers of a word or wordSet; nullptr if there is none.
     const char *wordFor(uint32_t number) const;
-    // The word that reports print for it: "unknown" if there is none.
+    // The word of reports for it: "unknown" if there is none.
     const char *reportWordFor(uint32_t number) const;
 
 private:
@@ -67,7 +68,7 @@ private:
     uint32_t ledType_;
 };
 
-// The entries of a field that are there.
+// The used entries of a field.
 class FieldValues {
 public:
     class Iterator {
@@ -97,12 +98,12 @@ private:
     const Field &field_;
     const void *record_;
     uint32_t ledType_;
-    size_t most_; // entries up to here may be there
+    size_t most_; // unused entries are skipped up to here
 };
 
 class Record {
 public:
-    // `ledType`: of the LED that the record belongs to, if it does.
+    // `ledType`: of the LED that contains the record, if any.
     Record(const RecordTable &table, const void *bytes, uint32_t ledType = 0)
         : table_(&table), bytes_(bytes), ledType_(ledType)
     {
@@ -114,13 +115,13 @@ public:
     const Field *end() const { return table_->end(); }
 
     FieldValues valuesOf(const Field &field) const { return {field, bytes_, ledType_}; }
-    // Whether a record of the same table holds the same there, also in what is not counted.
+    // Whether a record of the same table has equal bytes in the field, including unused entries.
     bool isSame(const Field &field, const Record &other) const;
-    // An entry, there or not.
+    // An entry, used or not.
     FieldValue entryOf(const Field &field, size_t entry) const { return {field, bytes_, entry, ledType_}; }
-    // The row of a name that the record must have.
+    // The row with this name, which must exist.
     const Field &field(std::string_view name) const;
-    // The value of a field that is no array.
+    // The value of a field that is not an array.
     FieldValue operator[](const Field &field) const { return {field, bytes_, 0, ledType_}; }
     FieldValue operator[](std::string_view name) const { return (*this)[field(name)]; }
 
@@ -140,7 +141,7 @@ template <class Info> Record recordOf(const Info &info, uint32_t ledType = 0)
 // "1-4,6"
 std::string rangesOf(const std::vector<uint32_t> &numbers);
 
-// Calls `visit(path, value)` for every value that is no record.
+// Calls `visit(path, value)` for every value that is not a record.
 template <class Visit> void walk(const Record &record, const Visit &visit, const std::string &prefix = "")
 {
     for (const Field &field : record) {

@@ -38,7 +38,7 @@ Json toJson(const FieldValue &value)
 Json toJson(const Record &record)
 {
     Json json = Json::object();
-    // A record has each name once: to look for it among those before would take most of the time.
+    // Keys are unique in a record: a search for duplicates would take most of the time.
     Json::object_t::Container &members = json.get_ref<Json::object_t &>();
     members.reserve(record.table().fieldCount);
     for (const Field &field : record) {

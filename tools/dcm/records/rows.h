@@ -1,4 +1,4 @@
-// How the rows of a table are written; only the tables need it. See field.h.
+// The syntax of a table's rows; included only by the tables. See field.h.
 #ifndef DCM_TOOLS_ROWS_H
 #define DCM_TOOLS_ROWS_H
 
@@ -40,7 +40,7 @@ struct BitMember {
 
 template <class T> using EntryOf = std::remove_extent_t<T>;
 
-// What all rows of a member have; `entries` as in Field.
+// The common part of all rows of a member; `entries` as in Field.
 template <class T>
 constexpr Field rowOf(Member<T> member, const char *source, FieldKind kind, Classified why, size_t entries)
 {
@@ -78,7 +78,7 @@ template <class AnyMember> constexpr Field number(AnyMember member, const char *
     return scalarRow(member, source, FieldKind::number, why);
 }
 
-// A field that keeps the low bits of a number which may be negative.
+// A field that keeps the low bits of a number that may be negative.
 template <class T> constexpr Field signedNumber(Member<T> member, const char *source, Classified why)
 {
     Field field = number(member, source, why);
@@ -164,7 +164,7 @@ template <class T> constexpr Field record(Member<T> member, const char *source, 
     {                                                                                                                  \
 #member, offsetof(Record, member)                                                                              \
     }
-// `width`: from the header. That it is right shows in the bytes that the bit-fields of a record cover together.
+// `width`: from the header. The check of completeness verifies it with the bytes that the bit-fields cover together.
 #define BITS(member, width)                                                                                            \
     dcmtool::BitMember                                                                                                 \
     {                                                                                                                  \
@@ -173,7 +173,7 @@ template <class T> constexpr Field record(Member<T> member, const char *source, 
 
 // ---- Completeness ---------------------------------------------------------------------------------------------------
 
-// Whether the rows, which have the order of the record, cover all of it but what alignment leaves free.
+// Whether the rows, which have the order of the record, cover all of it except padding.
 template <class Record> constexpr bool coversAll()
 {
     size_t end = 0;
@@ -183,7 +183,7 @@ template <class Record> constexpr bool coversAll()
             bits += field.bits;
             continue;
         }
-        // The word of the bit-fields before this field begins where its size says.
+        // The storage unit of the preceding bit-fields begins at its size before this field.
         if (bits % 8 != 0)
             return false;
         end = bits != 0 ? (end + bits / 8 - 1) / (bits / 8) * (bits / 8) + bits / 8 : end;

@@ -6,7 +6,7 @@
 
 namespace dcmtool {
 
-// Defines tableOf<Info>, for a table that is complete.
+// Defines tableOf<Info>, for a complete table.
 #define COMPLETE(Info)                                                                                                 \
     static_assert(coversAll<Info>(), "a field of the record is missing in its table");                                 \
     template <> const RecordTable &tableOf<Info>()                                                                     \
@@ -18,9 +18,9 @@ namespace {
 
 constexpr const char *kCount = "how many there are";
 constexpr const char *kKeepsName = "the name's length";
-constexpr const char *kNothing = "holds nothing";
+constexpr const char *kNothing = "unused";
 constexpr const char *kPosition = "the entry's position";
-constexpr const char *kCodeOfFanCtrl = "a code of the fan control's";
+constexpr const char *kCodeOfFanCtrl = "a code of the fan control";
 
 } // namespace
 
@@ -29,7 +29,7 @@ constexpr const char *kCodeOfFanCtrl = "a code of the fan control's";
 template <> struct Table<DcmLedStateInfo> : TableOf<DcmLedStateInfo> {
     static constexpr char name[] = "DcmLedStateInfo";
     static constexpr Field fields[] = {
-        wordOf(FIELD(state), "type", WordSource::ledStates, identity("a display is asked for by its state")),
+        wordOf(FIELD(state), "type", WordSource::ledStates, identity("a display is identified by its state")),
         word(FIELD(color), "color", dcm::kLedColorWords, setting("what people see")),
         word(FIELD(freq), "freq", dcm::kLedFreqWords, setting("what people see")),
         number(FIELD(pri), "pri", setting("orders the displays")),
@@ -39,16 +39,16 @@ COMPLETE(DcmLedStateInfo)
 
 namespace {
 
-// What an LED and an entry of an LED map begin with. Outside a map, the card is always 0.
+// The common beginning of an LED and an entry of an LED map. Outside a map, the card is always 0.
 template <class R>
 constexpr std::array<Field, 9> ledHead(const char *typeSource, const char *idSource, int64_t attachCard)
 {
     return {
-        word(FIELD(ledType), typeSource, dcm::kLedTypeWords, identity("LEDs are asked for by type and id")),
-        number(FIELD(id), idSource, identity("LEDs are asked for by type and id")),
+        word(FIELD(ledType), typeSource, dcm::kLedTypeWords, identity("LEDs are identified by type and id")),
+        number(FIELD(id), idSource, identity("LEDs are identified by type and id")),
         word(FIELD(attach), typeSource, dcm::kEttAttachWords, identity("whose LED it is")),
-        number(FIELD(attachSlot), typeSource, identity("whose LED it is")).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(attachCard), typeSource, identity("whose LED it is")).elseIs(attachCard),
+        number(FIELD(attachSlot), typeSource, identity("whose LED it is")).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(attachCard), typeSource, identity("whose LED it is")).defaultsTo(attachCard),
         word(FIELD(srcType), "type", dcm::kLedTypeWords, structure("which states drive the LED")),
         number(FIELD(statMapNum), "state", capacity("how many state pairs there are")),
         wordOf(FIELD(srcState), "type", WordSource::ledStates, setting("what drives what the LED shows"))
@@ -89,8 +89,8 @@ COMPLETE(DcmLedInfo)
 template <> struct Table<DcmPortLedInfo> : TableOf<DcmPortLedInfo> {
     static constexpr char name[] = "DcmPortLedInfo";
     static constexpr Field fields[] = {
-        word(FIELD(ledType), "type", dcm::kLedTypeWords, identity("LEDs are asked for by type and id")),
-        number(FIELD(startId), "start-id", identity("LEDs are asked for by type and id")),
+        word(FIELD(ledType), "type", dcm::kLedTypeWords, identity("LEDs are identified by type and id")),
+        number(FIELD(startId), "start-id", identity("LEDs are identified by type and id")),
         number(FIELD(endId), "end-id", capacity("how many LEDs there are")),
         text(FIELD(namePrefix), "name-prefix", setting("a name")),
         record(FIELD(states), "state", structure("which states the LEDs show"))
@@ -110,15 +110,15 @@ template <> struct Table<DcmLedMapInfo> : TableOf<DcmLedMapInfo> {
 };
 COMPLETE(DcmLedMapInfo)
 
-// ---- What frames, slots and cards have in common --------------------------------------------------------------------
+// ---- Common to frames, slots and cards ------------------------------------------------------------------------------
 
 template <> struct Table<DcmTemperatureInfo> : TableOf<DcmTemperatureInfo> {
     static constexpr char name[] = "DcmTemperatureInfo";
     static constexpr Field fields[] = {
-        number(FIELD(id), "id", identity("sensors are asked for by id")),
+        number(FIELD(id), "id", identity("sensors are identified by id")),
         number(FIELD(overflowAction), "overflowaction", setting("what an overflow causes")),
         number(FIELD(overflowMaxNum), "overflowmaxnum", setting("when an overflow causes it")),
-        bitList(FIELD(actionCapability), "actioncapability", structure("which actions can be asked for")),
+        bitList(FIELD(actionCapability), "actioncapability", structure("which actions can be requested")),
         signedNumber(FIELD(highThreshold), "highthreshold", setting("a threshold")).in("°C"),
         signedNumber(FIELD(lowThreshold), "lowthreshold", setting("a threshold")).in("°C"),
         signedNumber(FIELD(actionHighThreshold), "actionhighthreshold", setting("a threshold")).in("°C"),
@@ -229,7 +229,7 @@ COMPLETE(DcmSlotmapInfo)
 template <> struct Table<DcmFrameInfo> : TableOf<DcmFrameInfo> {
     static constexpr char name[] = "DcmFrameInfo";
     static constexpr Field fields[] = {
-        number(FIELD(type), "typeid", identity("frames are asked for by type")).hexadecimal(),
+        number(FIELD(type), "typeid", identity("frames are identified by type")).hexadecimal(),
         number(FIELD(maxSlotId), "maxslotnum", capacity("how many slots there are")),
         number(FIELD(spare), kNeverFilled, setting(kNothing)),
         number(FIELD(powerNum), "power-entity", capacity(kCount)),
@@ -258,20 +258,20 @@ COMPLETE(DcmFrameInfo)
 
 namespace {
 
-constexpr const char *kPortIdentity = "ports are asked for by it";
+constexpr const char *kPortIdentity = "it identifies the port";
 constexpr const char *kPortKind = "what the port is";
 constexpr const char *kPortUse = "what the port can be used for";
-constexpr const char *kPortSetting = "how the port is run";
+constexpr const char *kPortSetting = "the port's operating mode";
 
 } // namespace
 
 template <> struct Table<DcmInnerIfInfo> : TableOf<DcmInnerIfInfo> {
     static constexpr char name[] = "DcmInnerIfInfo";
     static constexpr Field fields[] = {
-        number(FIELD(sysId), "sysid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(slotId), "slotid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(cardId), "cardid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(portId), "portid", identity(kPortIdentity)).elseIs(DCM_PORT_UNSPEC),
+        number(FIELD(sysId), "sysid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(slotId), "slotid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(cardId), "cardid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(portId), "portid", identity(kPortIdentity)).defaultsTo(DCM_PORT_UNSPEC),
         word(FIELD(phyType), "phytype", dcm::kPhyTypeWords, structure(kPortKind)),
         word(FIELD(ondType), "phytype", dcm::kOndTypeWords, structure(kPortKind)),
         word(FIELD(workmode), "workmode", dcm::kWorkmodeWords, setting(kPortSetting)),
@@ -286,7 +286,7 @@ COMPLETE(DcmInnerIfInfo)
 template <> struct Table<DcmSlotInfo> : TableOf<DcmSlotInfo> {
     static constexpr char name[] = "DcmSlotInfo";
     static constexpr Field fields[] = {
-        number(FIELD(type), "typeid", identity("slots are asked for by type")).hexadecimal(),
+        number(FIELD(type), "typeid", identity("slots are identified by type")).hexadecimal(),
         number(FIELD(maxCardNum), "maxcardnum", capacity("how many cards fit")),
         number(FIELD(startCardId), kNeverFilled, setting(kNothing)),
         number(FIELD(fanCtrlNum), "fanctrl-entity", capacity(kCount)),
@@ -304,15 +304,15 @@ COMPLETE(DcmSlotInfo)
 template <> struct Table<DcmMethIfInfo> : TableOf<DcmMethIfInfo> {
     static constexpr char name[] = "DcmMethIfInfo";
     static constexpr Field fields[] = {
-        number(FIELD(slotId), "slotid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(cardId), "cardid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(portId), "portid", identity(kPortIdentity)).elseIs(DCM_PORT_UNSPEC),
+        number(FIELD(slotId), "slotid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(cardId), "cardid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(portId), "portid", identity(kPortIdentity)).defaultsTo(DCM_PORT_UNSPEC),
         word(FIELD(phyType), "phytype", dcm::kPhyTypeWords, structure(kPortKind)),
         word(FIELD(ondType), "phytype", dcm::kOndTypeWords, structure(kPortKind)),
         word(FIELD(workmode), "workmode", dcm::kWorkmodeWords, setting(kPortSetting)),
         word(FIELD(drvType), "driver", dcm::kDriverTypeWords, structure(kPortKind)),
         yesNo(BITS(supportLaser, 2), "supportlaser", capacity(kPortUse)),
-        yesNo(BITS(supportMediaChg, 2), "supportmediachg", capacity(kPortUse)).elseIs(1),
+        yesNo(BITS(supportMediaChg, 2), "supportmediachg", capacity(kPortUse)).defaultsTo(1),
         number(BITS(spareBits, 4), kNeverFilled, setting(kNothing)),
         text(FIELD(ifName), "ifname", setting("a name")),
         wordSet(FIELD(transceiverCaps), "transceiver-caps", dcm::kTransceiverCapWords, structure(kPortUse), 1),
@@ -323,13 +323,13 @@ COMPLETE(DcmMethIfInfo)
 template <> struct Table<DcmPanelIfInfo> : TableOf<DcmPanelIfInfo> {
     static constexpr char name[] = "DcmPanelIfInfo";
     static constexpr Field fields[] = {
-        number(FIELD(slotId), "slotid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(cardId), "cardid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(portId), "portid", identity(kPortIdentity)).elseIs(DCM_PORT_UNSPEC),
+        number(FIELD(slotId), "slotid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(cardId), "cardid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(portId), "portid", identity(kPortIdentity)).defaultsTo(DCM_PORT_UNSPEC),
         word(FIELD(phyType), "phytype", dcm::kPhyTypeWords, structure(kPortKind)),
         word(FIELD(ondType), "phytype", dcm::kOndTypeWords, structure(kPortKind)),
         word(FIELD(workmode), "workmode", dcm::kWorkmodeWords, setting(kPortSetting)),
-        word(FIELD(portType), "porttype", dcm::kPortTypeWords, structure(kPortUse)).elseIs(2),
+        word(FIELD(portType), "porttype", dcm::kPortTypeWords, structure(kPortUse)).defaultsTo(2),
         word(FIELD(drvType), "driver", dcm::kDriverTypeWords, structure(kPortKind)),
         yesNo(FIELD(hidden), "hidden", setting("who sees the port")),
         word(FIELD(connectorType), "connector", dcm::kConnectorWords, structure(kPortKind)),
@@ -341,7 +341,7 @@ template <> struct Table<DcmPanelIfInfo> : TableOf<DcmPanelIfInfo> {
         word(FIELD(gccBitOrder), "gccbitorder", dcm::kBitOrderWords, setting(kPortSetting)),
         yesNo(BITS(supportLaser, 2), "supportlaser", capacity(kPortUse)),
         yesNo(BITS(supportPoe, 2), "supportpoe", capacity(kPortUse)),
-        yesNo(BITS(supportMediaChg, 2), "supportmediachg", capacity(kPortUse)).elseIs(1),
+        yesNo(BITS(supportMediaChg, 2), "supportmediachg", capacity(kPortUse)).defaultsTo(1),
         number(BITS(spareBits, 2), kNeverFilled, setting(kNothing)),
         yesNo(BITS(supportPhyChg, 4), "supportphychg", capacity(kPortUse)),
         yesNo(BITS(supportSplit, 4), "supportsplit", capacity(kPortUse)),
@@ -358,9 +358,9 @@ COMPLETE(DcmPanelIfInfo)
 template <> struct Table<DcmGccIfInfo> : TableOf<DcmGccIfInfo> {
     static constexpr char name[] = "DcmGccIfInfo";
     static constexpr Field fields[] = {
-        number(FIELD(slotId), "slotid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(cardId), "cardid", identity(kPortIdentity)).elseIs(DCM_ID_UNSPEC),
-        number(FIELD(portId), "portid", identity(kPortIdentity)).elseIs(DCM_PORT_UNSPEC),
+        number(FIELD(slotId), "slotid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(cardId), "cardid", identity(kPortIdentity)).defaultsTo(DCM_ID_UNSPEC),
+        number(FIELD(portId), "portid", identity(kPortIdentity)).defaultsTo(DCM_PORT_UNSPEC),
         word(FIELD(phyType), "phytype", dcm::kPhyTypeWords, structure(kPortKind)),
         word(FIELD(ondType), "phytype", dcm::kOndTypeWords, structure(kPortKind)),
     };
@@ -439,8 +439,8 @@ COMPLETE(DcmComponentInfo)
 template <> struct Table<DcmCardInfo> : TableOf<DcmCardInfo> {
     static constexpr char name[] = "DcmCardInfo";
     static constexpr Field fields[] = {
-        number(FIELD(type), "typeid", identity("cards are asked for by type and mode")).hexadecimal(),
-        number(FIELD(mode), "mode", identity("cards are asked for by type and mode")),
+        number(FIELD(type), "typeid", identity("cards are identified by type and mode")).hexadecimal(),
+        number(FIELD(mode), "mode", identity("cards are identified by type and mode")),
         number(FIELD(panneIfStartPortId), "startportid", structure("how ports are numbered")),
         number(FIELD(panelIfMaxPortId), "maxportid", capacity("how ports are numbered")),
         yesNo(FIELD(isTmuxCtrl), "tmuxctrl", capacity("what the card does")),

@@ -1,5 +1,5 @@
-// Writes the JSON Schema of "dcm export": the records from their tables, what each field means from the comments of
-// dcm.h, and the rest from export.schema.in.json. Fails when a table and the header do not have the same fields.
+// Writes the JSON Schema of "dcm export": the records from their tables, the meaning of each field from the comments of
+// dcm.h, and the rest from export.schema.in.json. Fails if a table and the header have different fields.
 //
 // Usage: dcm-schema DCM.H EXPORT.SCHEMA.IN.JSON
 #include "tools/dcm/records/json_text.h"
@@ -27,9 +27,9 @@ std::string contentOf(const char *name)
     return content.str();
 }
 
-// ---- What the header says -------------------------------------------------------------------------------------------
+// ---- Comments of the header -----------------------------------------------------------------------------------------
 
-// A comment of the header, without what is about the memory of a C program only.
+// A comment of the header, without the parts that only concern the memory of a C program.
 std::string meaningOf(const std::string &comment)
 {
     std::string text = std::regex_replace(comment, std::regex(R"(\s+)"), " ");
@@ -41,7 +41,7 @@ std::string meaningOf(const std::string &comment)
 
 struct HeaderRecord {
     std::string meaning;
-    std::map<std::string, std::string> fields; // their meanings by their names
+    std::map<std::string, std::string> fields; // their meanings by name
 };
 
 std::map<std::string, HeaderRecord> readHeader(const std::string &header)
@@ -92,7 +92,7 @@ Json arrayOf(Json items)
     return {{"type", "array"}, {"items", std::move(items)}};
 }
 
-// Of one entry, if the field is an array.
+// For one entry, if the field is an array.
 Json entrySchema(const Field &field)
 {
     switch (field.kind) {
@@ -136,7 +136,7 @@ Json fieldSchema(const Field &field, const std::string &meaning)
     return schema;
 }
 
-// The record's schema, behind those of the records inside it.
+// The record's schema, after those of the records inside it.
 void addRecord(const RecordTable &table, std::map<std::string, HeaderRecord> &header, Json &definitions)
 {
     if (definitions.contains(table.name))
@@ -172,7 +172,7 @@ void writeSchema(const char *headerName, const char *frameName)
     for (const RecordTable *table :
          {&tableOf<DcmFrameInfo>(), &tableOf<DcmSlotInfo>(), &tableOf<DcmCardInfo>(), &tableOf<DcmVmPortInfo>()})
         addRecord(*table, header, definitions);
-    header.erase("DcmEttInfo"); // goes to the platform, and is in no record
+    header.erase("DcmEttInfo"); // passed to the platform, not part of a record
     for (const auto &record : header)
         if (!definitions.contains(record.first))
             throw std::runtime_error(record.first + " of the header is in no record that is exported");

@@ -10,7 +10,7 @@ namespace dcmtool {
 
 namespace {
 
-// ---- What the card is -----------------------------------------------------------------------------------------------
+// ---- The card -------------------------------------------------------------------------------------------------------
 
 Cell titleOf(const DcmCardInfo &card)
 {
@@ -22,7 +22,7 @@ Cell titleOf(const DcmCardInfo &card)
     return {Text(abbreviation, kBold), name.empty() ? Text("(no name)", kDim) : Text(name)};
 }
 
-Section factsOf(const DcmCardInfo &card, const Surroundings &surroundings)
+Section factsOf(const DcmCardInfo &card, const PageContext &context)
 {
     const Record record = recordOf(card);
     Table table = {{{"fact"}, {"words"}}};
@@ -43,7 +43,7 @@ Section factsOf(const DcmCardInfo &card, const Surroundings &surroundings)
     if (card.crosslinkSlot != 0)
         add("cross-link", {"to slot " + std::to_string(card.crosslinkSlot)});
     std::string fits;
-    for (const std::string &fit : surroundings.fits)
+    for (const std::string &fit : context.fits)
         fits += (fits.empty() ? "" : "; ") + fit;
     add("fits", fits.empty() ? Cell() : Cell{fits});
     return {"", {}, {table}};
@@ -60,18 +60,18 @@ public:
         std::stable_sort(order_.begin(), order_.end(),
                          [this](size_t one, size_t other) { return ports_[one]->portId < ports_[other]->portId; });
         const auto follows = [this](size_t one, size_t other) { return areFolded(order_[one], order_[other]); };
-        for (const auto &group : foldNeighbours(order_.size(), follows)) {
+        for (const auto &group : groupAdjacent(order_.size(), follows)) {
             groups_.emplace_back();
             for (const size_t i : group)
                 groups_.back().push_back(order_[i]);
         }
     }
 
-    const std::vector<std::vector<size_t>> &groups() const { return groups_; } // of ids less one
+    const std::vector<std::vector<size_t>> &groups() const { return groups_; } // of ids minus one
     Record port(size_t i) const { return recordOf(*ports_[i]); }
     const DcmPanelIfInfo &info(size_t i) const { return *ports_[i]; }
 
-    // "1-24"; kAbsent for ports that have no number.
+    // "1-24"; kAbsent for ports without numbers.
     std::string numbersOf(const std::vector<size_t> &group) const
     {
         const std::vector<uint32_t> numbers = dcmtool::numbersOf(group, [this](size_t i) { return ports_[i]->portId; });
@@ -89,10 +89,9 @@ private:
     {
         const DcmPanelIfInfo &first = *ports_[one];
         const DcmPanelIfInfo &second = *ports_[other];
-        const bool areNeighbours =
+        const bool areAdjacent =
             first.portId == DCM_PORT_UNSPEC ? second.portId == DCM_PORT_UNSPEC : first.portId + 1 == second.portId;
-        return areNeighbours && other == one + 1 &&
-               areAlike(recordOf(first), recordOf(second), {"portId", "wavelength"});
+        return areAdjacent && other == one + 1 && areEqual(recordOf(first), recordOf(second), {"portId", "wavelength"});
     }
 
     std::vector<const DcmPanelIfInfo *> ports_;
@@ -100,7 +99,7 @@ private:
     std::vector<std::vector<size_t>> groups_;
 };
 
-// "21-22": channels in the order of the ports, one if all have the same.
+// "21-22": channels in the order of the ports; one if all have the same.
 std::string channelsOf(const Panel &panel, const std::vector<size_t> &group)
 {
     std::vector<uint32_t> channels = numbersOf(group, [&panel](size_t i) { return panel.info(i).wavelength; });
@@ -152,7 +151,7 @@ Table portTable(const Panel &panel)
                               {given(port, "portType")},
                               {given(port, "connectorType")},
                               {given(port, "workmode")},
-                              // Nearly all have the first of the drivers.
+                              // Nearly all ports have the first driver.
                               {info.drvType == 1   ? ""
                                : info.drvType == 0 ? "none"
                                                    : port["drvType"].words()},
@@ -162,7 +161,7 @@ Table portTable(const Panel &panel)
     return table;
 }
 
-// Lists of words that ports share: each list once, with the ports that have it.
+// Lists of words that ports share: each list once, with its ports.
 Table capabilityTable(const Panel &panel)
 {
     constexpr struct {
@@ -293,7 +292,7 @@ Table modelTable(const DcmCardInfo &card)
     const auto cpus = entriesOf(card.cpu, card.cpuNum);
     for (size_t i = 0; i < cpus.size(); i++) {
         const Record cpu = recordOf(*cpus[i]);
-        Cell facts = {"cpu", oddityOf(cpus[i]->id, i)};
+        Cell facts = {"cpu", unexpectedIdOf(cpus[i]->id, i)};
         if (cpus[i]->coreNum != 0)
             facts.emplace_back(countOf(cpus[i]->coreNum, "core"));
         if (cpus[i]->freq != 0)
@@ -306,7 +305,7 @@ Table modelTable(const DcmCardInfo &card)
         const Record memory = recordOf(*memories[i]);
         const std::string type = given(memory, "type");
         table.rows.push_back(
-            {{nameOf(memory)}, {type.empty() ? "memory" : type, oddityOf(memories[i]->id, i), usageOf(memory)}});
+            {{nameOf(memory)}, {type.empty() ? "memory" : type, unexpectedIdOf(memories[i]->id, i), usageOf(memory)}});
     }
     const auto addChip = [&table](const char *name, const DcmChipInfo &info, uint8_t count) {
         const Record chip = recordOf(info);
@@ -339,9 +338,9 @@ Section voltageSection(const DcmCardInfo &card)
     for (size_t i = 0; i < sensors.size(); i++) {
         const Record sensor = recordOf(*sensors[i]);
         const std::string name = sensor["description"].words();
-        const std::string oddity = oddityOf(sensors[i]->id, i);
+        const std::string unexpectedId = unexpectedIdOf(sensors[i]->id, i);
         Text rail(name.empty() ? "rail " + std::to_string(i + 1) : name);
-        rail.add(oddity.empty() ? "" : " " + oddity, kDim);
+        rail.add(unexpectedId.empty() ? "" : " " + unexpectedId, kDim);
         table.rows.push_back(
             {{rail}, {given(sensor, "lowThreshold")}, {given(sensor, "highThreshold")}, {sensor["modelName"].words()}});
     }
@@ -359,9 +358,9 @@ std::string cardTypeName(uint32_t type)
     return name;
 }
 
-Page pageOf(const DcmCardInfo &card, const Surroundings &surroundings)
+Page pageOf(const DcmCardInfo &card, const PageContext &context)
 {
-    const std::vector<Unit> units = {unitOf("", 0, card, card.led, homeOf(dcm::kAttachCard))};
+    const std::vector<Unit> units = {unitOf("", 0, card, card.led, ownAttachment(dcm::kAttachCard))};
     std::vector<const DcmPortLedInfo *> runs;
     const Record record = recordOf(card);
     for (const FieldValue run : record.valuesOf(record.field("portLed")))
@@ -370,9 +369,9 @@ Page pageOf(const DcmCardInfo &card, const Surroundings &surroundings)
     Page page;
     page.title = titleOf(card);
     page.place = {"card " + cardTypeName(card.type), "mode " + std::to_string(card.mode),
-                  countOf(card.occupySlotNum, "slot"), surroundings.place};
+                  countOf(card.occupySlotNum, "slot"), context.place};
     page.sections = {
-        factsOf(card, surroundings),
+        factsOf(card, context),
         panelSection(card),
         managementSection(card),
         innerSection(card),
@@ -380,7 +379,7 @@ Page pageOf(const DcmCardInfo &card, const Surroundings &surroundings)
         temperatureSection(units),
         voltageSection(card),
         ledSection(units, runs),
-        ledMapSection(units, surroundings.sourceName),
+        ledMapSection(units, context.sourceName),
     };
     if (card.ledNum != 0 || !runs.empty())
         page.legend = ledLegend();

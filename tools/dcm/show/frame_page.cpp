@@ -97,7 +97,7 @@ bool areAlikeSlots(const Slot &one, const Slot &next)
     return one.isInSpan() && next.isInSpan() && std::none_of(one.span.begin(), one.span.end(), isInNext);
 }
 
-// Which slots a card may span; a slot that takes no cards but its own has no list.
+// The slots that a card may span; a slot whose cards never span others has no list.
 Cell spansOf(const std::vector<Slot> &slots, const std::vector<size_t> &group)
 {
     const Slot &slot = slots[group[0]];
@@ -116,17 +116,17 @@ Cell spansOf(const std::vector<Slot> &slots, const std::vector<size_t> &group)
     return spans;
 }
 
-Section slotSection(const DcmFrameInfo &frame, const Surroundings &surroundings)
+Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 {
     Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span"}, {"accepts"}}};
     const std::vector<Slot> slots = slotsOf(frame);
-    const auto groups = foldNeighbours(
+    const auto groups = groupAdjacent(
         slots.size(), [&slots](size_t one, size_t other) { return areAlikeSlots(slots[one], slots[other]); });
     for (const auto &group : groups) {
         const Slot &slot = slots[group[0]];
         Cell accepts;
         for (const uint32_t type : slot.cardTypes)
-            accepts.emplace_back(surroundings.cardName ? surroundings.cardName(type) : cardTypeName(type));
+            accepts.emplace_back(context.cardName ? context.cardName(type) : cardTypeName(type));
         if (accepts.empty())
             accepts.emplace_back(slot.hasRules() ? "no card" : "no rules described", kDim);
         table.rows.push_back({{rangesOf(group, [&slots](size_t i) { return slots[i].number; })},
@@ -144,8 +144,8 @@ Section slotSection(const DcmFrameInfo &frame, const Surroundings &surroundings)
 Text numbered(uint32_t id, size_t position)
 {
     Text text = std::to_string(position + 1);
-    const std::string oddity = oddityOf(id, position);
-    return oddity.empty() ? text : text.add(" " + oddity, kDim);
+    const std::string unexpectedId = unexpectedIdOf(id, position);
+    return unexpectedId.empty() ? text : text.add(" " + unexpectedId, kDim);
 }
 
 Section fanModuleSection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
@@ -211,7 +211,7 @@ Section supplySection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
 
 // ---- Words about card types -----------------------------------------------------------------------------------------
 
-// Up to the last that is not 0.
+// Up to the last one that is not 0.
 std::string capabilityWords(const DcmFrameInfo &frame)
 {
     const auto *end = std::end(frame.cardTypeCaps);
@@ -230,18 +230,18 @@ std::string capabilityWords(const DcmFrameInfo &frame)
 
 // ---- The page -------------------------------------------------------------------------------------------------------
 
-Page pageOf(const DcmFrameInfo &frame, const Surroundings &surroundings)
+Page pageOf(const DcmFrameInfo &frame, const PageContext &context)
 {
     std::vector<Unit> modules;
     for (const DcmFanModuleInfo *module : entriesOf(frame.fanModuleInfo, frame.fanModuleNum))
         modules.push_back(unitOf("module", static_cast<uint32_t>(modules.size() + 1), *module, module->ledInfo,
-                                 homeOf(dcm::kAttachFan)));
+                                 ownAttachment(dcm::kAttachFan)));
     std::vector<Unit> supplies;
     for (const DcmPowerInfo *supply : entriesOf(frame.powerInfo, frame.powerNum))
         supplies.push_back(unitOf("supply", static_cast<uint32_t>(supplies.size() + 1), *supply, supply->ledInfo,
-                                  homeOf(dcm::kAttachPower)));
+                                  ownAttachment(dcm::kAttachPower)));
     std::vector<Unit> units = {
-        {"", 0, entriesOf(frame.ledInfo, frame.ledNum), &frame.ledMap, {}, homeOf(dcm::kAttachSys, 0, 0)}};
+        {"", 0, entriesOf(frame.ledInfo, frame.ledNum), &frame.ledMap, {}, ownAttachment(dcm::kAttachSys, 0, 0)}};
     units.insert(units.end(), modules.begin(), modules.end());
     units.insert(units.end(), supplies.begin(), supplies.end());
 
@@ -249,17 +249,17 @@ Page pageOf(const DcmFrameInfo &frame, const Surroundings &surroundings)
     char type[sizeof "Frame 0x12345678"];
     std::snprintf(type, sizeof type, "Frame 0x%x", static_cast<unsigned>(frame.type));
     page.title = {Text(type, kBold), Text(countOf(frame.maxSlotId, "slot"))};
-    page.place = {surroundings.place, capabilityWords(frame)};
+    page.place = {context.place, capabilityWords(frame)};
     Section controllers = fanControllerSection(entriesOf(frame.fanCtrlInfo, frame.fanCtrlNum));
     controllers.tables.push_back(coolingTable(frame));
     page.sections = {
-        slotSection(frame, surroundings),
+        slotSection(frame, context),
         fanModuleSection(frame, modules),
         controllers,
         supplySection(frame, supplies),
         temperatureSection(units),
         ledSection(units),
-        ledMapSection(units, surroundings.sourceName),
+        ledMapSection(units, context.sourceName),
     };
     if (std::any_of(units.begin(), units.end(), [](const Unit &unit) { return !unit.leds.empty(); }))
         page.legend = ledLegend();

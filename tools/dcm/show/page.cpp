@@ -64,7 +64,7 @@ size_t bytesOf(std::string_view text, size_t count)
     return at;
 }
 
-// How what the tool writes itself is written in ASCII.
+// ASCII replacements of the tool's own symbols.
 std::string inAscii(std::string_view text)
 {
     constexpr struct {
@@ -139,7 +139,7 @@ private:
         return line;
     }
 
-    // How the items of a column are set.
+    // The layout of the items of a column.
     struct Setting {
         size_t width; // to which they are padded
         size_t gap;
@@ -158,8 +158,8 @@ private:
         return width;
     }
 
-    // Items one after the other, in as many lines as it takes. One that is longer than a line is cut, at a blank if
-    // there is one far enough.
+    // Items in sequence, in as many lines as needed. An item that is longer than a line is broken, at a blank if there
+    // is one far enough.
     Lines wrap(const Cell &cell, const std::string &separator, size_t width, size_t itemWidth = 0) const
     {
         Lines wrapped;
@@ -203,7 +203,7 @@ private:
         return wrapped;
     }
 
-    // How many columns of a line that is longer than `width` go into one: up to the last blank, if it is far enough.
+    // The number of columns of a long line that fit into one of `width`: up to the last blank, if it is far enough.
     static size_t lengthOfWords(const Line &line, size_t width)
     {
         size_t at = 0;
@@ -218,7 +218,7 @@ private:
         return last > width / 2 ? last : width;
     }
 
-    // Takes the first `width` columns from a line.
+    // Removes and returns the first `width` columns of a line.
     static Line cut(Line &line, size_t width)
     {
         Line head;
@@ -347,7 +347,7 @@ private:
         }
     }
 
-    // What a column that wraps needs not to look torn.
+    // The least width of a column that wraps.
     size_t leastWidth(const Table &table, size_t column, size_t natural) const
     {
         constexpr size_t kEnough = 16;

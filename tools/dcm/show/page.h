@@ -1,4 +1,4 @@
-// A page for the terminal: what is on it, without lines and columns. It becomes text when its width is known.
+// A page for the terminal: its content, without lines and columns. It becomes text once its width is known.
 //
 //     title                              Page::title, items in a row
 //     place · place                      Page::place
@@ -20,7 +20,7 @@
 namespace dcmtool {
 
 struct Style {
-    uint8_t colour = 0; // of the 256; 0: the terminal's own
+    uint8_t colour = 0; // of the 256; 0: the terminal's default
     bool isBold = false;
 };
 constexpr Style kPlain = {};
@@ -33,7 +33,7 @@ struct Run {
     Style style;
 };
 
-// A piece of a line, which may come from a file: what must not reach a terminal is escaped.
+// A part of a line. It may come from a file: what must not reach a terminal is escaped.
 class Text {
 public:
     Text() = default;
@@ -43,7 +43,7 @@ public:
 
     Text &add(std::string_view text, Style style = kPlain);
     Text &append(const Text &more);
-    // Gives every part without a style of its own this one.
+    // Gives this style to every part without one.
     void emphasise(Style style);
     bool isEmpty() const { return runs_.empty(); }
     const std::vector<Run> &runs() const { return runs_; }
@@ -53,7 +53,7 @@ private:
     std::vector<Run> runs_; // none is empty
 };
 
-using Cell = std::vector<Text>; // items; empty ones count for nothing
+using Cell = std::vector<Text>; // items; empty ones are ignored
 
 struct Column {
     std::string title;
@@ -61,7 +61,7 @@ struct Column {
 };
 
 struct Table {
-    std::vector<Column> columns; // one that is empty in all rows is left out
+    std::vector<Column> columns; // a column that is empty in all rows is left out
     std::vector<std::vector<Cell>> rows = {};
     bool hasHeader = true;
     size_t itemWidth = 0; // items of the last column are padded to it
@@ -71,25 +71,25 @@ struct Table {
 struct Section {
     std::string heading;
     Cell note = {};
-    std::vector<Table> tables = {}; // with a blank line between two
+    std::vector<Table> tables = {}; // separated by blank lines
 };
 
 struct Page {
     Cell title;
     Cell place;
-    std::vector<Section> sections = {}; // one without rows is left out, unless it has a note
+    std::vector<Section> sections = {}; // a section without rows is left out, unless it has a note
     Cell legend = {};
 };
 
 struct PageFormat {
     size_t width = 100;
     bool isColoured = false;
-    bool isAscii = false; // what is not ASCII is written with what is, or as an escape
+    bool isAscii = false; // other characters are replaced by ASCII ones, or escaped
 };
 
 constexpr size_t kLeastWidth = 40;
 
-// The page as text, whose lines are no wider than the format says.
+// The page as text; its lines are no wider than the format's width.
 std::string layOut(const Page &page, const PageFormat &format);
 
 } // namespace dcmtool

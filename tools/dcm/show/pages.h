@@ -1,5 +1,5 @@
-// The pages of frames, slots, cards and port lists: everything that a record holds, in the words of descriptions. What
-// a description leaves out, and what follows from the rest, is left out.
+// The pages of frames, slots, cards and port lists: all fields of a record, in the words of descriptions. Values that a
+// description leaves out, or that follow from others, are left out.
 #ifndef DCM_TOOLS_PAGES_H
 #define DCM_TOOLS_PAGES_H
 
@@ -13,8 +13,8 @@
 
 namespace dcmtool {
 
-// What a page says beside its record.
-struct Surroundings {
+// Information of a page beside its record.
+struct PageContext {
     std::string place;                                          // "device.xml:22"
     std::vector<uint32_t> types;                                // of a slot: all its type ids
     std::vector<std::string> fits;                              // of a card: the slots that accept it
@@ -22,10 +22,10 @@ struct Surroundings {
     std::function<std::string(uint32_t index)> sourceName = {}; // the entity of an LED map's index
 };
 
-Page pageOf(const DcmFrameInfo &frame, const Surroundings &surroundings);
-Page pageOf(const DcmSlotInfo &slot, const Surroundings &surroundings);
-Page pageOf(const DcmCardInfo &card, const Surroundings &surroundings);
-Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings);
+Page pageOf(const DcmFrameInfo &frame, const PageContext &context);
+Page pageOf(const DcmSlotInfo &slot, const PageContext &context);
+Page pageOf(const DcmCardInfo &card, const PageContext &context);
+Page pageOf(const DcmVmPortInfo &vm, const PageContext &context);
 
 // "0x0302"
 std::string cardTypeName(uint32_t type);

@@ -41,7 +41,7 @@ Text limited(int64_t number, int64_t least, int64_t most, const std::string &uni
 
 Text kindOf(const Record &port)
 {
-    // The families are those of the interface kind that comes with a PHY type.
+    // The families are those of the interface kind, which the PHY type determines.
     constexpr struct {
         const char *word;
         uint8_t colour;
@@ -75,20 +75,20 @@ Cell laserOf(bool supportLaser, bool supportMediaChg)
     Cell items;
     if (supportLaser)
         items.emplace_back("laser");
-    // Without control of the laser the medium is fixed as a rule, with it the medium can change.
+    // Usually the medium is fixed without control of the laser, and can change with it.
     if (supportLaser != supportMediaChg)
         items.emplace_back(supportMediaChg ? "medium changes" : "medium fixed");
     return items;
 }
 
-std::string oddityOf(uint32_t id, size_t position)
+std::string unexpectedIdOf(uint32_t id, size_t position)
 {
     if (id == position + 1)
         return "";
     return id == 0 ? "not described" : "id " + std::to_string(id);
 }
 
-bool areAlike(const Record &one, const Record &other, std::initializer_list<const char *> but)
+bool areEqual(const Record &one, const Record &other, std::initializer_list<const char *> but)
 {
     for (const Field &field : one) {
         const auto isField = [&field](const char *name) { return std::strcmp(name, field.name) == 0; };
@@ -98,12 +98,12 @@ bool areAlike(const Record &one, const Record &other, std::initializer_list<cons
     return true;
 }
 
-std::vector<std::vector<size_t>> foldNeighbours(size_t count,
-                                                const std::function<bool(size_t one, size_t other)> &areAlike)
+std::vector<std::vector<size_t>> groupAdjacent(size_t count,
+                                               const std::function<bool(size_t one, size_t other)> &areEqual)
 {
     std::vector<std::vector<size_t>> groups;
     for (size_t i = 0; i < count; i++) {
-        if (i == 0 || !areAlike(i - 1, i))
+        if (i == 0 || !areEqual(i - 1, i))
             groups.emplace_back();
         groups.back().push_back(i);
     }
@@ -114,18 +114,18 @@ std::vector<std::vector<size_t>> foldNeighbours(size_t count,
 
 namespace {
 
-template <class Info> bool areAllAlike(const std::vector<const Info *> &one, const std::vector<const Info *> &other)
+template <class Info> bool areAllEqual(const std::vector<const Info *> &one, const std::vector<const Info *> &other)
 {
     return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](const Info *first, const Info *second) { return areAlike(*first, *second); });
+                      [](const Info *first, const Info *second) { return areEqual(*first, *second); });
 }
 
-// Neighbours of one name that have the same of something.
+// Adjacent units with the same name and an equal part.
 std::vector<std::vector<size_t>> foldUnits(const std::vector<Unit> &units,
-                                           const std::function<bool(const Unit &one, const Unit &other)> &areAlike)
+                                           const std::function<bool(const Unit &one, const Unit &other)> &areEqual)
 {
-    return foldNeighbours(units.size(), [&](size_t one, size_t other) {
-        return std::strcmp(units[one].name, units[other].name) == 0 && areAlike(units[one], units[other]);
+    return groupAdjacent(units.size(), [&](size_t one, size_t other) {
+        return std::strcmp(units[one].name, units[other].name) == 0 && areEqual(units[one], units[other]);
     });
 }
 
@@ -170,7 +170,7 @@ std::vector<Cell> sensorRow(const DcmTemperatureInfo &info, size_t position, con
     if (info.fanCtrlBitsInvalid != 0)
         fanCtrls.emplace_back(info.fanCtrlBitsInvalid == 1 ? "faulty list"
                                                            : "faulty list " + std::to_string(info.fanCtrlBitsInvalid));
-    // A sensor's number is that of its place, as a rule.
+    // A sensor's number is usually its position.
     const bool hasNumber = info.id != position + 1 && !given(sensor, "description").empty();
     return {{sensorName(info)},
             {hasNumber ? std::to_string(info.id) : std::string()},
@@ -201,7 +201,7 @@ Section temperatureSection(const std::vector<Unit> &units)
                     {"action"},
                     {"fan ctrl"}}};
     const auto groups =
-        foldUnits(units, [](const Unit &one, const Unit &other) { return areAllAlike(one.sensors, other.sensors); });
+        foldUnits(units, [](const Unit &one, const Unit &other) { return areAllEqual(one.sensors, other.sensors); });
     for (const auto &group : groups) {
         const Unit &unit = units[group[0]];
         for (size_t i = 0; i < unit.sensors.size(); i++)
@@ -224,7 +224,7 @@ Cell sensorNames(const Unit &unit)
 
 namespace {
 
-// Signs that say how an LED shines without moving; the words stand behind them.
+// Symbols of LEDs that are not lit steadily; the words follow them.
 constexpr struct {
     const char *frequency;
     const char *sign;
@@ -250,7 +250,7 @@ Style styleOf(const std::string &colour)
     return kPlain;
 }
 
-// In the order of their priorities, which are told only where they do not follow from it.
+// In the order of their priorities, which are printed only if they do not follow from it.
 template <class Led> Cell statesOf(const Led &led)
 {
     const Record record = recordOf(led);
@@ -274,9 +274,10 @@ template <class Led> Cell statesOf(const Led &led)
     return states;
 }
 
-bool isAtHome(const DcmLedHead &led, const DcmLedHead &home)
+bool isAttachedTo(const DcmLedHead &led, const DcmLedHead &attachment)
 {
-    return led.attach == home.attach && led.attachSlot == home.attachSlot && led.attachCard == home.attachCard;
+    return led.attach == attachment.attach && led.attachSlot == attachment.attachSlot &&
+           led.attachCard == attachment.attachCard;
 }
 
 template <class Led> DcmLedHead headOf(const Led &led)
@@ -297,13 +298,13 @@ std::string attachmentOf(const DcmLedHead &led)
     return "@" + recordOf(led)["attach"].words() + placeOf(led.attachSlot) + "/" + placeOf(led.attachCard);
 }
 
-// What is told of an LED only where it is another than the LED's own.
-std::string unusualOf(const DcmLedInfo &led, const DcmLedHead &home)
+// The attachment of an LED, only if it differs from the LED's own.
+std::string unusualOf(const DcmLedInfo &led, const DcmLedHead &attachment)
 {
     const DcmLedHead head = headOf(led);
-    DcmLedHead own = home;
+    DcmLedHead own = attachment;
     own.attachCard = 0; // outside a map
-    std::string unusual = isAtHome(head, own) ? "" : attachmentOf(head);
+    std::string unusual = isAttachedTo(head, own) ? "" : attachmentOf(head);
     if (led.srcType != led.ledType)
         unusual += " of " + recordOf(led)["srcType"].words();
     if (led.statMapNum != 0)
@@ -311,7 +312,7 @@ std::string unusualOf(const DcmLedInfo &led, const DcmLedHead &home)
     return unusual;
 }
 
-// "fan"; with its numbers where there is more than LED 1.
+// "fan"; with its numbers unless LED 1 is the only one.
 std::string ledName(const Unit &unit, const std::vector<size_t> &group)
 {
     const DcmLedInfo &led = *unit.leds[group[0]];
@@ -320,17 +321,17 @@ std::string ledName(const Unit &unit, const std::vector<size_t> &group)
     std::string name = recordOf(led)["ledType"].words();
     if (ofType != 1 || led.id != 1)
         name += " " + rangesOf(group, [&unit](size_t i) { return unit.leds[i]->id; });
-    return name + unusualOf(led, unit.home);
+    return name + unusualOf(led, unit.attachment);
 }
 
 std::vector<std::vector<size_t>> foldLeds(const std::vector<const DcmLedInfo *> &leds)
 {
-    return foldNeighbours(leds.size(), [&leds](size_t one, size_t other) {
-        return areAlike(recordOf(*leds[one]), recordOf(*leds[other]), {"id"});
+    return groupAdjacent(leds.size(), [&leds](size_t one, size_t other) {
+        return areEqual(recordOf(*leds[one]), recordOf(*leds[other]), {"id"});
     });
 }
 
-// The runs' names are the prefix and a number.
+// The names of a run are its prefix and a number.
 Text runName(const DcmPortLedInfo &run)
 {
     const Record record = recordOf(run);
@@ -351,12 +352,12 @@ Section ledSection(const std::vector<Unit> &units, const std::vector<const DcmPo
     Table table = {{{"LED"}, {"of"}, {"states"}}};
     table.hasHeader = false;
     table.itemWidth = kStateWidth;
-    // LEDs that show the same share a row.
+    // LEDs with the same displays share a row.
     const auto add = [&table](const Text &name, const std::string &unit, const Cell &states) {
         table.rows.push_back({{name}, {Text(unit, kDim)}, states});
     };
     const auto groups =
-        foldUnits(units, [](const Unit &one, const Unit &other) { return areAllAlike(one.leds, other.leds); });
+        foldUnits(units, [](const Unit &one, const Unit &other) { return areAllEqual(one.leds, other.leds); });
     for (const auto &group : groups) {
         const Unit &unit = units[group[0]];
         for (const auto &leds : foldLeds(unit.leds))
@@ -389,21 +390,21 @@ Cell ledLegend()
 
 namespace {
 
-// An LED of a map, and what it shows.
+// An LED of a map, and the sources that it shows.
 struct Shown {
     std::string led;
     std::string source;
     Cell pairs;
 };
 
-Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &home,
+Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &attachment,
               const std::function<std::string(uint32_t index)> &sourceName)
 {
     const DcmLedHead &led = map.mapEntries[entry];
     const Record record = recordOf(led);
     Shown shown;
     shown.led = record["ledType"].words() + " " + record["id"].words();
-    if (!isAtHome(led, home))
+    if (!isAttachedTo(led, attachment))
         shown.led += attachmentOf(led);
     const uint32_t index = map.srcEttIndex[entry];
     if (index != 0)
@@ -431,13 +432,13 @@ Section ledMapSection(const std::vector<Unit> &units, const std::function<std::s
 {
     Table table = {{{"LED"}, {"of"}, {"shows the state of"}, {"translated"}}};
     const auto groups =
-        foldUnits(units, [](const Unit &one, const Unit &other) { return areAlike(*one.ledMap, *other.ledMap); });
+        foldUnits(units, [](const Unit &one, const Unit &other) { return areEqual(*one.ledMap, *other.ledMap); });
     for (const auto &group : groups) {
         const Unit &unit = units[group[0]];
         const DcmLedMapInfo &map = *unit.ledMap;
-        size_t itself = SIZE_MAX; // the row of those that show their own state as it is
+        size_t itself = SIZE_MAX; // the row of the LEDs that show their own state unchanged
         for (size_t i = 0; i < std::min<size_t>(map.num, DCM_LED_MAP_MAX); i++) {
-            const Shown shown = shownBy(map, i, unit.home, sourceName);
+            const Shown shown = shownBy(map, i, unit.attachment, sourceName);
             const bool isItself = shown.source == "itself" && shown.pairs.empty();
             if (isItself && itself != SIZE_MAX) {
                 Cell &leds = table.rows[itself][0];

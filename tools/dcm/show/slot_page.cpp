@@ -15,7 +15,7 @@ struct InnerPort {
     const DcmInnerIfInfo *info;
 };
 
-// Whether a description says anything of a port. Those that it does not are given no system.
+// Whether a port is described. Others have no system.
 bool isDescribed(const DcmInnerIfInfo &port)
 {
     const Record record = recordOf(port);
@@ -29,7 +29,7 @@ std::string nameOf(const DcmInnerIfInfo &port)
     return recordOf(port)["ifName"].words();
 }
 
-// "vsync." of "vsync.107", the name that a group makes for port 107; empty for another name.
+// "vsync." of "vsync.107", the name that a group generates for port 107; empty for another name.
 std::string prefixOf(const DcmInnerIfInfo &port)
 {
     const std::string name = nameOf(port);
@@ -42,7 +42,7 @@ std::string prefixOf(const DcmInnerIfInfo &port)
 bool areFolded(const InnerPort &one, const InnerPort &next)
 {
     return next.number == one.number + 1 && one.number != 0 && one.info->portId + 1 == next.info->portId &&
-           areAlike(recordOf(*one.info), recordOf(*next.info), {"portId", "ifName"}) &&
+           areEqual(recordOf(*one.info), recordOf(*next.info), {"portId", "ifName"}) &&
            (nameOf(*one.info).empty() ? nameOf(*next.info).empty()
                                       : !prefixOf(*one.info).empty() && prefixOf(*one.info) == prefixOf(*next.info));
 }
@@ -50,8 +50,8 @@ bool areFolded(const InnerPort &one, const InnerPort &next)
 Table portTable(const char *peer, const std::vector<InnerPort> &ports)
 {
     Table table = {{{peer}, {"port"}, {"kind"}, {"for"}, {"driver"}, {"mode"}, {"at"}, {"name"}}};
-    const auto groups = foldNeighbours(
-        ports.size(), [&ports](size_t one, size_t other) { return areFolded(ports[one], ports[other]); });
+    const auto groups =
+        groupAdjacent(ports.size(), [&ports](size_t one, size_t other) { return areFolded(ports[one], ports[other]); });
     for (const auto &group : groups) {
         const InnerPort &first = ports[group[0]];
         const Record port = recordOf(*first.info);
@@ -88,7 +88,7 @@ std::string typeName(uint32_t type)
     return name;
 }
 
-// The type that was asked for, then the others; of very many the first ones.
+// The requested type, then the others; of very many only the first ones.
 std::string typeNames(uint32_t type, const std::vector<uint32_t> &types)
 {
     constexpr size_t kShown = 16;
@@ -100,12 +100,12 @@ std::string typeNames(uint32_t type, const std::vector<uint32_t> &types)
 
 } // namespace
 
-Page pageOf(const DcmSlotInfo &slot, const Surroundings &surroundings)
+Page pageOf(const DcmSlotInfo &slot, const PageContext &context)
 {
     Page page;
-    page.title = {Text("Slot type " + typeNames(slot.type, surroundings.types), kBold),
+    page.title = {Text("Slot type " + typeNames(slot.type, context.types), kBold),
                   Text(countOf(slot.maxCardNum, "card")), Text(slot.supportPoe != 0 ? "PoE" : "")};
-    page.place = {surroundings.place, "found by the type of a slot, which no frame of a description names"};
+    page.place = {context.place, "found by the type of a slot, which no frame of a description names"};
 
     std::vector<InnerPort> inner = portsOf(slot.syncIf);
     if (isDescribed(slot.broadcastSyncIf))
@@ -135,7 +135,7 @@ Page pageOf(const DcmSlotInfo &slot, const Surroundings &surroundings)
     return page;
 }
 
-Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings)
+Page pageOf(const DcmVmPortInfo &vm, const PageContext &context)
 {
     const Record record = recordOf(vm);
     std::vector<uint32_t> indexes;
@@ -143,7 +143,7 @@ Page pageOf(const DcmVmPortInfo &vm, const Surroundings &surroundings)
         indexes.push_back(static_cast<uint32_t>(value.number()));
     Page page;
     page.title = {Text("Panel ports of a virtual machine", kBold), Text(countOf(vm.ifindexNum, "port"))};
-    page.place = {surroundings.place};
+    page.place = {context.place};
     Table table = {{{"what"}, {"numbers"}}, {}, false};
     table.rows.push_back({{Text("interface indexes", kDim)}, {rangesOf(indexes)}});
     page.sections = {{"", {}, {table}}};

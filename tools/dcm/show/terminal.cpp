@@ -23,7 +23,7 @@ namespace {
 constexpr size_t kWidthOfPipe = 100;
 constexpr size_t kMostWidth = 120; // longer lines are hard to read
 
-// Nothing changes the environment.
+// The environment never changes.
 std::string variable(const char *name)
 {
     const char *value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
@@ -45,7 +45,7 @@ size_t widthOf(const OwnOutput &output)
     return width == 0 ? kWidthOfPipe : std::clamp(width, kLeastWidth, kMostWidth);
 }
 
-// As the C library does, without a locale of its own.
+// Like the C library, without setting a locale.
 bool takesUtf8()
 {
     for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
@@ -87,7 +87,7 @@ bool PageOutput::print(const std::string &text)
     if (rows_ == 0)
         return write(text);
     kept_ += text;
-    // The shell prompts below it.
+    // The shell prints its prompt below it.
     if (static_cast<size_t>(std::count(kept_.begin(), kept_.end(), '\n')) < rows_)
         return isPrinted_;
     rows_ = 0;
@@ -117,7 +117,7 @@ bool PageOutput::write(const std::string &text)
         const ssize_t written = ::write(pipe_, text.data() + done, text.size() - done);
         if (written >= 0)
             done += static_cast<size_t>(written);
-        else if (errno != EINTR) // who reads has seen enough
+        else if (errno != EINTR) // the pager has been closed
             return isPrinted_ = false;
     }
     return true;
@@ -130,7 +130,7 @@ bool PageOutput::startPager()
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return false;
-    // The colours pass through less, which ends where all is on one screen.
+    // less passes colours through, and ends if everything fits on one screen.
     setenv("LESS", "FRX", 0); // NOLINT(concurrency-mt-unsafe)
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -147,7 +147,7 @@ bool PageOutput::startPager()
         return false;
     }
     pipe_ = ends[1];
-    // What the pager does not read is no reason to be killed.
+    // A pager that ends early must not end the process with SIGPIPE.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     return true;
 }

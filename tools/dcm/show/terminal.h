@@ -1,4 +1,4 @@
-// Where pages go: how wide it is, whether it has colours, and a pager where it is too short.
+// The output of pages: its width and colours, and a pager for pages longer than the terminal.
 #ifndef DCM_TOOLS_TERMINAL_H
 #define DCM_TOOLS_TERMINAL_H
 
@@ -16,13 +16,13 @@ enum class Colour : uint32_t { automatic, always, never };
 struct TerminalOptions {
     std::optional<uint32_t> width; // by default the terminal's, or 100
     uint32_t colour = static_cast<uint32_t>(Colour::automatic);
-    bool isAscii = false; // also where a terminal does not take UTF-8
+    bool isAscii = false; // also on a terminal without UTF-8
     bool isPagerOff = false;
 };
 
 PageFormat formatOf(const OwnOutput &output, const TerminalOptions &options);
 
-// Prints pages; a terminal that has fewer lines gets a pager: $PAGER, or less.
+// Prints pages; pages longer than the terminal are shown by a pager: $PAGER, or less.
 class PageOutput {
 public:
     PageOutput(const OwnOutput &output, bool hasPager);
@@ -32,7 +32,7 @@ public:
 
     // False when nothing more can be printed.
     bool print(const std::string &text);
-    // Prints what is left, and waits for the pager. False when something could not be printed.
+    // Prints the rest, and waits for the pager. False when something could not be printed.
     bool end();
 
 private:
@@ -40,7 +40,7 @@ private:
     bool write(const std::string &text);
 
     const OwnOutput &output_;
-    size_t rows_ = 0; // of the terminal that needs a pager for more; 0: none does
+    size_t rows_ = 0; // of the terminal, beyond which a pager is used; 0: never
     std::string kept_;
     int pipe_ = -1; // to the pager
     int pager_ = -1;
