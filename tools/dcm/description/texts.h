@@ -19,6 +19,8 @@ std::string quotedName(std::string_view name);
 
 // The nearest of some words to what was written; empty when none is near.
 std::string nearest(const std::string &written, const std::vector<std::string> &words);
+// All of them, the nearest first.
+std::vector<std::string> nearestFirst(const std::string &written, std::vector<std::string> words);
 
 // Whether the word is nearer to what was written than all others, and so near that nothing else can have been meant.
 bool isOnlyOneNear(const std::string &written, const std::string &word, const std::vector<std::string> &words);
