@@ -25,6 +25,15 @@ enum class Severity : uint8_t {
     error    // what makes a query fail
 };
 
+// A part of a value, in bytes as they are read.
+struct ValuePart {
+    size_t begin = 0;
+    size_t size = 0;
+};
+
+// Where it is written; the whole value where it is not written as it is read.
+Span partOf(Span whole, bool isAttribute, const char *read, ValuePart part, const DescriptionFile &file);
+
 // Another place that a finding speaks of.
 struct Note {
     Span span;
@@ -43,10 +52,16 @@ struct Finding {
     std::vector<Fix> fixes; // each by itself; the best one first
     size_t more = 0;        // how many others of the rule are counted with it and not kept
     size_t order = 0;       // in which they were found
+    Node scope = nullptr;   // all that the finding follows from is in this element, or is it
 
     Finding &noting(Span where, std::string what)
     {
         notes.push_back({where, std::move(what)});
+        return *this;
+    }
+    Finding &concerning(Node all)
+    {
+        scope = all;
         return *this;
     }
     Finding &meaning(std::string word)
@@ -70,11 +85,20 @@ public:
     Finding &atAttribute(Node element, const char *attribute, const std::string &text); // under an attribute's name
     Finding &atValue(Node element, const char *attribute, const std::string &text);     // under an attribute's value
     Finding &atContent(Node element, const std::string &text);                          // under the content
+    Finding &atItem(const Value &value, ValuePart item, const std::string &text);       // under a part of the value
     Finding &at(Node element, Span span, const std::string &text);                      // anywhere
+
+    // Counts what is a consequence of a fault of another element: it becomes a note of the finding there. `what` is
+    // what the value, or the element, says: "fan controller 3 is named here".
+    void follow(Node cause, const Value &value, const std::string &what);
+    void follow(Node cause, Node element, const std::string &what);
 
     // True when what the running rule finds at an element is only counted, which is then done: for rules whose texts
     // cost much to make.
     bool counts(Node element);
+
+    // The place of a value.
+    Span spanOf(const Value &value) const;
 
     // For the engine.
     void run(const Rule &rule) { running_ = &rule; }
@@ -102,7 +126,16 @@ private:
         }
     };
 
+    // What follows from one element.
+    struct Consequences {
+        Span first;
+        std::string what;
+        size_t count = 0;
+    };
+
     Found &foundAt(Node element);
+    template <class SpanOf> void addConsequence(Node cause, const SpanOf &spanOf, const std::string &what);
+    void noteConsequences(std::vector<Finding> &all) const;
     bool isToldAt(Node element) const;
     template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, const std::string &text);
 
@@ -112,6 +145,7 @@ private:
     std::unordered_map<Key, Found, Hash> apart_;
     std::set<std::pair<Node, size_t>> told_; // places of what makes a query fail
     std::set<const Rule *> ended_;
+    std::unordered_map<Node, Consequences> consequences_;
     size_t order_ = 0;
     Finding counted_; // takes what is said of one that is not kept
 };

@@ -32,7 +32,8 @@ struct Totals {
 // How text is printed; other formats have everything.
 struct TextStyle {
     bool isColoured = false;
-    bool hasInfos = false; // or without findings of that severity
+    bool hasInfos = false;    // or without findings of that severity
+    bool areAllShown = false; // or equal ones only once
 };
 
 // The findings of one file, each with its source line and a caret.

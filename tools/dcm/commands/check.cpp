@@ -41,6 +41,7 @@ struct Options {
     bool isDiff = false;
     bool areListed = false;
     bool hasInfos = false;
+    bool areAllShown = false;
     std::string explained;
 };
 
@@ -366,7 +367,7 @@ Exit runCheck(const Options &options)
 {
     const Warnings warnings(options.warnings);
     OwnOutput output;
-    const TextStyle style = {isColoured(options, output), options.hasInfos};
+    const TextStyle style = {isColoured(options, output), options.hasInfos, options.areAllShown};
     Progress progress(options.files, isatty(STDERR_FILENO) == 1);
     Totals totals;
     // What is left at the end goes with the process: to take trees apart costs a tenth of all.
@@ -441,6 +442,7 @@ Command checkCommand()
               {},
               warningCandidates},
              {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
+             {"--all", "Show each of many equal findings", &options->areAllShown},
              {"--format", "text, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"-j,--jobs", "How many files to check at once [1]", &options->jobs, "N", {}, {1, 256}},

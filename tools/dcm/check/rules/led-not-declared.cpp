@@ -33,6 +33,10 @@ void ledNotDeclared(const Value &value, Findings &findings)
         if ((!isOfSystem && !isOfCard) || isDeclaredAnywhere(declarations, kind, name, id))
             return;
     }
+    if (const Node faulty = declarations.targets().findFaultyLed(value.text, map->parent->node)) {
+        findings.follow(faulty, value, quoted(value.text) + " is named here");
+        return;
+    }
     findings.at(value, "no LED of type " + quoted(name.type) + " and number " + name.id + " is declared " +
                            (isOwn        ? "beside this map"
                             : isOfSystem ? "in any frame"
@@ -43,6 +47,6 @@ void ledNotDeclared(const Value &value, Findings &findings)
 } // namespace
 
 extern constexpr Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
-                                         onValues(ledNotDeclared, kindsOf(Kind::ledName))};
+                                         onValues(ledNotDeclared, kindsOf(Kind::ledName)).unlessFaulty()};
 
 } // namespace dcmtool

@@ -47,6 +47,7 @@ void portLedRange(const Context &block, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kPortLedRange = {"port-led-range", Severity::warning, onElements(portLedRange)};
+extern constexpr Rule kPortLedRange = {"port-led-range", Severity::warning,
+                                       onElements(portLedRange).unlessFaultyInside()};
 
 } // namespace dcmtool

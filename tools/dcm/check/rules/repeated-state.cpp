@@ -64,7 +64,8 @@ void repeatedState(const Context &led, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kRepeatedState = {"repeated-state", Severity::warning,
-                                        onElements(repeatedState, Role::led, Role::portLed, Role::ledMapSource)};
+extern constexpr Rule kRepeatedState = {
+    "repeated-state", Severity::warning,
+    onElements(repeatedState, Role::led, Role::portLed, Role::ledMapSource).unlessFaulty()};
 
 } // namespace dcmtool

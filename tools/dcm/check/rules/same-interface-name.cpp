@@ -92,6 +92,7 @@ void sameInterfaceName(const Context &block, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSameInterfaceName = {"same-interface-name", Severity::warning, onElements(sameInterfaceName)};
+extern constexpr Rule kSameInterfaceName = {"same-interface-name", Severity::warning,
+                                            onElements(sameInterfaceName).unlessFaulty()};
 
 } // namespace dcmtool
