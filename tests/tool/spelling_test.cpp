@@ -35,17 +35,22 @@ TEST_P(Spelling, ListsItFirst)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Spelling, Spelling,
-    testing::Values(
-        Case{"2.5e", wordsOf(dcm::kPhyTypeWords), "2.5ge"}, Case{"25e", wordsOf(dcm::kPhyTypeWords), "25ge"},
-        Case{"sys", wordsOf(dcm::kLedTypeWords), "system"}, Case{"line", {"num", "linenum", "clientnum"}, "linenum"},
-        Case{"cores", {"modelname", "corenum", "freq"}, "corenum"}, Case{"ports", {"portid", "port"}, "port"},
-        Case{"1", wordsOf(dcm::kYesNoWords), "yes"}, Case{"0", wordsOf(dcm::kYesNoWords), "no"},
-        Case{"on", wordsOf(dcm::kYesNoWords), "yes"}, Case{"True", wordsOf(dcm::kYesNoWords), "yes"},
-    [](const auto &test) { return "Case" + std::to_string(test.index); });
+const Case kCases[] = {{"2.5e", wordsOf(dcm::kPhyTypeWords), "2.5ge"},
+                       {"25e", wordsOf(dcm::kPhyTypeWords), "25ge"},
+                       {"sys", wordsOf(dcm::kLedTypeWords), "system"},
+                       {"line", {"num", "linenum", "clientnum"}, "linenum"},
+                       {"cores", {"modelname", "corenum", "freq"}, "corenum"},
+                       {"ports", {"portid", "port"}, "port"},
+                       {"1", wordsOf(dcm::kYesNoWords), "yes"},
+                       {"0", wordsOf(dcm::kYesNoWords), "no"},
+                       {"on", wordsOf(dcm::kYesNoWords), "yes"},
+                       {"True", wordsOf(dcm::kYesNoWords), "yes"},
+                       {"nothing of the kind", wordsOf(dcm::kYesNoWords), ""}};
 
-TEST(Spelling, ListsWordsThatContainWhatIsWrittenBeforeOthers)
+INSTANTIATE_TEST_SUITE_P(Words, Spelling, testing::ValuesIn(kCases),
+                         [](const auto &test) { return "Case" + std::to_string(test.index); });
+
+TEST(NearestWords, ListsWordsThatContainWhatIsWrittenBeforeOthers)
 {
     const std::vector<std::string> words = nearestFirst("blink", {"on", "off", "fast-blink", "slow-blink"});
     EXPECT_EQ(words, (std::vector<std::string>{"fast-blink", "slow-blink", "on", "off"}));
