@@ -94,7 +94,7 @@ TEST(BoundedWork, CutsLongTextsInPathsAndMessagesAtACharacter)
     const FileReport report = reportOn(text);
     ASSERT_EQ(report.findings.size(), 1);
     EXPECT_EQ(report.findings[0].path, "card " + times(26, "\xE2\x82\xAC") + "...");
-    EXPECT_THAT(report.findings[0].text, HasSubstr("'" + times(26, "\xE2\x82\xAC") + "...' is no number"));
+    EXPECT_THAT(report.findings[0].text, HasSubstr("'" + times(26, "\xE2\x82\xAC") + "...' is not a number"));
 }
 
 TEST(BoundedWork, SaysWhereTheSearchForWhatMakesAQueryFailEnds)

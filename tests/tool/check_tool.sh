@@ -901,7 +901,7 @@ check_prints_findings_like_a_compiler() {
 warning.xml:2:16: warning: card 010: '010' begins with 0, which makes it octal: it counts as 8; expected 10 or a number in hexadecimal [octal-number]
     	<card typeid="010"/>
     	              ^~~
-error.xml:2:29: error: card 1/muxctrl: 'maybe' is no word for "muxctrl"; expected 'no', 'yes'; the query fails: "invalid YesOrNo(maybe)." [query-fails]
+error.xml:2:29: error: card 1/muxctrl: 'maybe' is not a valid value for "muxctrl"; expected 'yes', 'no'; the query fails: "invalid YesOrNo(maybe)." [query-fails]
       <card typeid="1"><muxctrl>maybe</muxctrl></card>
                                 ^~~~~
 2 files, 1 error, 1 warning

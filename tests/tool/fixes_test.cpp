@@ -1,6 +1,7 @@
 // Fixes that findings carry, and what is made of a file with them.
 #include "tests/support/meaning.h"
 #include "tests/tool/correct_description.h"
+#include "tests/tool/mistakes.h"
 #include "tools/dcm/check/engine.h"
 #include "tools/dcm/check/fixer.h"
 #include "tools/dcm/check/rule.h"
@@ -168,101 +169,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- How many mistakes are taken back -------------------------------------------------------------------------------
 
-// What people do when they type.
-std::string slipped(std::string word, std::mt19937 &random)
-{
-    const size_t at = random() % word.size();
-    const char letter = static_cast<char>('a' + random() % 26);
-    switch (random() % 7) {
-    case 0:
-        return word.erase(at, 1);
-    case 1:
-        return word.insert(at, 1, word[at]);
-    case 2:
-        if (at + 1 < word.size())
-            std::swap(word[at], word[at + 1]);
-        return word;
-    case 3:
-        word[at] = letter;
-        return word;
-    case 4:
-        return word.insert(at, 1, letter);
-    case 5:
-        std::replace(word.begin(), word.end(), '-', '_');
-        return word;
-    default:
-        word[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(word[0])));
-        return word;
-    }
-}
-
-// A place of a description that is mistyped, with what is written there, or a kind of mistake.
-struct Mistake {
-    std::string kind;
-    std::vector<Edit> edits;
-};
-
-bool isNumber(const std::string &text)
-{
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-}
-
-bool isWordLike(const std::string &text)
-{
-    return !text.empty() && std::islower(static_cast<unsigned char>(text[0])) != 0 &&
-           text.find('@') == std::string::npos && text.find_first_of(" /#.") == std::string::npos;
-}
-
-bool isListLike(const std::string &text)
-{
-    return text.find_first_of(",-") != std::string::npos &&
-           text.find_first_not_of("0123456789,-") == std::string::npos &&
-           std::isdigit(static_cast<unsigned char>(text[0])) != 0;
-}
-
-void addMistakesInValue(const std::string &text, Span span, std::mt19937 &random, std::vector<Mistake> &mistakes)
-{
-    static constexpr const char *kUnits[] = {"V", " mV", " rpm", "%", " nm"};
-    const std::string value(cut(text, span));
-    if (isNumber(value)) {
-        mistakes.push_back({"unit", {{{span.end, span.end}, kUnits[random() % std::size(kUnits)]}}});
-    } else if (isListLike(value)) {
-        const size_t mark = value.find_first_of(",-");
-        mistakes.push_back({"blank in a list", {{{span.begin + mark + 1, span.begin + mark + 1}, " "}}});
-        mistakes.push_back({"zero in a list", {{{span.begin, span.begin}, "0"}}});
-    } else if (isWordLike(value)) {
-        mistakes.push_back({"word", {{span, slipped(value, random)}}});
-        mistakes.push_back({"blanks around a word", {{{span.begin, span.begin}, "\n  "}, {{span.end, span.end}, " "}}});
-    }
-}
-
-std::vector<Mistake> mistakesIn(const std::string &text, std::mt19937 &random)
-{
-    std::vector<Mistake> mistakes;
-    const std::vector<Markup> pieces = markupOf(text);
-    for (size_t i = 0; i < pieces.size(); i++) {
-        if (pieces[i].kind != MarkupKind::startTag && pieces[i].kind != MarkupKind::emptyTag)
-            continue;
-        const Span name = {pieces[i].span.begin + 1, nameEnd(text, pieces[i].span.begin + 1)};
-        const std::string slip = slipped(std::string(cut(text, name)), random);
-        Mistake misspelled = {"name", {{name, slip}}};
-        if (pieces[i].kind == MarkupKind::startTag) {
-            const size_t end = pieces[pieces[i].partner].span.begin + 2;
-            misspelled.edits.push_back({{end, end + name.end - name.begin}, slip});
-        }
-        mistakes.push_back(std::move(misspelled));
-        WrittenAttribute attribute;
-        for (size_t at = name.end; nextAttribute(text, at, attribute);) {
-            mistakes.push_back(
-                {"attribute", {{attribute.name, slipped(std::string(cut(text, attribute.name)), random)}}});
-            addMistakesInValue(text, attribute.value, random, mistakes);
-        }
-        if (pieces[i].partner == i + 2 && pieces[i + 1].kind == MarkupKind::text)
-            addMistakesInValue(text, pieces[i + 1].span, random, mistakes);
-    }
-    return mistakes;
-}
-
 size_t countOf(const std::vector<Finding> &findings)
 {
     size_t count = 0;
@@ -298,11 +204,11 @@ TEST(Fixes, RestoreNearlyAllMistakesForWhichTheyAreCertainAndMakeNothingWorse)
     std::vector<std::string> others;
     for (uint32_t seed = 1; seed <= 150; seed++) {
         const std::string text = dcmtest::correctDescription(seed);
-        std::vector<Mistake> mistakes = mistakesIn(text, random);
+        std::vector<dcmtest::Mistake> mistakes = dcmtest::slipsIn(text, random);
         std::shuffle(mistakes.begin(), mistakes.end(), random);
         if (mistakes.size() > 12)
             mistakes.resize(12);
-        for (const Mistake &mistake : mistakes) {
+        for (const dcmtest::Mistake &mistake : mistakes) {
             const std::string faulty = applyEdits(text, mistake.edits).value_or(text);
             if (faulty == text)
                 continue;

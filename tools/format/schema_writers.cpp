@@ -18,7 +18,7 @@ std::string blanks(size_t depth)
 
 // ---- The compact syntax ---------------------------------------------------------------------------------------------
 
-std::string quoted(const std::string &text)
+std::string inQuotes(const std::string &text)
 {
     // A literal cannot contain these characters, and no word has them.
     if (text.find_first_of("\"\n\\") != std::string::npos)
@@ -103,11 +103,11 @@ std::string compact(const Pattern &pattern, size_t depth)
     case Pattern::Kind::empty:
         return "empty";
     case Pattern::Kind::word:
-        return "xsd:string " + quoted(pattern.name);
+        return "xsd:string " + inQuotes(pattern.name);
     case Pattern::Kind::data: {
         std::string text = "xsd:" + pattern.name + " {";
         for (const auto &facet : pattern.facets)
-            text += " " + facet.first + " = " + quoted(facet.second);
+            text += " " + facet.first + " = " + inQuotes(facet.second);
         return text + " }";
     }
     }

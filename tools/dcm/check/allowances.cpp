@@ -37,9 +37,9 @@ Allowance allowanceIn(const DescriptionFile::Comment &comment)
     const std::string name = trimmed(text.substr(0, colon));
     const Rule *rule = findRule(name);
     if (rule == nullptr)
-        return {nullptr, "there is no check " + quoted(name), name};
+        return {nullptr, "there is no check " + inQuotes(name), name};
     if (!rule->canBeSilenced())
-        return {nullptr, quoted(name) + " cannot be allowed: the query fails all the same", ""};
+        return {nullptr, inQuotes(name) + " cannot be allowed: the query fails all the same", ""};
     const std::string reason = colon == std::string::npos ? "" : trimmed(text.substr(colon + 1));
     if (reason.empty())
         return {nullptr, "a reason is missing: expected 'dcm-check: allow " + name + ": REASON'", ""};

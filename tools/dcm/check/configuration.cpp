@@ -47,16 +47,16 @@ std::string settingIn(const std::string &line)
 std::string suggested(const std::string &written, const std::vector<std::string> &words, const std::string &otherwise)
 {
     const std::string meant = nearest(written, words);
-    return meant.empty() ? otherwise : "did you mean " + dcmtool::quoted(meant) + "?";
+    return meant.empty() ? otherwise : "did you mean " + inQuotes(meant) + "?";
 }
 
 std::string setSeverity(const std::string &keyword, const std::string &name, Configuration &configuration)
 {
     const Rule *rule = findRule(name);
     if (rule == nullptr)
-        return dcmtool::quoted(name) + " is not a valid name of a check; " +
+        return inQuotes(name) + " is not a valid name of a check; " +
                (nearestRule(name).empty() ? "'dcm check --list-checks' lists them all"
-                                          : "did you mean " + dcmtool::quoted(nearestRule(name)) + "?");
+                                          : "did you mean " + inQuotes(nearestRule(name)) + "?");
     std::optional<Severity> severity;
     for (const Severity one : {Severity::info, Severity::warning, Severity::error})
         if (keyword == nameOf(one))
@@ -75,7 +75,7 @@ std::string addExcluded(std::string pattern, Configuration &configuration)
         return "more than " + std::to_string(kMostPatterns) + " patterns";
     for (const fs::path &part : fs::path(pattern))
         if (part == "..")
-            return dcmtool::quoted(pattern) + " is outside of the folder of this file";
+            return inQuotes(pattern) + " is outside of the folder of this file";
     while (pattern.size() > 1 && pattern.back() == '/')
         pattern.pop_back();
     configuration.excluded.push_back(std::move(pattern));
@@ -88,14 +88,14 @@ std::string take(const std::string &setting, Configuration &configuration)
     const std::string keyword = setting.substr(0, blank);
     const std::string value = blank == std::string::npos ? "" : trimmed(setting.substr(blank));
     if (std::find(keywords().begin(), keywords().end(), keyword) == keywords().end())
-        return dcmtool::quoted(keyword) + " is not a setting; " +
+        return inQuotes(keyword) + " is not a setting; " +
                suggested(keyword, keywords(), "expected " + listed(keywords()));
     if (value.empty())
-        return dcmtool::quoted(keyword) + " has no value";
+        return inQuotes(keyword) + " has no value";
     if (keyword == "exclude")
         return addExcluded(value, configuration);
     if (value.find_first_of(kBlanks) != std::string::npos)
-        return dcmtool::quoted(value) + " is more than one name";
+        return inQuotes(value) + " is more than one name";
     if (keyword != "known")
         return setSeverity(keyword, value, configuration);
     configuration.knownNames.insert(value);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 
 namespace dcmtool {
 
@@ -44,6 +45,19 @@ std::string pathOf(Node element)
     if (!isBelowRoot || (dcm::isNamed(parent, dcm::kDeviceName) && parent->parent->type != XML_ELEMENT_NODE))
         return stepOf(element);
     return pathOf(parent) + "/" + stepOf(element);
+}
+
+Span partOf(Span whole, bool isAttribute, const char *read, ValuePart part, const DescriptionFile &file)
+{
+    const std::string_view written = cut(file.text(), whole);
+    const std::string_view all = read;
+    // The span of a content is without the blanks around it.
+    const size_t first = isAttribute ? 0 : std::min(all.find_first_not_of(kBlanks), all.size());
+    if (part.begin < first || all.compare(first, written.size(), written) != 0 ||
+        part.begin - first + part.size > written.size())
+        return whole;
+    const size_t begin = whole.begin + part.begin - first;
+    return {begin, begin + part.size};
 }
 
 // ---- Findings -------------------------------------------------------------------------------------------------------
@@ -120,6 +134,12 @@ Finding &Findings::at(const Value &value, const std::string &text)
                                       : atContent(value.context.node, text);
 }
 
+Span Findings::spanOf(const Value &value) const
+{
+    return value.attribute != nullptr ? file_.valueSpan(value.context.node, value.attribute->name)
+                                      : file_.contentSpan(value.context.node);
+}
+
 Finding &Findings::atName(Node element, const std::string &text)
 {
     return add(
@@ -138,11 +158,98 @@ Finding &Findings::atValue(Node element, const char *attribute, const std::strin
         element, [&] { return file_.valueSpan(element, attribute); }, text);
 }
 
+Finding &Findings::atItem(const Value &value, ValuePart item, const std::string &text)
+{
+    return add(
+        value.context.node, [&] { return partOf(spanOf(value), value.attribute != nullptr, value.text, item, file_); },
+        text);
+}
+
 Finding &Findings::atContent(Node element, const std::string &text)
 {
     return add(
         element, [&] { return file_.contentSpan(element); }, text);
 }
+
+template <class SpanOf> void Findings::addConsequence(Node cause, const SpanOf &spanOf, const std::string &what)
+{
+    Consequences &consequences = consequences_[cause];
+    if (consequences.count++ == 0) {
+        consequences.first = spanOf();
+        consequences.what = what;
+    }
+}
+
+void Findings::follow(Node cause, const Value &value, const std::string &what)
+{
+    addConsequence(
+        cause, [&] { return spanOf(value); }, what);
+}
+
+void Findings::follow(Node cause, Node element, const std::string &what)
+{
+    addConsequence(
+        cause, [&] { return file_.nameSpan(element); }, what);
+}
+
+void Findings::noteConsequences(std::vector<Finding> &all) const
+{
+    std::set<Node> noted;
+    for (Finding &finding : all) {
+        const auto found = consequences_.find(finding.element);
+        if (found == consequences_.end() || finding.element == nullptr || !noted.insert(finding.element).second)
+            continue;
+        const Consequences &consequences = found->second;
+        const std::string others = consequences.count == 1
+                                       ? ""
+                                       : ", and in " + std::to_string(consequences.count - 1) + " more " +
+                                             (consequences.count == 2 ? "place" : "places");
+        finding.noting(consequences.first, consequences.what + others);
+    }
+}
+
+namespace {
+
+// What is wrong by itself, from which other findings may follow.
+struct Causes {
+    std::set<size_t> places;
+    std::unordered_set<Node> elements; // with those around them
+};
+
+Causes causesIn(const std::vector<Finding> &all)
+{
+    Causes causes;
+    for (const Finding &finding : all) {
+        if (finding.rule->kind.isSilentWhereFaulty || finding.rule->severity == Severity::info)
+            continue;
+        causes.places.insert(finding.span.begin);
+        for (Node node = finding.element; node != nullptr && node->type == XML_ELEMENT_NODE; node = node->parent)
+            if (!causes.elements.insert(node).second)
+                break;
+    }
+    return causes;
+}
+
+bool isWithin(const std::set<size_t> &places, Span span)
+{
+    const auto next = places.lower_bound(span.begin);
+    return next != places.end() && *next < std::max(span.end, span.begin + 1);
+}
+
+bool isConsequence(const Finding &finding, const Causes &causes)
+{
+    const RuleKind &kind = finding.rule->kind;
+    if (!kind.isSilentWhereFaulty)
+        return false;
+    const Node scope = finding.scope != nullptr ? finding.scope : finding.element;
+    if (kind.isSilentWhereFaultyInside && causes.elements.count(scope) != 0)
+        return true;
+    return isWithin(causes.places, finding.span) ||
+           std::any_of(finding.notes.begin(), finding.notes.end(),
+                       [&](const Note &note) { return isWithin(causes.places, note.span); });
+}
+
+} // namespace
 
 void Findings::setApart(const Rule &rule, Node element)
 {
@@ -187,7 +294,12 @@ std::vector<Finding> Findings::take()
         std::move(found.kept.begin(), found.kept.end(), std::back_inserter(all));
     }
     found_.clear();
+    const Causes causes = causesIn(all);
+    all.erase(
+        std::remove_if(all.begin(), all.end(), [&](const Finding &finding) { return isConsequence(finding, causes); }),
+        all.end());
     std::sort(all.begin(), all.end(), isBefore);
+    noteConsequences(all);
     return all;
 }
 

@@ -25,6 +25,15 @@ enum class Severity : uint8_t {
     error    // makes a query fail
 };
 
+// A part of a value, in bytes as they are read.
+struct ValuePart {
+    size_t begin = 0;
+    size_t size = 0;
+};
+
+// Where it is written; the whole value where it is not written as it is read.
+Span partOf(Span whole, bool isAttribute, const char *read, ValuePart part, const DescriptionFile &file);
+
 // Another place that a finding refers to.
 struct Note {
     Span span;
@@ -44,10 +53,16 @@ struct Finding {
     size_t more = 0;        // the number of further findings of the rule that are not kept
     size_t order = 0;       // in which they were found
     std::string reason;     // why a comment allows it; empty when none does
+    Node scope = nullptr;   // all that the finding follows from is in this element, or is it
 
     Finding &noting(Span where, std::string what)
     {
         notes.push_back({where, std::move(what)});
+        return *this;
+    }
+    Finding &concerning(Node all)
+    {
+        scope = all;
         return *this;
     }
     Finding &meaning(std::string word)
@@ -75,13 +90,22 @@ public:
     Finding &atAttribute(Node element, const char *attribute, const std::string &text); // under an attribute's name
     Finding &atValue(Node element, const char *attribute, const std::string &text);     // under an attribute's value
     Finding &atContent(Node element, const std::string &text);                          // under the content
+    Finding &atItem(const Value &value, ValuePart item, const std::string &text);       // under a part of the value
     Finding &at(Node element, Span span, const std::string &text);                      // anywhere
+
+    // Counts what is a consequence of a fault of another element: it becomes a note of the finding there. `what` is
+    // what the value, or the element, says: "fan controller 3 is named here".
+    void follow(Node cause, const Value &value, const std::string &what);
+    void follow(Node cause, Node element, const std::string &what);
 
     // True if a finding of the running rule at an element would only be counted, which is then done: for rules whose
     // texts are expensive.
     bool counts(Node element);
     // Whether a name that is not one of the format is one of another program.
     bool isForeign(const std::string &name) const { return knownNames_ != nullptr && knownNames_->count(name) != 0; }
+
+    // The place of a value.
+    Span spanOf(const Value &value) const;
 
     // For the engine.
     void run(const Rule &rule) { running_ = &rule; }
@@ -111,7 +135,16 @@ private:
         }
     };
 
+    // What follows from one element.
+    struct Consequences {
+        Span first;
+        std::string what;
+        size_t count = 0;
+    };
+
     Found &foundAt(Node element);
+    template <class SpanOf> void addConsequence(Node cause, const SpanOf &spanOf, const std::string &what);
+    void noteConsequences(std::vector<Finding> &all) const;
     bool isReportedAt(Node element) const;
     template <class SpanOf> Finding &add(Node element, const SpanOf &spanOf, const std::string &text);
 
@@ -123,6 +156,7 @@ private:
     std::unordered_map<const Rule *, Found> allowed_;
     std::set<std::pair<Node, size_t>> reported_; // places of what makes a query fail
     std::set<const Rule *> ended_;
+    std::unordered_map<Node, Consequences> consequences_;
     size_t order_ = 0;
     Finding counted_; // takes the text of a finding that is not kept
 };

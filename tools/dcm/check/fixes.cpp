@@ -26,6 +26,11 @@ bool areSame(Span one, Span other)
     return one.begin == other.begin && one.end == other.end;
 }
 
+bool isWithin(Span one, Span other)
+{
+    return one.begin >= other.begin && one.end <= other.end;
+}
+
 bool isDigit(char character)
 {
     return std::isdigit(static_cast<unsigned char>(character)) != 0;
@@ -178,7 +183,7 @@ public:
             return;
         if (areSame(finding.span, name))
             rename(finding, element);
-        else if (!fixAttribute(finding, element) && areSame(finding.span, file_.contentSpan(element)))
+        else if (!fixAttribute(finding, element) && isWithin(finding.span, file_.contentSpan(element)))
             fixContent(finding, element);
     }
 
@@ -195,8 +200,7 @@ private:
             for (const dcm::NamedElement &child : deviceChildren())
                 names.emplace_back(child.name);
         } else if (const dcm::Element *format = formatOf(parent)) {
-            for (size_t i = 0; i < format->childCount; i++)
-                names.emplace_back(format->children[i].name);
+            names = childNames(*format);
         }
         return names;
     }
@@ -232,8 +236,10 @@ private:
                     renameAttribute(finding, *format);
                 return true;
             }
-            if (known != nullptr && areSame(finding.span, file_.valueSpan(element, name))) {
-                replaceValue(finding, finding.span, known->content);
+            const Span value = file_.valueSpan(element, name);
+            // An item of a list is corrected with the list.
+            if (known != nullptr && isWithin(finding.span, value)) {
+                replaceValue(finding, value, known->content);
                 return true;
             }
         }
@@ -242,9 +248,7 @@ private:
 
     void renameAttribute(Finding &finding, const dcm::Element &format)
     {
-        std::vector<std::string> names;
-        for (size_t i = 0; i < format.attributeCount; i++)
-            names.emplace_back(format.attributes[i].name);
+        const std::vector<std::string> names = attributeNames(format);
         finding.fixes.push_back(
             {"rename to \"" + finding.meant + "\"", {{finding.span, finding.meant}}, confidenceOf(finding, names)});
     }
@@ -276,7 +280,7 @@ private:
             return;
         std::optional<Replacement> replacement = replacementFor(finding, written, content);
         if (replacement && replacement->text != written)
-            finding.fixes.push_back({"replace " + quoted(written) + " by " + quoted(replacement->text),
+            finding.fixes.push_back({"replace " + inQuotes(written) + " by " + inQuotes(replacement->text),
                                      {{span, replacement->text}},
                                      replacement->confidence});
     }

@@ -11,9 +11,7 @@ namespace dcmtool {
 
 bool lacksChild(Node element, const dcm::Element &format, const char *name)
 {
-    std::vector<std::string> known;
-    for (size_t i = 0; i < format.childCount; i++)
-        known.emplace_back(format.children[i].name);
+    const std::vector<std::string> known = childNames(format);
     for (const Node child : dcm::children(element)) {
         const char *written = dcm::nameOf(child);
         if (written == std::string_view(name))
@@ -26,9 +24,7 @@ bool lacksChild(Node element, const dcm::Element &format, const char *name)
 
 bool lacksAttribute(Node element, const dcm::Element &format, const char *name)
 {
-    std::vector<std::string> known;
-    for (size_t i = 0; i < format.attributeCount; i++)
-        known.emplace_back(format.attributes[i].name);
+    const std::vector<std::string> known = attributeNames(format);
     for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next) {
         const char *written = reinterpret_cast<const char *>(attribute->name);
         if (written == std::string_view(name))

@@ -28,6 +28,15 @@ Reading readingOf(const std::string &text)
     return reading;
 }
 
+Finding &atNumber(const Value &value, const NumberItem &item, const std::string &text, Findings &findings)
+{
+    const size_t first = item.text.find_first_not_of(kBlanks);
+    if (item.text == value.text || first == std::string::npos)
+        return findings.at(value, text);
+    const size_t size = item.text.find_last_not_of(kBlanks) + 1 - first;
+    return findings.atItem(value, {item.begin + first, size}, text);
+}
+
 bool isShort(const char *text)
 {
     if (text[0] < '1' || text[0] > '9')

@@ -32,18 +32,27 @@ inline unsigned bitsOf(const dcm::Content &content)
     return content.bits != 0 ? content.bits : 32;
 }
 
+// A number of a value: the value itself, or an item of a list.
+struct NumberItem {
+    std::string text;
+    size_t begin; // in the value
+};
+
 // Passes each number of a value to `function`: the value itself, or the items of a list.
 template <class Function> void forEachNumber(const Value &value, const Function &function)
 {
     if (value.content.kind != Kind::typeIds && value.content.kind != Kind::numberList)
-        return function(value.text);
-    std::string items = value.text;
+        return function(NumberItem{value.text, 0});
+    const std::string items = value.text;
     for (size_t begin = 0; begin <= items.size();) {
         const size_t end = std::min(items.find(',', begin), items.size());
-        function(items.substr(begin, end - begin));
+        function(NumberItem{items.substr(begin, end - begin), begin});
         begin = end + 1;
     }
 }
+
+// Under one of them.
+Finding &atNumber(const Value &value, const NumberItem &item, const std::string &text, Findings &findings);
 
 } // namespace dcmtool
 

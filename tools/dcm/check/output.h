@@ -33,7 +33,8 @@ struct Totals {
 // The options of text; other formats have everything.
 struct TextStyle {
     bool isColoured = false;
-    bool hasInfos = false; // or without findings of that severity
+    bool hasInfos = false;    // or without findings of that severity
+    bool areAllShown = false; // or equal ones only once
 };
 
 // The findings of one file, each with its source line and a caret.
@@ -51,6 +52,7 @@ std::string asSarif(const std::vector<FileReport> &reports);
 
 // The path, the text, what was meant, and how many more there are: as the file has them, on any number of lines.
 std::string messageOf(const Finding &finding);
+std::string messageOf(const Finding &finding, size_t more);
 // Whether the finding has a place in the file, which one about a file that cannot be read has not.
 bool isPlaced(const Finding &finding);
 

@@ -133,6 +133,8 @@ struct RuleKind {
     Kinds kinds = 0;
     UnknownItemFunction unknownItem = nullptr;
     bool isSilentWhereQueryFails = false;
+    bool isSilentWhereFaulty = false;
+    bool isSilentWhereFaultyInside = false;
 
     constexpr RuleKind andValues(ValueFunction function, Kinds valueKinds) const
     {
@@ -146,6 +148,21 @@ struct RuleKind {
     {
         RuleKind silent = *this;
         silent.isSilentWhereQueryFails = true;
+        return silent;
+    }
+    // For what follows from values: nothing is said where another rule finds a fault in one of them, be it at the place
+    // of the finding or at that of a note.
+    constexpr RuleKind unlessFaulty() const
+    {
+        RuleKind silent = *this;
+        silent.isSilentWhereFaulty = true;
+        return silent;
+    }
+    // The same where another rule finds a fault anywhere in the element.
+    constexpr RuleKind unlessFaultyInside() const
+    {
+        RuleKind silent = unlessFaulty();
+        silent.isSilentWhereFaultyInside = true;
         return silent;
     }
 };

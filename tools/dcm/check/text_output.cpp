@@ -3,6 +3,8 @@
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 
 namespace dcmtool {
 
@@ -97,11 +99,31 @@ const char *colourOf(Severity severity, const Colours &colours)
     return severity == Severity::error ? colours.error : severity == Severity::warning ? colours.warning : colours.info;
 }
 
-std::string textOf(const DescriptionFile &file, const Finding &finding, const Colours &colours)
+// Findings that say the same, in the order of the file.
+using Equals = std::vector<const Finding *>;
+
+constexpr size_t kMostEqual = 3; // that are shown one by one
+
+// The places of all but the first.
+std::string otherPlaces(const DescriptionFile &file, const Equals &equals, const Colours &colours)
+{
+    constexpr size_t kShown = 6;
+    std::string text =
+        colours.bold + placeOf(file, equals[1]->span) + ": " + colours.note + "note: " + colours.none + "the same here";
+    for (size_t i = 2; i < equals.size() && i < kShown; i++) {
+        const Place place = file.place(equals[i]->span.begin);
+        text += ", at " + std::to_string(place.line) + ":" + std::to_string(place.column);
+    }
+    if (equals.size() > kShown)
+        text += " and in " + std::to_string(equals.size() - kShown) + " more places";
+    return text + "; --all shows each\n";
+}
+
+std::string textOf(const DescriptionFile &file, const Finding &finding, size_t more, const Colours &colours)
 {
     std::string text = colours.bold + (isPlaced(finding) ? placeOf(file, finding.span) : printable(file.name())) + ": ";
     text += std::string(colourOf(finding.severity, colours)) + nameOf(finding.severity) + ": " + colours.none;
-    text += printable(messageOf(finding)) + " [" + finding.rule->name + "]\n";
+    text += printable(messageOf(finding, more)) + " [" + finding.rule->name + "]\n";
     if (isPlaced(finding))
         text += excerpt(file, finding.span, colours, editShownOf(finding));
     for (const Note &note : finding.notes)
@@ -135,20 +157,40 @@ bool isPlaced(const Finding &finding)
 
 std::string messageOf(const Finding &finding)
 {
+    return messageOf(finding, finding.more);
+}
+
+std::string messageOf(const Finding &finding, size_t more)
+{
     std::string text = finding.path.empty() ? finding.text : finding.path + ": " + finding.text;
     if (!finding.meant.empty())
         text += "; did you mean '" + finding.meant + "'?";
-    if (finding.more != 0)
-        text += "; and " + std::to_string(finding.more) + " more like it";
+    if (more != 0)
+        text += "; and " + std::to_string(more) + " more like it";
     return text;
 }
 
 std::string asText(const FileReport &report, const TextStyle &style)
 {
-    std::string text;
+    const Colours &colours = style.isColoured ? kBright : kPlain;
+    const auto keyOf = [](const Finding &finding) {
+        return std::tuple(finding.rule, finding.severity, std::string_view(finding.text));
+    };
+    std::map<decltype(keyOf(report.findings.front())), Equals> groups;
     for (const Finding &finding : report.findings)
-        if (finding.severity != Severity::info || style.hasInfos)
-            text += textOf(*report.file, finding, style.isColoured ? kBright : kPlain);
+        groups[keyOf(finding)].push_back(&finding);
+    std::string text;
+    for (const Finding &finding : report.findings) {
+        if (finding.severity == Severity::info && !style.hasInfos)
+            continue;
+        const Equals &equals = groups[keyOf(finding)];
+        const bool isShort = !style.areAllShown && equals.size() > kMostEqual;
+        if (isShort && equals.front() != &finding)
+            continue;
+        text += textOf(*report.file, finding, isShort ? equals.back()->more : finding.more, colours);
+        if (isShort)
+            text += otherPlaces(*report.file, equals, colours);
+    }
     return text;
 }
 

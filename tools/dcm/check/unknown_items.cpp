@@ -4,6 +4,8 @@
 #include "tools/dcm/description/format_lookup.h"
 
 #include <libxml/tree.h>
+
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -47,10 +49,7 @@ const KnownPlaces &placesOf(const UnknownItem &item)
 
 std::vector<std::string> namesIn(const dcm::Element &format, bool areAttributes)
 {
-    std::vector<std::string> names;
-    for (size_t i = 0; i < (areAttributes ? format.attributeCount : format.childCount); i++)
-        names.emplace_back(areAttributes ? format.attributes[i].name : format.children[i].name);
-    return names;
+    return areAttributes ? attributeNames(format) : childNames(format);
 }
 
 Finding &report(const UnknownItem &item, const std::string &text, Findings &findings)
@@ -67,11 +66,25 @@ bool isKnownElsewhere(const UnknownItem &item)
 
 bool isForeign(const UnknownItem &item)
 {
+    // An element is in the namespace of its parent unless it says otherwise.
     if (!item.isAttribute)
-        return false;
+        return item.node->ns != nullptr && item.node->ns != item.parent.node->ns;
     const xmlAttr *attribute = xmlHasProp(item.node, reinterpret_cast<const xmlChar *>(item.name));
     return attribute != nullptr && attribute->type == XML_ATTRIBUTE_NODE && attribute->ns != nullptr;
 }
+
+namespace {
+
+// Of many names, the few that are nearest.
+std::vector<std::string> nearestOf(const std::string &written, const std::vector<std::string> &names)
+{
+    constexpr size_t kShown = 3;
+    std::vector<std::string> nearest = nearestFirst(written, names);
+    nearest.resize(std::min(nearest.size(), kShown));
+    return nearest;
+}
+
+} // namespace
 
 void reportUnknown(const UnknownItem &item, Findings &findings)
 {
@@ -79,12 +92,13 @@ void reportUnknown(const UnknownItem &item, Findings &findings)
         return;
     const std::vector<std::string> known = namesIn(*item.parent.format, item.isAttribute);
     const std::string around = quotedName(item.parent.name);
-    std::string expected = "; " + around + (item.isAttribute ? " has no attributes" : " holds no elements");
+    std::string expected = "; " + around + (item.isAttribute ? " has no attributes" : " contains no elements");
     if (!known.empty() && known.size() <= 12)
-        expected = "; expected " + listedNames(known);
+        expected = "; expected " + listedNames(nearestFirst(item.name, known));
     else if (!known.empty())
-        expected = "; " + around + " knows " + std::to_string(known.size()) + " others";
-    report(item, quotedName(item.name) + " is not known and is passed over" + expected, findings)
+        expected = "; expected one of " + std::to_string(known.size()) + " names, such as " +
+                   listedNames(nearestOf(item.name, known));
+    report(item, quotedName(item.name) + " is not known and is ignored" + expected, findings)
         .meaning(nearest(item.name, known));
 }
 
@@ -95,9 +109,8 @@ void reportMisplaced(const UnknownItem &item, Findings &findings)
     const std::set<std::string> &places = placesOf(item).at(item.name);
     const std::vector<std::string> known = namesIn(*item.parent.format, item.isAttribute);
     report(item,
-           quotedName(item.name) + " means nothing in " + quotedName(item.parent.name) + " and is passed over; it " +
-               (item.isAttribute ? "is an attribute of " : "belongs into ") +
-               listedNames({places.begin(), places.end()}),
+           quotedName(item.name) + " has no meaning in " + quotedName(item.parent.name) + " and is ignored; it " +
+               (item.isAttribute ? "is an attribute of " : "belongs in ") + listedNames({places.begin(), places.end()}),
            findings)
         .meaning(nearest(item.name, known));
 }

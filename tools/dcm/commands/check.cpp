@@ -48,6 +48,7 @@ struct Options {
     std::string standardInput; // what it is called
     std::string baseline;
     bool isWithoutConfiguration = false;
+    bool areAllShown = false;
     std::string explained;
 };
 
@@ -156,7 +157,7 @@ private:
         else if (option.compare(0, 3, "no-") == 0)
             off.insert(silenced(option.substr(3)));
         else
-            throw UsageError(quoted(option) + " is not a valid value for -W; expected no-NAME, error or error=NAME");
+            throw UsageError(inQuotes(option) + " is not a valid value for -W; expected no-NAME, error or error=NAME");
     }
 };
 
@@ -463,7 +464,7 @@ Exit runCheck(const Options &options, Baseline &baseline)
     Configurations configurations(!options.isWithoutConfiguration);
     const std::vector<Input> inputs = inputsOf(options, configurations);
     OwnOutput output;
-    const TextStyle style = {isColoured(options, output), options.hasInfos};
+    const TextStyle style = {isColoured(options, output), options.hasInfos, options.areAllShown};
     Progress progress(inputs, isatty(STDERR_FILENO) == 1);
     Totals totals;
     // The last report is not destroyed: that would cost a tenth of the run.
@@ -562,6 +563,7 @@ Command checkCommand()
               warningCandidates},
              {"--only", "Only do this check", &options->only, "NAME", {}, {}, ruleCandidates},
              {"--info", "Show also what is probably not meant, and works", &options->hasInfos},
+             {"--all", "Show each of many equal findings", &options->areAllShown},
              {"--format", "text, gcc, github, checkstyle, json or sarif [text]", &options->format, "FORMAT", formats},
              {"--color", "auto, always or never [auto]", &options->colour, "WHEN", colours},
              {"--baseline", "Leave out the findings of an earlier run, which is its JSON output", &options->baseline,

@@ -76,7 +76,7 @@ uint32_t numberOf(const Argument &argument, const std::string &written)
     const auto [least, most] = argument.range;
     uint32_t value = 0;
     if (!readNumber(written, value) || value < least || (most != 0 && value > most))
-        throw UsageError(dcmtool::quoted(written) + " is not a valid " + valueNameOf(argument) + "; expected " +
+        throw UsageError(inQuotes(written) + " is not a valid " + valueNameOf(argument) + "; expected " +
                          describedRange(argument));
     return value;
 }
@@ -257,7 +257,7 @@ private:
                 return;
             }
             if (std::find(options.begin(), options.end(), word) == options.end())
-                throw UsageError(dcmtool::quoted(word) +
+                throw UsageError(inQuotes(word) +
                                  " is not an option of dcm itself; a command's options follow its name: dcm COMMAND " +
                                  word);
         }
@@ -293,7 +293,7 @@ private:
                     std::string name = app->get_name();
                     for (const std::string &below : *path) {
                         if (commands->empty())
-                            throw UsageError(dcmtool::quoted(below) + " is not expected");
+                            throw UsageError(inQuotes(below) + " is not expected");
                         commands = &commandOf(*commands, below).commands;
                         app = app->get_subcommand(below);
                         name += " " + below;
@@ -353,7 +353,7 @@ private:
             if (!given.words.empty() && !takesSeveral(argument) &&
                 (given.words.size() > 1 || !targets.insert(addressOf(argument)).second))
                 throw UsageError(longName(argument) +
-                                 " is given a second time: " + dcmtool::quoted(given.words.back()));
+                                 " is given a second time: " + inQuotes(given.words.back()));
             refuseFile(given);
             convert(given);
         }
@@ -368,7 +368,7 @@ private:
             !looksLikeFile(given.words.front()))
             return;
         const std::string required = isRequired(argument) ? argument.name + " " : "";
-        throw UsageError(dcmtool::quoted(given.words.front()) + " is not a valid " + argument.name +
+        throw UsageError(inQuotes(given.words.front()) + " is not a valid " + argument.name +
                          "; a file is named with -f: " + lineWith(required + "-f ", given.words.front()));
     }
 
@@ -388,16 +388,16 @@ private:
         if (extra.size() > 1 && extra.front() == '-') {
             const std::string name = extra.substr(0, extra.find('='));
             const std::string meant = nearest(name, optionsOf(commands));
-            return dcmtool::quoted(name) + " is not an option" +
-                   (meant.empty() ? "" : "; did you mean " + dcmtool::quoted(meant) + "?");
+            return inQuotes(name) + " is not an option" +
+                   (meant.empty() ? "" : "; did you mean " + inQuotes(meant) + "?");
         }
         if (take(commands, "FILE"))
-            return dcmtool::quoted(extra) + " is not expected; the command reads one file";
+            return inQuotes(extra) + " is not expected; the command reads one file";
         if (take(commands, "--file") && looksLikeFile(extra))
-            return dcmtool::quoted(extra) + " is not expected; a file is named with -f: " + lineWith("-f ", extra);
+            return inQuotes(extra) + " is not expected; a file is named with -f: " + lineWith("-f ", extra);
         if (!commands.empty() && !commands.back()->commands.empty())
             return unknownWord(extra, "command", namesOf(commands.back()->commands));
-        return dcmtool::quoted(extra) + " is not expected";
+        return inQuotes(extra) + " is not expected";
     }
 
     std::vector<Command> commands_;
@@ -424,8 +424,8 @@ std::string unknownWord(const std::string &written, const std::string &what, con
                         const std::string &list)
 {
     const std::string meant = nearest(written, words);
-    return dcmtool::quoted(written) + " is not a valid " + what + "; " +
-           (!meant.empty()  ? "did you mean " + dcmtool::quoted(meant) + "?"
+    return inQuotes(written) + " is not a valid " + what + "; " +
+           (!meant.empty()  ? "did you mean " + inQuotes(meant) + "?"
             : !list.empty() ? "'" + list + "' lists them all"
                             : "expected " + listed(words));
 }

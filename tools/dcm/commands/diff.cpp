@@ -37,7 +37,7 @@ FieldFilter filterOf(const std::vector<std::string> &lists)
     try {
         return FieldFilter(std::move(names));
     } catch (const std::invalid_argument &unknown) {
-        throw UsageError(std::string("no record has a field ") + quoted(unknown.what()) + " (dcm.h has the names)");
+        throw UsageError(std::string("no record has a field ") + inQuotes(unknown.what()) + " (dcm.h has the names)");
     }
 }
 
@@ -140,7 +140,7 @@ Command gitSetupCommand()
         // The pattern is a word of a line of attributes, in single quotes.
         if (pattern->empty() || printable(*pattern) != *pattern ||
             pattern->find_first_of(" '\"\\") != std::string::npos)
-            throw UsageError("PATTERN has blanks, quotes or backslashes: " + quoted(*pattern));
+            throw UsageError("PATTERN has blanks, quotes or backslashes: " + inQuotes(*pattern));
         const std::string text =
             "git config diff.dcm.command 'dcm diff --git-driver' && echo '" + *pattern +
             " diff=dcm' >> \"$(git rev-parse --git-path info/attributes)\"\n"

@@ -49,12 +49,12 @@ std::vector<Ports> portsOf(const std::string &list, size_t most)
         const size_t cross = item.find('x');
         uint32_t number = 0;
         if (cross == std::string::npos || !readNumber(item.substr(0, cross), number) || number == 0)
-            throw UsageError(quoted(item) + " is not a valid number of ports; expected as in 24x10ge");
+            throw UsageError(inQuotes(item) + " is not a valid number of ports; expected as in 24x10ge");
         const std::string phyType = item.substr(cross + 1);
         if (!isWord(phyType.c_str(), dcm::kPhyTypeWords))
             refuseWord(phyType, "PHY type", phyTypes, "dcm words phy-type");
         if (number > most - count)
-            throw UsageError(quoted(list) + " are too many ports; expected at most " + std::to_string(most));
+            throw UsageError(inQuotes(list) + " are too many ports; expected at most " + std::to_string(most));
         all.push_back({count + 1, count + number, phyType});
         count += number;
     }
@@ -365,9 +365,9 @@ void refuseName(const std::string &name)
 {
     constexpr size_t kMost = DCM_CARD_NAME_SIZE - 1;
     if (printable(name) != name)
-        throw UsageError(quoted(name) + " is not a valid name; expected text in UTF-8 without control characters");
+        throw UsageError(inQuotes(name) + " is not a valid name; expected text in UTF-8 without control characters");
     if (name.size() > kMost)
-        throw UsageError(quoted(name) + " is too long a name; expected at most " + std::to_string(kMost) + " bytes");
+        throw UsageError(inQuotes(name) + " is too long a name; expected at most " + std::to_string(kMost) + " bytes");
 }
 
 std::string skeletonOf(const Options &options)

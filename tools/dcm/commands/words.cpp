@@ -43,7 +43,7 @@ std::vector<Entry> entriesOf(const dcm::Vocabulary &words)
         const dcm::Word &row = words.words[i];
         const char *printed = dcm::printWord(words, row.value);
         const bool isSame = std::strcmp(printed, row.word) == 0;
-        entries.push_back({row.word, row.value, isSame ? "" : "reports print " + quoted(printed),
+        entries.push_back({row.word, row.value, isSame ? "" : "reports print " + inQuotes(printed),
                            row.direction == dcm::Direction::prints});
     }
     return entries;

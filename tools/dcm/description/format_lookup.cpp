@@ -55,6 +55,22 @@ const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind)
     return nullptr;
 }
 
+std::vector<std::string> childNames(const dcm::Element &format)
+{
+    std::vector<std::string> names;
+    for (size_t i = 0; i < format.childCount; i++)
+        names.emplace_back(format.children[i].name);
+    return names;
+}
+
+std::vector<std::string> attributeNames(const dcm::Element &format)
+{
+    std::vector<std::string> names;
+    for (size_t i = 0; i < format.attributeCount; i++)
+        names.emplace_back(format.attributes[i].name);
+    return names;
+}
+
 const dcm::Attribute *idAttribute(const dcm::Element &format)
 {
     const dcm::Attribute *id = findAttribute(format, dcm::Kind::id);

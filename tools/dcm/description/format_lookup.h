@@ -7,6 +7,7 @@
 #include "tools/dcm/description/description_file.h"
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 namespace dcmtool {
@@ -20,6 +21,9 @@ size_t findRow(const dcm::Element &format, const char *name, size_t from = 0);
 // An attribute, by its name, or the first one of a kind; nullptr if there is none.
 const dcm::Attribute *findAttribute(const dcm::Element &format, const char *name);
 const dcm::Attribute *findAttribute(const dcm::Element &format, dcm::Kind kind);
+
+std::vector<std::string> childNames(const dcm::Element &format);
+std::vector<std::string> attributeNames(const dcm::Element &format);
 
 // The attribute that identifies an element among its siblings, an id or a list of ids; nullptr if there is none.
 const dcm::Attribute *idAttribute(const dcm::Element &format);

@@ -64,4 +64,12 @@ bool isLedName(const LedName &name)
            isWord(name.attach.c_str(), dcm::kEttAttachWords) && isPlace(name.slot) && isPlace(name.card);
 }
 
+bool isDefaultState(const char *state)
+{
+    for (uint32_t type = 0; type < dcm::kLedTypeWords.count; type++)
+        if (const dcm::Vocabulary *states = dcm::ledStateWords(type))
+            return rowOf(*states, state) == 0;
+    return false;
+}
+
 } // namespace dcmtool

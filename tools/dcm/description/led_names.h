@@ -33,6 +33,9 @@ bool isPlace(const std::string &text);
 // Whether each part of it can be read.
 bool isLedName(const LedName &name);
 
+// Each table of states begins with the same default, which LEDs without a table have, too.
+bool isDefaultState(const char *state);
+
 } // namespace dcmtool
 
 #endif

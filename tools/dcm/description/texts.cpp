@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
+#include <tuple>
+#include <utility>
 
 namespace dcmtool {
 
@@ -16,7 +19,7 @@ std::string shortened(std::string_view text, size_t most)
     return std::string(text.substr(0, most)) + "...";
 }
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     return "'" + shortened(text) + "'";
 }
@@ -57,6 +60,52 @@ std::string plain(const std::string &text)
 }
 
 constexpr size_t kLongestWord = 64;
+constexpr size_t kShortestStart = 3; // of a word, that cannot be many others
+
+// How far a word is from what was written: of two at the same distance, the one whose marks are the same is nearer.
+struct Distance {
+    size_t letters;
+    size_t all;
+
+    bool operator<(const Distance &other) const { return std::tie(letters, all) < std::tie(other.letters, other.all); }
+};
+
+bool isStart(const std::string &start, const std::string &word)
+{
+    return start.size() >= kShortestStart && word.compare(0, start.size(), start) == 0;
+}
+
+// An abbreviation is one letter away, one in the plural two.
+size_t lettersAway(const std::string &letters, const std::string &word)
+{
+    const size_t away = distance(letters, word);
+    if (isStart(letters, word))
+        return std::min<size_t>(away, 1);
+    if (letters.size() > 1 && letters.back() == 's' && isStart(letters.substr(0, letters.size() - 1), word))
+        return std::min<size_t>(away, 2);
+    return away;
+}
+
+Distance distanceOf(const std::string &written, const std::string &letters, const std::string &word)
+{
+    return {lettersAway(letters, plain(word)), distance(written, word)};
+}
+
+bool isOneOf(const std::string &text, std::initializer_list<const char *> words)
+{
+    return std::any_of(words.begin(), words.end(), [&](const char *word) { return text == word; });
+}
+
+// What people write for "yes" and "no"; empty when it is something else, or neither is among the words.
+std::string yesOrNo(const std::string &letters, const std::vector<std::string> &words)
+{
+    std::string meant;
+    if (isOneOf(letters, {"1", "true", "on", "y", "enable", "enabled"}))
+        meant = "yes";
+    else if (isOneOf(letters, {"0", "false", "off", "n", "disable", "disabled"}))
+        meant = "no";
+    return std::find(words.begin(), words.end(), meant) != words.end() ? meant : "";
+}
 
 } // namespace
 
@@ -65,16 +114,43 @@ std::string nearest(const std::string &written, const std::vector<std::string> &
     if (written.empty() || written.size() > kLongestWord)
         return "";
     const std::string letters = plain(written);
-    size_t least = letters.size() / 3 + 1;
+    if (std::string meant = yesOrNo(letters, words); !meant.empty())
+        return meant;
+    const size_t most = letters.size() / 3 + 1;
+    Distance least = {SIZE_MAX, SIZE_MAX};
     std::string found;
     for (const std::string &word : words) {
-        const size_t away = word == written ? SIZE_MAX : distance(letters, plain(word));
-        if (away < least || (away == least && found.empty() && away < letters.size())) {
+        if (word == written)
+            continue;
+        const Distance away = distanceOf(written, letters, word);
+        if (away < least && (away.letters < most || (away.letters == most && away.letters < letters.size()))) {
             least = away;
             found = word;
         }
     }
     return found;
+}
+
+std::vector<std::string> nearestFirst(const std::string &written, std::vector<std::string> words)
+{
+    if (written.empty() || written.size() > kLongestWord)
+        return words;
+    const std::string letters = plain(written);
+    std::vector<std::pair<Distance, std::string>> ranked;
+    for (std::string &word : words) {
+        Distance away = distanceOf(written, letters, word);
+        if (letters.size() >= kShortestStart && plain(word).find(letters) != std::string::npos)
+            away.letters = std::min<size_t>(away.letters, 2);
+        ranked.emplace_back(away, std::move(word));
+    }
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const auto &one, const auto &other) { return one.first < other.first; });
+    std::transform(ranked.begin(), ranked.end(), words.begin(), [](auto &rank) { return std::move(rank.second); });
+    // What has been found to be meant is first.
+    const auto meant = std::find(words.begin(), words.end(), nearest(written, words));
+    if (meant != words.end())
+        std::rotate(words.begin(), meant, meant + 1);
+    return words;
 }
 
 bool isOnlyOneNear(const std::string &written, const std::string &word, const std::vector<std::string> &words)

@@ -14,11 +14,13 @@ namespace dcmtool {
 constexpr size_t kMostShown = 80;
 std::string shortened(std::string_view text, size_t most = kMostShown);
 // Such a text as a value, and as the name of an element or attribute.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
 std::string quotedName(std::string_view name);
 
 // The nearest of some words; empty if none is near.
 std::string nearest(const std::string &written, const std::vector<std::string> &words);
+// All of them, the nearest first.
+std::vector<std::string> nearestFirst(const std::string &written, std::vector<std::string> words);
 
 // Whether the word is nearer than all others, and so near that no other can be meant.
 bool isOnlyOneNear(const std::string &written, const std::string &word, const std::vector<std::string> &words);

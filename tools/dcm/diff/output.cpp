@@ -52,7 +52,7 @@ std::string valueText(const FieldValue &value)
     if (value.field().kind == FieldKind::record)
         return identityText(value.record());
     if (value.field().kind == FieldKind::text)
-        return quoted(value.text());
+        return inQuotes(value.text());
     const std::string words = shortened(value.words());
     const std::string unit = value.field().unit;
     return words.empty() ? "(none)" : unit.empty() ? words : words + " " + unit;

@@ -4,10 +4,14 @@
 #include "led/led.h"
 #include "tools/dcm/description/format_lookup.h"
 #include "tools/dcm/description/led_names.h"
+#include "tools/dcm/description/texts.h"
+
+#include <libxml/tree.h>
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <optional>
 
 namespace dcmtool {
 
@@ -119,66 +123,149 @@ uint32_t ledKey(const char *type, uint32_t id)
     return static_cast<uint32_t>(rowOf(dcm::kLedTypeWords, type)) * kLedIds + id;
 }
 
+// The attribute of an element, or the one that is probably a misspelling of it.
+dcm::Text probableAttribute(Node element, const dcm::Element &format, const char *name, size_t &left, bool &isMisspelt)
+{
+    dcm::Text text = dcm::Text::attribute(element, name, {"dcm"});
+    if (text)
+        return text;
+    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next) {
+        const char *written = reinterpret_cast<const char *>(attribute->name);
+        if (findAttribute(format, written) != nullptr || left == 0)
+            continue;
+        left--;
+        if (nearest(written, attributeNames(format)) != name)
+            continue;
+        isMisspelt = true;
+        return dcm::Text::attribute(element, written, {"dcm"});
+    }
+    return text;
+}
+
+// Whether an id says what it seems to say.
+bool isReadable(const char *text, const dcm::Content &content)
+{
+    if (content.kind == Kind::bitList) {
+        uint8_t bits[DCM_PANEL_IF_MAX / 8] = {};
+        return dcmStr2BitList(text, 1, static_cast<uint32_t>(content.limit), bits, sizeof bits) == 0;
+    }
+    const char *end = nullptr;
+    const uint32_t number = dcm::readNumber(text, &end);
+    const bool isOctal = text[0] == '0' && text[1] >= '0' && text[1] <= '7';
+    return *end == '\0' && end != text && !isOctal && (content.limit == 0 || number <= content.limit);
+}
+
 } // namespace
 
 class TargetIndex::Builder {
 public:
-    Builder(Entries &entries, const DescribedType &type) : entries_(entries), type_(type)
+    Builder(Entries &entries, const DescribedType &type) : entries_(entries), type_(type) {}
+
+    // `faulty` is the element around that the format does not know; nullptr when there is none.
+    void add(Node faulty)
     {
-        if (type.kind == RecordKind::card)
-            add(Target::cardType, nullptr, type.typeIds.front(), type.element);
-        visit(type.element, rowOf(type.kind));
+        const dcm::NamedElement &row = rowOf(type_.kind);
+        if (type_.kind == RecordKind::card)
+            addCard(row, faulty);
+        visit(type_.element, row, faulty);
     }
 
 private:
-    void add(Target target, Node scope, uint32_t key, Node element)
+    void add(Target target, Node scope, uint32_t key, Node element, Node faulty)
     {
-        std::vector<Node> &elements = entries_[{target, scope, key}];
+        if (faulty != nullptr) {
+            entries_.misspelt.emplace(Key(target, scope, key), faulty);
+            return;
+        }
+        std::vector<Node> &elements = entries_.described[{target, scope, key}];
         if (elements.size() < kMostTargets)
             elements.push_back(element);
     }
 
-    void addIds(Target target, Node element, const dcm::NamedElement &row)
+    void addUnreadable(Target target, Node scope, Node faulty)
     {
-        for (const uint32_t id : idsOf(element, *row.element)) {
-            add(target, type_.element, id, element);
-            if (target == Target::fanController || target == Target::slot)
-                add(target, nullptr, id, element);
+        entries_.unreadable.emplace(std::pair(target, scope), faulty);
+    }
+
+    void addCard(const dcm::NamedElement &row, Node faulty)
+    {
+        bool isMisspelt = false;
+        const dcm::Text text = probableAttribute(type_.element, *row.element, row.element->attributes[0].name,
+                                                 entries_.comparisonsLeft, isMisspelt);
+        if (!text || !isReadable(text.c_str(), row.element->attributes[0].content))
+            addUnreadable(Target::cardType, nullptr, faulty != nullptr ? faulty : type_.element);
+        else if (faulty != nullptr || isMisspelt)
+            add(Target::cardType, nullptr, dcm::readNumber(text.c_str()), type_.element,
+                faulty != nullptr ? faulty : type_.element);
+        if (faulty == nullptr)
+            add(Target::cardType, nullptr, type_.typeIds.front(), type_.element, nullptr);
+    }
+
+    void addIds(Target target, Node element, const dcm::NamedElement &row, Node faulty)
+    {
+        const dcm::Attribute *id = idAttribute(*row.element);
+        bool isMisspelt = false;
+        const dcm::Text text = probableAttribute(element, *row.element, id->name, entries_.comparisonsLeft, isMisspelt);
+        const Node cause = faulty != nullptr ? faulty : isMisspelt ? element : nullptr;
+        const bool isEverywhere = target == Target::fanController || target == Target::slot;
+        bool isFaulty = !text || !isReadable(text.c_str(), id->content);
+        for (const uint32_t number : text ? idsOf(text.c_str(), id->content) : std::vector<uint32_t>()) {
+            isFaulty = isFaulty || entries_.described.count({target, type_.element, number}) != 0;
+            add(target, type_.element, number, element, cause);
+            if (isEverywhere)
+                add(target, nullptr, number, element, cause);
         }
+        // Of two with one id, either was meant to have another.
+        if (!isFaulty)
+            return;
+        addUnreadable(target, type_.element, cause != nullptr ? cause : element);
+        if (isEverywhere)
+            addUnreadable(target, nullptr, cause != nullptr ? cause : element);
     }
 
     // An LED is one of its holder, and one of all frames or cards.
-    void addLed(Node led, const dcm::NamedElement &row)
+    void addLed(Node led, const dcm::NamedElement &row, Node faulty)
     {
         const dcm::Attribute *type = findAttribute(*row.element, Kind::keyword);
-        const dcm::Text text = dcm::Text::attribute(led, type->name, {"dcm"});
-        if (!text || !isWord(text.c_str(), dcm::kLedTypeWords))
-            return;
+        const dcm::Attribute *id = idAttribute(*row.element);
+        bool isMisspelt = false;
+        const dcm::Text typeText =
+            probableAttribute(led, *row.element, type->name, entries_.comparisonsLeft, isMisspelt);
+        const dcm::Text idText = probableAttribute(led, *row.element, id->name, entries_.comparisonsLeft, isMisspelt);
         const Node holder = led->parent->parent;
-        for (const uint32_t id : idsOf(led, *row.element)) {
-            add(Target::led, holder, ledKey(text.c_str(), id), led);
+        const bool isKnown = typeText && isWord(typeText.c_str(), dcm::kLedTypeWords);
+        if (!isKnown || !idText || !isReadable(idText.c_str(), id->content)) {
+            addUnreadable(Target::led, holder, faulty != nullptr ? faulty : led);
+            addUnreadable(Target::led, nullptr, faulty != nullptr ? faulty : led);
+        }
+        if (!isKnown || !idText)
+            return;
+        const Node cause = faulty != nullptr ? faulty : isMisspelt ? led : nullptr;
+        for (const uint32_t number : idsOf(idText.c_str(), id->content)) {
+            const uint32_t key = ledKey(typeText.c_str(), number);
+            add(Target::led, holder, key, led, cause);
             if (holder == type_.element)
-                add(Target::led, nullptr, anywhereKey(type_.kind, ledKey(text.c_str(), id)), led);
+                add(Target::led, nullptr, anywhereKey(type_.kind, key), led, cause);
         }
     }
 
-    void visit(Node element, const dcm::NamedElement &row)
+    void visit(Node element, const dcm::NamedElement &row, Node faulty)
     {
         switch (row.role()) {
         case Role::slotRules:
-            addIds(Target::slot, element, row);
+            addIds(Target::slot, element, row, faulty);
             break;
         case Role::fanController:
-            addIds(Target::fanController, element, row);
+            addIds(Target::fanController, element, row, faulty);
             break;
         case Role::fanModule:
-            addIds(Target::fanModule, element, row);
+            addIds(Target::fanModule, element, row, faulty);
             break;
         case Role::powerSupply:
-            addIds(Target::powerSupply, element, row);
+            addIds(Target::powerSupply, element, row, faulty);
             break;
         case Role::led:
-            addLed(element, row);
+            addLed(element, row, faulty);
             break;
         default:
             break;
@@ -186,9 +273,14 @@ private:
         if (row.element->childCount == 0)
             return;
         for (const Node child : dcm::children(element)) {
-            const size_t i = findRow(*row.element, dcm::nameOf(child));
+            size_t i = findRow(*row.element, dcm::nameOf(child));
+            const bool isKnown = i < row.element->childCount;
+            if (!isKnown && entries_.comparisonsLeft > 0) {
+                entries_.comparisonsLeft--;
+                i = findRow(*row.element, nearest(dcm::nameOf(child), childNames(*row.element)).c_str());
+            }
             if (i < row.element->childCount)
-                visit(child, row.element->children[i]);
+                visit(child, row.element->children[i], faulty != nullptr || isKnown ? faulty : child);
         }
     }
 
@@ -199,16 +291,56 @@ public:
     static uint32_t anywhereKey(RecordKind kind, uint32_t key) { return key << 2U | static_cast<uint32_t>(kind); }
 };
 
+namespace {
+
+// Frames, slots and cards whose names are misspelt.
+std::vector<DescribedType> misspeltTypes(Node root, size_t &left)
+{
+    std::vector<DescribedType> types;
+    std::vector<std::string> names;
+    for (const dcm::NamedElement &child : deviceChildren())
+        names.emplace_back(child.name);
+    for (const Node child : dcm::children(root)) {
+        if (formatRowOf(child) != nullptr || left == 0)
+            continue;
+        left--;
+        const auto found = std::find(names.begin(), names.end(), nearest(dcm::nameOf(child), names));
+        if (found != names.end())
+            types.push_back({static_cast<RecordKind>(found - names.begin()), child, {}, 0});
+    }
+    return types;
+}
+
+} // namespace
+
+const TargetIndex::Entries &TargetIndex::entries() const
+{
+    if (isBuilt_)
+        return entries_;
+    isBuilt_ = true;
+    for (const DescribedType &type : types_)
+        Builder(entries_, type).add(nullptr);
+    const Node root = types_.empty() ? nullptr : types_.front().element->parent;
+    if (root != nullptr && root->type == XML_ELEMENT_NODE)
+        for (const DescribedType &type : misspeltTypes(root, entries_.comparisonsLeft))
+            Builder(entries_, type).add(type.element);
+    return entries_;
+}
+
 const std::vector<Node> &TargetIndex::elementsOf(const Key &key) const
 {
     static const std::vector<Node> none;
-    if (!isBuilt_) {
-        isBuilt_ = true;
-        for (const DescribedType &type : types_)
-            Builder(entries_, type);
-    }
-    const auto found = entries_.find(key);
-    return found != entries_.end() ? found->second : none;
+    const auto found = entries().described.find(key);
+    return found != entries().described.end() ? found->second : none;
+}
+
+Node TargetIndex::faultyAt(const Key &key) const
+{
+    const auto misspelt = entries().misspelt.find(key);
+    if (misspelt != entries().misspelt.end())
+        return misspelt->second;
+    const auto unreadable = entries().unreadable.find({std::get<Target>(key), std::get<Node>(key)});
+    return unreadable != entries().unreadable.end() ? unreadable->second : nullptr;
 }
 
 namespace {
@@ -228,10 +360,31 @@ const std::vector<Node> &TargetIndex::find(const Relation &relation, const Descr
     return elementsOf({relation.target, scopeOf(relation, type), number});
 }
 
+Node TargetIndex::findFaulty(const Relation &relation, const DescribedType &type, uint32_t number) const
+{
+    return faultyAt({relation.target, scopeOf(relation, type), number});
+}
+
 bool TargetIndex::has(const Relation &relation, const DescribedType &type, uint32_t number) const
 {
     return !find(relation, type, number).empty();
 }
+
+namespace {
+
+// The frames or cards that may have the LED; none when it is one of the holder.
+std::optional<RecordKind> kindOfOthers(const LedName &led)
+{
+    if (!isSmallNumber(led.slot))
+        return std::nullopt;
+    if (led.attach == gDcmEttAttachStrs[dcm::kAttachSys])
+        return RecordKind::frame;
+    if (led.attach == gDcmEttAttachStrs[dcm::kAttachCard])
+        return RecordKind::card;
+    return std::nullopt;
+}
+
+} // namespace
 
 std::vector<Node> TargetIndex::findLeds(const char *name, Node holder) const
 {
@@ -240,13 +393,19 @@ std::vector<Node> TargetIndex::findLeds(const char *name, Node holder) const
         return {};
     const uint32_t key = ledKey(led.type.c_str(), smallNumber(led.id));
     std::vector<Node> leds = elementsOf({Target::led, holder, key});
-    const bool isOfSystem = led.attach == gDcmEttAttachStrs[dcm::kAttachSys];
-    const bool isOfCard = led.attach == gDcmEttAttachStrs[dcm::kAttachCard];
-    // Without the number of another slot, it is one of the holder.
-    if (!leds.empty() || !isSmallNumber(led.slot) || (!isOfSystem && !isOfCard))
-        return leds;
-    const RecordKind kind = isOfSystem ? RecordKind::frame : RecordKind::card;
-    return elementsOf({Target::led, nullptr, Builder::anywhereKey(kind, key)});
+    const std::optional<RecordKind> others = kindOfOthers(led);
+    return leds.empty() && others ? elementsOf({Target::led, nullptr, Builder::anywhereKey(*others, key)}) : leds;
+}
+
+Node TargetIndex::findFaultyLed(const char *name, Node holder) const
+{
+    const LedName led = splitName(name);
+    if (!isLedName(led))
+        return nullptr;
+    const uint32_t key = ledKey(led.type.c_str(), smallNumber(led.id));
+    const Node faulty = faultyAt({Target::led, holder, key});
+    const std::optional<RecordKind> others = kindOfOthers(led);
+    return faulty == nullptr && others ? faultyAt({Target::led, nullptr, Builder::anywhereKey(*others, key)}) : faulty;
 }
 
 // ---- References -----------------------------------------------------------------------------------------------------

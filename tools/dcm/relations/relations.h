@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace dcmtool {
@@ -55,14 +56,25 @@ public:
     bool has(const Relation &relation, const DescribedType &type, uint32_t number) const;
     // The LEDs of a name; `holder` is the element whose LED map names them.
     std::vector<Node> findLeds(const char *name, Node holder) const;
+    // Of a number or name that nothing has: the faulty element that was probably meant to have it. Its name, or that of
+    // an element around it, is misspelt, or its id cannot be read. nullptr when there is none.
+    Node findFaulty(const Relation &relation, const DescribedType &type, uint32_t number) const;
+    Node findFaultyLed(const char *name, Node holder) const;
 
 private:
     // Target, the element in which it is looked for (nullptr: anywhere), and its number.
     using Key = std::tuple<Target, Node, uint32_t>;
-    using Entries = std::map<Key, std::vector<Node>>;
+    struct Entries {
+        std::map<Key, std::vector<Node>> described;
+        std::map<Key, Node> misspelt;
+        std::map<std::pair<Target, Node>, Node> unreadable; // may have any number
+        size_t comparisonsLeft = 1000;                      // of unknown names with those of the format
+    };
     class Builder;
 
+    const Entries &entries() const;
     const std::vector<Node> &elementsOf(const Key &key) const;
+    Node faultyAt(const Key &key) const;
 
     const std::vector<DescribedType> &types_;
     mutable Entries entries_;

@@ -1,18 +1,18 @@
 #include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/rule.h"
 
-#include <cinttypes>
-#include <cstdio>
-
 namespace dcmtool {
 
 namespace {
 
-std::string hex(uint32_t number)
+// The type that was meant by one whose digits are hexadecimal, and do not say so; empty when there is none.
+std::string meantType(const Value &value, const Relation &relation, uint32_t type)
 {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%" PRIx32, number);
-    return text;
+    const std::string digits = "0x" + std::to_string(type);
+    const CheckedType &checked = value.context.type;
+    const bool isThere =
+        checked.declarations.targets().has(relation, checked.described, dcm::readNumber(digits.c_str()));
+    return isThere && std::string(value.text).find(digits) == std::string::npos ? digits : "";
 }
 
 void cardNotDescribed(const Value &value, Findings &findings)
@@ -22,22 +22,24 @@ void cardNotDescribed(const Value &value, Findings &findings)
     if (relation == nullptr || !value.context.type.declarations.has(RecordKind::card))
         return;
     constexpr size_t kShown = 24;
-    std::string unknown;
-    size_t count = 0;
-    for (const uint32_t type : namedButNotDescribed(value, *relation))
-        if (count++ < kShown)
-            unknown += (count == 1 ? "" : ", ") + hex(type);
-    if (count > kShown)
-        unknown += " and " + std::to_string(count - kShown) + " more";
-    if (count != 0)
-        findings.at(value, std::string(count == 1 ? "card type " : "card types ") + unknown +
-                               (count == 1 ? " is" : " are") +
-                               " not described in this file: such a card is let in and then nothing is known of it");
+    const std::vector<uint32_t> types = namedButNotDescribed(value, *relation, findings);
+    if (types.empty())
+        return;
+    std::string unknown = types.size() == 1 ? "card type " : "card types ";
+    for (size_t i = 0; i < types.size() && i < kShown; i++)
+        unknown += (i == 0 ? "" : ", ") + hexadecimal(types[i]);
+    if (types.size() > kShown)
+        unknown += " and " + std::to_string(types.size() - kShown) + " more";
+    atNumbers(value, types,
+              unknown + (types.size() == 1 ? " is" : " are") +
+                  " not described in this file: the slot accepts such a card, but no query finds it",
+              findings)
+        .meaning(meantType(value, *relation, types.front()));
 }
 
 } // namespace
 
 extern constexpr Rule kCardNotDescribed = {"card-not-described", Severity::warning,
-                                           onValues(cardNotDescribed, kindsOf(Kind::numberList))};
+                                           onValues(cardNotDescribed, kindsOf(Kind::numberList)).unlessFaulty()};
 
 } // namespace dcmtool

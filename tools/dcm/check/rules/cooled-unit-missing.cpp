@@ -12,15 +12,17 @@ void cooledUnitMissing(const Value &value, Findings &findings)
         relation != nullptr && (relation->target == Target::powerSupply || relation->target == Target::fanModule);
     if (!isOfUnits || value.context.type.frame == nullptr)
         return;
-    const std::vector<uint32_t> units = namedButNotDescribed(value, *relation);
+    const std::vector<uint32_t> units = namedButNotDescribed(value, *relation, findings);
     if (!units.empty())
-        findings.at(value, numbered(relation->what, units) +
-                               " not described in this frame: the controller cools what is not there");
+        atNumbers(value, units,
+                  numbered(relation->what, units) +
+                      " not described in this frame: the controller cools what is not there",
+                  findings);
 }
 
 } // namespace
 
 extern constexpr Rule kCooledUnitMissing = {"cooled-unit-missing", Severity::warning,
-                                            onValues(cooledUnitMissing, kindsOf(Kind::bitList))};
+                                            onValues(cooledUnitMissing, kindsOf(Kind::bitList)).unlessFaulty()};
 
 } // namespace dcmtool

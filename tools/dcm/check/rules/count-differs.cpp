@@ -1,3 +1,4 @@
+#include "tools/dcm/check/number_reading.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
@@ -16,24 +17,39 @@ const dcm::Attribute *countOf(const Context &context)
     return findAttribute(*context.format, dcm::Kind::count);
 }
 
-// Counts entries, which go by their ids, and by their types where each type counts for itself.
+// Whether a list of ids is read to its end; what cannot be read is reported as such.
+bool isReadable(const char *text, const dcm::Content &content)
+{
+    if (content.kind == Kind::bitList) {
+        uint8_t bits[DCM_PANEL_IF_MAX / 8] = {};
+        return dcmStr2BitList(text, 1, static_cast<uint32_t>(content.limit), bits, sizeof bits) == 0;
+    }
+    const Reading reading = readingOf(text);
+    return reading.isNumber && reading.tail.empty();
+}
+
+// Counts entries, which are identified by their ids, and by their types where each type counts for itself.
 class Entries {
 public:
     void add(Node node, const dcm::Element &format)
     {
         const dcm::Attribute *id = idAttribute(format);
-        if (id == nullptr || !dcm::Text::attribute(node, id->name, {"dcm"})) {
+        const dcm::Text idText = dcm::Text::attribute(node, id != nullptr ? id->name : "", {"dcm"});
+        if (!idText) {
             withoutId_++;
+            isFaulty_ = isFaulty_ || id != nullptr;
             return;
         }
+        isFaulty_ = isFaulty_ || !isReadable(idText.c_str(), id->content);
         const dcm::Attribute *type = findAttribute(format, dcm::Kind::keyword);
         const dcm::Text typeText = dcm::Text::attribute(node, type != nullptr ? type->name : "", {"dcm"});
         Ids &ids = typed_[typeText ? typeText.c_str() : ""];
-        for (const uint32_t number : idsOf(node, format)) {
+        for (const uint32_t number : idsOf(idText.c_str(), id->content)) {
+            const bool isNew = number < ids.small.size() ? !ids.small[number] : ids.large.insert(number).second;
             if (number < ids.small.size())
                 ids.small[number] = true;
-            else
-                ids.large.insert(number);
+            if (!isNew && repeated_ == nullptr)
+                repeated_ = node;
         }
     }
     size_t count() const
@@ -43,6 +59,10 @@ public:
             count += ids.small.count() + ids.large.size();
         return count;
     }
+    // Whether an entry has no id, or one that cannot be read.
+    bool isFaulty() const { return isFaulty_; }
+    // The first entry that has the id of another.
+    Node repeated() const { return repeated_; }
 
 private:
     struct Ids {
@@ -51,7 +71,19 @@ private:
     };
     std::map<std::string, Ids> typed_;
     size_t withoutId_ = 0;
+    bool isFaulty_ = false;
+    Node repeated_ = nullptr;
 };
+
+// Whether an element that the format does not know is probably an entry whose name is misspelt.
+bool hasMisspelt(const Context &context)
+{
+    for (const Node child : dcm::children(context.node))
+        if (findRow(*context.format, dcm::nameOf(child)) == context.format->childCount &&
+            !nearest(dcm::nameOf(child), childNames(*context.format)).empty())
+            return true;
+    return false;
+}
 
 void countDiffers(const Context &context, Findings &findings)
 {
@@ -66,17 +98,26 @@ void countDiffers(const Context &context, Findings &findings)
         entries.add(child.node, *context.rowOf(child).element);
     const size_t count = entries.count();
     const uint32_t announced = text.number();
-    if (count == announced)
+    if (count == announced || (count < announced && (entries.isFaulty() || hasMisspelt(context))))
         return;
+    if (count < announced && entries.repeated() != nullptr) {
+        const dcm::Element &format = *formatOf(entries.repeated());
+        findings
+            .atValue(entries.repeated(), idAttribute(format)->name,
+                     "the id of another entry: " + std::to_string(announced) + " are announced, but only " +
+                         std::to_string(count) + " have an id of their own; the others stay empty")
+            .noting(findings.file().valueSpan(context.node, num->name), "announced here");
+        return;
+    }
     findings.atValue(context.node, num->name,
                      std::to_string(announced) + (announced == 1 ? " entry is" : " entries are") + " announced, but " +
                          std::to_string(count) + (count == 1 ? " is" : " are") + " described: " +
-                         (count < announced ? "the others stay empty and count all the same"
-                                            : "what is not announced is passed over or not looked at"));
+                         (count < announced ? "the others stay empty and are counted"
+                                            : "entries that are not announced are ignored"));
 }
 
 } // namespace
 
-extern constexpr Rule kCountDiffers = {"count-differs", Severity::warning, onElements(countDiffers)};
+extern constexpr Rule kCountDiffers = {"count-differs", Severity::warning, onElements(countDiffers).unlessFaulty()};
 
 } // namespace dcmtool

@@ -36,16 +36,18 @@ void fanCount(const Context &module, Findings &findings)
                                                 [](const DcmFanInfo &fan) { return fan.id != 0; });
         if (record.id == 0 || described >= std::min<int64_t>(record.fanNum, DCM_FAN_MAX))
             continue;
-        findings.atContent(count->node, std::to_string(record.fanNum) + (record.fanNum == 1 ? " fan is" : " fans are") +
-                                            " announced, but " + std::to_string(described) +
-                                            (described == 1 ? " is" : " are") +
-                                            " described: the others have no controller");
+        findings
+            .atContent(count->node, std::to_string(record.fanNum) + (record.fanNum == 1 ? " fan is" : " fans are") +
+                                        " announced, but " + std::to_string(described) +
+                                        (described == 1 ? " is" : " are") + " described: the others have no controller")
+            .concerning(module.node);
         return;
     }
 }
 
 } // namespace
 
-extern constexpr Rule kFanCount = {"fan-count", Severity::warning, onElements(fanCount, Role::fanModule)};
+extern constexpr Rule kFanCount = {"fan-count", Severity::warning,
+                                   onElements(fanCount, Role::fanModule).unlessFaultyInside()};
 
 } // namespace dcmtool

@@ -1,3 +1,4 @@
+#include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
@@ -7,9 +8,23 @@ namespace dcmtool {
 
 namespace {
 
-bool isController(const DcmFrameInfo &frame, uint32_t id)
+bool isController(const CheckedType &type, uint32_t id)
 {
-    return id >= 1 && id <= DCM_FAN_CTRL_MAX && frame.fanCtrlInfo[id - 1].id != 0;
+    if (id >= 1 && id <= DCM_FAN_CTRL_MAX && type.frame->fanCtrlInfo[id - 1].id != 0)
+        return true;
+    // One that makes the query fail is not in the record.
+    return type.declarations.targets().has(*relationOf(Role::controllerOfFan, nullptr), type.described, id);
+}
+
+// Whether a controller is missing only because another element is faulty.
+bool isFaulty(const Context &fan, uint32_t id, Findings &findings)
+{
+    const CheckedType &type = fan.type;
+    const Relation &relation = *relationOf(Role::controllerOfFan, nullptr);
+    const Node faulty = type.declarations.targets().findFaulty(relation, type.described, id);
+    if (faulty != nullptr)
+        findings.follow(faulty, fan.node, "this fan is driven by " + shown(relation, id));
+    return faulty != nullptr;
 }
 
 void fanWithoutController(const Context &context, Findings &findings)
@@ -28,7 +43,7 @@ void fanWithoutController(const Context &context, Findings &findings)
             if (module < 1 || module > DCM_FAN_MODULE_MAX || fan < 1 || fan > DCM_FAN_MAX)
                 continue;
             const uint32_t controller = frame->fanModuleInfo[module - 1].fan[fan - 1].fanCtrlId;
-            if (!isController(*frame, controller))
+            if (!isController(context.type, controller) && !isFaulty(context, controller, findings))
                 controllers.push_back(controller);
         }
     std::sort(controllers.begin(), controllers.end());
@@ -36,13 +51,13 @@ void fanWithoutController(const Context &context, Findings &findings)
     if (!controllers.empty())
         atChildOrId(context, {Role::controllerOfFan, Role::controllerOffsetOfFan},
                     numbered("fan controller", controllers) +
-                        " not described in this frame: nobody sets the speed of the fan",
+                        " not described in this frame: nothing sets the speed of the fan",
                     findings);
 }
 
 } // namespace
 
 extern constexpr Rule kFanWithoutController = {"fan-without-controller", Severity::warning,
-                                               onElements(fanWithoutController, Role::fan)};
+                                               onElements(fanWithoutController, Role::fan).unlessFaulty()};
 
 } // namespace dcmtool

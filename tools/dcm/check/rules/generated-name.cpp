@@ -25,8 +25,8 @@ void generatedName(const Context &group, Findings &findings)
         constexpr size_t most = sizeof slot->syncIf[0].ifName - 1;
         if (name.size() <= most)
             continue;
-        findings.atContent(prefix->node, "the name of port " + std::to_string(id) + " would be " + quoted(name) +
-                                             ", and is cut to " + quoted(name.substr(0, most)) + "; expected at most " +
+        findings.atContent(prefix->node, "the name of port " + std::to_string(id) + " would be " + inQuotes(name) +
+                                             ", and is cut to " + inQuotes(name.substr(0, most)) + "; expected at most " +
                                              std::to_string(most) + " bytes");
         return;
     }

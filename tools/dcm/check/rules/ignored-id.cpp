@@ -11,11 +11,13 @@ void ignoredId(const Value &value, Findings &findings)
     if (value.content.kept >= value.content.limit)
         return;
     const BitList list = readBitList(value);
+    std::vector<uint32_t> ignored;
     for (uint32_t bit = value.content.kept; bit < value.content.limit; bit++)
         if (dcm::_dcmBitTest(list.bits, bit) != 0)
-            findings.at(value, std::string(value.context.name) + " " + std::to_string(bit + 1) +
-                                   " is accepted, and nobody looks at it: there are " +
-                                   std::to_string(value.content.kept) + " at most");
+            ignored.push_back(bit + 1);
+    if (!ignored.empty())
+        findings.at(value, numbered(value.context.name, ignored) + " accepted, but ignored: there are at most " +
+                               std::to_string(value.content.kept));
 }
 
 } // namespace

@@ -16,7 +16,7 @@ std::string effectOf(const dcm::Attribute &attribute, Node named)
     if (named == nullptr)
         return "the record has an empty one";
     return "the record has that of " + pathOf(named) + ", " +
-           quoted(dcm::Text::attribute(named, attribute.name, {"dcm"}).c_str());
+           inQuotes(dcm::Text::attribute(named, attribute.name, {"dcm"}).c_str());
 }
 
 bool isZero(Node element)

@@ -50,7 +50,7 @@ void ledDisplayMissing(const Context &source, Findings &findings)
         if (state != states->count && displays->count(state) == 0 && missing.insert(state).second)
             findings
                 .atContent(pair.node,
-                           "the LED has no display for state " + quoted(text.c_str()) + ": it shows something else")
+                           "the LED has no display for state " + inQuotes(text.c_str()) + ": it shows something else")
                 .noting(findings.file().nameSpan(leds.front()), "the LED");
     }
 }

@@ -11,22 +11,22 @@ void ledName(const Value &value, Findings &findings)
     const LedName name = splitName(value.text);
     if (isLedName(name) || findings.counts(value.context.node))
         return;
-    const std::string start = quoted(value.text) + " is no LED name: ";
+    const std::string start = inQuotes(value.text) + " is no LED name: ";
     const std::string end = "; it is reported and the entry counts all the same, partly filled";
     if (!name.isComplete)
         findings.at(value, start + "expected one like 'led-fan-2@sys0/0'" + end);
     else if (!isWord(name.type.c_str(), dcm::kLedTypeWords))
-        findings.at(value, start + quoted(name.type) + " is no type of LED" + end)
+        findings.at(value, start + inQuotes(name.type) + " is no type of LED" + end)
             .meaning(nearest(name.type, wordsOf(dcm::kLedTypeWords)));
     else if (!isSmallNumber(name.id))
-        findings.at(value, start + quoted(name.id) + " is no number up to 255" + end);
+        findings.at(value, start + inQuotes(name.id) + " is no number up to 255" + end);
     else if (!isWord(name.attach.c_str(), dcm::kEttAttachWords))
         findings
-            .at(value, start + quoted(name.attach) + " is nothing to be attached to; expected " +
+            .at(value, start + inQuotes(name.attach) + " is nothing to be attached to; expected " +
                            listed(wordsOf(dcm::kEttAttachWords)) + end)
             .meaning(nearest(name.attach, wordsOf(dcm::kEttAttachWords)));
     else
-        findings.at(value, start + quoted(isPlace(name.slot) ? name.card : name.slot) +
+        findings.at(value, start + inQuotes(isPlace(name.slot) ? name.card : name.slot) +
                                " is neither '#' nor a number up to 255" + end);
 }
 

@@ -121,7 +121,7 @@ void lookAt(const Holder &holder, const Leds &fromElsewhere, Findings &findings)
     forEachLed(holder.node, [&](Node led, const char *id, const Led &which) {
         if (lit.count(which) == 0 && hasStates(which.first))
             findings.atValue(led, id,
-                             "LED " + std::to_string(which.second) + " of type " + quoted(which.first) +
+                             "LED " + std::to_string(which.second) + " of type " + inQuotes(which.first) +
                                  " is in no LED map: it shows its default for ever");
     });
 }

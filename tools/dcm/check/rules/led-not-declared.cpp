@@ -33,7 +33,11 @@ void ledNotDeclared(const Value &value, Findings &findings)
         if ((!isOfSystem && !isOfCard) || isDeclaredAnywhere(declarations, kind, name, id))
             return;
     }
-    findings.at(value, "no LED of type " + quoted(name.type) + " and number " + name.id + " is declared " +
+    if (const Node faulty = declarations.targets().findFaultyLed(value.text, map->parent->node)) {
+        findings.follow(faulty, value, inQuotes(value.text) + " is named here");
+        return;
+    }
+    findings.at(value, "no LED of type " + inQuotes(name.type) + " and number " + name.id + " is declared " +
                            (isOwn        ? "beside this map"
                             : isOfSystem ? "in any frame"
                                          : "in any card") +
@@ -43,6 +47,6 @@ void ledNotDeclared(const Value &value, Findings &findings)
 } // namespace
 
 extern constexpr Rule kLedNotDeclared = {"led-not-declared", Severity::warning,
-                                         onValues(ledNotDeclared, kindsOf(Kind::ledName))};
+                                         onValues(ledNotDeclared, kindsOf(Kind::ledName)).unlessFaulty()};
 
 } // namespace dcmtool

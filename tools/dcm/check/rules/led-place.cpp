@@ -63,15 +63,15 @@ void ledPlace(const Value &value, Findings &findings)
     if (map == nullptr || map->parent == nullptr || !isLedName(name) || findings.counts(value.context.node))
         return;
     const Role holder = map->parent->role;
-    const std::string start = quoted(value.text);
+    const std::string start = inQuotes(value.text);
     if (name.slot.empty())
         findings.at(value,
-                    start + " has no place after " + quoted(name.attach) +
+                    start + " has no place after " + inQuotes(name.attach) +
                         ": the LED is looked for at number 0; expected " +
-                        (name.attach == gDcmEttAttachStrs[dcm::kAttachSys] ? "'sys0/0'" : quoted(name.attach + "#/#")));
+                        (name.attach == gDcmEttAttachStrs[dcm::kAttachSys] ? "'sys0/0'" : inQuotes(name.attach + "#/#")));
     else if (name.slot == "#" && !isOwn(name, holder))
-        findings.at(value, start + " is attached to " + quoted(name.attach) +
-                               ", and '#' is the number of its holder, " + quoted(holderWord(holder)) +
+        findings.at(value, start + " is attached to " + inQuotes(name.attach) +
+                               ", and '#' is the number of its holder, " + inQuotes(holderWord(holder)) +
                                ": the LED is never found");
     else if (isSmallNumber(name.slot) && !isThere(value, name, smallNumber(name.slot)))
         findings.at(value, start + " is attached to " + name.attach + " " + std::to_string(smallNumber(name.slot)) +

@@ -19,7 +19,7 @@ void ledSource(const Value &value, Findings &findings)
     };
     if (text.compare(0, 4, "src-") != 0 || slash == std::string::npos || !isNumber(text.substr(4, slash - 4)) ||
         !isNumber(text.substr(slash + 1)))
-        findings.at(value, quoted(text) + " is no source: the numbers that cannot be read count as 0; expected one "
+        findings.at(value, inQuotes(text) + " is no source: the numbers that cannot be read count as 0; expected one "
                                           "like 'src-3/1'");
 }
 

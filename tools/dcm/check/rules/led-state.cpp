@@ -28,15 +28,6 @@ std::string ledTypeOf(const Value &value)
     return "";
 }
 
-// Each table of states begins with the default.
-bool isDefault(const char *state)
-{
-    for (uint32_t type = 0; type < dcm::kLedTypeWords.count; type++)
-        if (const dcm::Vocabulary *states = dcm::ledStateWords(type))
-            return rowOf(*states, state) == 0;
-    return false;
-}
-
 void ledState(const Value &value, Findings &findings)
 {
     const std::string type = ledTypeOf(value);
@@ -48,14 +39,14 @@ void ledState(const Value &value, Findings &findings)
     const dcm::Vocabulary *states = dcm::ledStateWords(static_cast<uint32_t>(row));
     if (states == nullptr) {
         // What every LED shows by default needs no table.
-        if ((!isDisplay || !isDefault(value.text)) && !findings.counts(value.context.node))
-            findings.at(value, "LEDs of type " + quoted(type) + " have no states, not " + quoted(value.text) + end);
+        if ((!isDisplay || !isDefaultState(value.text)) && !findings.counts(value.context.node))
+            findings.at(value, "LEDs of type " + inQuotes(type) + " have no states, not " + inQuotes(value.text) + end);
         return;
     }
     if (!isWord(value.text, *states) && !findings.counts(value.context.node))
         findings
-            .at(value, quoted(value.text) + " is no state of LEDs of type " + quoted(type) + end + "; expected " +
-                           listed(wordsOf(*states)))
+            .at(value, inQuotes(value.text) + " is not a state of LEDs of type " + inQuotes(type) + end + "; expected " +
+                           listed(nearestFirst(value.text, wordsOf(*states))))
             .meaning(nearest(value.text, wordsOf(*states)));
 }
 

@@ -12,11 +12,13 @@ void bitListFault(const Value &value, Findings &findings)
         return;
     char kept[512];
     dcmBitList2Str(list.bits, sizeof list.bits, kept, sizeof kept - 16);
-    const std::string rest = kept[0] != '\0' ? "only " + quoted(kept) + " counts" : "none of it counts";
+    const std::string rest = kept[0] != '\0' ? "only " + inQuotes(kept) + " counts" : "none of it counts";
     const bool isDropped = value.context.role == Role::sensorControllers;
-    findings.at(value, quoted(value.text) + " is no list of numbers from 1 to " + std::to_string(value.content.limit) +
-                           ", and no query says so: " + (isDropped ? "the sensor has none" : rest) +
-                           "; expected one like '1-3,5', without blanks and leading zeros");
+    const std::string text = inQuotes(value.text) + " is not a list of numbers from 1 to " +
+                             std::to_string(value.content.limit) +
+                             ", and no query reports it: " + (isDropped ? "the sensor has none" : rest) +
+                             "; expected one like '1-3,5', without blanks and leading zeros";
+    findings.atItem(value, faultyItem(value.text, value.content), text);
 }
 
 } // namespace

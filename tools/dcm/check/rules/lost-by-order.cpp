@@ -23,7 +23,7 @@ void lostByOrder(const Context &context, Findings &findings)
         if (isLaser == 0 && isChangeable != 0)
             findings
                 .atName(medium->node, quotedName(dcm::nameOf(medium->node)) + " stands before " +
-                                          quotedName(dcm::nameOf(child.node)) + ", whose " + quoted(laserText.c_str()) +
+                                          quotedName(dcm::nameOf(child.node)) + ", whose " + inQuotes(laserText.c_str()) +
                                           " takes it back; expected behind it")
                 .noting(findings.file().contentSpan(child.node), "takes it back");
     }

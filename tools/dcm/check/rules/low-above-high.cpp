@@ -28,6 +28,6 @@ void lowAboveHigh(const Context &context, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kLowAboveHigh = {"low-above-high", Severity::warning, onElements(lowAboveHigh)};
+extern constexpr Rule kLowAboveHigh = {"low-above-high", Severity::warning, onElements(lowAboveHigh).unlessFaulty()};
 
 } // namespace dcmtool

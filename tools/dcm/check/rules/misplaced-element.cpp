@@ -7,7 +7,7 @@ namespace {
 
 void misplacedElement(const UnknownItem &item, Findings &findings)
 {
-    if (!item.isAttribute && isKnownElsewhere(item))
+    if (!item.isAttribute && isKnownElsewhere(item) && !isForeign(item))
         reportMisplaced(item, findings);
 }
 

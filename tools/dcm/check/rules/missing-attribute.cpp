@@ -1,3 +1,4 @@
+#include "tools/dcm/check/left_out.h"
 #include "tools/dcm/check/rule.h"
 
 namespace dcmtool {
@@ -15,7 +16,7 @@ std::string effectOfMissing(const Context &context, const dcm::Attribute &attrib
     case dcm::Kind::ledName:
         return "it counts as an empty name";
     default:
-        return "the element is passed over";
+        return "the element is ignored";
     }
 }
 
@@ -26,6 +27,8 @@ void missingAttribute(const Context &context, Findings &findings)
         // A frame or card may do without its type; what it describes is then type 0.
         const bool isIdentity = context.parent == nullptr && i == 0;
         if ((attribute.need != dcm::Need::required && !isIdentity) || context.text(attribute.name))
+            continue;
+        if (!lacksAttribute(context.node, *context.format, attribute.name))
             continue;
         findings.atName(context.node,
                         quotedName(attribute.name) + " is missing: " + effectOfMissing(context, attribute));

@@ -41,6 +41,6 @@ void noRoomForCards(const Context &slot, Findings &findings)
 } // namespace
 
 extern constexpr Rule kNoRoomForCards = {"no-room-for-cards", Severity::warning,
-                                         onElements(noRoomForCards, Role::slot, Role::slotRules)};
+                                         onElements(noRoomForCards, Role::slot, Role::slotRules).unlessFaulty()};
 
 } // namespace dcmtool

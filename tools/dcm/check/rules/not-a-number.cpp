@@ -9,10 +9,12 @@ void notANumber(const Value &value, Findings &findings)
 {
     if (isShort(value.text))
         return;
-    forEachNumber(value, [&](const std::string &text) {
-        if (!readingOf(text).isNumber)
-            findings.at(value, (text.empty() ? "nothing" : quoted(text)) + " is no number and counts as 0; " +
-                                   quotedName(value.name()) + " expects one like '10' or '0x0a'");
+    forEachNumber(value, [&](const NumberItem &item) {
+        if (!readingOf(item.text).isNumber)
+            atNumber(value, item,
+                     (item.text.empty() ? "nothing" : inQuotes(item.text)) + " is not a number and counts as 0; " +
+                         quotedName(value.name()) + " expects one like '10' or '0x0a'",
+                     findings);
     });
 }
 

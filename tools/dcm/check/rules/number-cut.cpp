@@ -37,12 +37,14 @@ std::string rangeOf(const dcm::Content &content)
 
 void numberCut(const Value &value, Findings &findings)
 {
-    forEachNumber(value, [&](const std::string &text) {
-        const Reading reading = readingOf(text);
+    forEachNumber(value, [&](const NumberItem &item) {
+        const Reading reading = readingOf(item.text);
         if (reading.isNumber && !fits(reading, value.content))
-            findings.at(value, quoted(text) + " does not fit " + std::to_string(bitsOf(value.content)) +
-                                   " bits: what is stored is " + storedOf(reading, value.content) + "; expected " +
-                                   rangeOf(value.content));
+            atNumber(value, item,
+                     inQuotes(item.text) + " does not fit " + std::to_string(bitsOf(value.content)) +
+                         " bits: what is stored is " + storedOf(reading, value.content) + "; expected " +
+                         rangeOf(value.content),
+                     findings);
     });
 }
 

@@ -11,13 +11,13 @@ void numberListEnd(const Value &value, Findings &findings)
     for (size_t count = 0; *end != '\0'; count++) {
         const char *item = end;
         if (count == value.content.limit) {
-            findings.at(value, "the list has more than " + std::to_string(count) + " numbers: " + quoted(item) +
+            findings.at(value, "the list has more than " + std::to_string(count) + " numbers: " + inQuotes(item) +
                                    " is passed over");
             return;
         }
         if (dcm::readNumber(end, &end) == 0) {
             if (std::string(item).find_first_not_of(" \t\r\n") != std::string::npos)
-                findings.at(value, "the list ends before " + quoted(item) +
+                findings.at(value, "the list ends before " + inQuotes(item) +
                                        ", where no number other than 0 stands; expected one like '1,2,3'");
             return;
         }

@@ -9,11 +9,13 @@ void numberTail(const Value &value, Findings &findings)
 {
     if (isShort(value.text))
         return;
-    forEachNumber(value, [&](const std::string &text) {
-        const Reading reading = readingOf(text);
+    forEachNumber(value, [&](const NumberItem &item) {
+        const Reading reading = readingOf(item.text);
         if (reading.isNumber && !reading.tail.empty())
-            findings.at(value, quoted(reading.tail) + " behind the number is passed over: " + quoted(text) +
-                                   " counts as " + std::to_string(static_cast<uint32_t>(reading.bits)));
+            atNumber(value, item,
+                     inQuotes(reading.tail) + " behind the number is ignored: " + inQuotes(item.text) + " counts as " +
+                         std::to_string(static_cast<uint32_t>(reading.bits)),
+                     findings);
     });
 }
 

@@ -11,13 +11,15 @@ void octalNumber(const Value &value, Findings &findings)
 {
     if (isShort(value.text))
         return;
-    forEachNumber(value, [&](const std::string &text) {
-        const Reading reading = readingOf(text);
+    forEachNumber(value, [&](const NumberItem &item) {
+        const Reading reading = readingOf(item.text);
         if (reading.isOctal)
-            findings.at(value, quoted(text) + " begins with 0, which makes it octal: it counts as " +
-                                   std::to_string(static_cast<uint32_t>(reading.bits)) + "; expected " +
-                                   std::to_string(std::strtoul(text.c_str(), nullptr, 10)) + " or " +
-                                   "a number in hexadecimal");
+            atNumber(value, item,
+                     inQuotes(item.text) + " begins with 0, which makes it octal: it counts as " +
+                         std::to_string(static_cast<uint32_t>(reading.bits)) + "; expected " +
+                         std::to_string(std::strtoul(item.text.c_str(), nullptr, 10)) + " or " +
+                         "a number in hexadecimal",
+                     findings);
     });
 }
 

@@ -29,6 +29,6 @@ void outsideLimits(const Context &context, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kOutsideLimits = {"outside-limits", Severity::warning, onElements(outsideLimits)};
+extern constexpr Rule kOutsideLimits = {"outside-limits", Severity::warning, onElements(outsideLimits).unlessFaulty()};
 
 } // namespace dcmtool

@@ -72,6 +72,7 @@ void portCount(const Context &panel, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kPortCount = {"port-count", Severity::warning, onElements(portCount, Role::panel)};
+extern constexpr Rule kPortCount = {"port-count", Severity::warning,
+                                    onElements(portCount, Role::panel).unlessFaultyInside()};
 
 } // namespace dcmtool

@@ -39,8 +39,19 @@ bool isBeyondIds(const Context &group, Findings &findings)
     return false;
 }
 
+bool isPlain(const Reading &reading)
+{
+    return reading.isNumber && reading.tail.empty() && !reading.isOctal && reading.bits <= UINT16_MAX;
+}
+
 void outsidePanel(const Context &port, const DcmCardInfo &card, Findings &findings)
 {
+    // What the panel does not say, or not in numbers, is reported as such.
+    for (size_t i = 1; i <= 2; i++) {
+        const dcm::Text limit = port.parent->text(port.parent->format->attributes[i].name);
+        if (!limit || !isPlain(readingOf(limit.c_str())))
+            return;
+    }
     const uint32_t least = card.panneIfStartPortId;
     const uint32_t most = card.panelIfMaxPortId;
     const KnownChild *written = port.lastChild(Role::portId);
@@ -83,6 +94,7 @@ void portIdRange(const Context &context, Findings &findings)
 
 extern constexpr Rule kPortIdRange = {"port-id-range", Severity::warning,
                                       onElements(portIdRange, Role::panel, Role::panelPort, Role::panelPortGroup,
-                                                 Role::innerPortGroup, Role::sfuPortGroup)};
+                                                 Role::innerPortGroup, Role::sfuPortGroup)
+                                          .unlessFaulty()};
 
 } // namespace dcmtool

@@ -51,6 +51,7 @@ void portLedRange(const Context &block, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kPortLedRange = {"port-led-range", Severity::warning, onElements(portLedRange)};
+extern constexpr Rule kPortLedRange = {"port-led-range", Severity::warning,
+                                       onElements(portLedRange).unlessFaultyInside()};
 
 } // namespace dcmtool

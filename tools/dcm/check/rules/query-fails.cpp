@@ -1,3 +1,4 @@
+#include "tools/dcm/check/number_lists.h"
 #include "tools/dcm/check/query_failures.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -5,8 +6,11 @@
 #include <libxml/tree.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <functional>
+#include <map>
+#include <set>
 #include <utility>
 
 namespace dcmtool {
@@ -47,6 +51,11 @@ public:
     {
         undoes_.push_back([back = Position(node)] { back.restore(); });
         xmlUnlinkNode(node);
+    }
+    void moveBefore(Node sibling, Node node)
+    {
+        undoes_.push_back([back = Position(node)] { back.restore(); });
+        xmlAddPrevSibling(sibling, node);
     }
     void moveBehind(Node sibling, Node node)
     {
@@ -241,7 +250,11 @@ struct Fault {
     bool mayBeOrder = false; // something behind it may be what it lacks
     std::string text;
     std::string meant;
-    Node first = nullptr; // which is described twice
+    Node first = nullptr;     // which is described twice
+    Node container = nullptr; // around the element, that has the fault instead
+    std::string better;       // the value that the attribute should probably have
+    std::string misspelt;     // what is written for the attribute
+    ValuePart item;           // of a list, that is wrong
 };
 
 bool isBitList(const char *text, const dcm::Content &content)
@@ -275,8 +288,8 @@ bool isWrong(Node element, const std::string &name, const char *text, const dcm:
     case dcm::Kind::keyword:
         if (isWord(text, *content.vocabulary))
             return false;
-        fault.text =
-            quoted(text) + " is no word for " + quotedName(name) + "; expected " + listed(wordsOf(*content.vocabulary));
+        fault.text = inQuotes(text) + " is not a valid value for " + quotedName(name) + "; expected " +
+                     listed(nearestFirst(text, wordsOf(*content.vocabulary)));
         fault.meant = nearest(text, wordsOf(*content.vocabulary));
         return true;
     case dcm::Kind::count: {
@@ -284,14 +297,15 @@ bool isWrong(Node element, const std::string &name, const char *text, const dcm:
         const uint32_t kept = content.bits < 32 ? number & ((1U << content.bits) - 1) : number;
         if (kept <= content.limit && kept >= content.least)
             return false;
-        fault.text = quoted(text) + " entries do not fit: expected " + std::to_string(content.least) + " to " +
+        fault.text = inQuotes(text) + " entries do not fit: expected " + std::to_string(content.least) + " to " +
                      std::to_string(content.limit);
         return true;
     }
     case dcm::Kind::bitList:
         if (isBitList(text, content))
             return false;
-        fault.text = quoted(text) + " is no list of numbers from 1 to " + std::to_string(content.limit) +
+        fault.item = faultyItem(text, content);
+        fault.text = inQuotes(text) + " is not a list of numbers from 1 to " + std::to_string(content.limit) +
                      "; expected one like '1-3,5'";
         return true;
     case dcm::Kind::id: {
@@ -300,7 +314,7 @@ bool isWrong(Node element, const std::string &name, const char *text, const dcm:
         const size_t most = isAnnounced ? count : content.limit;
         if (number >= content.least && number <= most)
             return false;
-        fault.text = quoted(text) + " is out of range: expected " + std::to_string(content.least) + " to " +
+        fault.text = inQuotes(text) + " is out of range: expected " + std::to_string(content.least) + " to " +
                      std::to_string(most) + (isAnnounced ? ", as announced" : "");
         fault.mayBeOrder = true;
         return true;
@@ -349,6 +363,124 @@ Node describedBefore(Node element, const dcm::Attribute &id)
     return nullptr;
 }
 
+// The children of an element that have the format's role of one of them: how many ids they have, where these are 1, 2,
+// 3,
+// ... without a gap; of elements without ids, how many there are. 0 where nothing can be said.
+uint32_t entriesIn(Node container)
+{
+    std::set<uint32_t> ids;
+    uint32_t withoutId = 0;
+    for (const Node child : childrenOf(container)) {
+        const dcm::Element *format = formatOf(child);
+        const dcm::Attribute *id = format != nullptr ? idAttribute(*format) : nullptr;
+        if (id == nullptr) {
+            withoutId += format != nullptr ? 1 : 0;
+            continue;
+        }
+        const dcm::Text text = textOf(child, id);
+        for (const uint32_t number : text ? idsOf(text.c_str(), id->content) : std::vector<uint32_t>())
+            ids.insert(number);
+    }
+    const bool isWithoutGap = ids.empty() || (*ids.begin() == 1 && *ids.rbegin() == ids.size());
+    return !isWithoutGap ? 0 : ids.empty() ? withoutId : static_cast<uint32_t>(ids.size());
+}
+
+// An element beyond what its container announces, where the entries are in order, so that it is the number that is
+// wrong.
+bool isNumberWrong(Node element, Fault &fault)
+{
+    uint32_t count = 0;
+    const Node container = element->parent;
+    const uint32_t described = announced(element, count) ? entriesIn(container) : 0;
+    const dcm::Element *around = formatOf(container);
+    if (described <= count || around == nullptr)
+        return false;
+    const dcm::Attribute *num = findAttribute(*around, dcm::Kind::count);
+    if (num == nullptr || described > num->content.limit)
+        return false;
+    fault = {};
+    fault.container = container;
+    fault.attribute = num;
+    fault.better = std::to_string(described);
+    fault.first = element;
+    fault.text = quotedName(num->name) + " is " + std::to_string(count) + ", but " + fault.better + " are described";
+    return true;
+}
+
+// The number in brackets behind a word of a message: of "fan id(3)", 3.
+std::string numberBehind(const std::string &message, const std::string &word)
+{
+    size_t at = 0;
+    if (!namesInMessage(message, word, at))
+        return "";
+    const size_t begin = message.find_first_not_of("(=", at + word.size());
+    return begin != std::string::npos ? message.substr(begin, message.find(')', begin) - begin) : "";
+}
+
+// An id that is too large for what something else says.
+std::string aboveText(const Culprit &culprit)
+{
+    const std::string id = numberBehind(culprit.message, "id");
+    const std::string most = numberBehind(culprit.message, "out of range");
+    if (id.empty() || most.empty())
+        return "";
+    const std::string name = shortened(dcm::nameOf(culprit.element));
+    const dcm::Element *around = formatOf(culprit.element->parent);
+    for (size_t i = 0; around != nullptr && i < around->childCount; i++)
+        if (around->children[i].role() == dcm::Role::fanCount)
+            return name + " " + id + " is above " + quotedName(around->children[i].name) + " " + most;
+    uint32_t count = 0;
+    if (announced(culprit.element, count))
+        return name + " " + id + " is above the " + most + " announced";
+    return name + " " + id + " is above " + most + ", the number of units announced";
+}
+
+// How many ports of a panel are on the side that has a name in the format.
+uint32_t portsOfType(Node panel, const char *type)
+{
+    uint32_t count = 0;
+    for (const Node port : childrenOf(panel)) {
+        const dcm::Element *format = formatOf(port);
+        for (const Node child : childrenOf(port))
+            if (format != nullptr && roleOf(child) == dcm::Role::portType)
+                if (const dcm::Text text = dcm::Text::content(child, {"dcm"});
+                    text && type == std::string(text.c_str()))
+                    count += static_cast<uint32_t>(std::max<size_t>(idsOf(port, *format).size(), 1));
+    }
+    return count;
+}
+
+// Of two numbers that do not add up to a third, the one that is wrong.
+Fault faultOfSum(const Culprit &culprit, const std::vector<const dcm::Attribute *> &named)
+{
+    std::array<std::string, 3> numbers;
+    for (size_t i = 0; i < numbers.size(); i++)
+        numbers[i] = numberBehind(culprit.message, named[i]->name);
+    Fault fault;
+    const uint32_t sum = dcm::readNumber(numbers[0].c_str()) + dcm::readNumber(numbers[1].c_str());
+    fault.text = quotedName(named[0]->name) + " " + numbers[0] + " and " + quotedName(named[1]->name) + " " +
+                 numbers[1] + " do not add up to " + quotedName(named[2]->name) + " " + numbers[2];
+    if (entriesIn(culprit.element) == sum) {
+        fault.attribute = named[2];
+        fault.better = std::to_string(sum);
+    } else {
+        const bool isFirstRight = portsOfType(culprit.element, "line") == dcm::readNumber(numbers[0].c_str());
+        fault.attribute = named[isFirstRight ? 1 : 0];
+    }
+    return fault;
+}
+
+// The attribute that is probably a misspelling of one that is missing; empty when there is none.
+std::string misspeltAttribute(Node element, const dcm::Element &format, const char *name)
+{
+    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next) {
+        const char *written = reinterpret_cast<const char *>(attribute->name);
+        if (findAttribute(format, written) == nullptr && nearest(written, attributeNames(format)) == name)
+            return written;
+    }
+    return "";
+}
+
 Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
 {
     Fault fault;
@@ -357,11 +489,16 @@ Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
         const dcm::Text text = textOf(culprit.element, &attribute);
         if (!text && attribute.need == dcm::Need::required) {
             fault.attribute = &attribute;
-            fault.text = quotedName(attribute.name) + " is missing";
+            fault.misspelt = misspeltAttribute(culprit.element, format, attribute.name);
+            fault.text = fault.misspelt.empty() ? "" : quotedName(fault.misspelt) + " is not known, and ";
+            fault.meant = fault.misspelt.empty() ? "" : attribute.name;
+            fault.text += quotedName(attribute.name) + " is missing";
             return fault;
         }
         if (text && isWrong(culprit.element, attribute.name, text.c_str(), attribute.content, fault)) {
             fault.attribute = &attribute;
+            if (fault.mayBeOrder)
+                isNumberWrong(culprit.element, fault);
             return fault;
         }
     }
@@ -370,19 +507,38 @@ Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
         fault.attribute = id;
         fault.first = describedBefore(culprit.element, *id);
         fault.text = quotedName(id->name) + " describes what is described already";
+        const Node container = culprit.element->parent;
+        const dcm::Element *around = formatOf(container);
+        if (fault.first != nullptr && fault.first->parent != container && around != nullptr && around->most == 1) {
+            fault.attribute = nullptr;
+            fault.container = container;
+            fault.first = fault.first->parent;
+            fault.text = quotedName(dcm::nameOf(container)) + " is in " + quotedName(dcm::nameOf(container->parent)) +
+                         " a second time, and describes what is described already";
+        }
         return fault;
     }
     // Only together with others is one wrong: the message says which.
-    size_t earliest = std::string::npos;
+    std::map<size_t, const dcm::Attribute *> places;
     for (size_t i = 0; i < format.attributeCount; i++) {
         size_t at = 0;
-        if (namesInMessage(culprit.message, format.attributes[i].name, at) && at < earliest) {
-            earliest = at;
-            fault.attribute = &format.attributes[i];
-            fault.mayBeOrder = true;
-            fault.text = quotedName(format.attributes[i].name) + " does not fit what stands around it";
-        }
+        if (namesInMessage(culprit.message, format.attributes[i].name, at))
+            places.emplace(at, &format.attributes[i]);
     }
+    std::vector<const dcm::Attribute *> named;
+    for (const auto &[at, attribute] : places)
+        named.push_back(attribute);
+    if (named.empty())
+        return fault;
+    if (named.size() == 3 && culprit.message.find(" + ") != std::string::npos)
+        return faultOfSum(culprit, named);
+    if (isNumberWrong(culprit.element, fault))
+        return fault;
+    fault.attribute = named.front();
+    fault.mayBeOrder = true;
+    fault.text = aboveText(culprit);
+    if (fault.text.empty())
+        fault.text = quotedName(fault.attribute->name) + " contradicts other parts of the description";
     return fault;
 }
 
@@ -392,10 +548,12 @@ Fault faultOf(const Culprit &culprit, const dcm::Element *format)
     if (format == nullptr)
         return fault;
     fault = faultOfAttributes(culprit, *format);
-    if (fault.attribute != nullptr)
+    if (fault.attribute != nullptr || fault.container != nullptr)
         return fault;
     uint32_t count = 0;
     if (culprit.message.find("out of range") != std::string::npos && announced(culprit.element, count)) {
+        if (isNumberWrong(culprit.element, fault))
+            return fault;
         fault.text = "is more than the " + std::to_string(count) + " announced";
         fault.mayBeOrder = true;
         return fault;
@@ -461,7 +619,7 @@ std::vector<std::string> betterValues(Node element, const dcm::Attribute &attrib
 // Takes a fault out, and as little else as possible; false when nothing but the whole would be left out.
 bool mend(Repairs &repairs, const Culprit &culprit, const Fault &fault, const Decoding &run)
 {
-    const Node element = culprit.element;
+    const Node element = fault.container != nullptr ? fault.container : culprit.element;
     if (fault.attribute != nullptr) {
         const size_t before = repairs.count();
         const auto isMendedBy = [&](const char *value) {
@@ -471,7 +629,9 @@ bool mend(Repairs &repairs, const Culprit &culprit, const Fault &fault, const De
             repairs.undoTo(before);
             return false;
         };
-        if (fault.attribute->need == dcm::Need::optional && isMendedBy(nullptr))
+        if (fault.better.empty() && fault.attribute->need == dcm::Need::optional && isMendedBy(nullptr))
+            return true;
+        if (!fault.better.empty() && isMendedBy(fault.better.c_str()))
             return true;
         for (const std::string &value : betterValues(element, *fault.attribute))
             if (isMendedBy(value.c_str()))
@@ -519,6 +679,20 @@ Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &sib
     return siblings[to];
 }
 
+// Puts one of the near siblings before an element, so that others that need it have it, too; that sibling, or nullptr.
+Node siblingBroughtForward(Repairs &repairs, Node moved, const std::vector<Node> &siblings, Node culprit,
+                           const Decoding &run)
+{
+    const size_t before = repairs.count();
+    for (size_t i = 0; i < siblings.size() && i < kMostNeighboursTried && !run.isTooMuch(); i++) {
+        repairs.moveBefore(moved, siblings[i]);
+        if (isMended(repairs.root(), culprit, run))
+            return siblings[i];
+        repairs.undoTo(before);
+    }
+    return nullptr;
+}
+
 // The same for an element and those around it.
 Node siblingItNeeds(Repairs &repairs, const Culprit &culprit, const Decoding &run)
 {
@@ -529,6 +703,8 @@ Node siblingItNeeds(Repairs &repairs, const Culprit &culprit, const Decoding &ru
                 siblings.push_back(next);
         if (siblings.empty())
             continue;
+        if (const Node needed = siblingBroughtForward(repairs, moved, siblings, culprit.element, run))
+            return needed;
         if (const Node needed = siblingThatHelps(repairs, moved, siblings, culprit.element, run))
             return needed;
     }
@@ -540,23 +716,35 @@ std::string failing(const std::string &message)
     return "; the query fails: \"" + shortened(message, kLongestMessage) + "\"";
 }
 
+// The part of a list that is wrong.
+Span itemSpan(Node element, const Fault &fault, const DescriptionFile &file)
+{
+    if (fault.attribute != nullptr)
+        return partOf(file.valueSpan(element, fault.attribute->name), true, textOf(element, fault.attribute).c_str(),
+                      fault.item, file);
+    return partOf(file.contentSpan(element), false, dcm::Text::content(element, {"dcm"}).c_str(), fault.item, file);
+}
+
 void tell(const Culprit &culprit, const Fault &fault, Findings &findings)
 {
     const DescriptionFile &file = findings.file();
     const std::string text = fault.text + failing(culprit.message);
-    Finding &finding = fault.attribute != nullptr ? findings.atValue(culprit.element, fault.attribute->name, text)
-                       : fault.isContent          ? findings.atContent(culprit.element, text)
-                                                  : findings.atName(culprit.element, text);
+    const Node element = fault.container != nullptr ? fault.container : culprit.element;
+    Finding &finding = !fault.misspelt.empty()      ? findings.atAttribute(element, fault.misspelt.c_str(), text)
+                       : fault.item.size != 0       ? findings.at(element, itemSpan(element, fault, file), text)
+                       : fault.attribute != nullptr ? findings.atValue(element, fault.attribute->name, text)
+                       : fault.isContent            ? findings.atContent(element, text)
+                                                    : findings.atName(element, text);
     finding.meaning(fault.meant);
     if (fault.first != nullptr)
-        finding.noting(file.nameSpan(fault.first), "described here");
+        finding.noting(file.nameSpan(fault.first), fault.better.empty() ? "described here" : "the first beyond it");
 }
 
 void tellOrder(const Culprit &culprit, Node sibling, Findings &findings)
 {
     findings
         .atName(culprit.element,
-                "stands before " + quotedName(dcm::nameOf(sibling)) + ", which it needs" + failing(culprit.message))
+                "is before " + quotedName(dcm::nameOf(sibling)) + ", which it needs" + failing(culprit.message))
         .noting(findings.file().nameSpan(sibling), "expected before it");
 }
 
@@ -591,6 +779,7 @@ bool explainFailures(const DescriptionFile &file, const DescribedType &type, Rec
     Repairs repairs(type.element);
     const Decoding run([&](size_t firstMessage) { return file.decode(type, record, firstMessage); },
                        costOf<Record>(file, type.element), work);
+    std::set<Node> wrongCounts; // elements
     for (size_t i = 0;; i++) {
         const Outcome outcome = run();
         if (outcome.isDecoded)
@@ -607,7 +796,12 @@ bool explainFailures(const DescriptionFile &file, const DescribedType &type, Rec
                 continue;
             }
         }
-        tell(culprit, fault, findings);
+        // What is beyond a number that is wrong is no mistake of its own.
+        const bool isCount = fault.attribute != nullptr && fault.attribute->content.kind == dcm::Kind::count;
+        if (isCount)
+            wrongCounts.insert(fault.container != nullptr ? fault.container : culprit.element);
+        if (isCount || !fault.mayBeOrder || wrongCounts.count(culprit.element->parent) == 0)
+            tell(culprit, fault, findings);
         if (!mend(repairs, culprit, fault, run))
             return false;
     }

@@ -14,10 +14,9 @@ void repeatedElement(const Context &context, Findings &findings)
         if (row.element->most == 1 && first[child.row] != nullptr) {
             const bool isFirstKept = context.role == Role::chip;
             findings
-                .atName(
-                    child.node,
-                    quotedName(row.name) + " stands in " + quotedName(context.name) + " a second time: " +
-                        (isFirstKept ? "the first one holds" : "it takes the place of the first or is mixed with it"))
+                .atName(child.node, quotedName(row.name) + " is in " + quotedName(context.name) + " a second time: " +
+                                        (isFirstKept ? "the first one holds"
+                                                     : "it takes the place of the first or is mixed with it"))
                 .noting(findings.file().nameSpan(first[child.row]), "the first one");
         } else {
             first[child.row] = child.node;
@@ -27,6 +26,7 @@ void repeatedElement(const Context &context, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kRepeatedElement = {"repeated-element", Severity::warning, onElements(repeatedElement)};
+extern constexpr Rule kRepeatedElement = {"repeated-element", Severity::warning,
+                                          onElements(repeatedElement).unlessQueryFails()};
 
 } // namespace dcmtool

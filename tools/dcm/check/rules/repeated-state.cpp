@@ -55,7 +55,7 @@ void repeatedState(const Context &led, Findings &findings)
             continue;
         findings
             .atValue(child.node, attribute,
-                     "state " + quoted(text.c_str()) +
+                     "state " + inQuotes(text.c_str()) +
                          (isMap ? " is translated twice: only one of the two is ever shown"
                                 : " is displayed twice: only one of the two is ever shown"))
             .noting(findings.file().nameSpan(other->second), "the first one");
@@ -64,7 +64,8 @@ void repeatedState(const Context &led, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kRepeatedState = {"repeated-state", Severity::warning,
-                                        onElements(repeatedState, Role::led, Role::portLed, Role::ledMapSource)};
+extern constexpr Rule kRepeatedState = {
+    "repeated-state", Severity::warning,
+    onElements(repeatedState, Role::led, Role::portLed, Role::ledMapSource).unlessFaulty()};
 
 } // namespace dcmtool

@@ -34,7 +34,7 @@ void sameCardName(const DescriptionFile &file, const std::vector<DescribedType> 
         if (isFirst || other->second->typeIds == type.typeIds)
             continue;
         std::string text = pathOf(other->second->element);
-        text.append(" has the same names, ").append(quoted(names[0])).append(" and ").append(quoted(names[1]));
+        text.append(" has the same names, ").append(inQuotes(names[0])).append(" and ").append(inQuotes(names[1]));
         text += ": inventories and alarms cannot tell the two card types apart";
         findings.atValue(type.element, first, text).noting(file.nameSpan(other->second->element), "the other card");
     }

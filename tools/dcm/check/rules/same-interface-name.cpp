@@ -51,7 +51,7 @@ public:
         Finding &finding =
             atName(block_, *port,
                    "port " + std::to_string(id) + " has the interface name of port " + std::to_string(otherId) + ", " +
-                       quoted(name) + ": the second interface cannot be created",
+                       inQuotes(name) + ": the second interface cannot be created",
                    findings_);
         if (other->node != port->node)
             finding.noting(idSpan(block_, *other, findings_), "port " + std::to_string(otherId) + " is here");
@@ -92,6 +92,7 @@ void sameInterfaceName(const Context &block, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSameInterfaceName = {"same-interface-name", Severity::warning, onElements(sameInterfaceName)};
+extern constexpr Rule kSameInterfaceName = {"same-interface-name", Severity::warning,
+                                            onElements(sameInterfaceName).unlessFaulty()};
 
 } // namespace dcmtool

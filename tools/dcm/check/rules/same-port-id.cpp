@@ -97,6 +97,6 @@ void samePortId(const Context &context, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSamePortId = {"same-port-id", Severity::warning, onElements(samePortId)};
+extern constexpr Rule kSamePortId = {"same-port-id", Severity::warning, onElements(samePortId).unlessFaulty()};
 
 } // namespace dcmtool

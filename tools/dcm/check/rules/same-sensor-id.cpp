@@ -30,6 +30,6 @@ void sameSensorId(const Context &block, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSameSensorId = {"same-sensor-id", Severity::warning, onElements(sameSensorId)};
+extern constexpr Rule kSameSensorId = {"same-sensor-id", Severity::warning, onElements(sameSensorId).unlessFaulty()};
 
 } // namespace dcmtool

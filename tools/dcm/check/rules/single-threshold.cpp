@@ -41,6 +41,7 @@ void singleThreshold(const Context &context, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSingleThreshold = {"single-threshold", Severity::warning, onElements(singleThreshold)};
+extern constexpr Rule kSingleThreshold = {"single-threshold", Severity::warning,
+                                          onElements(singleThreshold).unlessFaulty()};
 
 } // namespace dcmtool

@@ -23,7 +23,7 @@ void slotsBeyondFrame(const Value &value, Findings &findings)
     const auto isThere = [&](uint32_t slot) { return slot <= frame->maxSlotId; };
     const std::vector<uint32_t> slots = missing(numbersNamed(value.text, value.content), isThere);
     if (!slots.empty())
-        findings.at(value, beyond(slots, *frame));
+        atNumbers(value, slots, beyond(slots, *frame), findings);
 }
 
 // A slot in the list of slots, and the slot of a fan module.
@@ -50,8 +50,9 @@ void slotBeyondFrame(const Context &context, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSlotBeyondFrame = {
-    "slot-beyond-frame", Severity::warning,
-    onElements(slotBeyondFrame, Role::slotRules, Role::fanModule).andValues(slotsBeyondFrame, kindsOf(Kind::bitList))};
+extern constexpr Rule kSlotBeyondFrame = {"slot-beyond-frame", Severity::warning,
+                                          onElements(slotBeyondFrame, Role::slotRules, Role::fanModule)
+                                              .andValues(slotsBeyondFrame, kindsOf(Kind::bitList))
+                                              .unlessFaulty()};
 
 } // namespace dcmtool

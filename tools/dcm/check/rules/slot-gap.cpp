@@ -28,6 +28,6 @@ void slotGap(const Context &slotList, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kSlotGap = {"slot-gap", Severity::warning, onElements(slotGap, Role::slotList)};
+extern constexpr Rule kSlotGap = {"slot-gap", Severity::warning, onElements(slotGap, Role::slotList).unlessFaulty()};
 
 } // namespace dcmtool

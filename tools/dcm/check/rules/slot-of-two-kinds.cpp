@@ -40,6 +40,6 @@ void slotOfTwoKinds(const Context &map, Findings &findings)
 } // namespace
 
 extern constexpr Rule kSlotOfTwoKinds = {"slot-of-two-kinds", Severity::warning,
-                                         onElements(slotOfTwoKinds, Role::slotMap)};
+                                         onElements(slotOfTwoKinds, Role::slotMap).unlessFaulty()};
 
 } // namespace dcmtool

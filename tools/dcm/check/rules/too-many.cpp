@@ -18,7 +18,7 @@ void tooMany(const Context &context, Findings &findings)
                             "the record has room for " + std::to_string(most) + " of " +
                                 quotedName(context.format->children[row].name) +
                                 (context.role == Role::vmPorts ? ": from here on they take the places of the first ones"
-                                                               : ": from here on they are passed over"));
+                                                               : ": from here on they are ignored"));
         }
     }
 }

@@ -12,14 +12,15 @@ void typeBeyondRecord(const Value &value, Findings &findings)
     if (value.attribute == nullptr || value.context.parent != nullptr ||
         (role != Role::frame && role != Role::slot && role != Role::card))
         return;
-    forEachNumber(value, [&](const std::string &text) {
-        const Reading reading = readingOf(text);
+    forEachNumber(value, [&](const NumberItem &item) {
+        const Reading reading = readingOf(item.text);
         // What is beyond 32 bits is reported as cut.
         if (!reading.isNumber || reading.isNegative || reading.bits <= UINT16_MAX || reading.bits > UINT32_MAX)
             return;
-        findings.at(value, quoted(text) + " is above 65535: the record has " +
-                               std::to_string(reading.bits & UINT16_MAX) + " instead, which may be another " +
-                               value.context.name);
+        atNumber(value, item,
+                 inQuotes(item.text) + " is above 65535: the record has " + std::to_string(reading.bits & UINT16_MAX) +
+                     " instead, which may be another " + value.context.name,
+                 findings);
     });
 }
 

@@ -13,6 +13,7 @@ void unknownAttribute(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kUnknownAttribute = {"unknown-attribute", Severity::warning, onUnknownItems(unknownAttribute)};
+extern constexpr Rule kUnknownAttribute = {"unknown-attribute", Severity::warning,
+                                           onUnknownItems(unknownAttribute).unlessQueryFails()};
 
 } // namespace dcmtool

@@ -7,7 +7,7 @@ namespace {
 
 void unknownElement(const UnknownItem &item, Findings &findings)
 {
-    if (!item.isAttribute && !isKnownElsewhere(item))
+    if (!item.isAttribute && !isKnownElsewhere(item) && !isForeign(item))
         reportUnknown(item, findings);
 }
 

@@ -12,8 +12,8 @@ void unknownWord(const Value &value, Findings &findings)
     if (findings.counts(value.context.node))
         return;
     findings
-        .at(value, quoted(value.text) + " is no word for " + quotedName(value.name()) +
-                       ": it is reported and passed over, as if it were not there; expected " + listed(words))
+        .at(value, inQuotes(value.text) + " is not a valid value for " + quotedName(value.name()) +
+                       ": it is reported and ignored; expected " + listed(nearestFirst(value.text, words)))
         .meaning(nearest(value.text, words));
 }
 

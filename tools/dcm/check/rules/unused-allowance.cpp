@@ -7,7 +7,7 @@ void reportUnused(const DescriptionFile::Comment &comment, const Allowance &allo
 {
     findings.run(kUnusedAllowance);
     findings.at(element, comment.span,
-                "the comment allows " + quoted(allowance.rule->name) + ", which is not found here");
+                "the comment allows " + inQuotes(allowance.rule->name) + ", which is not found here");
 }
 
 extern constexpr Rule kUnusedAllowance = {"unused-allowance", Severity::warning, byTheEngine()};

@@ -36,6 +36,7 @@ void vmInterface(const Context &ports, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kVmInterface = {"vm-interface", Severity::warning, onElements(vmInterface, Role::vmPorts)};
+extern constexpr Rule kVmInterface = {"vm-interface", Severity::warning,
+                                      onElements(vmInterface, Role::vmPorts).unlessFaulty()};
 
 } // namespace dcmtool

@@ -11,7 +11,7 @@ void wordBeyondSet(const Value &value, Findings &findings)
         return;
     const dcm::Word *word = dcm::findWord(*content.vocabulary, reinterpret_cast<const unsigned char *>(value.text));
     if (word != nullptr && word->value >= content.least + content.limit)
-        findings.at(value, quoted(value.text) + " has no bit in the set, which has room for " +
+        findings.at(value, inQuotes(value.text) + " has no bit in the set, which has room for " +
                                std::to_string(content.limit) + ": a bit of the field behind the set is set instead");
 }
 
