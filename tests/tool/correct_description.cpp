@@ -261,7 +261,8 @@ private:
         const bool isThreshold = has(name, "high") || has(name, "low");
         const bool isLimit = endsIn(name, "max") || endsIn(name, "min");
         const bool isOfPort = name == "driver" || name == "phytype" || name == "porttype" || name == "hidden";
-        const bool isOfSlots = name == "occupyslotnum" || name == "maxcardnum" || scope.owner == "slotmap";
+        const bool isOfSlots =
+            name == "occupyslotnum" || name == "maxcardnum" || name == "supportcardtype" || scope.owner == "slotmap";
         const bool isOfSensor = name == "actioncapability";
         const bool isCooled = scope.owner == "fan-ctrl" && name == "card";
         return (isThreshold && !isLimit) || isOfPort || isOfSlots || isOfSensor || isCooled || name == "color" ||

@@ -956,7 +956,7 @@ TEST(Lsp, LeavesTheOtherLinesAlone)
 TEST(Lsp, SaysWhyItDoesNotFormat)
 {
     for (const auto &[text, reason] :
-         {std::pair("<device>", "end of"), std::pair("<a/>", "no description of a device"),
+         {std::pair("<device>", "end of"), std::pair("<a/>", "not a device description"),
           std::pair("<?xml version='1.0' encoding='ISO-8859-1'?><device/>", "only UTF-8 and ASCII can be edited")}) {
         Editor editor;
         editor.open(text);

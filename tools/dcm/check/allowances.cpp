@@ -1,6 +1,7 @@
 #include "tools/dcm/check/allowances.h"
 
 #include "tools/dcm/check/registry.h"
+#include "tools/dcm/description/texts.h"
 
 #include <libxml/tree.h>
 
@@ -10,14 +11,6 @@
 namespace dcmtool {
 
 namespace {
-
-std::string trimmed(const std::string &text)
-{
-    const size_t first = text.find_first_not_of(" \t\r\n");
-    if (first == std::string::npos)
-        return "";
-    return text.substr(first, text.find_last_not_of(" \t\r\n") + 1 - first);
-}
 
 // Removes `word` from the beginning of a text.
 bool takeWord(std::string &text, const std::string &word)

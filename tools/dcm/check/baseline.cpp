@@ -16,7 +16,7 @@ std::string inJson(const std::string &text)
     return Json(text).dump(-1, ' ', true, Json::error_handler_t::replace);
 }
 
-std::string nameOf(const std::string &file)
+std::string comparedName(const std::string &file)
 {
     return inJson(std::filesystem::path(file).lexically_normal().string());
 }
@@ -38,7 +38,7 @@ bool Baseline::take(const std::string &text)
         if (json.at("format") != "dcm-check" || json.at("version") != 1)
             return false;
         for (const Json &file : json.at("files")) {
-            const std::string name = nameOf(file.at("file"));
+            const std::string name = comparedName(file.at("file"));
             for (const Json &finding : file.at("findings")) {
                 const std::string check = finding.at("check");
                 kept_[{name, check, inJson(finding.value("path", "")), inJson(finding.at("text"))}]++;
@@ -53,7 +53,7 @@ bool Baseline::take(const std::string &text)
 
 void Baseline::apply(const std::string &file, std::vector<Finding> &findings)
 {
-    const std::string name = nameOf(file);
+    const std::string name = comparedName(file);
     std::vector<Finding> left;
     for (Finding &finding : findings) {
         size_t count = 1 + finding.more;

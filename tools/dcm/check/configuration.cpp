@@ -21,18 +21,12 @@ namespace fs = std::filesystem;
 
 constexpr size_t kMostBytes = size_t{64} << 10;
 constexpr size_t kMostPatterns = 1000;
-constexpr char kBlanks[] = " \t\r";
+constexpr char kLineBlanks[] = " \t\r";
 
 const std::vector<std::string> &keywords()
 {
     static const std::vector<std::string> all = {"off", "info", "warning", "error", "exclude", "known"};
     return all;
-}
-
-std::string trimmed(const std::string &text)
-{
-    const size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
 // Without a comment, which begins the line or is behind a blank.
@@ -84,7 +78,7 @@ std::string addExcluded(std::string pattern, Configuration &configuration)
 
 std::string take(const std::string &setting, Configuration &configuration)
 {
-    const size_t blank = setting.find_first_of(kBlanks);
+    const size_t blank = setting.find_first_of(kLineBlanks);
     const std::string keyword = setting.substr(0, blank);
     const std::string value = blank == std::string::npos ? "" : trimmed(setting.substr(blank));
     if (std::find(keywords().begin(), keywords().end(), keyword) == keywords().end())
@@ -94,7 +88,7 @@ std::string take(const std::string &setting, Configuration &configuration)
         return inQuotes(keyword) + " has no value";
     if (keyword == "exclude")
         return addExcluded(value, configuration);
-    if (value.find_first_of(kBlanks) != std::string::npos)
+    if (value.find_first_of(kLineBlanks) != std::string::npos)
         return inQuotes(value) + " is more than one name";
     if (keyword != "known")
         return setSeverity(keyword, value, configuration);

@@ -26,7 +26,7 @@ Json regionOf(const DescriptionFile &file, Span span, const char *line, const ch
 
 constexpr unsigned kVersion = 1;
 
-Json placeOf(const DescriptionFile &file, Span span)
+Json jsonPlace(const DescriptionFile &file, Span span)
 {
     return regionOf(file, span, "line", "column", "endLine", "endColumn");
 }
@@ -36,7 +36,7 @@ Json fixOf(const DescriptionFile &file, const Fix &fix)
 {
     Json edits = Json::array();
     for (const Edit &edit : fix.edits)
-        edits.push_back({{"place", placeOf(file, edit.span)},
+        edits.push_back({{"place", jsonPlace(file, edit.span)},
                          {"begin", edit.span.begin},
                          {"end", edit.span.end},
                          {"text", edit.text}});
@@ -47,7 +47,7 @@ Json findingOf(const DescriptionFile &file, const Finding &finding)
 {
     Json json = {{"check", finding.rule->name}, {"severity", nameOf(finding.severity)}};
     if (isPlaced(finding))
-        json["place"] = placeOf(file, finding.span);
+        json["place"] = jsonPlace(file, finding.span);
     if (!finding.path.empty())
         json["path"] = finding.path;
     json["text"] = finding.text;
@@ -58,7 +58,7 @@ Json findingOf(const DescriptionFile &file, const Finding &finding)
     for (const Fix &fix : finding.fixes)
         json["fixes"].push_back(fixOf(file, fix));
     for (const Note &note : finding.notes)
-        json["notes"].push_back({{"place", placeOf(file, note.span)}, {"text", note.text}});
+        json["notes"].push_back({{"place", jsonPlace(file, note.span)}, {"text", note.text}});
     return json;
 }
 

@@ -352,8 +352,7 @@ private:
                 throw UsageError(argument.name + " is missing");
             if (!given.words.empty() && !takesSeveral(argument) &&
                 (given.words.size() > 1 || !targets.insert(addressOf(argument)).second))
-                throw UsageError(longName(argument) +
-                                 " is given a second time: " + inQuotes(given.words.back()));
+                throw UsageError(longName(argument) + " is given a second time: " + inQuotes(given.words.back()));
             refuseFile(given);
             convert(given);
         }

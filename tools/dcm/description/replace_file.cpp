@@ -106,7 +106,7 @@ std::string replaceFile(const std::string &name, const std::string &before, cons
         return systemError(errno);
     Replacement replacement(target);
     if (!replacement.isThere())
-        return "no file can be made beside it: " + systemError(errno);
+        return "cannot create a temporary file beside it: " + systemError(errno);
     if (!replacement.write(after))
         return systemError(errno);
     if (!replacement.takeOwnerAndMode(status))

@@ -1,5 +1,7 @@
 #include "tools/dcm/description/texts.h"
 
+#include "tools/dcm/description/markup.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -108,6 +110,12 @@ std::string yesOrNo(const std::string &letters, const std::vector<std::string> &
 }
 
 } // namespace
+
+std::string trimmed(const std::string &text)
+{
+    const size_t first = text.find_first_not_of(kBlanks);
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
 
 std::string nearest(const std::string &written, const std::vector<std::string> &words)
 {

@@ -17,6 +17,9 @@ std::string shortened(std::string_view text, size_t most = kMostShown);
 std::string inQuotes(std::string_view text);
 std::string quotedName(std::string_view name);
 
+// Without the blanks around it.
+std::string trimmed(const std::string &text);
+
 // The nearest of some words; empty if none is near.
 std::string nearest(const std::string &written, const std::vector<std::string> &words);
 // All of them, the nearest first.

@@ -12,7 +12,7 @@ using dcmtool::Span;
 
 namespace {
 
-constexpr size_t kDeepest = 32; // elements in which the one of an end tag is looked for; descriptions are 7 deep
+constexpr size_t kDeepestElement = 32; // elements in which the one of an end tag is looked for; descriptions are 7 deep
 
 std::string_view localName(std::string_view name)
 {
@@ -62,7 +62,7 @@ void OpenElements::enter(std::string_view name, size_t begin, bool isCounted)
 
 size_t OpenElements::leave(std::string_view name)
 {
-    const size_t most = std::min(kDeepest, elements_.size());
+    const size_t most = std::min(kDeepestElement, elements_.size());
     for (size_t count = 1; count <= most; count++)
         if (elements_[elements_.size() - count].name == name) {
             elements_.erase(elements_.end() - static_cast<std::ptrdiff_t>(count), elements_.end());

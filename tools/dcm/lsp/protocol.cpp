@@ -9,7 +9,7 @@ namespace dcmlsp {
 namespace {
 
 constexpr size_t kLongestLine = 1024; // of a header
-constexpr int kDeepest = 64;          // no message is nested more deeply
+constexpr int kDeepestMessage = 64;   // no message is nested more deeply
 
 constexpr char kNoLength[] = "the header has no valid Content-Length";
 constexpr char kTooLong[] = "the message is too long";
@@ -99,7 +99,7 @@ std::optional<MessageReader::Received> MessageReader::takeHeaderLine(std::string
 
 Json parsed(const std::string &content)
 {
-    const auto isShallow = [](int depth, Json::parse_event_t, const Json &) { return depth < kDeepest; };
+    const auto isShallow = [](int depth, Json::parse_event_t, const Json &) { return depth < kDeepestMessage; };
     return Json::parse(content, isShallow, false);
 }
 

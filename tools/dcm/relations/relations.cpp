@@ -10,8 +10,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
 #include <optional>
+#include <string_view>
 
 namespace dcmtool {
 

@@ -26,8 +26,8 @@ void generatedName(const Context &group, Findings &findings)
         if (name.size() <= most)
             continue;
         findings.atContent(prefix->node, "the name of port " + std::to_string(id) + " would be " + inQuotes(name) +
-                                             ", and is cut to " + inQuotes(name.substr(0, most)) + "; expected at most " +
-                                             std::to_string(most) + " bytes");
+                                             ", and is cut to " + inQuotes(name.substr(0, most)) +
+                                             "; expected at most " + std::to_string(most) + " bytes");
         return;
     }
 }

@@ -65,10 +65,10 @@ void ledPlace(const Value &value, Findings &findings)
     const Role holder = map->parent->role;
     const std::string start = inQuotes(value.text);
     if (name.slot.empty())
-        findings.at(value,
-                    start + " has no place after " + inQuotes(name.attach) +
-                        ": the LED is looked for at number 0; expected " +
-                        (name.attach == gDcmEttAttachStrs[dcm::kAttachSys] ? "'sys0/0'" : inQuotes(name.attach + "#/#")));
+        findings.at(
+            value,
+            start + " has no place after " + inQuotes(name.attach) + ": the LED is looked for at number 0; expected " +
+                (name.attach == gDcmEttAttachStrs[dcm::kAttachSys] ? "'sys0/0'" : inQuotes(name.attach + "#/#")));
     else if (name.slot == "#" && !isOwn(name, holder))
         findings.at(value, start + " is attached to " + inQuotes(name.attach) +
                                ", and '#' is the number of its holder, " + inQuotes(holderWord(holder)) +

@@ -20,7 +20,7 @@ void ledSource(const Value &value, Findings &findings)
     if (text.compare(0, 4, "src-") != 0 || slash == std::string::npos || !isNumber(text.substr(4, slash - 4)) ||
         !isNumber(text.substr(slash + 1)))
         findings.at(value, inQuotes(text) + " is no source: the numbers that cannot be read count as 0; expected one "
-                                          "like 'src-3/1'");
+                                            "like 'src-3/1'");
 }
 
 } // namespace

@@ -45,8 +45,8 @@ void ledState(const Value &value, Findings &findings)
     }
     if (!isWord(value.text, *states) && !findings.counts(value.context.node))
         findings
-            .at(value, inQuotes(value.text) + " is not a state of LEDs of type " + inQuotes(type) + end + "; expected " +
-                           listed(nearestFirst(value.text, wordsOf(*states))))
+            .at(value, inQuotes(value.text) + " is not a state of LEDs of type " + inQuotes(type) + end +
+                           "; expected " + listed(nearestFirst(value.text, wordsOf(*states))))
             .meaning(nearest(value.text, wordsOf(*states)));
 }
 

@@ -23,8 +23,8 @@ void lostByOrder(const Context &context, Findings &findings)
         if (isLaser == 0 && isChangeable != 0)
             findings
                 .atName(medium->node, quotedName(dcm::nameOf(medium->node)) + " stands before " +
-                                          quotedName(dcm::nameOf(child.node)) + ", whose " + inQuotes(laserText.c_str()) +
-                                          " takes it back; expected behind it")
+                                          quotedName(dcm::nameOf(child.node)) + ", whose " +
+                                          inQuotes(laserText.c_str()) + " takes it back; expected behind it")
                 .noting(findings.file().contentSpan(child.node), "takes it back");
     }
 }

@@ -90,6 +90,8 @@ private:
         explicit Position(Node node) : node_(node), parent_(node->parent), next_(node->next) {}
         void restore() const
         {
+            // xmlAddChild() leaves a child of the same parent where it is.
+            xmlUnlinkNode(node_);
             if (next_ != nullptr)
                 xmlAddPrevSibling(next_, node_);
             else

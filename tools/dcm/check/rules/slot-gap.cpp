@@ -1,28 +1,39 @@
 #include "tools/dcm/check/rule.h"
+#include "tools/dcm/description/format_lookup.h"
 
 namespace dcmtool {
 
 namespace {
 
+// An element that is probably a misspelled slot.
+bool hasUnknownChild(const Context &slotList)
+{
+    for (const Node child : dcm::children(slotList.node))
+        if (findRow(*slotList.format, dcm::nameOf(child)) == slotList.format->childCount)
+            return true;
+    return false;
+}
+
+// Only the first slot that is out of order: the others may be so because of it.
 void slotGap(const Context &slotList, Findings &findings)
 {
     uint32_t next = 1;
-    uint32_t passed = 0; // the id of the last one that was passed over
     for (const KnownChild &child : slotList.children) {
         const char *name = slotList.rowOf(child).element->attributes[0].name;
         const dcm::Text text = dcm::Text::attribute(child.node, name, {"dcm"});
-        const uint32_t id = text ? text.number() : 0;
-        if (!text || id == next) {
-            next += text ? 1 : 0;
+        if (text && text.number() == next) {
+            next++;
             continue;
         }
-        // Those that follow in order are lost with it.
-        if (passed == 0 || id != passed + 1)
-            findings.atValue(child.node, name,
-                             "slot " + std::to_string(id) + " stands where slot " + std::to_string(next) +
-                                 " is expected, and is passed over: slots are listed 1, 2, 3, ... without a gap" +
-                                 (id > next ? "; none behind it counts until then" : ""));
-        passed = id;
+        // A missing id is reported as such.
+        if (!text || hasUnknownChild(slotList))
+            return;
+        const uint32_t id = text.number();
+        findings.atValue(child.node, name,
+                         "slot " + std::to_string(id) + " is ignored, because slots are listed 1, 2, 3, ... and slot " +
+                             std::to_string(next) + " is next" +
+                             (id > next ? "; so are all slots behind it up to slot " + std::to_string(next) : ""));
+        return;
     }
 }
 

@@ -11,7 +11,8 @@ void textCut(const Value &value, Findings &findings)
     const size_t length = std::strlen(value.text);
     if (length > value.content.limit)
         findings.at(value, std::to_string(length) + " bytes do not fit the " + std::to_string(value.content.limit) +
-                               " of the field: what is kept is " + inQuotes(std::string(value.text, value.content.kept)));
+                               " of the field: what is kept is " +
+                               inQuotes(std::string(value.text, value.content.kept)));
 }
 
 } // namespace

@@ -8,7 +8,7 @@ namespace dcmtool {
 
 namespace {
 
-bool isThreshold(std::string_view name)
+bool isNamedThreshold(std::string_view name)
 {
     return name.find("threshold") != std::string_view::npos;
 }
@@ -18,7 +18,7 @@ template <class Function> void forEachThreshold(Node element, const dcm::Element
 {
     for (const Node child : dcm::children(element)) {
         const size_t row = findRow(format, dcm::nameOf(child));
-        if (row == format.childCount || !isThreshold(format.children[row].name))
+        if (row == format.childCount || !isNamedThreshold(format.children[row].name))
             continue;
         const dcm::Text text = dcm::Text::content(child, {"dcm"});
         const char *end = nullptr;
