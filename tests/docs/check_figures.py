@@ -50,7 +50,7 @@ FIGURES = [
     ("docs/performance.md", r"The limit is ([\d,]+):", ("scripts/bench.sh", r"-v limit=(\d+)"), 1),
     # The tool.
     ("man/dcm.1", r"regular files of at most (\d+) MiB", TOOL_INPUT, 1),
-    ("man/dcm.1", r"in blocks of (\d+) KiB", ("tools/dcm/commands/list.cpp", r"kBlock = (.*);"), 1024),
+    ("man/dcm.1", r"the blocks of (\d+) KiB", ("tools/dcm/commands/list.cpp", r"kBlock = (.*);"), 1024),
     ("docs/reliability.md", r"the first (\d+) findings", ("tools/dcm/check/findings.h", r"kMostOfRule = (.*);"), 1),
     ("docs/reliability.md", r"(\d+) bytes, at a", ("tools/dcm/description/texts.h", r"kMostShown = (.*);"), 1),
     ("docs/reliability.md", r"(\d+) MiB and \d+ times (?:its size|the size)", (ENGINE, r"kMostDecoded = (.*);"), MIB),

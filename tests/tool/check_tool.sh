@@ -484,7 +484,7 @@ exports_the_records_of_queries() {
     done
     run export slot 0x12 --file "$example"
     expect 'a slot is found by its second id' exits 0
-    expect 'the record holds the id that was asked for' says out '"type": 18,'
+    expect 'the record holds the id of the query' says out '"type": 18,'
     run export card 0x402 1 --file "$example"
     expect 'a card in a mode is exported' says out '"name": "Transponder, 100G"'
     expect 'and no other' [ "$(grep -c '"record"' "$folder/out")" -eq 1 ]
@@ -855,7 +855,7 @@ skeletons_check_clean() {
     run list "$folder/card.xml"
     expect 'the card has the ports' lists 'card 0x31 0 Card 0x31 1 26 panel - - 27 9:4 ok'
     run export card 0x31 -f "$folder/card.xml"
-    expect 'of the kinds that were asked for' [ "$(tr -d ' \n' <"$folder/out" | grep -oE '"phyType":\{"value":3,' | wc -l)" -eq 24 ]
+    expect 'of the requested kinds' [ "$(tr -d ' \n' <"$folder/out" | grep -oE '"phyType":\{"value":3,' | wc -l)" -eq 24 ]
     expect 'in their order' says out '"portId": 26,'
 }
 
@@ -978,7 +978,7 @@ check_prints_a_line_for_each_finding() {
     run check --format gcc warning.xml error.xml none.xml
     cat >expected <<'TEXT'
 warning.xml:2:16: warning: card 010: '010' begins with 0, which makes it octal: it counts as 8; expected 10 or a number in hexadecimal [octal-number]
-error.xml:2:29: error: card 1/muxctrl: 'maybe' is no word for "muxctrl"; expected 'no', 'yes'; the query fails: "invalid YesOrNo(maybe)." [query-fails]
+error.xml:2:29: error: card 1/muxctrl: 'maybe' is not a valid value for "muxctrl"; expected 'yes', 'no'; the query fails: "invalid YesOrNo(maybe)." [query-fails]
 none.xml:1:1: error: cannot be read: No such file or directory [unreadable]
 TEXT
     expect 'the lines are those of GCC, and nothing else' cmp -s out expected
@@ -992,7 +992,7 @@ TEXT
         says out '::error file=a%3Ab%2Cc%25d&<"%0A.xml,line=2,col=29,title=query-fails::card 1/muxctrl: '
     printf '<device><card typeid="1%%"/></device>' >percent.xml
     run check --format github percent.xml
-    expect 'in texts only what could end the line is escaped' says out "::card 1%25: '%25' behind the number "
+    expect 'only what could end the line is escaped in texts' says out "::card 1%25: '%25' after the number "
     for format in gcc github checkstyle; do
         run check --format $format "$example"
         expect "$format has no finding where there is none" exits 0
@@ -1017,7 +1017,7 @@ check_prints_checkstyle() {
     expect 'and its check' [ "$(query '//file[1]/error/@source')" = dcm.octal-number ]
     expect 'the name is that of the file, where it can be' [ "$(query '//file[4]/@name')" = 'a:b,c%d&<"\n.xml' ]
     expect 'the text is as it is elsewhere' [ "$(query '//file[2]/error/@message')" = \
-        "card 1/muxctrl: 'maybe' is no word for \"muxctrl\"; expected 'no', 'yes'; the query fails: \"invalid YesOrNo(maybe).\"" ]
+        "card 1/muxctrl: 'maybe' is not a valid value for \"muxctrl\"; expected 'yes', 'no'; the query fails: \"invalid YesOrNo(maybe).\"" ]
     cp warning.xml $'\xef\xbf\xbe.xml'
     run check --format checkstyle $'\xef\xbf\xbe.xml'
     expect 'no name makes it another document' xmllint --noout out
@@ -1183,7 +1183,7 @@ check_does_only_the_checks_that_are_named() {
     expect 'and no other' [ "$(wc -l <out)" = 2 ]
     run check --only octal-number torn.xml
     expect 'what cannot be checked is still found' exits 66
-    refuses "dcm check: 'octal' is not a valid name of a check; 'dcm check --list-checks' lists them all" check --only octal three.xml
+    refuses "dcm check: 'octal' is not a valid name of a check; did you mean 'octal-number'?" check --only octal three.xml
     write_fixable
     cp card.xml before.xml
     run check --fix --only octal-number card.xml

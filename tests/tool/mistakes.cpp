@@ -234,12 +234,12 @@ std::vector<Mistake> slipsIn(const std::string &text, std::mt19937 &random)
             continue;
         const Span name = {pieces[i].span.begin + 1, dcmtool::nameEnd(text, pieces[i].span.begin + 1)};
         const std::string slip = slipped(std::string(cut(text, name)), random);
-        Mistake misspelt = replaced("name", name, slip);
+        Mistake misspelled = replaced("name", name, slip);
         if (kind == dcmtool::MarkupKind::startTag) {
             const size_t end = pieces[pieces[i].partner].span.begin + 2;
-            misspelt.edits.push_back({{end, end + name.end - name.begin}, slip});
+            misspelled.edits.push_back({{end, end + name.end - name.begin}, slip});
         }
-        mistakes.push_back(std::move(misspelt));
+        mistakes.push_back(std::move(misspelled));
         dcmtool::WrittenAttribute attribute;
         for (size_t at = name.end; dcmtool::nextAttribute(text, at, attribute);) {
             mistakes.push_back(

@@ -32,7 +32,7 @@ Allowance allowanceIn(const DescriptionFile::Comment &comment)
     if (rule == nullptr)
         return {nullptr, "there is no check " + inQuotes(name), name};
     if (!rule->canBeSilenced())
-        return {nullptr, inQuotes(name) + " cannot be allowed: the query fails all the same", ""};
+        return {nullptr, inQuotes(name) + " cannot be allowed: the query still fails", ""};
     const std::string reason = colon == std::string::npos ? "" : trimmed(text.substr(colon + 1));
     if (reason.empty())
         return {nullptr, "a reason is missing: expected 'dcm-check: allow " + name + ": REASON'", ""};

@@ -551,7 +551,7 @@ Command checkCommand()
                            {"json", kJson}, {"sarif", kSarif}};
     const Words colours = {{"auto", kAutomatic}, {"always", kAlways}, {"never", kNever}};
     return {"check",
-            "Find what is wrong in descriptions",
+            "Check descriptions for mistakes",
             {{"FILE", "Descriptions to check, folders of them, - for standard input", &options->files},
              {"-f,--file", "The same as FILE", &options->files, "FILE"},
              {"-W",

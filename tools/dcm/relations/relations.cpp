@@ -124,7 +124,8 @@ uint32_t ledKey(const char *type, uint32_t id)
 }
 
 // The attribute of an element, or the one that is probably a misspelling of it.
-dcm::Text probableAttribute(Node element, const dcm::Element &format, const char *name, size_t &left, bool &isMisspelt)
+dcm::Text probableAttribute(Node element, const dcm::Element &format, const char *name, size_t &left,
+                            bool &isMisspelled)
 {
     dcm::Text text = dcm::Text::attribute(element, name, {"dcm"});
     if (text)
@@ -136,7 +137,7 @@ dcm::Text probableAttribute(Node element, const dcm::Element &format, const char
         left--;
         if (nearest(written, attributeNames(format)) != name)
             continue;
-        isMisspelt = true;
+        isMisspelled = true;
         return dcm::Text::attribute(element, written, {"dcm"});
     }
     return text;
@@ -174,7 +175,7 @@ private:
     void add(Target target, Node scope, uint32_t key, Node element, Node faulty)
     {
         if (faulty != nullptr) {
-            entries_.misspelt.emplace(Key(target, scope, key), faulty);
+            entries_.misspelled.emplace(Key(target, scope, key), faulty);
             return;
         }
         std::vector<Node> &elements = entries_.described[{target, scope, key}];
@@ -189,12 +190,12 @@ private:
 
     void addCard(const dcm::NamedElement &row, Node faulty)
     {
-        bool isMisspelt = false;
+        bool isMisspelled = false;
         const dcm::Text text = probableAttribute(type_.element, *row.element, row.element->attributes[0].name,
-                                                 entries_.comparisonsLeft, isMisspelt);
+                                                 entries_.comparisonsLeft, isMisspelled);
         if (!text || !isReadable(text.c_str(), row.element->attributes[0].content))
             addUnreadable(Target::cardType, nullptr, faulty != nullptr ? faulty : type_.element);
-        else if (faulty != nullptr || isMisspelt)
+        else if (faulty != nullptr || isMisspelled)
             add(Target::cardType, nullptr, dcm::readNumber(text.c_str()), type_.element,
                 faulty != nullptr ? faulty : type_.element);
         if (faulty == nullptr)
@@ -204,9 +205,10 @@ private:
     void addIds(Target target, Node element, const dcm::NamedElement &row, Node faulty)
     {
         const dcm::Attribute *id = idAttribute(*row.element);
-        bool isMisspelt = false;
-        const dcm::Text text = probableAttribute(element, *row.element, id->name, entries_.comparisonsLeft, isMisspelt);
-        const Node cause = faulty != nullptr ? faulty : isMisspelt ? element : nullptr;
+        bool isMisspelled = false;
+        const dcm::Text text =
+            probableAttribute(element, *row.element, id->name, entries_.comparisonsLeft, isMisspelled);
+        const Node cause = faulty != nullptr ? faulty : isMisspelled ? element : nullptr;
         const bool isEverywhere = target == Target::fanController || target == Target::slot;
         bool isFaulty = !text || !isReadable(text.c_str(), id->content);
         for (const uint32_t number : text ? idsOf(text.c_str(), id->content) : std::vector<uint32_t>()) {
@@ -228,10 +230,10 @@ private:
     {
         const dcm::Attribute *type = findAttribute(*row.element, Kind::keyword);
         const dcm::Attribute *id = idAttribute(*row.element);
-        bool isMisspelt = false;
+        bool isMisspelled = false;
         const dcm::Text typeText =
-            probableAttribute(led, *row.element, type->name, entries_.comparisonsLeft, isMisspelt);
-        const dcm::Text idText = probableAttribute(led, *row.element, id->name, entries_.comparisonsLeft, isMisspelt);
+            probableAttribute(led, *row.element, type->name, entries_.comparisonsLeft, isMisspelled);
+        const dcm::Text idText = probableAttribute(led, *row.element, id->name, entries_.comparisonsLeft, isMisspelled);
         const Node holder = led->parent->parent;
         const bool isKnown = typeText && isWord(typeText.c_str(), dcm::kLedTypeWords);
         if (!isKnown || !idText || !isReadable(idText.c_str(), id->content)) {
@@ -240,7 +242,7 @@ private:
         }
         if (!isKnown || !idText)
             return;
-        const Node cause = faulty != nullptr ? faulty : isMisspelt ? led : nullptr;
+        const Node cause = faulty != nullptr ? faulty : isMisspelled ? led : nullptr;
         for (const uint32_t number : idsOf(idText.c_str(), id->content)) {
             const uint32_t key = ledKey(typeText.c_str(), number);
             add(Target::led, holder, key, led, cause);
@@ -293,8 +295,8 @@ public:
 
 namespace {
 
-// Frames, slots and cards whose names are misspelt.
-std::vector<DescribedType> misspeltTypes(Node root, size_t &left)
+// Frames, slots and cards whose names are misspelled.
+std::vector<DescribedType> misspelledTypes(Node root, size_t &left)
 {
     std::vector<DescribedType> types;
     std::vector<std::string> names;
@@ -322,7 +324,7 @@ const TargetIndex::Entries &TargetIndex::entries() const
         Builder(entries_, type).add(nullptr);
     const Node root = types_.empty() ? nullptr : types_.front().element->parent;
     if (root != nullptr && root->type == XML_ELEMENT_NODE)
-        for (const DescribedType &type : misspeltTypes(root, entries_.comparisonsLeft))
+        for (const DescribedType &type : misspelledTypes(root, entries_.comparisonsLeft))
             Builder(entries_, type).add(type.element);
     return entries_;
 }
@@ -336,9 +338,9 @@ const std::vector<Node> &TargetIndex::elementsOf(const Key &key) const
 
 Node TargetIndex::faultyAt(const Key &key) const
 {
-    const auto misspelt = entries().misspelt.find(key);
-    if (misspelt != entries().misspelt.end())
-        return misspelt->second;
+    const auto misspelled = entries().misspelled.find(key);
+    if (misspelled != entries().misspelled.end())
+        return misspelled->second;
     const auto unreadable = entries().unreadable.find({std::get<Target>(key), std::get<Node>(key)});
     return unreadable != entries().unreadable.end() ? unreadable->second : nullptr;
 }

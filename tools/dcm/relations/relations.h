@@ -57,7 +57,7 @@ public:
     // The LEDs of a name; `holder` is the element whose LED map names them.
     std::vector<Node> findLeds(const char *name, Node holder) const;
     // Of a number or name that nothing has: the faulty element that was probably meant to have it. Its name, or that of
-    // an element around it, is misspelt, or its id cannot be read. nullptr when there is none.
+    // an element around it, is misspelled, or its id cannot be read. nullptr when there is none.
     Node findFaulty(const Relation &relation, const DescribedType &type, uint32_t number) const;
     Node findFaultyLed(const char *name, Node holder) const;
 
@@ -66,7 +66,7 @@ private:
     using Key = std::tuple<Target, Node, uint32_t>;
     struct Entries {
         std::map<Key, std::vector<Node>> described;
-        std::map<Key, Node> misspelt;
+        std::map<Key, Node> misspelled;
         std::map<std::pair<Target, Node>, Node> unreadable; // may have any number
         size_t comparisonsLeft = 1000;                      // of unknown names with those of the format
     };

@@ -16,7 +16,7 @@ void controllerWithoutUnits(const Context &frame, Findings &findings)
         return;
     for (const Node entry : dcm::children(map->node)) {
         const dcm::Element *format = formatOf(entry);
-        // A misspelt entry is reported as such.
+        // A misspelled entry is reported as such.
         if (format == nullptr)
             return;
         for (const uint32_t id : idsOf(entry, *format))

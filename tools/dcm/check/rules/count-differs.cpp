@@ -75,8 +75,8 @@ private:
     Node repeated_ = nullptr;
 };
 
-// Whether an element that the format does not know is probably an entry whose name is misspelt.
-bool hasMisspelt(const Context &context)
+// Whether an element that the format does not know is probably an entry whose name is misspelled.
+bool hasMisspelled(const Context &context)
 {
     for (const Node child : dcm::children(context.node))
         if (findRow(*context.format, dcm::nameOf(child)) == context.format->childCount &&
@@ -98,7 +98,7 @@ void countDiffers(const Context &context, Findings &findings)
         entries.add(child.node, *context.rowOf(child).element);
     const size_t count = entries.count();
     const uint32_t announced = text.number();
-    if (count == announced || (count < announced && (entries.isFaulty() || hasMisspelt(context))))
+    if (count == announced || (count < announced && (entries.isFaulty() || hasMisspelled(context))))
         return;
     if (count < announced && entries.repeated() != nullptr) {
         const dcm::Element &format = *formatOf(entries.repeated());

@@ -22,7 +22,7 @@ bool hasThreshold(Node element)
     return false;
 }
 
-// Whether it may have a misspelt one, which is reported as such.
+// Whether it may have a misspelled one, which is reported as such.
 bool hasUnknown(Node element, const dcm::Element &format)
 {
     for (const Node child : dcm::children(element))

@@ -12,7 +12,7 @@ void numberListEnd(const Value &value, Findings &findings)
         const char *item = end;
         if (count == value.content.limit) {
             findings.at(value, "the list has more than " + std::to_string(count) + " numbers: " + inQuotes(item) +
-                                   " is passed over");
+                                   " is ignored");
             return;
         }
         if (dcm::readNumber(end, &end) == 0) {

@@ -13,7 +13,7 @@ void numberTail(const Value &value, Findings &findings)
         const Reading reading = readingOf(item.text);
         if (reading.isNumber && !reading.tail.empty())
             atNumber(value, item,
-                     inQuotes(reading.tail) + " behind the number is ignored: " + inQuotes(item.text) + " counts as " +
+                     inQuotes(reading.tail) + " after the number is ignored: " + inQuotes(item.text) + " counts as " +
                          std::to_string(static_cast<uint32_t>(reading.bits)),
                      findings);
     });

@@ -16,7 +16,7 @@ void overflowAction(const Context &sensor, Findings &findings)
     if (action == nullptr)
         return;
     const Reading reading = readingOf(dcm::Text::content(action->node, {"dcm"}).c_str());
-    // What is no number of 8 bits is reported as such.
+    // A value that is not a number of 8 bits has a finding of its own.
     if (!reading.isNumber || reading.bits == 0 || reading.bits > UINT8_MAX)
         return;
     const std::string number = std::to_string(reading.bits);

@@ -55,10 +55,9 @@ void overwrittenPort(const Context &context, Findings &findings)
         }
         if (first != nullptr && !findings.counts(child.node))
             findings
-                .atValue(
-                    child.node, idAttribute(format)->name,
-                    numbered("port", overwritten) +
-                        " described before, without what marks an entry as taken: what stands here is written over it")
+                .atValue(child.node, idAttribute(format)->name,
+                         numbered("port", overwritten) +
+                             " described before, without what marks an entry as taken: this one overwrites it")
                 .noting(idSpan(context, *first, findings), "described here before");
     }
 }

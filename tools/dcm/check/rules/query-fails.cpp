@@ -255,7 +255,7 @@ struct Fault {
     Node first = nullptr;     // which is described twice
     Node container = nullptr; // around the element, that has the fault instead
     std::string better;       // the value that the attribute should probably have
-    std::string misspelt;     // what is written for the attribute
+    std::string misspelled;   // what is written for the attribute
     ValuePart item;           // of a list, that is wrong
 };
 
@@ -473,7 +473,7 @@ Fault faultOfSum(const Culprit &culprit, const std::vector<const dcm::Attribute 
 }
 
 // The attribute that is probably a misspelling of one that is missing; empty when there is none.
-std::string misspeltAttribute(Node element, const dcm::Element &format, const char *name)
+std::string misspelledAttribute(Node element, const dcm::Element &format, const char *name)
 {
     for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next) {
         const char *written = reinterpret_cast<const char *>(attribute->name);
@@ -491,9 +491,9 @@ Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
         const dcm::Text text = textOf(culprit.element, &attribute);
         if (!text && attribute.need == dcm::Need::required) {
             fault.attribute = &attribute;
-            fault.misspelt = misspeltAttribute(culprit.element, format, attribute.name);
-            fault.text = fault.misspelt.empty() ? "" : quotedName(fault.misspelt) + " is not known, and ";
-            fault.meant = fault.misspelt.empty() ? "" : attribute.name;
+            fault.misspelled = misspelledAttribute(culprit.element, format, attribute.name);
+            fault.text = fault.misspelled.empty() ? "" : quotedName(fault.misspelled) + " is not known, and ";
+            fault.meant = fault.misspelled.empty() ? "" : attribute.name;
             fault.text += quotedName(attribute.name) + " is missing";
             return fault;
         }
@@ -570,10 +570,10 @@ Fault faultOf(const Culprit &culprit, const dcm::Element *format)
     return fault;
 }
 
-// ---- Mending --------------------------------------------------------------------------------------------------------
+// ---- Repairs --------------------------------------------------------------------------------------------------------
 
 // Whether decoding gets past the head of an element, with nothing in it and behind it.
-bool isMended(Node root, Node element, const Decoding &run)
+bool isRepaired(Node root, Node element, const Decoding &run)
 {
     Hiding hiding;
     for (Node node = element; node != root; node = node->parent)
@@ -618,25 +618,25 @@ std::vector<std::string> betterValues(Node element, const dcm::Attribute &attrib
     }
 }
 
-// Takes a fault out, and as little else as possible; false when nothing but the whole would be left out.
-bool mend(Repairs &repairs, const Culprit &culprit, const Fault &fault, const Decoding &run)
+// Removes a fault, and as little else as possible; false when only the whole element could be removed.
+bool repair(Repairs &repairs, const Culprit &culprit, const Fault &fault, const Decoding &run)
 {
     const Node element = fault.container != nullptr ? fault.container : culprit.element;
     if (fault.attribute != nullptr) {
         const size_t before = repairs.count();
-        const auto isMendedBy = [&](const char *value) {
+        const auto isRepairedBy = [&](const char *value) {
             repairs.setAttribute(element, fault.attribute->name, value);
-            if (isMended(repairs.root(), element, run))
+            if (isRepaired(repairs.root(), element, run))
                 return true;
             repairs.undoTo(before);
             return false;
         };
-        if (fault.better.empty() && fault.attribute->need == dcm::Need::optional && isMendedBy(nullptr))
+        if (fault.better.empty() && fault.attribute->need == dcm::Need::optional && isRepairedBy(nullptr))
             return true;
-        if (!fault.better.empty() && isMendedBy(fault.better.c_str()))
+        if (!fault.better.empty() && isRepairedBy(fault.better.c_str()))
             return true;
         for (const std::string &value : betterValues(element, *fault.attribute))
-            if (isMendedBy(value.c_str()))
+            if (isRepairedBy(value.c_str()))
                 return true;
     }
     if (element == repairs.root())
@@ -645,16 +645,16 @@ bool mend(Repairs &repairs, const Culprit &culprit, const Fault &fault, const De
     return true;
 }
 
-// Moves an element behind the first of some later siblings with which decoding gets past the culprit one; that sibling,
-// or nullptr. The near ones are tried one by one. Farther away, what comes to stand before an element in which decoding
-// goes well also does before the next.
+// Moves an element behind the first later sibling that lets decoding succeed up to the culprit; returns that sibling,
+// or nullptr. The nearest are tried in turn. Of the others, each one behind the first that helps also helps, so that
+// the search halves them.
 Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &siblings, Node culprit,
                       const Decoding &run)
 {
     const size_t before = repairs.count();
     const auto helps = [&](size_t i) {
         repairs.moveBehind(siblings[i], moved);
-        if (isMended(repairs.root(), culprit, run))
+        if (isRepaired(repairs.root(), culprit, run))
             return true;
         repairs.undoTo(before);
         return false;
@@ -688,7 +688,7 @@ Node siblingBroughtForward(Repairs &repairs, Node moved, const std::vector<Node>
     const size_t before = repairs.count();
     for (size_t i = 0; i < siblings.size() && i < kMostNeighboursTried && !run.isTooMuch(); i++) {
         repairs.moveBefore(moved, siblings[i]);
-        if (isMended(repairs.root(), culprit, run))
+        if (isRepaired(repairs.root(), culprit, run))
             return siblings[i];
         repairs.undoTo(before);
     }
@@ -732,7 +732,7 @@ void tell(const Culprit &culprit, const Fault &fault, Findings &findings)
     const DescriptionFile &file = findings.file();
     const std::string text = fault.text + failing(culprit.message);
     const Node element = fault.container != nullptr ? fault.container : culprit.element;
-    Finding &finding = !fault.misspelt.empty()      ? findings.atAttribute(element, fault.misspelt.c_str(), text)
+    Finding &finding = !fault.misspelled.empty()    ? findings.atAttribute(element, fault.misspelled.c_str(), text)
                        : fault.item.size != 0       ? findings.at(element, itemSpan(element, fault, file), text)
                        : fault.attribute != nullptr ? findings.atValue(element, fault.attribute->name, text)
                        : fault.isContent            ? findings.atContent(element, text)
@@ -804,7 +804,7 @@ bool explainFailures(const DescriptionFile &file, const DescribedType &type, Rec
             wrongCounts.insert(fault.container != nullptr ? fault.container : culprit.element);
         if (isCount || !fault.mayBeOrder || wrongCounts.count(culprit.element->parent) == 0)
             tell(culprit, fault, findings);
-        if (!mend(repairs, culprit, fault, run))
+        if (!repair(repairs, culprit, fault, run))
             return false;
     }
 }

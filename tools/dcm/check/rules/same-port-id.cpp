@@ -22,7 +22,7 @@ PortIdentity identityOf(const DcmInnerIfInfo &port)
 }
 PortIdentity identityOf(const DcmEthpppIfInfo &port)
 {
-    // Here 0 stands for none.
+    // Here 0 means none.
     return {0, 0, 0, port.portId == 0 ? uint32_t{DCM_PORT_UNSPEC} : port.portId};
 }
 

@@ -9,7 +9,7 @@ namespace dcmtool {
 
 namespace {
 
-// The number of a type as its description writes it is not always how it is asked for.
+// The number of a type as its description writes it may differ from that of a query.
 std::string shown(uint32_t typeId, uint32_t mode)
 {
     return std::to_string(typeId) + (mode != 0 ? " in mode " + std::to_string(mode) : "");

@@ -10,7 +10,7 @@ void slotBeyondRecord(const Value &value, Findings &findings)
     if (value.context.role != Role::lastSlot || frame == nullptr || frame->maxSlotId <= DCM_SLOT_MAX)
         return;
     findings.at(value, "the last slot is " + std::to_string(frame->maxSlotId) + ", and the record has room for " +
-                           std::to_string(DCM_SLOT_MAX) + ": nothing can be said of the slots behind them");
+                           std::to_string(DCM_SLOT_MAX) + ": nothing can describe the slots beyond it");
 }
 
 } // namespace

@@ -12,7 +12,7 @@ const KnownChild *childOf(const Context &frame, Role role)
     return frame.lastChild(role);
 }
 
-// Slots with rules, of which the slot map says nothing.
+// Slots with rules that are not in the slot map.
 void slotOfNoKind(const Context &frame, Findings &findings)
 {
     const KnownChild *map = childOf(frame, Role::slotMap);
@@ -22,7 +22,7 @@ void slotOfNoKind(const Context &frame, Findings &findings)
     std::array<bool, DCM_SLOT_MAX + 1> isListed = {};
     for (const Node kind : dcm::children(map->node)) {
         const dcm::Element *format = formatOf(kind);
-        // A misspelt kind is reported as such.
+        // A misspelled kind is reported as such.
         if (format == nullptr)
             return;
         for (const uint32_t slot : numbersOf(dcm::Text::content(kind, {"dcm"}).c_str(), format->content))
@@ -36,7 +36,7 @@ void slotOfNoKind(const Context &frame, Findings &findings)
                     slots.push_back(slot);
     if (!slots.empty())
         findings.atName(map->node,
-                        numbered("slot", slots) + " in no list of the slot map: nothing knows what is plugged there");
+                        numbered("slot", slots) + " in no list of the slot map: what is plugged there is unknown");
 }
 
 } // namespace
