@@ -213,7 +213,7 @@ class MessageStream : public testing::TestWithParam<Stream> {};
 
 TEST_P(MessageStream, IsCutIntoMessagesHoweverItComes)
 {
-    for (const size_t step : {1, 2, 7, 1000000})
+    for (const size_t step : {size_t{1}, size_t{2}, size_t{7}, size_t{1000000}})
         EXPECT_EQ(readIn(GetParam().stream, step, 20), GetParam().received) << step;
 }
 
@@ -422,7 +422,7 @@ TEST(Lsp, CountsInLongLines)
 TEST(Lsp, TakesAnySequenceOfChanges)
 {
     const std::string letters[] = {"a", "\xC3\xA9", "\xF0\x9F\x94\x8C", "\n", "\r\n", "<card>", ""};
-    std::mt19937 random(7);
+    std::mt19937 random(7); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in each run
     const auto below = [&](size_t bound) { return random() % bound; };
     for (const Units units : {Units::utf8, Units::utf16}) {
         OpenDocument document(kUri, "", 1, units);
@@ -1037,7 +1037,7 @@ TEST(Lsp, AnswersAfterAnyEdits)
                                   "\xF0\x9F\x94\x8C",
                                   std::string(1, '\0')};
     const std::string text = kRelated;
-    std::mt19937 random(3);
+    std::mt19937 random(3); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in each run
     const auto below = [&](size_t bound) { return random() % bound; };
     const char *wanted = std::getenv("DCM_SEEDS");
     const size_t rounds = wanted != nullptr ? std::strtoul(wanted, nullptr, 10) : 300;

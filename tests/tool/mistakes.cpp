@@ -15,7 +15,6 @@ using dcm::Kind;
 using dcm::Role;
 using dcmtool::cut;
 using dcmtool::DescriptionFile;
-using dcmtool::Edit;
 using dcmtool::Node;
 using dcmtool::Span;
 

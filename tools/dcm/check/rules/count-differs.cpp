@@ -35,7 +35,7 @@ public:
     {
         const dcm::Attribute *id = idAttribute(format);
         const dcm::Text idText = dcm::Text::attribute(node, id != nullptr ? id->name : "", {"dcm"});
-        if (!idText) {
+        if (id == nullptr || !idText) {
             withoutId_++;
             isFaulty_ = isFaulty_ || id != nullptr;
             return;

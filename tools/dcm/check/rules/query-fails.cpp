@@ -430,7 +430,11 @@ std::string aboveText(const Culprit &culprit)
     const dcm::Element *around = formatOf(culprit.element->parent);
     for (size_t i = 0; around != nullptr && i < around->childCount; i++)
         if (around->children[i].role() == dcm::Role::fanCount)
-            return name + " " + id + " is above " + quotedName(around->children[i].name) + " " + most;
+            return std::string(name)
+                .append(" ")
+                .append(id)
+                .append(" is above ")
+                .append(quotedName(around->children[i].name) + " " + most);
     uint32_t count = 0;
     if (announced(culprit.element, count))
         return name + " " + id + " is above the " + most + " announced";
@@ -528,6 +532,7 @@ Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
             places.emplace(at, &format.attributes[i]);
     }
     std::vector<const dcm::Attribute *> named;
+    named.reserve(places.size());
     for (const auto &[at, attribute] : places)
         named.push_back(attribute);
     if (named.empty())
@@ -645,9 +650,8 @@ bool repair(Repairs &repairs, const Culprit &culprit, const Fault &fault, const 
     return true;
 }
 
-// Moves an element behind the first later sibling that lets decoding succeed up to the culprit; returns that sibling,
-// or nullptr. The nearest are tried in turn. Of the others, each one behind the first that helps also helps, so that
-// the search halves them.
+// Moves an element after a later sibling, so that decoding succeeds up to the culprit, and returns the first such
+// sibling or nullptr. The nearest siblings are tried in turn; then a binary search finds it.
 Node siblingThatHelps(Repairs &repairs, Node moved, const std::vector<Node> &siblings, Node culprit,
                       const Decoding &run)
 {
