@@ -54,7 +54,7 @@ std::string cellOf(const std::string &answer)
         return "*" + answer.substr(1) + "*";
     std::string cell;
     for (const std::string &rule : Coverage::rulesIn(answer))
-        cell += (cell.empty() ? "[" : ", [") + rule + "](" + rule + ".md)";
+        cell.append(cell.empty() ? "[" : ", [").append(rule).append("](").append(rule).append(".md)");
     return cell;
 }
 
@@ -139,7 +139,7 @@ std::string coveragePage(const Tree &tree, const Coverage &coverage)
         "why no rule is\nneeded. What may be in several places is listed once, as in the reference of the "
         "format.\n\n";
     for (const auto &[name, reason] : coverage.reasons())
-        page += "- *" + name + "*: " + reason + "\n";
+        page.append("- *").append(name).append("*: ").append(reason).append("\n");
     page += "\n| Place |";
     std::string rule = "\n|---|";
     for (const Question &question : kQuestions) {

@@ -484,7 +484,7 @@ private:
             change.oldPath.push_back(isAdded ? Step{&field} : stepOf(field, entry));
             change.newPath.push_back(isAdded ? stepOf(field, entry) : Step{&field});
             (isAdded ? change.newValue : change.oldValue) = record.entryOf(field, entry.entry);
-            isReported = report(std::move(change)) || isReported;
+            isReported = report(change) || isReported;
         };
         for (const Field *field : columns.scalars)
             reportField(*field);

@@ -9,7 +9,6 @@ namespace dcmlsp {
 
 using dcmformat::Place;
 using dcmtool::cut;
-using dcmtool::Span;
 
 namespace {
 
@@ -194,7 +193,7 @@ private:
             entry.push_back({dcmformat::Block::Kind::paragraph, meaning});
         const std::string quote = cursor_.isQuoted ? "" : "\"";
         for (const std::string &word : words)
-            add(ItemKind::word, word, quote + word + quote, false,
+            add(ItemKind::word, word, std::string(quote).append(word).append(quote), false,
                 {"", content.vocabulary != nullptr ? readingOf(content, word) : ""}, entry);
     }
 

@@ -114,7 +114,7 @@ struct Query {
     std::vector<Reference> references;
 };
 
-Json orNull(Json locations)
+Json orNull(const Json &locations)
 {
     return locations.empty() ? Json() : locations;
 }

@@ -22,7 +22,7 @@ public:
     {
     }
 
-    void receive(const MessageReader::Received &message);
+    void receive(const MessageReader::Received &received);
     // Sends what is found in the documents that have changed: to be called when no message waits, so that a document is
     // not checked for each letter of a word.
     void publish();
