@@ -416,7 +416,9 @@ bool readNumber(const std::string &written, uint32_t &number)
     number = static_cast<uint32_t>(value);
     // strtoull() would accept blanks and a sign before the digits.
     const bool beginsWithDigit = std::isdigit(static_cast<unsigned char>(written[0])) != 0;
-    return beginsWithDigit && *end == '\0' && errno == 0 && value <= UINT32_MAX;
+    // C libraries from 2023 on read binary numbers, too, which descriptions do not have everywhere.
+    const bool isBinary = written[0] == '0' && (written[1] == 'b' || written[1] == 'B');
+    return beginsWithDigit && !isBinary && *end == '\0' && errno == 0 && value <= UINT32_MAX;
 }
 
 std::string unknownWord(const std::string &written, const std::string &what, const std::vector<std::string> &words,
