@@ -55,7 +55,7 @@ class Terminal:
             os.execvpe(command[0], command, environment)
         self.text = ""
 
-    def wait(self, pattern, seconds=30):
+    def wait(self, pattern, seconds=120):
         """Waits until the shell has printed what matches, and takes it."""
         end = time.monotonic() + seconds
         while True:
