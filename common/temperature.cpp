@@ -70,7 +70,7 @@ struct Temperature : Table {
 
 const Element kTemperatureElement = repeated(elementOf<Temperature>);
 
-// Sensors beyond the room of the record are ignored: the decoder appends without checking a bound.
+// Sensors that do not fit in the record are ignored: the decoder appends without checking a bound.
 Result takeSensor(Node element, SensorBlock &block, const Reporter &)
 {
     if (block.count == block.room)

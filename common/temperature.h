@@ -38,7 +38,7 @@ template <class By> struct SensorMessages : AnySensorMessages {
     }
 };
 
-// A "temperature-entity": "num" is checked against the room of the array, which bounds the sensors that are kept.
+// A "temperature-entity": "num" is checked against the size of the array, which limits the sensors that are kept.
 Result takeSensors(Node element, DcmTemperatureInfo *sensors, size_t room, uint8_t &count,
                    const AnySensorMessages &messages, const Reporter &reporter);
 

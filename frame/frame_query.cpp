@@ -157,7 +157,7 @@ struct CardTypeCaps {
     size_t count = 0;
 };
 
-// Words beyond the room of the record are ignored.
+// Words that do not fit in the record are ignored.
 Result takeCardTypeCap(Node element, CardTypeCaps &caps, const Reporter &reporter)
 {
     return caps.count < std::size(caps.words) ? takeNumber(element, caps.words[caps.count++], reporter) : Result::ok;

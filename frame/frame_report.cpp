@@ -30,7 +30,7 @@ void printFanModule(const DcmFanModuleInfo &module, unsigned index)
     printf("    fanNum=%u\r\n", module.fanNum);
     printf("    slot=%u\r\n", module.slot);
     printf("    ledNum=%u\r\n", module.ledNum);
-    // The number of fans may exceed the room for them.
+    // The number of fans may exceed the size of their array.
     for (unsigned i = 0; i < module.fanNum && i < std::size(module.fan); i++) {
         printf("    fan id=%u\r\n", module.fan[i].id);
         printf("        fanCtrlId=%u\r\n", module.fan[i].fanCtrlId);

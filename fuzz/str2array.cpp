@@ -1,5 +1,5 @@
 // dcmStr2Array: the number of bytes to clear is in the first two bytes of the input, the list is the rest. The array
-// has exactly the room for the longest list in a text of this length.
+// has exactly the size of the longest list in a text of this length.
 #include "fuzz/number_texts.h"
 #include "fuzz/support.h"
 

@@ -73,7 +73,7 @@ struct StatePair : Table {
 };
 constexpr Element kStatePairElement = repeated(elementOf<StatePair>, DCM_LED_STATE_MAX);
 
-// One "state": the state that the LED shows for a state of the source. Pairs beyond the room of the LED are ignored.
+// One "state": the state that the LED shows for a state of the source. Pairs that do not fit in the LED are ignored.
 Result takeStatePair(Node element, StatePairs &pairs, const Reporter &reporter)
 {
     if (pairs.count == DCM_LED_STATE_MAX)

@@ -18,7 +18,7 @@ struct PortLed : LedStateTable {
     static constexpr Attribute attributes[] = {type, startId, endId, prefix};
 };
 
-// One "port-led": a run of port LEDs. Runs beyond the room of the record are ignored.
+// One "port-led": a run of port LEDs. Runs that do not fit in the record are ignored.
 Result takePortLed(Node element, PortLedBlock &block, const Reporter &reporter)
 {
     if (block.count == DCM_PORT_LED_MAX)
