@@ -15,6 +15,12 @@ tests_of() {
     printf '%s\n' "$commands"
 }
 
+# failures_in LOG: what failed, without the reports of tests that passed.
+failures_in() {
+    grep -E -A 12 ': Failure$|ERROR: |runtime error: ' "$1" | head -n 400
+    tail -n 20 "$1"
+}
+
 # whole_program COMMAND LOG: runs a GoogleTest program in one part for each processor. The command is quoted.
 whole_program() {
     local command=$1 log=$2 part parts=() status=0
@@ -25,7 +31,7 @@ whole_program() {
         parts+=($!)
     done
     for part in "${!parts[@]}"; do
-        wait "${parts[part]}" || { cat "$log.$part" >&2 && status=1; }
+        wait "${parts[part]}" || { failures_in "$log.$part" >&2 && status=1; }
     done
     return "$status"
 }
@@ -52,7 +58,7 @@ test_whole() {
     others=$(sed -E '/"--gtest_filter=/d; s/ .*//' <<<"$commands" | paste -sd,)
     if [ -n "$others" ]; then
         ctest --test-dir "$folder" --output-on-failure --timeout 600 --parallel "$jobs" -I "0,0,0,$others" \
-            --exclude-regex "$excluded" >"$folder/whole/others" 2>&1 || { cat "$folder/whole/others" >&2 && status=1; }
+            --exclude-regex "$excluded" >"$folder/whole/others" 2>&1 || { grep -vE "$passing" "$folder/whole/others" >&2 && status=1; }
         # Without times and names.
         echo "others: $(sed -nE '/^[0-9]+% tests passed/p' "$folder/whole/others")"
         sed -nE 's/^\t[0-9]+ - (.* \(Skipped\))/others: \1/p' "$folder/whole/others"

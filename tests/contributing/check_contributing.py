@@ -20,6 +20,7 @@ WATCHING_TESTS = [
     "tests/format/format_test.cpp",
     "tests/format/header_words_test.cpp",
     "tests/tool/corpus_test.cpp",
+    "tests/tool/coverage_test.cpp",
     "tests/tool/rule_pages_test.cpp",
 ]
 # What "./dev reference" writes.

@@ -96,8 +96,7 @@ void reportUnknown(const UnknownItem &item, Findings &findings)
     if (!known.empty() && known.size() <= 12)
         expected = "; expected " + listedNames(nearestFirst(item.name, known));
     else if (!known.empty())
-        expected = "; expected one of " + std::to_string(known.size()) + " names, such as " +
-                   listedNames(nearestOf(item.name, known));
+        expected = "; expected a name such as " + listedNames(nearestOf(item.name, known));
     report(item, quotedName(item.name) + " is not known and is ignored" + expected, findings)
         .meaning(nearest(item.name, known));
 }
