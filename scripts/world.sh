@@ -13,7 +13,8 @@ world_configure() {
     esac
     shift 2
     quietly env -u CC -u CXX -u CFLAGS -u CXXFLAGS -u LDFLAGS cmake -S . -B "build/world/$name" -G Ninja \
-        "${compilers[@]}" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO='-O2 -DNDEBUG' "$@" || fail "cannot configure build/world/$name"
+        "${compilers[@]}" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO='-O2 -DNDEBUG' -DDCM_COUNT_WORK=OFF "$@" ||
+        fail "cannot configure build/world/$name"
 }
 
 # world_compile NAME TARGET...
