@@ -2,6 +2,7 @@
 // added. It is formatted: every query has the same result, comments and findings are the same, and formatting it again
 // changes nothing.
 #include "tests/support/meaning.h"
+#include "tools/dcm/check/findings.h"
 #include "tools/dcm/description/edits.h"
 #include "tools/dcm/description/layout.h"
 
@@ -31,12 +32,17 @@ std::string textOf(const uint8_t *data, size_t size)
     return dcmtest::scrambled(dcmfuzz::Generator(input).make().text, random);
 }
 
-// Where much makes a query fail, how far the search for it gets depends on how much text there is.
+// Where much makes a query fail, how far the search for it gets depends on how much text there is. The finding that says
+// so may be one too many.
 bool hasSearchEnded(const std::vector<std::string> &findings)
 {
-    return std::any_of(findings.begin(), findings.end(), [](const std::string &finding) {
-        return finding.find("the search for it has ended") != std::string::npos;
+    const auto failures = std::count_if(findings.begin(), findings.end(), [](const std::string &finding) {
+        return finding.rfind("query-fails ", 0) == 0;
     });
+    return failures >= static_cast<ptrdiff_t>(dcmtool::Findings::kMostOfRule) ||
+           std::any_of(findings.begin(), findings.end(), [](const std::string &finding) {
+               return finding.find("the search for it has ended") != std::string::npos;
+           });
 }
 
 bool isLikeIn(const DescriptionFile &file, const std::string &text, Layout layout)
