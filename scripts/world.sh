@@ -90,12 +90,13 @@ world_libcxx() {
     build
     for tool in release "world/$name"; do
         output=build/world/${tool##*/}.output
+        # Some files of the corpus are not well-formed.
         {
-            "build/$tool/dcm" list --file examples/device.xml
-            "build/$tool/dcm" export --file examples/device.xml
-            "build/$tool/dcm" frame 1 --file examples/device.xml
-            "build/$tool/dcm" check --format json tests/tool/corpus/*.xml || [ $? -eq 2 ]
-        } >"$output" || status=1
+            "build/$tool/dcm" list --file examples/device.xml &&
+                "build/$tool/dcm" export --file examples/device.xml &&
+                "build/$tool/dcm" frame 1 --file examples/device.xml &&
+                { "build/$tool/dcm" check --format json tests/tool/corpus/*.xml || [ $? -eq 66 ]; }
+        } >"$output" || { echo "build/$tool/dcm fails" && status=1; }
     done
     [[ $(ldd "build/world/$name/dcm") == *libc++* ]] || fail 'the tool does not use libc++'
     cmp build/world/release.output "$output" || return 1
