@@ -144,16 +144,20 @@ private:
 
     std::string slotId(uint32_t slot) const { return id_ + ".slot." + std::to_string(slot); }
 
-    std::string acceptedBy(uint32_t slot) const { return joined(acceptedCards(view_, slot), ", "); }
+    // "accepts MCU-A"; empty if it accepts none.
+    std::string acceptedWords(uint32_t slot) const
+    {
+        const std::vector<std::string> cards = acceptedCards(view_, slot);
+        return cards.empty() ? "" : "accepts " + joined(cards, ", ");
+    }
 
     std::string ruleOf(uint32_t slot) const
     {
         const uint32_t cards = frame_.maxCardNum[slot - 1];
-        const std::string accepted = acceptedBy(slot);
         return joined({cards == 0   ? "takes no card"
                        : cards == 1 ? "1 card"
                                     : std::to_string(cards) + " cards each",
-                       accepted.empty() ? "" : "accepts " + accepted});
+                       acceptedWords(slot)});
     }
 
     std::string slotTitle(uint32_t slot) const
@@ -191,6 +195,7 @@ private:
                 x = inside_.x;
                 column = 0;
             }
+            ownRule_[slot] = joined({wordsOf(Kind::lcd).adjective, acceptedWords(slot)});
             addUnitSlot({x, y, m_.display, m_.strip}, slot, Kind::lcd);
             x += m_.display + m_.gap;
             column++;
@@ -320,6 +325,7 @@ private:
         for (int i = 0; i < cards; i++) {
             const Box cell = cellOf(row, i, cards);
             if (i > 0) {
+                hasDividers_ = true;
                 Figure divider;
                 divider.part = Part::divider;
                 divider.box = {cell.x - (m_.isText ? 1 : 15), cell.y, m_.isText ? 1 : 0, cell.h};
@@ -404,7 +410,7 @@ private:
         ownRule_.clear();
         for (const uint32_t slot : band.slots)
             if (ruleOf(slot) != common)
-                ownRule_[slot] = acceptedBy(slot).empty() ? "" : "accepts " + acceptedBy(slot);
+                ownRule_[slot] = acceptedWords(slot);
         const std::string slots = wordsOf(band.kind).adjective +
                                   std::string(band.slots.size() == 1 ? " slot " : " slots ") + ranges(band.slots);
         parts_.push_back(textFigure(m_, x, y + (m_.isText ? 0 : 30), {{slots, kSmallBold}, {common, kSmallDim}},
@@ -498,6 +504,7 @@ private:
                     slots.push_back(other);
             if (slots.size() < 2 || !drawn.insert(slots).second)
                 continue;
+            hasSpans_ = true;
             const int inset = m_.isText ? 0 : 80;
             const int top = rowOf_.at(slots.front()).y + inset;
             const int bottom = rowOf_.at(slots.back()).bottom() - inset - (m_.isText ? 1 : 0);
@@ -781,9 +788,21 @@ private:
                     {m_.isText ? std::nullopt : std::optional<Figure>(panelFigure({}, wordsOf(kind).style, 20)),
                      {{wordsOf(kind).adjective, kSmall}}});
         }
+        const auto addMark = [&](bool isThere, Part part, const char *sign, const std::string &words) {
+            Figure mark;
+            mark.part = part;
+            if (isThere)
+                kinds.push_back({m_.isText ? std::nullopt : std::optional<Figure>(mark),
+                                 {{m_.isText ? sign + (" " + words) : words, kSmall}}});
+        };
+        addMark(hasSpans_, Part::span, "┐┘", "a card may span these slots");
+        addMark(hasDividers_, Part::divider, "╎", "cards side by side (a lone card is drawn across)");
         if (!kinds.empty())
             room.y = addFlow(root_, m_, room, {{"Slots", kSmallDim}}, label, kinds);
-        room.y = addFlow(root_, m_, room, {{"LEDs", kSmallDim}}, label, legendOfLeds());
+        // The LEDs of a panel change with those of the page around it.
+        const TextRun leds = view_.isPanelOnly ? TextRun{"LEDs", kSmallDim} : legendLabel(ledStates_);
+        room.y = addFlow(root_, m_, room, {leds}, std::max(label, widthOf(m_, leds.text, leds.face) + m_.itemGap),
+                         legendOfLeds());
         std::map<std::string, std::string> styles;
         std::vector<std::string> order;
         for (const Fit &fit : view_.fits)
@@ -816,7 +835,9 @@ private:
     std::vector<uint32_t> slots_;
     std::map<uint32_t, std::vector<Kind>> kinds_;
     std::map<uint32_t, std::vector<const Fit *>> fitsOf_;
-    std::map<uint32_t, std::string> ownRule_; // of slots that differ from their band
+    std::map<uint32_t, std::string> ownRule_; // of slots whose rule no header has
+    bool hasSpans_ = false;
+    bool hasDividers_ = false;
     std::map<uint32_t, Box> rowOf_;
     std::vector<Figure> parts_;
     Figure root_;
