@@ -688,6 +688,7 @@ TEST(Draw, ExplainsTheMarksThatAPictureHasAndNoOthers)
         device(R"(<frame typeid="1"><maxslotnum>1</maxslotnum><slotmap><lpu>1</lpu></slotmap></frame>)").drawnFrame());
     EXPECT_THAT(plain, Not(span));
     EXPECT_THAT(plain, Not(sideBySide));
+    EXPECT_THAT(plain, Not(testing::Contains("fast-blink"))); // it has no LEDs
 }
 
 TEST(Draw, SaysInTheLegendWhetherLedsShowTheirDefaultState)
@@ -708,6 +709,7 @@ TEST(Draw, ShowsSlotsOfTwoKindsAndOfNone)
     EXPECT_THAT(figureOf(picture, "frame-0x1.slot.1")->title, HasSubstr("slot 1 (control, also fan)"));
     EXPECT_THAT(figureOf(picture, "frame-0x1.slot.2")->title, HasSubstr("slot 2 (no kind)"));
     EXPECT_THAT(figureOf(picture, "frame-0x1.slot.5")->title, HasSubstr("beyond maxslotnum"));
+    EXPECT_THAT(textsIn(picture), testing::IsSupersetOf({"also fan", "slots 2–3 of no kind"}));
 }
 
 // ---- Findings -------------------------------------------------------------------------------------------------------

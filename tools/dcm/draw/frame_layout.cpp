@@ -114,16 +114,23 @@ private:
         return slots;
     }
 
+    // Of the frame and its units.
+    size_t allLeds() const
+    {
+        size_t leds = ledCount();
+        for (size_t i = 0; i < moduleCount(); i++)
+            leds += std::min<size_t>(frame_.fanModuleInfo[i].ledNum, DCM_LED_MAX);
+        for (size_t i = 0; i < supplyCount(); i++)
+            leds += std::min<size_t>(frame_.powerInfo[i].ledNum, DCM_LED_MAX);
+        return leds;
+    }
+
     std::string subtitle() const
     {
         size_t fans = 0;
-        size_t leds = ledCount();
-        for (size_t i = 0; i < moduleCount(); i++) {
+        for (size_t i = 0; i < moduleCount(); i++)
             fans += fanCount(frame_.fanModuleInfo[i]);
-            leds += std::min<size_t>(frame_.fanModuleInfo[i].ledNum, DCM_LED_MAX);
-        }
-        for (size_t i = 0; i < supplyCount(); i++)
-            leds += std::min<size_t>(frame_.powerInfo[i].ledNum, DCM_LED_MAX);
+        const size_t leds = allLeds();
         size_t fitted = 0;
         for (const Fit &fit : view_.fits)
             fitted += fit.refusal.empty() ? 1 : 0;
@@ -160,13 +167,20 @@ private:
                        acceptedWords(slot)});
     }
 
+    // "also fan" of a slot of two kinds, which is drawn as one of the first.
+    std::string otherKindsOf(uint32_t slot) const
+    {
+        const std::vector<Kind> &kinds = kinds_.at(slot);
+        std::vector<std::string> others;
+        for (size_t i = 1; i < kinds.size(); i++)
+            others.push_back(std::string("also ") + wordsOf(kinds[i]).adjective);
+        return joined(others, ", ");
+    }
+
     std::string slotTitle(uint32_t slot) const
     {
-        std::vector<std::string> kinds;
-        for (const Kind kind : kinds_.at(slot))
-            kinds.emplace_back(wordsOf(kind).adjective);
-        const std::string text =
-            "slot " + std::to_string(slot) + " (" + joined(kinds, ", also ") + "): " + ruleOf(slot);
+        const std::string kinds = joined({wordsOf(kindOf(slot)).adjective, otherKindsOf(slot)}, ", ");
+        const std::string text = "slot " + std::to_string(slot) + " (" + kinds + "): " + ruleOf(slot);
         return joined({slot > frame_.maxSlotId ? text + " · beyond maxslotnum" : text,
                        view_.places.of("slot." + std::to_string(slot))});
     }
@@ -409,10 +423,10 @@ private:
                 common = ruleOf(slot);
         ownRule_.clear();
         for (const uint32_t slot : band.slots)
-            if (ruleOf(slot) != common)
-                ownRule_[slot] = acceptedWords(slot);
-        const std::string slots = wordsOf(band.kind).adjective +
-                                  std::string(band.slots.size() == 1 ? " slot " : " slots ") + ranges(band.slots);
+            ownRule_[slot] = joined({otherKindsOf(slot), ruleOf(slot) != common ? acceptedWords(slot) : ""});
+        const std::string numbers = (band.slots.size() == 1 ? "slot " : "slots ") + ranges(band.slots);
+        const std::string slots =
+            band.kind == Kind::none ? numbers + " of no kind" : wordsOf(band.kind).adjective + (" " + numbers);
         parts_.push_back(textFigure(m_, x, y + (m_.isText ? 0 : 30), {{slots, kSmallBold}, {common, kSmallDim}},
                                     inside_.right() - x));
         y += m_.bandHeader;
@@ -801,8 +815,11 @@ private:
             room.y = addFlow(root_, m_, room, {{"Slots", kSmallDim}}, label, kinds);
         // The LEDs of a panel change with those of the page around it.
         const TextRun leds = view_.isPanelOnly ? TextRun{"LEDs", kSmallDim} : legendLabel(ledStates_);
-        room.y = addFlow(root_, m_, room, {leds}, std::max(label, widthOf(m_, leds.text, leds.face) + m_.itemGap),
-                         legendOfLeds());
+        const auto hasLeds = [](const Fit &fit) { return fit.refusal.empty() && fit.card->card.ledNum != 0; };
+        // Cards are put into the slots of a panel later.
+        if (view_.isPanelOnly || allLeds() != 0 || std::any_of(view_.fits.begin(), view_.fits.end(), hasLeds))
+            room.y = addFlow(root_, m_, room, {leds}, std::max(label, widthOf(m_, leds.text, leds.face) + m_.itemGap),
+                             legendOfLeds());
         std::map<std::string, std::string> styles;
         std::vector<std::string> order;
         for (const Fit &fit : view_.fits)
