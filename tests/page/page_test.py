@@ -46,6 +46,22 @@ def has_a_section_and_a_link_for_each_entity(browser, page):
     equal(sorted(browser.run(kShownLinks)), sorted(keys))
 
 
+def gives_a_chassis_the_whole_width_until_a_slot_is_chosen(browser, page):
+    width = "document.querySelector('#e-frame-0x1 .picture svg').getBoundingClientRect().width"
+    browser.open(page)
+    assert browser.run(width) > 1050, browser.run(width)
+    browser.go("#/frame-0x1/3")
+    assert browser.run(width) < 850, browser.run(width)
+
+
+def shows_each_port_of_a_slot_type(browser, page):
+    for key, last in (("slot-0x2", "syncIf.15"), ("slot-0x3", "sfuIf.23")):
+        browser.open(page, "#/" + key)
+        port = browser.run("(() => {const b = document.getElementById('%s.%s').getBoundingClientRect(); return [b.width, b.right]})()"
+                           % (key, last))
+        assert port[0] >= 12 and port[1] < 1400, port
+
+
 def shows_everything_without_script(browser, page):
     browser.send("Emulation.setScriptExecutionDisabled", value=True)
     try:
@@ -88,6 +104,7 @@ def fits_a_card_by_a_click_and_keeps_it_in_the_address(browser, page):
     browser.open(page)
     equal(browser.run("document.querySelector('#e-frame-0x1 .panel').hidden"), True)
     browser.click("#frame-0x1\\.slot\\.3 > text")
+    equal(text_of(browser, "#e-frame-0x1 .panel h3 + small"), "line")
     equal(text_of(browser, "#e-frame-0x1 .panel h3"), "Slot 3")
     browser.click("#e-frame-0x1 [aria-label='fit ETH-54P into slot 3']")
     equal(browser.run("location.hash"), "#/frame-0x1/3?3=card-0x302-0")
@@ -278,6 +295,7 @@ def shows_findings_and_failing_queries(browser, page):
     browser.go("#/card-0x2-0")
     equal(browser.run("document.querySelector('#e-card-0x2-0 .found .bad, #e-card-0x2-0 .found li.bad') !== null"), True)
     equal(text_of(browser, "#e-card-0x2-0 .fails"), "The query of this type fails.")
+    equal(text_of(browser, "nav a[href='#/card-0x2-0'] small"), "fails")
     browser.go("#/frame-0x1/1")
     panel = text_of(browser, "#e-frame-0x1 .panel")
     assert "0x0002 its query fails" in panel and "0x0007 no card of this type is described" in panel, panel
@@ -292,9 +310,9 @@ def takes_no_markup_from_the_file(browser, page):
 # ---- Running ---------------------------------------------------------------------------------------------------------
 
 def screenshots(browser, page, folder):
-    def shoot(name, address, width=1440, height=900, before=""):
+    def shoot(name, address, width=1440, height=900, before="", file=page):
         browser.resize(width, height)
-        browser.open(page, address)
+        browser.open(file, address)
         if before:
             browser.run(before)
         browser.screenshot(os.path.join(folder, name + ".png"))
@@ -309,7 +327,8 @@ def screenshots(browser, page, folder):
     shoot("phone", "#/frame-0x1", 400, 800)
     shoot("phone-slot", "#/frame-0x1/3" + fits, 400, 800)
     shoot("phone-card", "#/card-0x302-0", 400, 800)
-    shoot("findings", "#/card-0x2-0")
+    for name, address in (("findings", "#/frame-0x1/1"), ("findings-card", "#/card-0x2-0")):
+        shoot(name, address, file=page.replace("device", "faulty"))
     with open(os.path.join(folder, "print.pdf"), "wb") as file:
         browser.resize(1440, 900)
         browser.open(page, "")

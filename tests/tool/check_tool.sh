@@ -1561,9 +1561,9 @@ draw_makes_valid_svg() {
 draw_reports_errors() {
     run draw frame 9 --file "$example"
     expect 'a type that is not there fails' exits 1
-    expect 'and is named' says err 'no frame has type id 9'
+    expect 'and is named' says err 'no frame has type 9; the frame types are 1 and 2'
     run draw card 0x402 7 --file "$example"
-    expect 'as does a mode' says err 'no card has type id 1026 and mode 7'
+    expect 'as does a mode' says err 'card type 0x402 has no mode 7; its modes are 0 and 1'
     write_faulty
     run draw card 1 --led fan=dancing --file "$example"
     expect 'a state that no LED has fails' exits 1

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <locale>
 #include <set>
 
 using namespace dcmtool;
@@ -178,6 +179,24 @@ Ids idsOfExport(const DcmCardInfo &info, uint32_t typeId)
     return ids;
 }
 
+Ids idsOfExport(const DcmSlotInfo &info, uint32_t typeId)
+{
+    const Json record = toJson(recordOf(info));
+    const std::string prefix = "slot-" + hexadecimal(typeId) + ".";
+    Ids ids;
+    // There is an entry for each port that can be described.
+    const auto add = [&](const std::string &id, const Json &port) {
+        if (port["sysId"] != 0 || port["portId"] != DCM_PORT_UNSPEC)
+            ids.insert(prefix + id);
+    };
+    add("broadcastSyncIf", record["broadcastSyncIf"]);
+    for (const char *name : {"syncIf", "sfuIf"})
+        for (size_t i = 0; i < record[name].size(); i++)
+            add(name + ("." + std::to_string(i)), record[name][i]);
+    addEntries(ids, prefix, record, "powerInfo");
+    return ids;
+}
+
 Ids idsOfExport(const DcmFrameInfo &info, uint32_t typeId, const std::vector<Fit> &fits)
 {
     const Json record = toJson(recordOf(info));
@@ -294,10 +313,10 @@ std::vector<std::pair<uint32_t, uint32_t>> typesOf(const Described &described)
 }
 
 // DCM_SEEDS sets their number.
-uint32_t seedCount()
+uint32_t seedCount(uint32_t otherwise = 300)
 {
     const char *wanted = std::getenv("DCM_SEEDS");
-    return wanted != nullptr ? static_cast<uint32_t>(std::strtoul(wanted, nullptr, 10)) : 300;
+    return wanted != nullptr ? static_cast<uint32_t>(std::strtoul(wanted, nullptr, 10)) : otherwise;
 }
 
 TEST(Draw, ShowsEachPartOfTheExportOnceInManyDescriptions)
@@ -354,9 +373,20 @@ TEST(Draw, LetsNothingCoverAnythingElseInManyDescriptions)
     }
 }
 
-TEST(Draw, MakesTheSameFileEachTime)
+// Numbers as some languages write them.
+struct Grouped : std::numpunct<char> {
+    char do_thousands_sep() const override { return '.'; }
+    char do_decimal_point() const override { return ','; }
+    std::string do_grouping() const override { return "\1"; }
+};
+
+TEST(Draw, MakesTheSameFileEachTimeAndInEachLanguage)
 {
     const std::string text = "<device>" + card(ports("1-9", 9) + kLed) + "</device>";
+    const std::string svg = asSvg(Described(text).drawnCard());
+    const std::locale before = std::locale::global(std::locale(std::locale(), new Grouped));
+    EXPECT_EQ(asSvg(Described(text).drawnCard()), svg);
+    std::locale::global(before);
     EXPECT_EQ(asSvg(Described(text).drawnCard()), asSvg(Described(text).drawnCard()));
     EXPECT_EQ(asText(Described(text).drawnCard(1, kCells)), asText(Described(text).drawnCard(1, kCells)));
 }
@@ -446,6 +476,82 @@ TEST(Draw, ShowsTheKindOfAPortByColourAndShape)
         EXPECT_EQ(port->style, one.style);
         EXPECT_EQ(port->shape, one.shape);
     }
+}
+
+// The texts of a picture, in the order of its figures.
+std::vector<std::string> textsIn(const Picture &picture)
+{
+    std::vector<std::string> texts;
+    walk(picture.root, [&](const Figure &figure) {
+        for (const TextRun &run : figure.runs)
+            texts.push_back(run.text);
+    });
+    return texts;
+}
+
+TEST(Draw, DrawsEachPortAndLedAsItsRecordSaysInManyDescriptions)
+{
+    for (uint32_t seed = 1; seed <= seedCount(200) && !HasFailure(); seed++) {
+        SCOPED_TRACE("made from " + std::to_string(seed));
+        const Described described(dcmtest::correctDescription(seed));
+        for (const auto &[type, mode] : typesOf(described)) {
+            const CardView &view = *described.cards.find(type, mode);
+            LedStateSelection ledStates;
+            const Picture picture = drawCard(view, ledStates, kPixels);
+            const std::string prefix = "card-" + hexadecimal(type) + "-" + std::to_string(mode) + ".";
+            for (size_t i = 0; i < view.card.pannelIfNum; i++) {
+                const DcmPanelIfInfo &port = view.card.panelIf[i];
+                const Figure *figure = figureOf(picture, prefix + "panelIf." + std::to_string(i));
+                ASSERT_NE(figure, nullptr);
+                EXPECT_EQ(figure->glyph, portNumber(port.portId));
+                EXPECT_EQ(figure->style, "port " + portStyle(port.phyType) + (port.hidden == 1 ? " hid" : ""));
+            }
+            for (size_t i = 0; i < view.card.ledNum; i++) {
+                const DcmLedInfo &led = view.card.led[i];
+                const Figure *figure = figureOf(picture, prefix + "led." + std::to_string(i));
+                ASSERT_NE(figure, nullptr);
+                EXPECT_EQ(figure->style, ledStyle(defaultDisplay(ledDisplays(led.ledType, led.states)),
+                                                  ledKey(led.ledType, led.states)));
+            }
+        }
+    }
+}
+
+TEST(Draw, ListsWhatPortsCanDoOnAsManyLinesAsItTakes)
+{
+    std::string words;
+    for (const char *word : {"otu4-scfec-deqpsk", "foic1-ofec-deqpsk", "foic1-ofec-qpsk", "foic2-ofec-qpsk",
+                             "foic2-ofec-8qam", "foic2-ofec-16qam"})
+        words += std::string("<cap>") + word + "</cap>";
+    const Picture picture =
+        device(
+            card(ports("1-2", 2, "<phytype>otuc2</phytype><opticalchannel-caps>" + words + "</opticalchannel-caps>")))
+            .drawnCard();
+    EXPECT_THAT(textsIn(picture), testing::Contains(testing::EndsWith("foic2-ofec-16qam")));
+    EXPECT_THAT(textsIn(picture), Not(testing::Contains(HasSubstr("…"))));
+    expectOrder(picture);
+}
+
+TEST(Draw, NamesTheChannelsOfAllPortsOfAGroup)
+{
+    std::string xml;
+    for (int port = 1; port <= 4; port++) {
+        const std::string number = std::to_string(port);
+        xml += "<port id=\"" + number + "\"><portid>" + number +
+               "</portid><driver>cdl</driver><phytype>otu4</phytype>" + "<wavelength>2" + number +
+               "</wavelength></port>";
+    }
+    EXPECT_THAT(textsIn(device(card("<panel-port num=\"4\" startportid=\"1\" maxportid=\"4\">" + xml + "</panel-port>"))
+                            .drawnCard()),
+                testing::Contains(HasSubstr("channel 21–24")));
+}
+
+TEST(Draw, ListsManagementPortsWithAConnectorThatIsDerived)
+{
+    EXPECT_THAT(textsIn(device(card(R"(<mgt-port num="1"><port id="1"><portid>1</portid><phytype>ge</phytype>
+        <ifname>meth1</ifname><driver>ineth</driver><workmode>route</workmode></port></mgt-port>)"))
+                            .drawnCard()),
+                testing::IsSupersetOf({"meth1", "ge", "mgmt", "copper (derived) · route"}));
 }
 
 TEST(Draw, SaysInATitleWhatAPortIsAndWhereItIsDescribed)
@@ -562,6 +668,39 @@ TEST(Draw, DrawsACardOfTwoSlotsOverBoth)
     EXPECT_GT(card->box.bottom(), second->box.y + second->box.h / 2);
 }
 
+TEST(Draw, SaysWhichCardsTheSlotOfADisplayAccepts)
+{
+    const Picture picture = device(R"(<frame typeid="1"><maxslotnum>1</maxslotnum><slotmap><lcd>1</lcd></slotmap>
+        <slotinfo><slotid id="1"><supportcardtype>3</supportcardtype><maxcardnum>1</maxcardnum></slotid></slotinfo>
+        </frame><card typeid="3" abbrname="DISP"/>)")
+                                .drawnFrame();
+    EXPECT_THAT(textsIn(picture), testing::Contains("display · accepts DISP"));
+}
+
+TEST(Draw, ExplainsTheMarksThatAPictureHasAndNoOthers)
+{
+    const auto span = testing::Contains(HasSubstr("a card may span these slots"));
+    const auto sideBySide = testing::Contains(HasSubstr("cards side by side"));
+    const std::vector<std::string> texts = textsIn(device(kFrame).drawnFrame());
+    EXPECT_THAT(texts, span);
+    EXPECT_THAT(texts, sideBySide);
+    const std::vector<std::string> plain = textsIn(
+        device(R"(<frame typeid="1"><maxslotnum>1</maxslotnum><slotmap><lpu>1</lpu></slotmap></frame>)").drawnFrame());
+    EXPECT_THAT(plain, Not(span));
+    EXPECT_THAT(plain, Not(sideBySide));
+    EXPECT_THAT(plain, Not(testing::Contains("fast-blink"))); // it has no LEDs
+}
+
+TEST(Draw, SaysInTheLegendWhetherLedsShowTheirDefaultState)
+{
+    const Described described = device(card(kLed));
+    const auto label = testing::Contains("LEDs, default display");
+    EXPECT_THAT(textsIn(described.drawnCard()), label);
+    LedStateSelection ledStates;
+    ledStates.select("fan=stop");
+    EXPECT_THAT(textsIn(described.drawnCard(1, kPixels, ledStates)), Not(label));
+}
+
 TEST(Draw, ShowsSlotsOfTwoKindsAndOfNone)
 {
     const Picture picture = device(R"(<frame typeid="1"><maxslotnum>3</maxslotnum>
@@ -570,6 +709,7 @@ TEST(Draw, ShowsSlotsOfTwoKindsAndOfNone)
     EXPECT_THAT(figureOf(picture, "frame-0x1.slot.1")->title, HasSubstr("slot 1 (control, also fan)"));
     EXPECT_THAT(figureOf(picture, "frame-0x1.slot.2")->title, HasSubstr("slot 2 (no kind)"));
     EXPECT_THAT(figureOf(picture, "frame-0x1.slot.5")->title, HasSubstr("beyond maxslotnum"));
+    EXPECT_THAT(textsIn(picture), testing::IsSupersetOf({"also fan", "slots 2–3 of no kind"}));
 }
 
 // ---- Findings -------------------------------------------------------------------------------------------------------
@@ -672,9 +812,10 @@ HtmlPage pageOf(const Described &described)
     return dcmtool::pageOf(*described.file, checkFile(*described.file), 100'000'000);
 }
 
-TEST(Page, ShowsEachPartOfTheExportOnceInAHundredDescriptions)
+TEST(Page, ShowsEachPartOfTheExportOnceInManyDescriptions)
 {
-    for (uint32_t seed = 1; seed <= 100 && !HasFailure(); seed++) {
+    size_t slots = 0;
+    for (uint32_t seed = 1; seed <= seedCount(100) && !HasFailure(); seed++) {
         SCOPED_TRACE("made from " + std::to_string(seed));
         const Described described(dcmtest::correctDescription(seed));
         if (!described.file->isDevice())
@@ -684,12 +825,19 @@ TEST(Page, ShowsEachPartOfTheExportOnceInAHundredDescriptions)
             expected.merge(idsOfExport(described.cards.find(type, mode)->card, type));
         for (const DescribedType &type : described.file->types()) {
             DcmFrameInfo frame;
+            DcmSlotInfo slot;
             Queries queries(*described.file, true);
             if (type.kind == RecordKind::frame && queries.run(type, frame))
                 expected.merge(idsOfExport(frame, type.typeIds.front(), {}));
+            if (type.kind != RecordKind::slot || !queries.run(type, slot))
+                continue;
+            const size_t size = expected.size();
+            expected.merge(idsOfExport(slot, type.typeIds.front()));
+            slots += expected.size() != size ? 1 : 0;
         }
         EXPECT_EQ(idsInPage(pageOf(described).html), expected);
     }
+    EXPECT_GT(slots, seedCount(100) / 2);
 }
 
 TEST(Page, ReachesForNothingElse)

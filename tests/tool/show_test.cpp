@@ -212,6 +212,25 @@ TEST(Show, ShowsThresholdsWithTheirUnitAndLimits)
     EXPECT_THAT(page, HasSubstr("\n  sensor     alarm       act above\n  inlet air  -5 … 65 °C  60 °C 45–75\n"));
 }
 
+TEST(Show, CutsTheTableOfSensorsBeforeItsActionsAndRepeatsWhoseTheyAre)
+{
+    const auto module = [](const char *id, const char *action) {
+        return std::string("<fanmodule id='") + id +
+               "'><temperature-entity num='1'><temperature id='1'><description>outlet</description>"
+               "<lowthreshold>-5</lowthreshold><highthreshold>65</highthreshold><workthreshold>50</workthreshold>"
+               "<actionhighthreshold>" +
+               action + "</actionhighthreshold></temperature></temperature-entity></fanmodule>";
+    };
+    const auto frame = decoded<DcmFrameInfo>("<frame typeid='1'><fanmodule-entity num='2'>" + module("1", "60") +
+                                             module("2", "70") + "</fanmodule-entity></frame>");
+    EXPECT_THAT(shown(frame, {50, false, false}), HasSubstr("\n  sensor  of        alarm       work\n"
+                                                            "  outlet  module 1  -5 … 65 °C  50 °C res 0\n"
+                                                            "  outlet  module 2  -5 … 65 °C  50 °C res 0\n"
+                                                            "  sensor  of        act above\n"
+                                                            "  outlet  module 1  60 °C\n"
+                                                            "  outlet  module 2  70 °C\n"));
+}
+
 constexpr char kLed[] = "<led-entity num='1'><led id='1' type='fan'>"
                         "<state type='stop' pri='1'><color>red</color><freq>fast-blink</freq></state>"
                         "<state type='present' pri='3'><color>green</color><freq>on</freq></state>"
@@ -219,9 +238,18 @@ constexpr char kLed[] = "<led-entity num='1'><led id='1' type='fan'>"
 
 TEST(Show, ShowsTheStatesOfAnLedInWordsAndSigns)
 {
-    EXPECT_THAT(shownCard(kLed), HasSubstr("\n  fan  ◉ stop red fast-blink         ● present green on priority 3  "
+    EXPECT_THAT(shownCard(kLed), HasSubstr("\n  fan  ◉ stop red fast-blink        ● present green on priority 3  "
                                            "◌ default green none\n"));
     EXPECT_THAT(shownCard(kLed, {100, true, false}), HasSubstr("\x1b[38;5;196m◉\x1b[0m stop\x1b[38;5;245m red"));
+}
+
+TEST(Show, FoldsLedsWithTheSameStatesAndNamesEach)
+{
+    const char *states = "<state type='abnormal' pri='1'><color>red</color><freq>on</freq></state>"
+                         "<state type='default'><color>green</color><freq>off</freq></state>";
+    EXPECT_THAT(shownCard(std::string("<led-entity num='3'><led id='1-2' type='mcu'>") + states +
+                          "</led><led id='3' type='sfu'>" + states + "</led></led-entity>"),
+                HasSubstr("\n  mcu 1-2,  ● abnormal red on            ○ default green off\n  sfu 3\n"));
 }
 
 TEST(Show, TranslatesTheStatesOfAnLedMap)

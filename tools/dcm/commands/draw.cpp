@@ -1,5 +1,5 @@
 #include "tools/dcm/check/engine.h"
-#include "tools/dcm/commands/command.h"
+#include "tools/dcm/commands/selection.h"
 #include "tools/dcm/draw/back_ends.h"
 #include "tools/dcm/draw/described_cards.h"
 #include "tools/dcm/draw/findings.h"
@@ -8,7 +8,6 @@
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
-#include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -28,8 +27,8 @@ struct Options {
     std::vector<std::string> fits;
     bool isChecked = false;
     std::optional<RecordKind> kind;
-    uint32_t type = 0;
-    std::optional<uint32_t> mode;
+    Number type;
+    std::optional<Number> mode;
 };
 
 // By the end of the name; without a name, text for a terminal.
@@ -105,14 +104,17 @@ struct Drawing {
 class Drawer {
 public:
     Drawer(const DescriptionFile &file, const Options &options, const Metrics &metrics)
-        : file_(file), options_(options), metrics_(metrics), ledStates_(ledStatesOf(options))
+        : file_(file), options_(options), type_(options.type.value), mode_(options.mode.value_or(Number()).value),
+          metrics_(metrics), ledStates_(ledStatesOf(options))
     {
     }
 
     // None if there is nothing to draw, which is reported.
     std::optional<Drawing> draw()
     {
-        std::optional<Drawing> drawing = *options_.kind == RecordKind::frame ? drawnFrame() : drawnCard();
+        if (!isDescribed(file_, {"", options_.kind, options_.type, options_.mode}))
+            return std::nullopt;
+        std::optional<Drawing> drawing = options_.kind == RecordKind::frame ? drawnFrame() : drawnCard();
         if (!drawing)
             return drawing;
         const std::vector<std::string> unused = ledStates_.unused();
@@ -123,14 +125,12 @@ public:
     }
 
 private:
-    void reportMissing(bool isDescribed) const
+    void reportFailure() const
     {
-        const std::string mode =
-            *options_.kind == RecordKind::card ? " and mode " + std::to_string(options_.mode.value_or(0)) : "";
-        std::fprintf(stderr,
-                     isDescribed ? "dcm: %s: the query of %s type id %" PRIu32 "%s fails\n"
-                                 : "dcm: %s: no %s has type id %" PRIu32 "%s\n",
-                     printable(file_.name()).c_str(), kindName(*options_.kind), options_.type, mode.c_str());
+        const bool isCard = options_.kind == RecordKind::card;
+        std::fprintf(stderr, "dcm: %s: the query of %s type %s%s fails\n", printable(file_.name()).c_str(),
+                     isCard ? "card" : "frame", options_.type.written.c_str(),
+                     isCard ? (" mode " + std::to_string(mode_)).c_str() : "");
     }
 
     void mark(Drawing &drawing, const Places &places, const std::string &id) const
@@ -141,27 +141,26 @@ private:
 
     std::optional<Drawing> drawnCard()
     {
-        const uint32_t mode = options_.mode.value_or(0);
         const DescribedCards cards(
-            file_, [&](uint32_t type, uint32_t of) { return type == options_.type && of == mode; }, false);
-        const CardView *view = cards.find(options_.type, mode);
+            file_, [&](uint32_t type, uint32_t mode) { return type == type_ && mode == mode_; }, false);
+        const CardView *view = cards.find(type_, mode_);
         if (view == nullptr) {
-            reportMissing(cards.isDescribed(options_.type, mode));
+            reportFailure();
             return std::nullopt;
         }
         Drawing drawing = {drawCard(*view, ledStates_, metrics_)};
-        mark(drawing, view->places, "card-" + hexadecimal(options_.type) + "-" + std::to_string(mode));
+        mark(drawing, view->places, "card-" + hexadecimal(type_) + "-" + std::to_string(mode_));
         return drawing;
     }
 
     std::optional<Drawing> drawnFrame()
     {
         const std::vector<DescribedType> types = file_.types();
-        const DescribedType *type = findType(types, RecordKind::frame, options_.type);
+        const DescribedType *type = findType(types, RecordKind::frame, type_);
         const auto frame = std::make_unique<DcmFrameInfo>();
         Queries queries(file_);
         if (type == nullptr || !queries.run(*type, *frame)) {
-            reportMissing(type != nullptr);
+            reportFailure();
             return std::nullopt;
         }
         std::vector<Fit> fits = fitsOf(options_);
@@ -179,19 +178,21 @@ private:
             fit.name = fit.card != nullptr ? cardName(fit.card->card, fit.cardType) : hexadecimal(fit.cardType, 4);
         }
         const Places places(file_, type->element);
-        FrameView view = {*frame, options_.type, places, cards.names()};
+        FrameView view = {*frame, type_, places, cards.names()};
         const bool areFitted = fitCards(view, fits);
         for (const Fit &fit : fits)
             if (!fit.refusal.empty())
                 std::fprintf(stderr, "dcm: %s refused: %s\n", fit.name.c_str(), fit.refusal.c_str());
         view.fits = std::move(fits);
         Drawing drawing = {drawFrame(view, ledStates_, metrics_), areFitted};
-        mark(drawing, places, "frame-" + hexadecimal(options_.type));
+        mark(drawing, places, "frame-" + hexadecimal(type_));
         return drawing;
     }
 
     const DescriptionFile &file_;
     const Options &options_;
+    uint32_t type_;
+    uint32_t mode_;
     const Metrics &metrics_;
     LedStateSelection ledStates_;
 };

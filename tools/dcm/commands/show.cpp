@@ -1,5 +1,6 @@
 #include "card/card.h"
 #include "tools/dcm/commands/selection.h"
+#include "tools/dcm/draw/places.h"
 #include "tools/dcm/own_output.h"
 #include "tools/dcm/records/record.h"
 #include "tools/dcm/show/pages.h"
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 
 using namespace dcmtool;
@@ -129,13 +131,19 @@ private:
     std::map<std::string, size_t> typesByName_;
 };
 
-// The source of an LED map, by the index that the host assigns (host.h).
-std::string sourceName(uint32_t index)
+// Reads the source of an LED map's entry, as it is written. Few pages have one, so that the elements are searched late.
+std::function<std::string(const std::string &path)> sourcesIn(const DescriptionFile &file, dcm::Node element)
 {
-    constexpr uint32_t kCardClass = 9;
-    if (index >> 24 != kCardClass)
-        return "entity " + std::to_string(index);
-    return "card " + std::to_string(index >> 16 & 0xFF) + "/" + std::to_string(index & 0xFFFF);
+    const auto places = std::make_shared<std::optional<Places>>();
+    return [&file, element, places](const std::string &path) -> std::string {
+        if (!*places)
+            places->emplace(file, element);
+        const dcm::Node node = (*places)->nodeOf(path);
+        if (node == nullptr)
+            return "";
+        const dcm::Text source = dcm::Text::attribute(node, "src", {"dcm"});
+        return source ? source.c_str() : "";
+    };
 }
 
 // Without a record, `exit` is kQueryFailed, and the errors have been printed on standard error.
@@ -158,7 +166,7 @@ Page pageOfType(const DescriptionFile &file, const DescribedType &type, const De
 {
     PageContext context;
     context.place = file.name() + ":" + std::to_string(file.lineOf(file.nameSpan(type.element).begin));
-    context.sourceName = sourceName;
+    context.sourceOf = sourcesIn(file, type.element);
     switch (type.kind) {
     case RecordKind::frame:
         context.cardName = [&](uint32_t cardType) { return otherTypes.cardName(cardType); };

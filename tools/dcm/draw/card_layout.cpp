@@ -485,44 +485,58 @@ private:
 
     // ---- Below the plate --------------------------------------------------------------------------------------------
 
+    // A row of the table of ports: the connector, and words in columns, the last of which wraps.
+    int addPortRow(int x, int y, Figure swatch, const std::vector<std::string> &cells, const std::string &words)
+    {
+        const int top = y + (m_.tableRow - heightOf(m_, Font::body)) / 2;
+        if (!m_.isText) {
+            swatch.box.x = x + 280 - swatch.box.w / 2;
+            swatch.box.y = y + (m_.tableRow - swatch.box.h) / 2;
+            root_.add(std::move(swatch));
+        }
+        x += m_.isText ? 0 : m_.swatchWidth;
+        for (size_t i = 0; i < cells.size(); i++) {
+            const int room = m_.column[i];
+            root_.add(textFigure(m_, x, top, {{cells[i], i == 0 ? kBodyBold : kBody}}, room - m_.glyphGap));
+            x += room;
+        }
+        const int room = width_ - m_.margin - x;
+        const int pitch = heightOf(m_, Font::body) + m_.lineGap / 2;
+        int line = 0;
+        for (const std::string &text : wrapped(m_, words, kBodyDim, room))
+            root_.add(textFigure(m_, x, top + pitch * line++, {{text, kBodyDim}}, room));
+        return y + m_.tableRow + pitch * std::max(line - 1, 0);
+    }
+
     int addPortTable(int x, int y)
     {
-        if (groups_.empty())
+        if (groups_.empty() && card_.methIfNum == 0)
             return y;
+        constexpr int kHeight = 208;
         y = addHeading(root_, m_, x, y, "Ports");
-        const int text = (m_.tableRow - heightOf(m_, Font::body)) / 2;
+        for (size_t i = 0; i < std::min<size_t>(card_.methIfNum, DCM_METH_IF_MAX); i++) {
+            const DcmMethIfInfo &port = card_.methIf[i];
+            const std::string name = shownText(port.ifName, sizeof port.ifName);
+            const char *medium = portShape(port) == Shape::sfp ? "fiber (derived)" : "copper (derived)";
+            y = addPortRow(x, y, portFigure({0, 0, portWidth(m_, portShape(port), 1), kHeight}, port, "", ""),
+                           {name.empty() ? portNumber(port.portId) : name, portKind(port.phyType), "mgmt"},
+                           joined({medium, port.workmode == 0 ? "" : writtenWord(dcm::kWorkmodeWords, port.workmode),
+                                   writtenWords(dcm::kTransceiverCapWords, port.transceiverCaps,
+                                                sizeof port.transceiverCaps, 1)}));
+        }
         for (const PortGroup &group : groups_) {
             const DcmPanelIfInfo &first = card_.panelIf[group.ports.front()];
             const DcmPanelIfInfo &last = card_.panelIf[group.ports.back()];
-            const int width = portWidth(m_, portShape(first), 1);
-            if (!m_.isText) {
-                Figure swatch =
-                    portFigure({x + 280 - width / 2, y + (m_.tableRow - 208) / 2, width, 208}, first, "", "");
-                root_.add(std::move(swatch));
-            }
+            const std::string use = portUse(first);
             std::vector<std::string> leds;
-            const auto found = ledsOf_.find(group.ports.front());
-            if (found != ledsOf_.end())
+            if (const auto found = ledsOf_.find(group.ports.front()); found != ledsOf_.end())
                 for (const PortLed &led : found->second)
                     leds.push_back(ledType(card_.portLed[led.run].ledType));
-            std::vector<std::string> words = portWords(first);
-            const std::string medium =
-                first.connectorType != 0 ? writtenWord(dcm::kConnectorWords, first.connectorType) : "";
-            words.erase(std::remove(words.begin(), words.end(), medium), words.end());
-            words.erase(words.begin());
-            const std::string numbers = first.portId == DCM_PORT_UNSPEC ? "?" : range(first.portId, last.portId);
-            int column = x + (m_.isText ? 0 : m_.swatchWidth);
-            const auto cell = [&](const std::string &content, Face face, int room) {
-                root_.add(textFigure(m_, column, y + text, {{content, face}}, room - m_.glyphGap));
-                column += room;
-            };
-            cell(numbers, kBodyBold, m_.column[0]);
-            cell(portKind(first.phyType), kBody, m_.column[1]);
-            cell(medium, kBody, m_.column[2]);
-            cell(joined({joined(words, " "), portDetails(first), channels(first.wavelength, last.wavelength),
-                         leds.empty() ? "" : "LEDs: " + joined(leds, " ")}),
-                 kBodyDim, width_ - m_.margin - column);
-            y += m_.tableRow;
+            y = addPortRow(x, y, portFigure({0, 0, portWidth(m_, portShape(first), 1), kHeight}, first, "", ""),
+                           {first.portId == DCM_PORT_UNSPEC ? "?" : range(first.portId, last.portId),
+                            portKind(first.phyType), use.empty() ? portMedium(first) : use},
+                           joined({use.empty() ? "" : portMedium(first), portPoe(first), channelsOf(card_, group),
+                                   portDetails(first), leds.empty() ? "" : "LEDs: " + joined(leds, " ")}));
         }
         return y;
     }
@@ -648,8 +662,9 @@ private:
         if (ledCount() == 0 && portLedCount_ == 0)
             return y;
         y += m_.sectionGap;
-        return addFlow(root_, m_, {x, y, width_ - 2 * m_.margin, 0}, {{"LED", kSmallDim}}, m_.labelWidth / 3,
-                       legendOfLeds());
+        const TextRun label = legendLabel(ledStates_);
+        return addFlow(root_, m_, {x, y, width_ - 2 * m_.margin, 0}, {label},
+                       widthOf(m_, label.text, label.face) + m_.itemGap, legendOfLeds());
     }
 
     const CardView &view_;

@@ -24,7 +24,6 @@ public:
 
     // nullptr: not described, or its query fails.
     const CardView *find(uint32_t typeId, uint32_t mode) const;
-    bool isDescribed(uint32_t typeId, uint32_t mode) const { return cards_.count({typeId, mode}) != 0; }
     // By type: "TPD-100 (2 modes)".
     const std::map<uint32_t, std::string> &names() const { return names_; }
     size_t modesOf(uint32_t typeId) const;

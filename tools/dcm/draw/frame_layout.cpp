@@ -114,16 +114,23 @@ private:
         return slots;
     }
 
+    // Of the frame and its units.
+    size_t allLeds() const
+    {
+        size_t leds = ledCount();
+        for (size_t i = 0; i < moduleCount(); i++)
+            leds += std::min<size_t>(frame_.fanModuleInfo[i].ledNum, DCM_LED_MAX);
+        for (size_t i = 0; i < supplyCount(); i++)
+            leds += std::min<size_t>(frame_.powerInfo[i].ledNum, DCM_LED_MAX);
+        return leds;
+    }
+
     std::string subtitle() const
     {
         size_t fans = 0;
-        size_t leds = ledCount();
-        for (size_t i = 0; i < moduleCount(); i++) {
+        for (size_t i = 0; i < moduleCount(); i++)
             fans += fanCount(frame_.fanModuleInfo[i]);
-            leds += std::min<size_t>(frame_.fanModuleInfo[i].ledNum, DCM_LED_MAX);
-        }
-        for (size_t i = 0; i < supplyCount(); i++)
-            leds += std::min<size_t>(frame_.powerInfo[i].ledNum, DCM_LED_MAX);
+        const size_t leds = allLeds();
         size_t fitted = 0;
         for (const Fit &fit : view_.fits)
             fitted += fit.refusal.empty() ? 1 : 0;
@@ -144,25 +151,36 @@ private:
 
     std::string slotId(uint32_t slot) const { return id_ + ".slot." + std::to_string(slot); }
 
-    std::string acceptedBy(uint32_t slot) const { return joined(acceptedCards(view_, slot), ", "); }
+    // "accepts MCU-A"; empty if it accepts none.
+    std::string acceptedWords(uint32_t slot) const
+    {
+        const std::vector<std::string> cards = acceptedCards(view_, slot);
+        return cards.empty() ? "" : "accepts " + joined(cards, ", ");
+    }
 
     std::string ruleOf(uint32_t slot) const
     {
         const uint32_t cards = frame_.maxCardNum[slot - 1];
-        const std::string accepted = acceptedBy(slot);
         return joined({cards == 0   ? "takes no card"
                        : cards == 1 ? "1 card"
                                     : std::to_string(cards) + " cards each",
-                       accepted.empty() ? "" : "accepts " + accepted});
+                       acceptedWords(slot)});
+    }
+
+    // "also fan" of a slot of two kinds, which is drawn as one of the first.
+    std::string otherKindsOf(uint32_t slot) const
+    {
+        const std::vector<Kind> &kinds = kinds_.at(slot);
+        std::vector<std::string> others;
+        for (size_t i = 1; i < kinds.size(); i++)
+            others.push_back(std::string("also ") + wordsOf(kinds[i]).adjective);
+        return joined(others, ", ");
     }
 
     std::string slotTitle(uint32_t slot) const
     {
-        std::vector<std::string> kinds;
-        for (const Kind kind : kinds_.at(slot))
-            kinds.emplace_back(wordsOf(kind).adjective);
-        const std::string text =
-            "slot " + std::to_string(slot) + " (" + joined(kinds, ", also ") + "): " + ruleOf(slot);
+        const std::string kinds = joined({wordsOf(kindOf(slot)).adjective, otherKindsOf(slot)}, ", ");
+        const std::string text = "slot " + std::to_string(slot) + " (" + kinds + "): " + ruleOf(slot);
         return joined({slot > frame_.maxSlotId ? text + " · beyond maxslotnum" : text,
                        view_.places.of("slot." + std::to_string(slot))});
     }
@@ -191,6 +209,7 @@ private:
                 x = inside_.x;
                 column = 0;
             }
+            ownRule_[slot] = joined({wordsOf(Kind::lcd).adjective, acceptedWords(slot)});
             addUnitSlot({x, y, m_.display, m_.strip}, slot, Kind::lcd);
             x += m_.display + m_.gap;
             column++;
@@ -320,6 +339,7 @@ private:
         for (int i = 0; i < cards; i++) {
             const Box cell = cellOf(row, i, cards);
             if (i > 0) {
+                hasDividers_ = true;
                 Figure divider;
                 divider.part = Part::divider;
                 divider.box = {cell.x - (m_.isText ? 1 : 15), cell.y, m_.isText ? 1 : 0, cell.h};
@@ -403,10 +423,10 @@ private:
                 common = ruleOf(slot);
         ownRule_.clear();
         for (const uint32_t slot : band.slots)
-            if (ruleOf(slot) != common)
-                ownRule_[slot] = acceptedBy(slot).empty() ? "" : "accepts " + acceptedBy(slot);
-        const std::string slots = wordsOf(band.kind).adjective +
-                                  std::string(band.slots.size() == 1 ? " slot " : " slots ") + ranges(band.slots);
+            ownRule_[slot] = joined({otherKindsOf(slot), ruleOf(slot) != common ? acceptedWords(slot) : ""});
+        const std::string numbers = (band.slots.size() == 1 ? "slot " : "slots ") + ranges(band.slots);
+        const std::string slots =
+            band.kind == Kind::none ? numbers + " of no kind" : wordsOf(band.kind).adjective + (" " + numbers);
         parts_.push_back(textFigure(m_, x, y + (m_.isText ? 0 : 30), {{slots, kSmallBold}, {common, kSmallDim}},
                                     inside_.right() - x));
         y += m_.bandHeader;
@@ -498,6 +518,7 @@ private:
                     slots.push_back(other);
             if (slots.size() < 2 || !drawn.insert(slots).second)
                 continue;
+            hasSpans_ = true;
             const int inset = m_.isText ? 0 : 80;
             const int top = rowOf_.at(slots.front()).y + inset;
             const int bottom = rowOf_.at(slots.back()).bottom() - inset - (m_.isText ? 1 : 0);
@@ -781,9 +802,24 @@ private:
                     {m_.isText ? std::nullopt : std::optional<Figure>(panelFigure({}, wordsOf(kind).style, 20)),
                      {{wordsOf(kind).adjective, kSmall}}});
         }
+        const auto addMark = [&](bool isThere, Part part, const char *sign, const std::string &words) {
+            Figure mark;
+            mark.part = part;
+            if (isThere)
+                kinds.push_back({m_.isText ? std::nullopt : std::optional<Figure>(mark),
+                                 {{m_.isText ? sign + (" " + words) : words, kSmall}}});
+        };
+        addMark(hasSpans_, Part::span, "┐┘", "a card may span these slots");
+        addMark(hasDividers_, Part::divider, "╎", "cards side by side (a lone card is drawn across)");
         if (!kinds.empty())
             room.y = addFlow(root_, m_, room, {{"Slots", kSmallDim}}, label, kinds);
-        room.y = addFlow(root_, m_, room, {{"LEDs", kSmallDim}}, label, legendOfLeds());
+        // The LEDs of a panel change with those of the page around it.
+        const TextRun leds = view_.isPanelOnly ? TextRun{"LEDs", kSmallDim} : legendLabel(ledStates_);
+        const auto hasLeds = [](const Fit &fit) { return fit.refusal.empty() && fit.card->card.ledNum != 0; };
+        // Cards are put into the slots of a panel later.
+        if (view_.isPanelOnly || allLeds() != 0 || std::any_of(view_.fits.begin(), view_.fits.end(), hasLeds))
+            room.y = addFlow(root_, m_, room, {leds}, std::max(label, widthOf(m_, leds.text, leds.face) + m_.itemGap),
+                             legendOfLeds());
         std::map<std::string, std::string> styles;
         std::vector<std::string> order;
         for (const Fit &fit : view_.fits)
@@ -816,7 +852,9 @@ private:
     std::vector<uint32_t> slots_;
     std::map<uint32_t, std::vector<Kind>> kinds_;
     std::map<uint32_t, std::vector<const Fit *>> fitsOf_;
-    std::map<uint32_t, std::string> ownRule_; // of slots that differ from their band
+    std::map<uint32_t, std::string> ownRule_; // of slots whose rule no header has
+    bool hasSpans_ = false;
+    bool hasDividers_ = false;
     std::map<uint32_t, Box> rowOf_;
     std::vector<Figure> parts_;
     Figure root_;

@@ -26,6 +26,7 @@ public:
     LedDisplay displayOf(uint32_t type, uint32_t id, const DcmLedStateInfo (&states)[DCM_LED_STATE_MAX]);
     // The requested LEDs that the picture does not have.
     std::vector<std::string> unused() const;
+    bool isEmpty() const { return selected_.empty(); }
 
 private:
     struct Selected {

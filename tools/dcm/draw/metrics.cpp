@@ -80,7 +80,7 @@ constexpr Metrics pixels()
     m.miniName = 1140;
     m.miniLed = 64;
     m.miniPortHeight = 130;
-    m.miniGap = 30;
+    m.miniGap = 16;
     return m;
 }
 

@@ -128,17 +128,17 @@ private:
             card.add(std::move(vents));
             return;
         }
-        const int groupGap = m_.isText ? 1 : 100;
+        const int groupGap = m_.isText ? 1 : 60;
         int64_t needed = 1;
         for (const MiniGroup &group : groups_)
             needed += int64_t{group.columns} * (group.width + m_.miniGap) + groupGap;
         const int64_t room = std::max(right - left, 1);
         const int64_t scale = m_.isText ? 1000 : std::min<int64_t>(1550, room * 1000 / needed);
         const auto scaled = [&](int length) { return static_cast<int>(length * scale / 1000); };
-        const int height = std::min(m_.miniPortHeight * static_cast<int>(std::min<int64_t>(scale, 1100)) / 1000,
-                                    (box_.h - 2 * m_.miniGap) / 2 - m_.miniGap);
+        const int between = m_.isText ? 0 : 20;
+        const int height = std::min(m_.miniPortHeight * static_cast<int>(std::min<int64_t>(scale, 1000)) / 1000,
+                                    (box_.h - between) / 2 - between);
         const int middle = box_.y + box_.h / 2;
-        const int between = m_.isText ? 0 : 30;
         int64_t x = left;
         for (MiniGroup &group : groups_) {
             // Positions are scaled, not pitches, so that rounding does not make a port too narrow.

@@ -186,6 +186,21 @@ int addFlow(Figure &parent, const Metrics &metrics, Box room, const std::vector<
     return next;
 }
 
+std::vector<std::string> wrapped(const Metrics &metrics, const std::string &text, Face face, int room)
+{
+    room -= widthOf(metrics, " ·", face);
+    std::vector<std::string> lines;
+    std::istringstream words(text);
+    for (std::string word; words >> word;) {
+        const std::string longer = lines.empty() ? word : lines.back() + " " + word;
+        if (lines.empty() || (word != "·" && widthOf(metrics, longer, face) > room))
+            lines.push_back(word);
+        else
+            lines.back() = longer;
+    }
+    return lines;
+}
+
 int addTitle(Figure &parent, const Metrics &metrics, Box room, const std::vector<TextRun> &title,
              const std::string &subtitle, const std::string &badge, const std::string &badgeTitle)
 {
@@ -247,8 +262,10 @@ std::string portTitle(const DcmPanelIfInfo &port, const Places &places, const st
     const std::string place = joined({port.slotId == DCM_ID_UNSPEC ? "" : "slot " + std::to_string(port.slotId),
                                       port.cardId == DCM_ID_UNSPEC ? "" : "card " + std::to_string(port.cardId)},
                                      " ");
+    const PortRole role = roleOf(port);
+    const std::string use = role == PortRole::line || role == PortRole::client ? portUse(port) : "";
     return "port " + portNumber(port.portId) + ": " +
-           joined({joined(portWords(port), " "), portDetails(port), channels(port.wavelength, port.wavelength), place,
+           joined({joined(portWords(port), " "), use, portDetails(port), channels({port.wavelength}), place,
                    places.of(path)});
 }
 
@@ -285,7 +302,20 @@ std::vector<PortGroup> portGroups(const DcmCardInfo &card)
     return groups;
 }
 
+std::string channelsOf(const DcmCardInfo &card, const PortGroup &group)
+{
+    std::vector<uint32_t> wavelengths;
+    for (const size_t port : group.ports)
+        wavelengths.push_back(card.panelIf[port].wavelength);
+    return channels(std::move(wavelengths));
+}
+
 // ---- Legend ---------------------------------------------------------------------------------------------------------
+
+TextRun legendLabel(const LedStateSelection &ledStates)
+{
+    return {ledStates.isEmpty() ? "LEDs, default display" : "LEDs", kSmallDim};
+}
 
 std::vector<Item> legendOfLeds()
 {

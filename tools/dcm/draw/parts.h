@@ -45,6 +45,9 @@ struct Item {
 int addFlow(Figure &parent, const Metrics &metrics, Box room, const std::vector<TextRun> &label, int labelWidth,
             const std::vector<Item> &items, const std::string &id = "", const std::string &title = "");
 
+// The lines of a text that is broken at blanks, but not before "·".
+std::vector<std::string> wrapped(const Metrics &metrics, const std::string &text, Face face, int room);
+
 // Title, subtitle and badge. Returns the position of the picture proper.
 int addTitle(Figure &parent, const Metrics &metrics, Box room, const std::vector<TextRun> &title,
              const std::string &subtitle, const std::string &badge, const std::string &badgeTitle);
@@ -62,8 +65,11 @@ struct PortGroup {
     PortRole role = PortRole::ports;
 };
 std::vector<PortGroup> portGroups(const DcmCardInfo &card);
+// "channel 21–24"; empty if they have none.
+std::string channelsOf(const DcmCardInfo &card, const PortGroup &group);
 
-// The items of the legend of LEDs.
+// The legend of LEDs: which display a picture shows, and the items.
+TextRun legendLabel(const LedStateSelection &ledStates);
 std::vector<Item> legendOfLeds();
 
 } // namespace dcmtool

@@ -297,7 +297,7 @@ private:
     void port(const Figure &node)
     {
         if (node.isMini) {
-            rectangle(node.box, 10, node.style, node.id, node.title);
+            rectangle(node.box, node.shape == Shape::coax ? 44 : 10, node.style, node.id, node.title);
             return;
         }
         const bool isNamed = !node.id.empty() || !node.title.empty();

@@ -235,31 +235,46 @@ std::string portNumber(uint16_t portId)
     return portId == DCM_PORT_UNSPEC ? "?" : std::to_string(portId);
 }
 
+std::string portUse(const DcmPanelIfInfo &port)
+{
+    const std::string use = writtenWord(dcm::kPortTypeWords, port.portType);
+    return use == "unassigned" ? "" : use;
+}
+
+std::string portMedium(const DcmPanelIfInfo &port)
+{
+    return port.connectorType == 0 ? "" : writtenWord(dcm::kConnectorWords, port.connectorType);
+}
+
+std::string portPoe(const DcmPanelIfInfo &port)
+{
+    if (!isYes(port.supportPoe))
+        return "";
+    const std::string words =
+        writtenWords(dcm::kPoeStandardCapWords, port.poeStandardCaps, sizeof port.poeStandardCaps);
+    return joined({"PoE", words}, " ");
+}
+
 std::vector<std::string> portWords(const DcmPanelIfInfo &port)
 {
     std::vector<std::string> words = {portKind(port.phyType)};
-    if (isOptical(port))
-        words.push_back(writtenWord(dcm::kPortTypeWords, port.portType));
-    if (port.connectorType != 0)
-        words.push_back(writtenWord(dcm::kConnectorWords, port.connectorType));
-    if (isYes(port.supportPoe))
-        words.push_back(joined(
-            {"PoE", writtenWords(dcm::kPoeStandardCapWords, port.poeStandardCaps, sizeof port.poeStandardCaps)}, " "));
+    for (const std::string &word : {isOptical(port) ? portUse(port) : "", portMedium(port), portPoe(port)})
+        if (!word.empty())
+            words.push_back(word);
     return words;
 }
 
-std::string channels(uint16_t first, uint16_t last)
+std::string channels(std::vector<uint32_t> wavelengths)
 {
-    if (first == 0)
-        return "";
-    return "channel " + (last == first + 1 ? range(first, last) : std::to_string(first));
+    const auto isFirst = [&](uint32_t wavelength) { return wavelength == wavelengths.front(); };
+    if (std::all_of(wavelengths.begin(), wavelengths.end(), isFirst))
+        wavelengths.resize(1);
+    return wavelengths == std::vector<uint32_t>{0} ? "" : "channel " + ranges(wavelengths);
 }
 
 std::string portDetails(const DcmPanelIfInfo &port)
 {
-    const PortRole role = roleOf(port);
-    return joined({when(role == PortRole::line, "line"), when(role == PortRole::client, "client"),
-                   when(port.groupId != 0, ("group " + std::to_string(port.groupId)).c_str()),
+    return joined({when(port.groupId != 0, ("group " + std::to_string(port.groupId)).c_str()),
                    when(port.workmode != 0, writtenWord(dcm::kWorkmodeWords, port.workmode).c_str()),
                    when(isYes(port.supportPhyChg), "rate changes"), when(isYes(port.supportSplit), "splits"),
                    when(isYes(port.supportLaser) && !isYes(port.supportMediaChg), "medium fixed"),

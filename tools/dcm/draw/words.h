@@ -43,12 +43,18 @@ Shape portShape(const DcmPanelIfInfo &port);
 Shape portShape(const DcmMethIfInfo &port);
 // "53"; "?" if it is not described.
 std::string portNumber(uint16_t portId);
+// "line", "client", "osc"; empty if it is not assigned.
+std::string portUse(const DcmPanelIfInfo &port);
+// "copper"; empty if it is not described.
+std::string portMedium(const DcmPanelIfInfo &port);
+// "PoE af at"; empty without PoE.
+std::string portPoe(const DcmPanelIfInfo &port);
 // The label of its group: kind, optical use, medium, PoE.
 std::vector<std::string> portWords(const DcmPanelIfInfo &port);
 // Its other properties and capabilities.
 std::string portDetails(const DcmPanelIfInfo &port);
-// "channel 21"; "channel 21–22" for two.
-std::string channels(uint16_t first, uint16_t last);
+// "channel 21–22" of ports in a row; empty if they have none.
+std::string channels(std::vector<uint32_t> wavelengths);
 
 enum class PortRole : uint8_t { line, client, hidden, ports, optical };
 PortRole roleOf(const DcmPanelIfInfo &port);

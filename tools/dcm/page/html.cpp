@@ -47,11 +47,11 @@ std::string htmlOf(const HtmlTable &table)
     return html + "</table></div>\n";
 }
 
-std::string blockOf(const std::string &heading, const std::string &note, const std::string &html)
+std::string blockOf(const std::string &heading, const std::string &note, const std::string &html, bool isWide)
 {
     if (html.empty())
         return "";
-    return "<div class=block><h3>" + escapedXml(heading) +
+    return std::string(isWide ? "<div class=\"block wide\"><h3>" : "<div class=block><h3>") + escapedXml(heading) +
            (note.empty() ? "" : " <small>" + escapedXml(note) + "</small>") + "</h3>\n" + html + "</div>\n";
 }
 

@@ -27,8 +27,8 @@ struct HtmlTable {
 };
 
 std::string htmlOf(const HtmlTable &table);
-// A heading with its content; nothing if the content is empty.
-std::string blockOf(const std::string &heading, const std::string &note, const std::string &html);
+// A heading with its content; nothing if the content is empty. A wide one takes the whole width of a printed page.
+std::string blockOf(const std::string &heading, const std::string &note, const std::string &html, bool isWide = false);
 // Names with their values, without names that have no value.
 std::string factsOf(const std::vector<std::pair<std::string, std::string>> &facts);
 // Words, each in its own box.

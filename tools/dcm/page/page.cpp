@@ -27,6 +27,8 @@ constexpr Box kWholeSlot = {0, 0, 9380, 340};
 constexpr Box kHalfSlot = {0, 0, 4680, 340};
 constexpr int kNextSlot = 440;
 
+constexpr const char *kFails = "fails"; // of a type whose query fails, in the list of contents
+
 struct Found {
     std::string place; // "device.xml:812:3"
     std::string text;
@@ -155,8 +157,13 @@ private:
     static std::string link(const std::string &key, const std::string &name, const std::string &more,
                             const std::vector<Found> &found)
     {
-        return "<a href=\"#/" + key + "\"><span>" + escapedXml(name) + badgeOf(countOf(found, true), true) +
-               badgeOf(countOf(found, false), false) + "</span><small>" + escapedXml(more) + "</small></a>\n";
+        return "<a href=\"#/" + key + "\"><span>" + escapedXml(name) + badgesOf(found) + "</span><small>" +
+               escapedXml(more) + "</small></a>\n";
+    }
+
+    static std::string badgesOf(const std::vector<Found> &found)
+    {
+        return badgeOf(countOf(found, true), true) + badgeOf(countOf(found, false), false);
     }
 
     // `content` is empty if the query fails.
@@ -164,7 +171,8 @@ private:
                     const std::string &facts, const std::string &content, bool isDerived = true)
     {
         const std::vector<Found> &found = foundIn_[type.element];
-        sections_ += "<section class=ent id=\"e-" + key + "\" data-key=\"" + key + "\">\n<h2>" + escapedXml(name);
+        sections_ += "<section class=ent id=\"e-" + key + "\" data-key=\"" + key + "\">\n<h2>" + escapedXml(name) +
+                     badgesOf(found);
         if (!more.empty())
             sections_ += " <small>" + escapedXml(more) + "</small>";
         sections_ += "</h2>\n<p class=place>" + escapedXml(joined({facts, placeOfType(type)}));
@@ -188,16 +196,19 @@ private:
         const uint32_t id = type.typeIds.front();
         const auto info = std::make_unique<DcmFrameInfo>();
         const std::string name = "Frame " + hexadecimal(id);
-        frames_ += link(key, name, "", foundIn_[type.element]);
         frameCount_++;
         std::string content;
-        if (queries_.run(type, *info)) {
+        const bool isDecoded = queries_.run(type, *info);
+        frames_ += link(key, name, isDecoded ? counted(info->maxSlotId, "slot") : kFails, foundIn_[type.element]);
+        if (isDecoded) {
             const Places places(file_, type.element);
             const FrameView view = {*info, id, places, names_.names(), {}, true};
             LedStateSelection ledStates;
             Picture picture = drawFrame(view, ledStates, kPixels);
             markParts(picture, markedIn(file_, findings_, places, key), kPixels);
-            content = "<div class=stage><figure class=\"picture chassis\">\n" + asSvgElement(picture) +
+            content = "<p class=\"hint script\">Choose a slot in the picture to see which cards it accepts, and to put "
+                      "cards into it.</p><div class=stage><figure class=\"picture chassis\">\n" +
+                      asSvgElement(picture) +
                       "</figure><aside class=panel hidden aria-label=\"slot\"></aside></div>\n" + tablesOf(view);
             addSlotRules(key, *info);
             addKeys(info->ledInfo, info->ledNum);
@@ -220,10 +231,11 @@ private:
             ids.emplace_back("…");
         }
         const std::string name = "Slot type " + joined(ids, ", ");
-        slots_ += link(key, name, "", foundIn_[type.element]);
         slotCount_++;
         DcmSlotInfo info = {};
-        addSection(type, key, name, "", "", queries_.run(type, info) ? tablesOf(info) : "", false);
+        const bool isDecoded = queries_.run(type, info);
+        slots_ += link(key, name, isDecoded ? "" : kFails, foundIn_[type.element]);
+        addSection(type, key, name, "", "", isDecoded ? tablesOf(info, key) : "", false);
     }
 
     void addCard(const DescribedType &type, const std::string &key)
@@ -234,7 +246,7 @@ private:
         const std::string name = cardName(*info, id);
         const std::string longName = shownText(info->name, std::min<size_t>(info->nameLen, sizeof info->name));
         const std::string mode = type.mode == 0 && names_.modesOf(id) < 2 ? "" : " m" + std::to_string(type.mode);
-        cards_ += link(key, name, hexadecimal(id, 4) + mode, foundIn_[type.element]);
+        cards_ += link(key, name, isDecoded ? hexadecimal(id, 4) + mode : kFails, foundIn_[type.element]);
         cardCount_++;
         std::string facts = "card " + hexadecimal(id, 4) + " · mode " + std::to_string(type.mode);
         std::string content;

@@ -127,7 +127,8 @@
     button.setAttribute('aria-label', `fit ${card.name} into slot ${slot}`);
     button.disabled = why !== '';
     button.onclick = () => changeFits(frame, slot, [...(fits[frame] || []), {slot, card: key}]);
-    const type = hexadecimal(card.type) + (card.mode ? ` mode ${card.mode}` : '');
+    const hasModes = Object.values(data.cards).filter(({type}) => type === card.type).length > 1;
+    const type = hexadecimal(card.type) + (hasModes || card.mode ? ` mode ${card.mode}` : '');
     const height = 34 + (card.slots - 1) * 44;
     return make('div', {class: 'choice'},
         make('div', {class: 'row'}, make('a', {href: '#/' + key}, card.name), make('small', {}, type), button),
@@ -166,7 +167,8 @@
     const missing = rule.types.filter((type) => !described.has(type)).map((type) => make('div', {class: 'choice'},
         make('b', {}, hexadecimal(type)),
         data.fails.includes(type) ? ' its query fails' : ' no card of this type is described'));
-    panel.replaceChildren(close, make('h3', {}, `Slot ${slot}`), make('p', {class: 'hint'}, ids + span),
+    panel.replaceChildren(close, make('h3', {}, `Slot ${slot}`),
+        make('small', {}, one('title', group).textContent.match(/\((.*?)\)/)[1]), make('p', {class: 'hint'}, ids + span),
         ...fittedList(frame, slot), ...accepted.map((key) => choice(frame, slot, key)), ...missing);
     panel.hidden = false;
     panel.parentNode.classList.add('open');

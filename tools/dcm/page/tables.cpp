@@ -5,6 +5,7 @@
 #include "tools/dcm/draw/back_ends.h"
 #include "tools/dcm/draw/parts.h"
 #include "tools/dcm/page/html.h"
+#include "tools/dcm/records/inner_port.h"
 
 #include <algorithm>
 #include <cstring>
@@ -101,18 +102,23 @@ void addMap(HtmlTable &table, const DcmLedMapInfo &map, const std::string &owner
         const DcmLedHead &led = map.mapEntries[i];
         std::vector<std::string> pairs;
         for (size_t pair = 0; pair < std::min<size_t>(led.statMapNum, DCM_LED_STATE_MAX); pair++) {
-            const std::string from = shownState(led.srcType, led.srcState[pair]);
+            const std::string state = shownState(led.srcType, led.srcState[pair]);
             const std::string to = shownState(led.ledType, led.ledState[pair]);
-            pairs.push_back(from == to ? from : joined({from, to}, "→"));
+            pairs.push_back(state == to ? state : joined({state, to}, "→"));
         }
         const std::string source = sourceOf(places, prefix + "ledMap." + std::to_string(i));
         const std::string type = led.srcType == led.ledType ? "" : ledType(led.srcType);
-        const std::string shows = !source.empty() ? source
-                                  : !type.empty() ? "a " + type
-                                  : pairs.empty() ? "itself"
-                                                  : "";
-        table.rows.push_back(
-            {{{ledType(led.ledType) + " " + number(led.id)}, {owner}, {shows}, {joined(pairs, ", ")}}});
+        const std::string from = joined({source, type.empty() ? "" : "a " + type}, ", ");
+        const std::string shows = from.empty() && pairs.empty() ? "itself" : from;
+        TableRow row = {{{ledType(led.ledType) + " " + number(led.id)}, {owner}, {shows}, {joined(pairs, ", ")}}};
+        const auto isAlike = [&](const TableRow &other) {
+            return std::equal(row.cells.begin() + 1, row.cells.end(), other.cells.begin() + 1,
+                              [](const Cell &one, const Cell &same) { return one.text == same.text; });
+        };
+        if (!table.rows.empty() && isAlike(table.rows.back()))
+            table.rows.back().cells[0].text += ", " + row.cells[0].text;
+        else
+            table.rows.push_back(std::move(row));
     }
 }
 
@@ -220,7 +226,7 @@ private:
                         port.supportLaser == 1 && port.supportMediaChg != 1 ? "medium fixed" : "",
                         flag(port.bpPort, "backplane"), flag(port.hidden, "hidden"),
                         port.gccBitOrder != 0 ? "GCC " + writtenWord(dcm::kBitOrderWords, port.gccBitOrder) : "",
-                        channels(port.wavelength, last.wavelength)});
+                        channelsOf(card_, group)});
             table.rows.push_back(
                 {{{numbersOf(port, last)},
                   {group.ports.size() > 1 ? std::to_string(group.ports.size()) + "×" : ""},
@@ -234,7 +240,18 @@ private:
                   {shownText(port.modelName, sizeof port.modelName)},
                   {with}}});
         }
-        return blockOf("Panel ports", "", htmlOf(table) + capabilities());
+        return blockOf("Panel ports", panelNote(), htmlOf(table) + capabilities(), true);
+    }
+
+    std::string panelNote() const
+    {
+        const auto part = [](uint32_t count, const char *what) { return count == 0 ? "" : number(count) + what; };
+        const std::string numbers = card_.panelIfMaxPortId == 0 && card_.panneIfStartPortId == 0
+                                        ? ""
+                                        : "numbers " + range(card_.panneIfStartPortId, card_.panelIfMaxPortId);
+        return joined({counted(card_.pannelIfNum, "port"),
+                       joined({part(card_.pannelLineIfNum, " line"), part(card_.panneClientIfNum, " client")}, ", "),
+                       part(card_.hideIfNum, " hidden"), numbers});
     }
 
     static std::string placeOf(uint32_t slot, uint32_t card)
@@ -287,8 +304,11 @@ private:
                         list = lists.insert(lists.end(), {words, {}});
                     list->second.push_back(card_.panelIf[index].portId);
                 }
-            for (const auto &[words, ports] : lists)
-                table.rows.push_back({{{kind.name}, {ranges(ports)}, {"", "", chipsOf(wordsIn(words))}}});
+            const char *name = kind.name;
+            for (const auto &[words, ports] : lists) {
+                table.rows.push_back({{{name}, {ranges(ports)}, {"", "", chipsOf(wordsIn(words))}}});
+                name = "";
+            }
         }
         return htmlOf(table);
     }
@@ -420,8 +440,10 @@ private:
         addLeds(table, card_.led, std::min<size_t>(card_.ledNum, DCM_LED_MAX), "");
         for (size_t i = 0; i < DCM_PORT_LED_MAX && card_.portLed[i].endId != 0; i++) {
             const DcmPortLedInfo &run = card_.portLed[i];
-            table.rows.push_back({{{shownText(run.namePrefix, sizeof run.namePrefix) + range(run.startId, run.endId)},
-                                   {"ports (" + ledType(run.ledType) + ")"},
+            const std::string prefix = shownText(run.namePrefix, sizeof run.namePrefix);
+            const std::string type = ledType(run.ledType);
+            table.rows.push_back({{{prefix + range(run.startId, run.endId), prefix == type ? "" : type},
+                                   {""},
                                    {"", "", statesOf(run.ledType, run.states)}},
                                   idOf("portLed", i)});
         }
@@ -488,27 +510,36 @@ private:
                  {names.empty() ? "no card" : joined(names)}}};
     }
 
-    // Adjacent slots with the same rule share a row.
+    // Adjacent slots with the same rule share a row, also if each spans others.
     std::string slots() const
     {
+        constexpr size_t kSpan = 4;
         HtmlTable table = {{"slot", "kind", "#cards", "#first id", "a card may span", "accepts"}};
         const auto isEqual = [](const TableRow &one, const TableRow &other) {
-            return std::equal(one.cells.begin() + 1, one.cells.end(), other.cells.begin() + 1, other.cells.end(),
-                              [](const Cell &a, const Cell &b) { return a.text == b.text; });
+            for (size_t i = 1; i < one.cells.size(); i++)
+                if (i == kSpan ? one.cells[i].text.empty() != other.cells[i].text.empty()
+                               : one.cells[i].text != other.cells[i].text)
+                    return false;
+            return true;
         };
         std::vector<uint32_t> slots;
+        std::string span;
         for (uint32_t slot = 1; slot <= DCM_SLOT_MAX; slot++) {
             if (slot > frame_.maxSlotId && kindsOf(slot).empty())
                 continue;
             TableRow row = ruleOf(slot);
+            const std::string own = row.cells[kSpan].text;
             if (slots.empty() || !isEqual(table.rows.back(), row)) {
                 table.rows.push_back(std::move(row));
                 slots.clear();
+            } else if (own != span) {
+                table.rows.back().cells[kSpan].text += " · " + own;
             }
+            span = own;
             slots.push_back(slot);
             table.rows.back().cells[0].text = ranges(slots);
         }
-        return blockOf("Slots", "", htmlOf(table));
+        return blockOf("Slots", "", htmlOf(table), true);
     }
 
     std::string fanModules() const
@@ -613,17 +644,15 @@ private:
 
 class SlotTables {
 public:
-    explicit SlotTables(const DcmSlotInfo &slot) : slot_(slot) {}
+    SlotTables(const DcmSlotInfo &slot, const std::string &id) : slot_(slot), prefix_(id + ".") {}
 
     std::string make() const
     {
         return factsOf({{"cards", number(slot_.maxCardNum)}, {"PoE", slot_.supportPoe == 1 ? "supplied" : ""}}) +
-               "<div class=blocks>" + innerPorts() + fabricPorts() + supplies() + "</div>\n" + fanControllers();
+               innerPorts() + fabricPorts() + supplies() + fanControllers();
     }
 
 private:
-    static bool isThere(const DcmInnerIfInfo &port) { return port.portId != DCM_PORT_UNSPEC; }
-
     // Adjacent ports that differ only in number and name share a row.
     static bool differOnlyInNumber(const DcmInnerIfInfo &one, const DcmInnerIfInfo &other)
     {
@@ -632,31 +661,65 @@ private:
                one.drvType == other.drvType && one.portType == other.portType;
     }
 
-    static void addPorts(HtmlTable &table, const DcmInnerIfInfo *ports, size_t count, const char *what)
+    // `all`: the name of the only port, which has no index.
+    void addPorts(HtmlTable &table, const char *array, const DcmInnerIfInfo *ports, size_t count,
+                  const char *all = nullptr) const
     {
         for (size_t i = 0; i < count;) {
             size_t end = i + 1;
-            if (isThere(ports[i])) {
-                while (end < count && isThere(ports[end]) && differOnlyInNumber(ports[end - 1], ports[end]))
+            if (isDescribed(ports[i])) {
+                while (end < count && isDescribed(ports[end]) && differOnlyInNumber(ports[end - 1], ports[end]))
                     end++;
-                table.rows.push_back(rowOf(ports, i, end, what));
+                const std::string numbers =
+                    all != nullptr ? all : range(static_cast<uint32_t>(i) + 1, static_cast<uint32_t>(end));
+                table.rows.push_back(rowOf(numbers, ports[i], ports[end - 1]));
+                std::vector<std::string> ids;
+                for (size_t port = i; port < end; port++)
+                    ids.push_back(prefix_ + array + (all != nullptr ? "" : "." + std::to_string(port)));
+                table.rows.back().cells.push_back({"", "", connectorsOf(ports + i, ids)});
             }
             i = end;
         }
     }
 
-    static TableRow rowOf(const DcmInnerIfInfo *ports, size_t begin, size_t end, const char *what)
+    // A box for each port, in the colour of its kind.
+    static std::string connectorsOf(const DcmInnerIfInfo *ports, const std::vector<std::string> &ids)
     {
-        const DcmInnerIfInfo &first = ports[begin];
-        const DcmInnerIfInfo &last = ports[end - 1];
+        constexpr size_t kColumns = 16;
+        const size_t columns = std::min(ids.size(), kColumns);
+        const size_t rows = (ids.size() + kColumns - 1) / kColumns;
+        std::string html = "<svg class=ports aria-hidden=true width=" + std::to_string(columns * 14) +
+                           " height=" + std::to_string(rows * 14) + ">";
+        for (size_t i = 0; i < ids.size(); i++)
+            html +=
+                "<rect id=\"" + ids[i] + "\" class=\"port " + portStyle(ports[i].phyType) +
+                "\" x=" + std::to_string(i % kColumns * 14 + 1) + " y=" + std::to_string(i / kColumns * 14 + 1) +
+                " width=12 height=12 rx=2><title>" + escapedXml("port " + portNumber(ports[i].portId) + ": ") +
+                escapedXml(joined({portKind(ports[i].phyType), shownText(ports[i].ifName, sizeof ports[i].ifName)})) +
+                "</title></rect>";
+        return html + "</svg>";
+    }
+
+    // "vsync.101–106" of ports whose names end with their numbers.
+    static std::string namesOf(const DcmInnerIfInfo &first, const DcmInnerIfInfo &last)
+    {
         const std::string name = shownText(first.ifName, sizeof first.ifName);
         const std::string lastName = shownText(last.ifName, sizeof last.ifName);
+        const std::string end = number(first.portId);
+        const std::string prefix = name.substr(0, name.size() - std::min(name.size(), end.size()));
+        if (name == prefix + end && lastName == prefix + number(last.portId))
+            return prefix + range(first.portId, last.portId);
+        return name == lastName ? name : name + " … " + lastName;
+    }
+
+    static TableRow rowOf(const std::string &numbers, const DcmInnerIfInfo &first, const DcmInnerIfInfo &last)
+    {
         const auto word = [](const dcm::Vocabulary &words, uint32_t value) {
             return value == 0 ? "" : writtenWord(words, value);
         };
-        return {{{*what == '\0' ? range(static_cast<uint32_t>(begin) + 1, static_cast<uint32_t>(end)) : what},
-                 {range(first.portId, last.portId)},
-                 {name == lastName ? name : name + " … " + lastName},
+        return {{{numbers},
+                 {first.portId == DCM_PORT_UNSPEC ? "?" : range(first.portId, last.portId)},
+                 {namesOf(first, last)},
                  {portKind(first.phyType)},
                  {word(dcm::kInnerIfTypeWords, first.portType)},
                  {word(dcm::kWorkmodeWords, first.workmode)},
@@ -667,18 +730,23 @@ private:
                          ", ")}}};
     }
 
+    static std::vector<std::string> portHeads(const char *first)
+    {
+        return {first, "port", "name", "kind", "type", "mode", "driver", "place", "ports"};
+    }
+
     std::string innerPorts() const
     {
-        HtmlTable table = {{"to slot", "port", "name", "kind", "type", "mode", "driver", "place"}};
-        addPorts(table, &slot_.broadcastSyncIf, 1, "all");
-        addPorts(table, slot_.syncIf, DCM_INNER_IF_MAX, "");
+        HtmlTable table = {portHeads("to slot")};
+        addPorts(table, "broadcastSyncIf", &slot_.broadcastSyncIf, 1, "all");
+        addPorts(table, "syncIf", slot_.syncIf, DCM_INNER_IF_MAX);
         return blockOf("Inner ports", "", htmlOf(table));
     }
 
     std::string fabricPorts() const
     {
-        HtmlTable table = {{"fabric port", "port", "name", "kind", "type", "mode", "driver", "place"}};
-        addPorts(table, slot_.sfuIf, DCM_INNER_IF_MAX, "");
+        HtmlTable table = {portHeads("fabric port")};
+        addPorts(table, "sfuIf", slot_.sfuIf, DCM_INNER_IF_MAX);
         return blockOf("Fabric ports", "", htmlOf(table));
     }
 
@@ -694,11 +762,12 @@ private:
     {
         HtmlTable table = {{"supply"}};
         for (size_t i = 0; i < std::min<size_t>(slot_.powerNum, DCM_POWER_MAX); i++)
-            table.rows.push_back({{{std::to_string(i + 1)}}});
+            table.rows.push_back({{{std::to_string(i + 1)}}, prefix_ + "powerInfo." + std::to_string(i)});
         return blockOf("Power supplies", "", htmlOf(table));
     }
 
     const DcmSlotInfo &slot_;
+    std::string prefix_;
 };
 
 } // namespace
@@ -713,9 +782,9 @@ std::string tablesOf(const FrameView &view)
     return FrameTables(view).make();
 }
 
-std::string tablesOf(const DcmSlotInfo &slot)
+std::string tablesOf(const DcmSlotInfo &slot, const std::string &id)
 {
-    return SlotTables(slot).make();
+    return SlotTables(slot, id).make();
 }
 
 } // namespace dcmtool

@@ -12,7 +12,7 @@ namespace dcmtool {
 
 std::string tablesOf(const CardView &view);
 std::string tablesOf(const FrameView &view);
-std::string tablesOf(const DcmSlotInfo &slot);
+std::string tablesOf(const DcmSlotInfo &slot, const std::string &id);
 
 } // namespace dcmtool
 

@@ -25,9 +25,8 @@ Cell titleOf(const DcmCardInfo &card)
 Section factsOf(const DcmCardInfo &card, const PageContext &context)
 {
     const Record record = recordOf(card);
-    Table table = {{{"fact"}, {"words"}}};
+    Table table = {{{"fact"}, {"words", false, 1}}};
     table.hasHeader = false;
-    table.itemGap = 1;
     const auto add = [&table](const char *name, const Cell &items) {
         if (!items.empty())
             table.rows.push_back({{Text(name, kDim)}, items});
@@ -172,9 +171,8 @@ Table capabilityTable(const Panel &panel)
                   {"transceivers", "transceiverCaps"},
                   {"protocols", "layerProtoCaps"},
                   {"optical modes", "opticalChnCaps"}};
-    Table table = {{{"list"}, {"ports"}, {"words"}}};
+    Table table = {{{"list"}, {"ports"}, {"words", false, 1}}};
     table.hasHeader = false;
-    table.itemGap = 1;
     for (const auto &list : kLists) {
         std::vector<std::vector<size_t>> groups; // of ports with the same list
         for (const auto &ports : panel.groups()) {
@@ -228,7 +226,7 @@ std::string numberOf(uint16_t portId, uint16_t absent = DCM_PORT_UNSPEC)
 
 Section managementSection(const DcmCardInfo &card)
 {
-    Table table = {{{"name"}, {"port", true}, {"kind"}, {"mode"}, {"driver"}, {"transceivers"}, {"with"}}};
+    Table table = {{{"name"}, {"port", true}, {"kind"}, {"mode"}, {"driver"}, {"transceivers", false, 1}, {"with"}}};
     for (const DcmMethIfInfo *info : entriesOf(card.methIf, card.methIfNum)) {
         const Record port = recordOf(*info);
         const std::string name = port["ifName"].words();
@@ -360,7 +358,7 @@ std::string cardTypeName(uint32_t type)
 
 Page pageOf(const DcmCardInfo &card, const PageContext &context)
 {
-    const std::vector<Unit> units = {unitOf("", 0, card, card.led, ownAttachment(dcm::kAttachCard))};
+    const std::vector<Unit> units = {unitOf("", "", 0, card, card.led, ownAttachment(dcm::kAttachCard))};
     std::vector<const DcmPortLedInfo *> runs;
     const Record record = recordOf(card);
     for (const FieldValue run : record.valuesOf(record.field("portLed")))
@@ -379,7 +377,7 @@ Page pageOf(const DcmCardInfo &card, const PageContext &context)
         temperatureSection(units),
         voltageSection(card),
         ledSection(units, runs),
-        ledMapSection(units, context.sourceName),
+        ledMapSection(units, context.sourceOf),
     };
     if (card.ledNum != 0 || !runs.empty())
         page.legend = ledLegend();

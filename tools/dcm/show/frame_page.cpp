@@ -118,7 +118,7 @@ Cell spansOf(const std::vector<Slot> &slots, const std::vector<size_t> &group)
 
 Section slotSection(const DcmFrameInfo &frame, const PageContext &context)
 {
-    Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span"}, {"accepts"}}};
+    Table table = {{{"slot"}, {"kind"}, {"cards", true}, {"from", true}, {"may span", false, 1}, {"accepts"}}};
     const std::vector<Slot> slots = slotsOf(frame);
     const auto groups = groupAdjacent(
         slots.size(), [&slots](size_t one, size_t other) { return areAlikeSlots(slots[one], slots[other]); });
@@ -150,7 +150,12 @@ Text numbered(uint32_t id, size_t position)
 
 Section fanModuleSection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
 {
-    Table table = {{{"module"}, {"slot", true}, {"fans", true}, {"driven by controller"}, {"LEDs"}, {"sensors"}}};
+    Table table = {{{"module"},
+                    {"slot", true},
+                    {"fans", true},
+                    {"driven by controller", false, 1},
+                    {"LEDs", false, 1},
+                    {"sensors"}}};
     const auto modules = entriesOf(frame.fanModuleInfo, frame.fanModuleNum);
     for (size_t i = 0; i < modules.size(); i++) {
         const DcmFanModuleInfo &module = *modules[i];
@@ -193,7 +198,7 @@ Table coolingTable(const DcmFrameInfo &frame)
 
 Section supplySection(const DcmFrameInfo &frame, const std::vector<Unit> &units)
 {
-    Table table = {{{"supply"}, {"model"}, {"slot", true}, {"LEDs"}, {"sensors"}}};
+    Table table = {{{"supply"}, {"model"}, {"slot", true}, {"LEDs", false, 1}, {"sensors"}}};
     const std::vector<uint32_t> slots = numbersIn(frame.slotmap.power);
     const auto supplies = entriesOf(frame.powerInfo, frame.powerNum);
     for (size_t i = 0; i < supplies.size(); i++) {
@@ -226,6 +231,11 @@ std::string capabilityWords(const DcmFrameInfo &frame)
     return words.empty() ? words : "card type words" + words;
 }
 
+std::string pathOf(const char *array, size_t index)
+{
+    return array + ("." + std::to_string(index)) + ".";
+}
+
 } // namespace
 
 // ---- The page -------------------------------------------------------------------------------------------------------
@@ -234,14 +244,16 @@ Page pageOf(const DcmFrameInfo &frame, const PageContext &context)
 {
     std::vector<Unit> modules;
     for (const DcmFanModuleInfo *module : entriesOf(frame.fanModuleInfo, frame.fanModuleNum))
-        modules.push_back(unitOf("module", static_cast<uint32_t>(modules.size() + 1), *module, module->ledInfo,
+        modules.push_back(unitOf("module", pathOf("fanModuleInfo", modules.size()),
+                                 static_cast<uint32_t>(modules.size() + 1), *module, module->ledInfo,
                                  ownAttachment(dcm::kAttachFan)));
     std::vector<Unit> supplies;
     for (const DcmPowerInfo *supply : entriesOf(frame.powerInfo, frame.powerNum))
-        supplies.push_back(unitOf("supply", static_cast<uint32_t>(supplies.size() + 1), *supply, supply->ledInfo,
+        supplies.push_back(unitOf("supply", pathOf("powerInfo", supplies.size()),
+                                  static_cast<uint32_t>(supplies.size() + 1), *supply, supply->ledInfo,
                                   ownAttachment(dcm::kAttachPower)));
     std::vector<Unit> units = {
-        {"", 0, entriesOf(frame.ledInfo, frame.ledNum), &frame.ledMap, {}, ownAttachment(dcm::kAttachSys, 0, 0)}};
+        {"", "", 0, entriesOf(frame.ledInfo, frame.ledNum), &frame.ledMap, {}, ownAttachment(dcm::kAttachSys, 0, 0)}};
     units.insert(units.end(), modules.begin(), modules.end());
     units.insert(units.end(), supplies.begin(), supplies.end());
 
@@ -259,7 +271,7 @@ Page pageOf(const DcmFrameInfo &frame, const PageContext &context)
         supplySection(frame, supplies),
         temperatureSection(units),
         ledSection(units),
-        ledMapSection(units, context.sourceName),
+        ledMapSection(units, context.sourceOf),
     };
     if (std::any_of(units.begin(), units.end(), [](const Unit &unit) { return !unit.leds.empty(); }))
         page.legend = ledLegend();

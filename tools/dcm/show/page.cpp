@@ -146,7 +146,8 @@ private:
     };
     static Setting settingOf(const Table &table, size_t column)
     {
-        return column + 1 == table.columns.size() ? Setting{table.itemWidth, table.itemGap} : Setting{0, kGap};
+        const bool isLast = column + 1 == table.columns.size();
+        return {isLast ? table.itemWidth : 0, table.columns[column].itemGap};
     }
 
     size_t widthOf(const Cell &cell, Setting setting) const
@@ -156,6 +157,14 @@ private:
             if (!item.isEmpty())
                 width += (width != 0 ? setting.gap : 0) + std::max(setting.width, widthOf(lineOf(item)));
         return width;
+    }
+
+    size_t widestItemOf(const Cell &cell) const
+    {
+        size_t widest = 0;
+        for (const Text &item : cell)
+            widest = std::max(widest, widthOf(lineOf(item)));
+        return widest;
     }
 
     // Items in sequence, in as many lines as needed. An item that is longer than a line is broken, at a blank if there
@@ -315,36 +324,47 @@ private:
         std::vector<size_t> widths(table.columns.size());
         for (size_t i = 0; i < table.columns.size(); i++) {
             for (const auto &row : table.rows)
-                widths[i] = std::max(widths[i], widthOf(row[i], settingOf(table, i)));
+                widths[i] = std::max(widths[i], table.columns[i].isNarrow ? widestItemOf(row[i])
+                                                                          : widthOf(row[i], settingOf(table, i)));
             if (widths[i] == 0)
                 continue;
             if (table.hasHeader)
                 widths[i] = std::max(widths[i], dcmtool::widthOf(table.columns[i].title));
             columns.push_back(i);
         }
-        // The first column is in every part of a table that is too wide, and leaves room for another.
         const size_t room = width_ - kIndent;
+        const auto totalOf = [&](size_t count) {
+            size_t total = 0;
+            for (size_t i = 0; i < count; i++)
+                total += widths[columns[i]] + (i != 0 ? kGap : 0);
+            return total;
+        };
+        const bool isCut = totalOf(columns.size()) > room;
+        // The key columns leave room for another one.
+        const auto isKey = [&table](size_t column) { return column < table.keys; };
+        const auto keys = static_cast<size_t>(std::count_if(columns.begin(), columns.end(), isKey));
+        const size_t head = keys > 0 && totalOf(keys) <= (room - kGap) / 2 ? keys : 1;
         if (columns.size() > 1)
             widths[columns[0]] = std::min(widths[columns[0]], (room - kGap) / 2);
-        for (size_t begin = 1; begin <= columns.size();) {
-            std::vector<size_t> part = {columns[0]};
-            size_t used = widths[columns[0]];
-            for (; begin < columns.size(); begin++) {
-                const size_t column = columns[begin];
-                const bool isLast = begin + 1 == columns.size();
+        size_t next = head;
+        do {
+            std::vector<size_t> part(columns.begin(), columns.begin() + static_cast<ptrdiff_t>(head));
+            size_t used = totalOf(head);
+            for (; next < columns.size(); next++) {
+                const size_t column = columns[next];
+                const bool isFirst = part.size() == head;
+                const bool isSecond = isCut && column >= table.secondPart && part.back() < table.secondPart;
                 const size_t left = room - std::min(room, used + kGap);
-                const size_t least = isLast || part.size() == 1 ? leastWidth(table, column, widths[column]) : 0;
-                if (widths[column] > left && (least == 0 || least > left) && part.size() > 1)
+                const size_t least =
+                    next + 1 == columns.size() || isFirst ? leastWidth(table, column, widths[column]) : 0;
+                if (!isFirst && (isSecond || (widths[column] > left && (least == 0 || least > left))))
                     break;
                 widths[column] = std::min(widths[column], left);
                 used += kGap + widths[column];
                 part.push_back(column);
             }
             print(table, part, widths);
-            begin += columns.size() == 1 ? 1 : 0;
-            if (begin == columns.size())
-                break;
-        }
+        } while (next < columns.size());
     }
 
     // The least width of a column that wraps.
@@ -353,8 +373,7 @@ private:
         constexpr size_t kEnough = 16;
         size_t widest = dcmtool::widthOf(table.columns[column].title);
         for (const auto &row : table.rows)
-            for (const Text &item : row[column])
-                widest = std::max(widest, widthOf(lineOf(item)));
+            widest = std::max(widest, widestItemOf(row[column]));
         return std::min(natural, std::max(widest, kEnough));
     }
 

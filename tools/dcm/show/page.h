@@ -5,9 +5,9 @@
 //
 //     Heading  note                      Section
 //       column  column  column           Table, the header dim, the first column bold
-//       cell    cell    item  item       Cell: items with two blanks between, which wrap in their column
+//       cell    cell    item  item       Cell: items with blanks between, which wrap in their column
 //
-// A table that is too wide first wraps its last column, then is cut into several, each with the first column.
+// A table that is too wide first wraps its last column, then is cut into several, each with its key columns.
 #ifndef DCM_TOOLS_PAGE_H
 #define DCM_TOOLS_PAGE_H
 
@@ -58,14 +58,17 @@ using Cell = std::vector<Text>; // items; empty ones are ignored
 struct Column {
     std::string title;
     bool isRight = false;
+    size_t itemGap = 2;    // between items
+    bool isNarrow = false; // as wide as its widest item: lists wrap
 };
 
 struct Table {
     std::vector<Column> columns; // a column that is empty in all rows is left out
     std::vector<std::vector<Cell>> rows = {};
     bool hasHeader = true;
-    size_t itemWidth = 0; // items of the last column are padded to it
-    size_t itemGap = 2;   // between items of the last column
+    size_t itemWidth = 0;  // items of the last column are padded to it
+    size_t keys = 1;       // the first columns, which every part of a table that is too wide repeats
+    size_t secondPart = 0; // the column that begins the second part of such a table; 0: the first that does not fit
 };
 
 struct Section {

@@ -15,11 +15,12 @@ namespace dcmtool {
 
 // Information of a page beside its record.
 struct PageContext {
-    std::string place;                                          // "device.xml:22"
-    std::vector<uint32_t> types;                                // of a slot: all its type ids
-    std::vector<std::string> fits;                              // of a card: the slots that accept it
-    std::function<std::string(uint32_t type)> cardName = {};    // in the lists of a frame; by default its type id
-    std::function<std::string(uint32_t index)> sourceName = {}; // the entity of an LED map's index
+    std::string place;                                       // "device.xml:22"
+    std::vector<uint32_t> types;                             // of a slot: all its type ids
+    std::vector<std::string> fits;                           // of a card: the slots that accept it
+    std::function<std::string(uint32_t type)> cardName = {}; // in the lists of a frame; by default its type id
+    // The source of an LED map's entry ("ledMap.0") as it is written; by default its index on the element.
+    std::function<std::string(const std::string &path)> sourceOf = {};
 };
 
 Page pageOf(const DcmFrameInfo &frame, const PageContext &context);

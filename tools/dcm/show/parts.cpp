@@ -23,6 +23,13 @@ Cell itemsOf(const FieldValue &value, Style style)
     return items;
 }
 
+void addListed(Cell &items, const std::string &item)
+{
+    if (!items.empty())
+        items.back().add(",");
+    items.emplace_back(item);
+}
+
 std::string countOf(size_t count, const std::string &noun)
 {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
@@ -178,12 +185,12 @@ std::vector<Cell> sensorRow(const DcmTemperatureInfo &info, size_t position, con
             {given(sensor, "type")},
             {alarm},
             {work},
+            fanCtrls,
             {limited(number("actionHighThreshold"), number("actionHighThresholdMin"), number("actionHighThresholdMax"),
                      degrees)},
             {limited(number("actionLowThreshold"), number("actionLowThresholdMin"), number("actionLowThresholdMax"),
                      degrees)},
-            {action},
-            fanCtrls};
+            {action}};
 }
 
 } // namespace
@@ -196,10 +203,12 @@ Section temperatureSection(const std::vector<Unit> &units)
                     {"at"},
                     {"alarm"},
                     {"work"},
+                    {"fan ctrl"},
                     {"act above"},
                     {"act below"},
-                    {"action"},
-                    {"fan ctrl"}}};
+                    {"action"}}};
+    table.keys = 3;
+    table.secondPart = 7;
     const auto groups =
         foldUnits(units, [](const Unit &one, const Unit &other) { return areAllEqual(one.sensors, other.sensors); });
     for (const auto &group : groups) {
@@ -343,28 +352,41 @@ Text runName(const DcmPortLedInfo &run)
     return name;
 }
 
-constexpr size_t kStateWidth = 28;
+bool areSame(const Cell &one, const Cell &other)
+{
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](const Text &first, const Text &second) {
+        return std::equal(first.runs().begin(), first.runs().end(), second.runs().begin(), second.runs().end(),
+                          [](const Run &run, const Run &same) { return run.text == same.text; });
+    });
+}
+
+constexpr size_t kStateWidth = 27;
 
 } // namespace
 
 Section ledSection(const std::vector<Unit> &units, const std::vector<const DcmPortLedInfo *> &runs)
 {
-    Table table = {{{"LED"}, {"of"}, {"states"}}};
+    Table table = {{{"LED", false, 1, true}, {"of"}, {"states"}}};
     table.hasHeader = false;
     table.itemWidth = kStateWidth;
-    // LEDs with the same displays share a row.
-    const auto add = [&table](const Text &name, const std::string &unit, const Cell &states) {
-        table.rows.push_back({{name}, {Text(unit, kDim)}, states});
-    };
     const auto groups =
         foldUnits(units, [](const Unit &one, const Unit &other) { return areAllEqual(one.leds, other.leds); });
     for (const auto &group : groups) {
         const Unit &unit = units[group[0]];
-        for (const auto &leds : foldLeds(unit.leds))
-            add(ledName(unit, leds), nameOf(units, group), statesOf(*unit.leds[leds[0]]));
+        const Cell *last = nullptr; // the states of the unit's last row
+        for (const auto &leds : foldLeds(unit.leds)) {
+            const std::string name = ledName(unit, leds);
+            Cell states = statesOf(*unit.leds[leds[0]]);
+            if (last != nullptr && states.size() > 1 && areSame(*last, states)) {
+                addListed(table.rows.back()[0], name);
+                continue;
+            }
+            table.rows.push_back({{name}, {Text(nameOf(units, group), kDim)}, std::move(states)});
+            last = &table.rows.back()[2];
+        }
     }
     for (const DcmPortLedInfo *run : runs)
-        add(runName(*run), "", statesOf(*run));
+        table.rows.push_back({{runName(*run)}, {}, statesOf(*run)});
     if (table.rows.empty())
         return {"LEDs"};
     return {"LEDs", {"states in the order of their priorities"}, {table}};
@@ -374,7 +396,7 @@ Cell ledNames(const Unit &unit)
 {
     Cell names;
     for (const auto &leds : foldLeds(unit.leds))
-        names.emplace_back(ledName(unit, leds));
+        addListed(names, ledName(unit, leds));
     return names;
 }
 
@@ -397,18 +419,19 @@ struct Shown {
     Cell pairs;
 };
 
-Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &attachment,
-              const std::function<std::string(uint32_t index)> &sourceName)
+Shown shownBy(const Unit &unit, size_t entry, const std::function<std::string(const std::string &path)> &sourceOf)
 {
+    const DcmLedMapInfo &map = *unit.ledMap;
     const DcmLedHead &led = map.mapEntries[entry];
     const Record record = recordOf(led);
     Shown shown;
     shown.led = record["ledType"].words() + " " + record["id"].words();
-    if (!isAttachedTo(led, attachment))
+    if (!isAttachedTo(led, unit.attachment))
         shown.led += attachmentOf(led);
     const uint32_t index = map.srcEttIndex[entry];
     if (index != 0)
-        shown.source = sourceName ? sourceName(index) : "entity " + std::to_string(index);
+        shown.source =
+            sourceOf ? sourceOf(unit.path + "ledMap." + std::to_string(entry)) : "entity " + std::to_string(index);
     if (led.srcType != led.ledType)
         shown.source += (shown.source.empty() ? "a " : ", a ") + record["srcType"].words();
     if (shown.source.empty())
@@ -428,9 +451,10 @@ Shown shownBy(const DcmLedMapInfo &map, size_t entry, const DcmLedHead &attachme
 
 } // namespace
 
-Section ledMapSection(const std::vector<Unit> &units, const std::function<std::string(uint32_t index)> &sourceName)
+Section ledMapSection(const std::vector<Unit> &units,
+                      const std::function<std::string(const std::string &path)> &sourceOf)
 {
-    Table table = {{{"LED"}, {"of"}, {"shows the state of"}, {"translated"}}};
+    Table table = {{{"LED", false, 1}, {"of"}, {"shows the state of"}, {"translated"}}};
     const auto groups =
         foldUnits(units, [](const Unit &one, const Unit &other) { return areEqual(*one.ledMap, *other.ledMap); });
     for (const auto &group : groups) {
@@ -438,11 +462,10 @@ Section ledMapSection(const std::vector<Unit> &units, const std::function<std::s
         const DcmLedMapInfo &map = *unit.ledMap;
         size_t itself = SIZE_MAX; // the row of the LEDs that show their own state unchanged
         for (size_t i = 0; i < std::min<size_t>(map.num, DCM_LED_MAP_MAX); i++) {
-            const Shown shown = shownBy(map, i, unit.attachment, sourceName);
+            const Shown shown = shownBy(unit, i, sourceOf);
             const bool isItself = shown.source == "itself" && shown.pairs.empty();
             if (isItself && itself != SIZE_MAX) {
-                Cell &leds = table.rows[itself][0];
-                leds.emplace_back(shown.led);
+                addListed(table.rows[itself][0], shown.led);
                 continue;
             }
             if (isItself)

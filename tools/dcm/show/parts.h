@@ -24,6 +24,8 @@ constexpr const char *kAbsent = "–";
 std::string given(const Record &record, const char *field);
 // The words of a set, one item each.
 Cell itemsOf(const FieldValue &value, Style style = kPlain);
+// Adds to a list with commas.
+void addListed(Cell &items, const std::string &item);
 // "4 cards"
 std::string countOf(size_t count, const std::string &noun);
 // A field of each record in a group, as "1-4,6" or, in the order of the group, "2,1".
@@ -75,6 +77,7 @@ std::vector<std::vector<size_t>> groupAdjacent(size_t count,
 
 struct Unit {
     const char *name; // "module", "supply"; empty for the frame or card itself
+    std::string path; // in the record: "powerInfo.0."
     uint32_t number;
     std::vector<const DcmLedInfo *> leds;
     const DcmLedMapInfo *ledMap;
@@ -93,17 +96,19 @@ constexpr DcmLedHead ownAttachment(int32_t attach, uint8_t slot = DCM_ID_UNSPEC,
 }
 
 template <class Info>
-Unit unitOf(const char *name, uint32_t number, const Info &info, const DcmLedInfo (&leds)[DCM_LED_MAX],
-            const DcmLedHead &attachment)
+Unit unitOf(const char *name, const std::string &path, uint32_t number, const Info &info,
+            const DcmLedInfo (&leds)[DCM_LED_MAX], const DcmLedHead &attachment)
 {
-    return {
-        name,      number, entriesOf(leds, info.ledNum), &info.ledMap, entriesOf(info.temperature, info.temperatureNum),
-        attachment};
+    return {name,         path,
+            number,       entriesOf(leds, info.ledNum),
+            &info.ledMap, entriesOf(info.temperature, info.temperatureNum),
+            attachment};
 }
 
 Section temperatureSection(const std::vector<Unit> &units);
 Section ledSection(const std::vector<Unit> &units, const std::vector<const DcmPortLedInfo *> &runs = {});
-Section ledMapSection(const std::vector<Unit> &units, const std::function<std::string(uint32_t index)> &sourceName);
+Section ledMapSection(const std::vector<Unit> &units,
+                      const std::function<std::string(const std::string &path)> &sourceOf);
 Section fanControllerSection(const std::vector<const DcmFanCtrlInfo *> &controllers);
 // The legend of the symbols before the states.
 Cell ledLegend();

@@ -1,9 +1,9 @@
+#include "tools/dcm/records/inner_port.h"
 #include "tools/dcm/show/pages.h"
 #include "tools/dcm/show/parts.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 namespace dcmtool {
 
@@ -14,15 +14,6 @@ struct InnerPort {
     uint32_t number;  // of the peer; 0: all
     const DcmInnerIfInfo *info;
 };
-
-// Whether a port is described. Others have no system.
-bool isDescribed(const DcmInnerIfInfo &port)
-{
-    const Record record = recordOf(port);
-    return port.sysId != 0 || std::any_of(record.begin(), record.end(), [&](const Field &field) {
-               return std::strcmp(field.name, "sysId") != 0 && record[field.name].isGiven();
-           });
-}
 
 std::string nameOf(const DcmInnerIfInfo &port)
 {
