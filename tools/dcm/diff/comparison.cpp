@@ -174,8 +174,8 @@ std::vector<Difference> Comparison::differencesOf(const QueryGroup &group, std::
 {
     std::vector<Difference> differences;
     const bool isModes = &before_ == &after_;
-    const auto was = group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
-    const auto is = group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
+    const auto was = oldAnswer(group);
+    const auto is = newAnswer(group);
     if (group.isRenumbered() && !isModes) {
         differences.push_back({ChangeClass::breaking, "its id has changed"});
     } else if (was == nullptr) {
@@ -207,12 +207,22 @@ std::vector<Difference> Comparison::differencesOf(const QueryGroup &group, std::
     return differences;
 }
 
+std::shared_ptr<const Answer> Comparison::oldAnswer(const QueryGroup &group) const
+{
+    return group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
+}
+
+std::shared_ptr<const Answer> Comparison::newAnswer(const QueryGroup &group) const
+{
+    return group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
+}
+
 void Comparison::visitDifferences(const QueryGroup &group,
                                   const std::function<void(const Difference &difference)> &visit) const
 {
     // The values in the changes refer to these records.
-    const auto was = group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
-    const auto is = group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
+    const auto was = oldAnswer(group);
+    const auto is = newAnswer(group);
     std::vector<Change> changes;
     std::vector<Difference> differences = differencesOf(group, changes);
     std::stable_sort(differences.begin(), differences.end(), [](const Difference &left, const Difference &right) {

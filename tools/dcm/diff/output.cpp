@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <map>
 
 namespace dcmtool {
 
@@ -64,6 +65,16 @@ std::optional<Place> placeIn(const Side &side, size_t index, const Answer *answe
         return std::nullopt;
     const Node type = side.types()[index].element;
     return side.file()->place(spanOf(*side.file(), type, answer->record(), path).begin);
+}
+
+std::string counted(size_t count, const char *what)
+{
+    return count == 0 ? "" : std::to_string(count) + " " + what + ", ";
+}
+
+std::string elements(size_t count)
+{
+    return count == 1 ? "1 type is" : std::to_string(count) + " types are";
 }
 
 } // namespace
@@ -134,6 +145,26 @@ std::string textOf(const Difference &difference)
     return "bytes that no field describes differ";
 }
 
+std::string summaryOf(const Comparison &comparison)
+{
+    const size_t rewritten = comparison.rewritten();
+    if (comparison.worst() == ChangeClass::none)
+        return "";
+    if (comparison.worst() == ChangeClass::cosmetic)
+        return std::string("cosmetic: ") +
+               (comparison.areAllCompared() ? "every query answers the same"
+                                            : "the fields that are compared are the same") +
+               (rewritten == 0 ? "" : "; " + elements(rewritten) + " written differently") + "\n";
+    std::string counts = counted(comparison.count(ChangeClass::breaking), "breaking") +
+                         counted(comparison.count(ChangeClass::behaviour), "behaviour") +
+                         counted(comparison.count(ChangeClass::addition), "addition");
+    counts.resize(counts.size() - 2);
+    return counts +
+           (rewritten == 0 ? ""
+                           : "; " + elements(rewritten) + " written differently, with the same answers (cosmetic)") +
+           "\n";
+}
+
 std::optional<Place> oldPlace(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
 {
     const Change *change = difference.change;
@@ -145,6 +176,36 @@ std::optional<Place> newPlace(const Comparison &comparison, const QueryGroup &gr
 {
     const Change *change = difference.change;
     return placeIn(comparison.after(), group.newIndex, difference.after, change != nullptr ? change->newPath : Path());
+}
+
+std::vector<FoldedDifference> foldedDifferences(const Comparison &comparison, const QueryGroup &group,
+                                                const FoldVisitor &visit)
+{
+    std::vector<FoldedDifference> all;
+    std::vector<std::vector<uint32_t>> entries; // of each
+    std::map<std::string, size_t> found;
+    comparison.visitDifferences(group, [&](const Difference &difference) {
+        const std::string path = pathOf(difference);
+        const size_t open = std::min(path.find('['), path.size());
+        const size_t close = std::min(path.find(']'), path.size());
+        const std::string text = textOf(difference);
+        const auto [place, isNew] =
+            found.emplace(path.substr(0, open) + path.substr(close) + '\0' + text, all.size());
+        if (isNew) {
+            all.push_back({difference.changeClass, path, oldText(difference), newText(difference), difference.message,
+                           text, oldPlace(comparison, group, difference), newPlace(comparison, group, difference)});
+            entries.emplace_back();
+        }
+        all[place->second].count++;
+        if (open < close)
+            entries[place->second].push_back(static_cast<uint32_t>(std::stoul(path.substr(open + 1))));
+        if (visit)
+            visit(difference, place->second);
+    });
+    for (size_t i = 0; i < all.size(); i++)
+        if (std::string &path = all[i].path; !entries[i].empty())
+            path = path.substr(0, path.find('[') + 1) + rangesOf(entries[i]) + path.substr(path.find(']'));
+    return all;
 }
 
 } // namespace dcmtool
