@@ -1677,7 +1677,7 @@ diff_names_the_query_the_field_and_both_places() {
 card 0x21/0
   dcm export card 0x21 0 --file old.xml
   dcm export card 0x21 0 --file new.xml
-  breaking: card 0x21/0 panelIf[0].phyType: 100ge → 10ge (what the port is)
+  breaking: card 0x21/0 panelIf[0].phyType: 100ge → 10ge (what the port is; port 1)
       old.xml:4:47 → new.xml:4:47
   behaviour: card 0x21/0 name: 'line' → 'other' (a name)
       old.xml:2:29 → new.xml:2:29
@@ -1692,7 +1692,7 @@ TEXT
     expect 'and nothing on standard error' silent err
     sed 's|<phytype>ge</phytype>|<phytype>fe</phytype>|' "$example" >"$folder/slower.xml"
     run diff "$example" "$folder/slower.xml"
-    expect 'what is the same for several ports is one line' says out ' panelIf[0-23].phyType: ge → fe (what the port is)'
+    expect 'what is the same for several ports is one line' says out ' panelIf[0-23].phyType: ge → fe (what the port is; ports 1-24)'
     run diff --modes 0x402 "$example"
     expect 'modes are compared' says out 'card 0x402/0 → 0x402/1 panelIf[1].phyType: 10ge → 100ge'
 }

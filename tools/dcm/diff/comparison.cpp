@@ -33,10 +33,16 @@ struct Pair {
 
 constexpr size_t kLongestMessage = 300;
 
-// The innermost message names the cause.
-std::string firstMessage(const Answer &answer)
+// The innermost message names the cause. Messages have the name under which the file was parsed.
+std::string firstMessage(const Answer &answer, const Side &side)
 {
-    return answer.messages.empty() ? "" : ": \"" + shortened(answer.messages.front(), kLongestMessage) + "\"";
+    if (answer.messages.empty())
+        return "";
+    std::string message = answer.messages.front();
+    const std::string parsedName = "(" + side.file()->name() + ")";
+    if (const size_t at = message.find(parsedName); at != std::string::npos)
+        message.replace(at, parsedName.size(), "(" + side.name() + ")");
+    return ": \"" + shortened(message, kLongestMessage) + "\"";
 }
 
 const QueryId &firstId(const QueryGroup &group)
@@ -179,30 +185,31 @@ std::vector<Difference> Comparison::differencesOf(const QueryGroup &group, std::
     if (group.isRenumbered() && !isModes) {
         differences.push_back({ChangeClass::breaking, "its id has changed"});
     } else if (was == nullptr) {
-        differences.push_back(
-            is->isDecoded ? Difference{ChangeClass::addition, "it is new"}
-                          : Difference{ChangeClass::behaviour, "it is new, but its query fails" + firstMessage(*is)});
+        differences.push_back(is->isDecoded ? Difference{ChangeClass::addition, "it is new"}
+                                            : Difference{ChangeClass::behaviour,
+                                                         "it is new, but its query fails" + firstMessage(*is, after_)});
     } else if (is == nullptr) {
         differences.push_back(was->isDecoded
                                   ? Difference{ChangeClass::breaking, "it is gone"}
                                   : Difference{ChangeClass::behaviour, "it is gone; its query failed before"});
     } else if (was->isDecoded && !is->isDecoded) {
-        differences.push_back({ChangeClass::breaking, "the query fails" + firstMessage(*is)});
+        differences.push_back({ChangeClass::breaking, "the query fails" + firstMessage(*is, after_)});
     } else if (!was->isDecoded && is->isDecoded) {
-        differences.push_back({ChangeClass::addition, "the query no longer fails" + firstMessage(*was)});
+        differences.push_back({ChangeClass::addition, "the query no longer fails" + firstMessage(*was, before_)});
     } else if (!was->isDecoded) {
         if (!areSame(*was, *is))
-            differences.push_back({ChangeClass::behaviour, "the query fails in another way" + firstMessage(*is)});
+            differences.push_back(
+                {ChangeClass::behaviour, "the query fails in another way" + firstMessage(*is, after_)});
     } else {
         visitChanges(was->record(), is->record(), clearedRecord(group.kind), filter_,
                      [&](const Change &change) { changes.push_back(change); });
         for (const Change &change : changes)
             differences.push_back({change.changeClass, change.reason, &change});
         if (was->reports != is->reports && filter_.isAll())
-            differences.push_back(
-                {ChangeClass::behaviour, is->reports.empty()
-                                             ? "the query no longer reports a fault" + firstMessage(*was)
-                                             : "the query succeeds, but reports other faults" + firstMessage(*is)});
+            differences.push_back({ChangeClass::behaviour,
+                                   is->reports.empty()
+                                       ? "the query no longer reports a fault" + firstMessage(*was, before_)
+                                       : "the query succeeds, but reports other faults" + firstMessage(*is, after_)});
     }
     return differences;
 }
