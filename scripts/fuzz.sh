@@ -7,7 +7,7 @@ fuzz_build() {
     need clang libclang-rt-14-dev llvm libxml2-dev nlohmann-json3-dev cmake ninja-build pkg-config
     quietly env -u CC -u CXX -u CFLAGS -u CXXFLAGS cmake -S . -B build/fuzz -G Ninja \
         -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
-        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_FLAGS_DEBUG='-O1 -g' -DCMAKE_CXX_FLAGS_DEBUG='-O1 -g' \
+        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_FLAGS_DEBUG='-O1 -g1' -DCMAKE_CXX_FLAGS_DEBUG='-O1 -g1' -DDCM_UNITE=ON \
         -DDCM_SANITIZE=address,undefined -DDCM_BUILD_FUZZERS=ON -DDCM_BUILD_TESTS=OFF -DDCM_BUILD_TOOL=OFF ||
         fail 'cannot configure build/fuzz'
     say 'Building (fuzz)'

@@ -142,6 +142,15 @@ nothing_installed_names_the_build() {
     ! grep -rl -F -e "$source" -e "$build" "$copy" --exclude=libdcm.a || fail 'no installed file names the folder of the sources'
 }
 
+findings_name_the_installed_page_of_their_rule() {
+    local page
+    install_and_move
+    echo '<device><card typeid="010"/></device>' >"$folder/octal.xml"
+    "$copy/bin/dcm" check --format sarif "$folder/octal.xml" >"$folder/sarif" || true
+    page=$(sed -nE 's|.*"helpUri": ?"file://([^"]*)".*|\1|p' "$folder/sarif")
+    grep -qs '^# octal-number: ' "$page" || fail "the page is where SARIF says: '$page'"
+}
+
 # builds_alone CMAKE-ARGUMENT...: builds without the tool and without optimisation, where only libxml2 can be found.
 builds_alone() {
     configure -S "$source" -B "$folder/build" -DCMAKE_BUILD_TYPE=Debug -DDCM_BUILD_TOOL=OFF -DDCM_BUILD_TESTS=OFF \

@@ -53,7 +53,7 @@ std::string sarifOf(FileReport report)
 {
     std::vector<FileReport> reports;
     reports.push_back(std::move(report));
-    return asSarif(reports);
+    return asSarif(reports, "");
 }
 
 TEST(BoundedWork, KeepsTheFirstHundredFindingsOfACheckAndCountsTheOthers)

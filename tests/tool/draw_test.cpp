@@ -297,7 +297,7 @@ std::vector<std::pair<uint32_t, uint32_t>> typesOf(const Described &described)
 uint32_t seedCount()
 {
     const char *wanted = std::getenv("DCM_SEEDS");
-    return wanted != nullptr ? static_cast<uint32_t>(std::strtoul(wanted, nullptr, 10)) : 1000;
+    return wanted != nullptr ? static_cast<uint32_t>(std::strtoul(wanted, nullptr, 10)) : 300;
 }
 
 TEST(Draw, ShowsEachPartOfTheExportOnceInManyDescriptions)

@@ -198,7 +198,7 @@ TEST_P(CutText, IsShownAsSarif)
         reports.back().file = DescriptionFile::parse("\xE6.xml", GetParam().text.substr(0, length));
         reports.back().findings = checkFile(*reports.back().file);
     }
-    EXPECT_TRUE(Json::accept(asSarif(reports)));
+    EXPECT_TRUE(Json::accept(asSarif(reports, "")));
 }
 
 TEST_P(CutText, MayEndAnywhere)

@@ -562,6 +562,22 @@ TEST(Lsp, ReadsUtf8WhateverTheDeclarationSays)
     }
 }
 
+// A text of 63 bytes ends in the middle of a character.
+TEST(Lsp, SendsWhatARecordKeepsOfATextAsUtf8)
+{
+    Editor editor;
+    std::string name;
+    for (int i = 0; i < 40; i++)
+        name += "\xC3\xA9";
+    editor.open("<device><card typeid='1' name='" + name + "' abbrname='x'><occupyslotnum>1</occupyslotnum></card></device>");
+    const Json diagnostics = editor.diagnostics();
+    ASSERT_EQ(diagnostics.size(), 1U);
+    EXPECT_EQ(diagnostics[0]["code"], "text-cut");
+    const std::string sent = framed(diagnostics);
+    EXPECT_THAT(sent, HasSubstr("\xC3\xA9\xEF\xBF\xBD'"));
+    EXPECT_TRUE(Json::accept(sent.substr(sent.find("\r\n\r\n") + 4)));
+}
+
 // ---- Quick fixes ----------------------------------------------------------------------------------------------------
 
 Json fixesAtCursor(Editor &editor, const Marked &text, const Json &context = Json::object())

@@ -76,7 +76,7 @@ TEST(AnInfo, IsAlwaysPartOfTheJson)
 
 TEST(AnInfo, IsANoteInSarif)
 {
-    EXPECT_THAT(asSarif(reportsWith(Severity::info)), HasSubstr("\"level\": \"note\""));
+    EXPECT_THAT(asSarif(reportsWith(Severity::info), ""), HasSubstr("\"level\": \"note\""));
 }
 
 TEST(AWarning, IsCountedWithoutAWordAboutInfos)

@@ -2,11 +2,10 @@
 #include "tools/dcm/check/pages.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/records/json_text.h"
+#include "tools/dcm/uri.h"
 
-#include <cctype>
 #include <cinttypes>
 #include <cstdio>
-#include <cstring>
 #include <map>
 
 namespace dcmtool {
@@ -82,21 +81,6 @@ const char *levelOf(Severity severity)
     return severity == Severity::info ? "note" : nameOf(severity);
 }
 
-// A file name as a relative or absolute reference.
-std::string uriOf(const std::string &name)
-{
-    static constexpr char kHex[] = "0123456789ABCDEF";
-    std::string uri = !name.empty() && name[0] == '/' ? "file://" : "";
-    for (const char character : name) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (std::isalnum(byte) != 0 || std::strchr("/._-~", character) != nullptr)
-            uri += character;
-        else
-            uri.append("%").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
-    }
-    return uri;
-}
-
 Json locationOf(const DescriptionFile &file, Span span, bool isPlaced)
 {
     Json physical = {{"artifactLocation", {{"uri", uriOf(file.name())}}}};
@@ -155,14 +139,16 @@ Json resultOf(const DescriptionFile &file, const Finding &finding, size_t rule)
     return result;
 }
 
-Json ruleOf(const Rule &rule)
+Json ruleOf(const Rule &rule, const std::string &pages)
 {
-    return {{"id", rule.name},
-            {"shortDescription", {{"text", summaryOf(rule)}}},
-            {"fullDescription", {{"text", explanationOf(rule)}}},
-            {"help", {{"text", pageAsText(rule)}, {"markdown", pageOf(rule)}}},
-            {"helpUri", uriOf(DCM_DOC_FOLDER "/checks/" + std::string(rule.name) + ".md")},
-            {"defaultConfiguration", {{"level", levelOf(rule.severity)}}}};
+    Json described = {{"id", rule.name},
+                      {"shortDescription", {{"text", summaryOf(rule)}}},
+                      {"fullDescription", {{"text", explanationOf(rule)}}},
+                      {"help", {{"text", pageAsText(rule)}, {"markdown", pageOf(rule)}}},
+                      {"defaultConfiguration", {{"level", levelOf(rule.severity)}}}};
+    if (!pages.empty())
+        described["helpUri"] = pages + rule.name + ".md";
+    return described;
 }
 
 } // namespace
@@ -186,7 +172,7 @@ std::string asJson(const std::vector<FileReport> &reports)
                      {"infos", totals.infos}});
 }
 
-std::string asSarif(const std::vector<FileReport> &reports)
+std::string asSarif(const std::vector<FileReport> &reports, const std::string &pages)
 {
     // Rules have their whole pages: only those that have found something.
     std::map<const Rule *, size_t> indices;
@@ -197,7 +183,7 @@ std::string asSarif(const std::vector<FileReport> &reports)
             for (const Finding &finding : *findings) {
                 const auto [index, isNew] = indices.try_emplace(finding.rule, rules.size());
                 if (isNew)
-                    rules.push_back(ruleOf(*finding.rule));
+                    rules.push_back(ruleOf(*finding.rule, pages));
                 results.push_back(resultOf(*report.file, finding, index->second));
             }
     const Json driver = {{"name", "dcm check"}, {"semanticVersion", DCM_VERSION}, {"rules", rules}};

@@ -48,7 +48,8 @@ std::string asGithub(const FileReport &report, const TextStyle &style);
 
 std::string asCheckstyle(const std::vector<FileReport> &reports, const TextStyle &style);
 std::string asJson(const std::vector<FileReport> &reports);
-std::string asSarif(const std::vector<FileReport> &reports);
+// The addresses of the pages of rules begin with `pages`; empty where there are none.
+std::string asSarif(const std::vector<FileReport> &reports, const std::string &pages);
 
 // The path, the text, what was meant, and how many more there are: as the file has them, on any number of lines.
 std::string messageOf(const Finding &finding);

@@ -12,6 +12,7 @@
 #include "tools/dcm/printable.h"
 #include "tools/dcm/process.h"
 #include "tools/dcm/unified_diff.h"
+#include "tools/dcm/uri.h"
 
 #include <unistd.h>
 
@@ -434,7 +435,7 @@ std::string endOf(const Options &options, const std::vector<FileReport> &reports
     case kJson:
         return asJson(reports);
     case kSarif:
-        return asSarif(reports);
+        return asSarif(reports, uriOfRulePages());
     default:
         return "";
     }

@@ -2,6 +2,7 @@
 #include "tools/dcm/commands/command.h"
 #include "tools/dcm/lsp/server.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/uri.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -9,24 +10,11 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 using namespace dcmtool;
 
 namespace {
-
-// The address of the folder with the pages of the rules, which is installed beside the tool; empty where it is not, or
-// has a name that an address would have to escape.
-std::string pagesOfRules()
-{
-    static constexpr char kPlain[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._~+-";
-    std::error_code error;
-    const std::filesystem::path tool = std::filesystem::read_symlink("/proc/self/exe", error);
-    const std::string folder = (tool.parent_path() / DCM_DOC_FROM_BIN / "docs/checks").lexically_normal().string();
-    const bool isThere = !error && std::filesystem::is_directory(folder, error);
-    return isThere && folder.find_first_not_of(kPlain) == std::string::npos ? "file://" + folder + "/" : "";
-}
 
 // Whether something can be read at once.
 bool hasInput()
@@ -41,7 +29,7 @@ Exit serve()
     bool isWritten = true;
     dcmlsp::Server server(
         [&](const dcmlsp::Json &message) { isWritten = isWritten && output.print(dcmlsp::framed(message)); },
-        DCM_VERSION, pagesOfRules());
+        DCM_VERSION, uriOfRulePages());
     dcmlsp::MessageReader reader;
     std::array<char, size_t{1} << 16> block = {};
     while (isWritten) {

@@ -20,8 +20,9 @@ void portLedRange(const Context &block, Findings &findings)
         const char *start = attributes[1].name;
         const char *end = attributes[2].name;
         if (run.endId == 0) {
-            // A number that is cut is reported as such.
-            if (dcm::Text::attribute(child.node, end, {"dcm"}).number() == 0)
+            // A number that is cut is reported as such, and so is a run that the record lacks because it is refused.
+            const dcm::Text text = dcm::Text::attribute(child.node, end, {"dcm"});
+            if (text && text.number() == 0)
                 findings.atValue(child.node, end, "a run that ends at 0 has no LED, and ends the list of runs");
             return;
         }

@@ -1,0 +1,14 @@
+// Addresses of files.
+#pragma once
+
+#include <string>
+
+namespace dcmtool {
+
+// A file name as a relative or absolute reference.
+std::string uriOf(const std::string &name);
+// The folder with the pages of the rules, which is installed beside the tool, with a '/' at its end; empty where it is
+// not installed.
+std::string uriOfRulePages();
+
+} // namespace dcmtool
