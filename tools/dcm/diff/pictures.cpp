@@ -26,6 +26,7 @@ std::string partOf(const Path &path)
 std::vector<std::string> slotParts(const std::vector<uint32_t> &slots)
 {
     std::vector<std::string> parts;
+    parts.reserve(slots.size());
     for (const uint32_t slot : slots)
         parts.push_back("slot." + std::to_string(slot));
     return parts;
