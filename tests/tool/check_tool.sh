@@ -1677,7 +1677,7 @@ diff_names_the_query_the_field_and_both_places() {
 card 0x21/0
   dcm export card 0x21 0 --file old.xml
   dcm export card 0x21 0 --file new.xml
-  breaking: card 0x21/0 panelIf[0].phyType: 100ge → 10ge (what the port is)
+  breaking: card 0x21/0 panelIf[0].phyType: 100ge → 10ge (what the port is; port 1)
       old.xml:4:47 → new.xml:4:47
   behaviour: card 0x21/0 name: 'line' → 'other' (a name)
       old.xml:2:29 → new.xml:2:29
@@ -1692,7 +1692,7 @@ TEXT
     expect 'and nothing on standard error' silent err
     sed 's|<phytype>ge</phytype>|<phytype>fe</phytype>|' "$example" >"$folder/slower.xml"
     run diff "$example" "$folder/slower.xml"
-    expect 'what is the same for several ports is one line' says out ' panelIf[0-23].phyType: ge → fe (what the port is)'
+    expect 'what is the same for several ports is one line' says out ' panelIf[0-23].phyType: ge → fe (what the port is; ports 1-24)'
     run diff --modes 0x402 "$example"
     expect 'modes are compared' says out 'card 0x402/0 → 0x402/1 panelIf[1].phyType: 10ge → 100ge'
 }
@@ -1775,27 +1775,52 @@ diff_prints_json_that_exports_confirm() {
     expect 'the output for a port list follows its schema' follows diff
 }
 
+# An element of a page ends with its end tag, or with that of an element around it if HTML allows that. Ids are unique, and
+# links lead to them.
+is_a_page() {
+    python3 - "$1" <<'PYTHON'
+import html.parser, sys
+optional = {"html", "p", "thead", "tbody", "tr", "th", "td"}
+open_tags, ids, links = [], [], []
+class Parser(html.parser.HTMLParser):
+    def handle_starttag(self, tag, attributes):
+        attributes = dict(attributes)
+        if tag != "meta":
+            open_tags.append(tag)
+        ids.extend([attributes["id"]] if "id" in attributes else [])
+        links.extend([attributes["href"]] if "href" in attributes else [])
+    def handle_startendtag(self, tag, attributes):
+        self.handle_starttag(tag, attributes)
+        open_tags.pop()
+    def handle_endtag(self, tag):
+        while open_tags[-1] != tag:
+            assert open_tags.pop() in optional, (tag, open_tags)
+        open_tags.pop()
+Parser().feed(open(sys.argv[1]).read())
+assert not set(open_tags) - optional, open_tags
+assert ids and len(ids) == len(set(ids)), [id for id in ids if ids.count(id) > 1]
+assert {link[1:] for link in links} <= set(ids), set(links) - {"#" + id for id in ids}
+PYTHON
+}
+
 diff_prints_html_that_loads_nothing() {
     write_compared
     sed -i 's/"line"/"\&lt;script src=x>"/' "$folder/old.xml"
-    sed 's/"&lt;script src=x>"/"b\&quot;"/' "$folder/old.xml" >"$folder/new.xml"
+    sed 's/"&lt;script src=x>"/"b\&quot;"/; s/100ge/10ge/' "$folder/old.xml" >"$folder/new.xml"
     run diff --format html "$folder/old.xml" "$folder/new.xml"
     expect 'a name is text' says out '&lt;script src=x&gt;'
     expect 'and no element' [ "$(grep -cF '<script' "$folder/out")" = 0 ]
-    expect 'nothing else is fetched' [ "$(grep -cE '(src|href)="|url\(|@import' "$folder/out")" = 0 ]
-    expect 'it is well-formed' python3 - "$folder/out" <<'PYTHON'
-import html.parser, sys
-open_tags = []
-class Parser(html.parser.HTMLParser):
-    def handle_starttag(self, tag, attributes):
-        if tag != "meta":
-            open_tags.append(tag)
-    def handle_endtag(self, tag):
-        assert open_tags.pop() == tag, tag
-parser = Parser()
-parser.feed(open(sys.argv[1]).read())
-assert not open_tags, open_tags
-PYTHON
+    expect 'nothing else is fetched' [ "$(grep -cE '(src|href)="[^#]|url\([^#]|@import' "$folder/out")" = 0 ]
+    expect 'there are two pictures' [ "$(grep -cF '<figure ' "$folder/out")" = 2 ]
+    expect 'it is a page' is_a_page "$folder/out"
+    run diff --format html --modes 0x402 "$example"
+    expect 'modes are compared in a page' is_a_page "$folder/out"
+    sed 's|<portid>3</portid>|<portid>7</portid>|; s|<lpu>1-6,|<lpu>1-5,|; s|0x0501</supportcardtype>|0x0501,9</supportcardtype>|' \
+        "$example" >"$folder/changed.xml"
+    run diff --format html "$example" "$folder/changed.xml"
+    expect 'many differences are a page' is_a_page "$folder/out"
+    run diff --format html "$folder/old.xml" "$folder/old.xml"
+    expect 'a page about equal files has a class' says out '>none</b>'
 }
 
 # A work tree with the old description in its first revision, and the tool installed as "dcm".

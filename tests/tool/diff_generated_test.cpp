@@ -615,17 +615,21 @@ TEST(DiffOfGenerated, SaysTheSameFromBothSides)
     }
 }
 
+// Of many pairs, several have the same first side, which is then parsed and decoded once.
 TEST(DiffOfGenerated, FindsNothingWhereTheSameIsSaidInOtherWords)
 {
+    constexpr uint32_t kMostDescriptions = 20000;
     const uint32_t pairs = pairCount(300);
+    const uint32_t rewrites = 1 + (pairs - 1) / kMostDescriptions;
+    std::unique_ptr<Side> oldSide;
     for (uint32_t pair = 0; pair < pairs && !testing::Test::HasFailure(); pair++) {
-        const std::string before = dcmtest::correctDescription(1 + pair);
-        const std::string after = Rewriter(pair).rewrite(*DescriptionFile::parse("device.xml", before));
-        SCOPED_TRACE(testing::Message() << "pair " << pair << "\n" << before << "\n--- after\n" << after);
-        const auto oldSide = sideOf(before);
-        const auto newSide = sideOf(after);
+        if (pair % rewrites == 0)
+            oldSide = sideOf(dcmtest::correctDescription(1 + pair / rewrites));
+        const auto newSide = sideOf(Rewriter(pair).rewrite(*oldSide->file()));
         const Comparison comparison = compared(*oldSide, *newSide);
-        EXPECT_EQ(nameOf(comparison.worst()), std::string("cosmetic"));
+        EXPECT_EQ(nameOf(comparison.worst()), std::string("cosmetic")) << "pair " << pair << "\n"
+                                                                       << oldSide->file()->text() << "\n--- after\n"
+                                                                       << newSide->file()->text();
         EXPECT_THAT(differencesFrom(comparison, false), testing::IsEmpty());
     }
 }

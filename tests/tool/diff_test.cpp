@@ -181,9 +181,9 @@ INSTANTIATE_TEST_SUITE_P(
                   "breaking slot 0x1 supportPoe: yes → no (what the slot can be used for)"},
         FieldCase{"<card typeid='1'><porttypecap><portcap>eth</portcap></porttypecap></card>",
                   "<card typeid='1'><porttypecap><portcap>eth</portcap><portcap>none</portcap></porttypecap></card>",
-                  "addition card 0x1/0 portTypeCaps: eth → eth,none (what the card does)"},
+                  "addition card 0x1/0 portTypeCaps: eth → eth,none (what the card does; with none)"},
         FieldCase{"<card typeid='1'><porttypecap><portcap>eth</portcap></porttypecap></card>", "<card typeid='1'/>",
-                  "breaking card 0x1/0 portTypeCaps: eth → (none) (what the card does)"},
+                  "breaking card 0x1/0 portTypeCaps: eth → (none) (what the card does; without eth)"},
         FieldCase{"<slot typeid='1'><inner-port><port commslot='2'><portid>7</portid>"
                   "<driver>cdl</driver></port></inner-port></slot>",
                   "<slot typeid='1'><inner-port><port commslot='2'><portid>8</portid>"
@@ -194,11 +194,33 @@ TEST(Diff, ReadsAnAcceptanceListAsASet)
 {
     const auto from = [](const char *types) { return changes(slotRules("1,2"), slotRules(types)); };
     EXPECT_THAT(from("2,1,3"), ElementsAre("addition frame 0x1 supportCardType[0]: 0x0001,0x0002 → "
-                                           "0x0002,0x0001,0x0003 (which cards fit)"));
-    EXPECT_THAT(from("1,3"),
-                ElementsAre("breaking frame 0x1 supportCardType[0]: 0x0001,0x0002 → 0x0001,0x0003 (which cards fit)"));
+                                           "0x0002,0x0001,0x0003 (which cards fit; with 0x0003)"));
+    EXPECT_THAT(from("1,3"), ElementsAre("breaking frame 0x1 supportCardType[0]: 0x0001,0x0002 → 0x0001,0x0003 "
+                                         "(which cards fit; without 0x0002; with 0x0003)"));
     EXPECT_THAT(from("2,1"),
                 ElementsAre("behaviour frame 0x1 supportCardType[0]: 0x0001,0x0002 → 0x0002,0x0001 (which cards fit)"));
+}
+
+// The texts for people, in which equal differences of several entries are one.
+std::vector<std::string> foldedChanges(const std::string &before, const std::string &after)
+{
+    const OwnOutput output;
+    const auto oldSide = deviceOf(before);
+    const auto newSide = deviceOf(after);
+    const Comparison comparison(*oldSide, *newSide, FieldFilter());
+    std::vector<std::string> texts;
+    for (const QueryGroup &group : comparison.groups())
+        for (const FoldedDifference &folded : foldedDifferences(comparison, group))
+            texts.push_back(folded.path + ": " + folded.text);
+    return texts;
+}
+
+TEST(Diff, NamesThePortsAndSlotsOfADifferenceByTheirNumbers)
+{
+    EXPECT_THAT(foldedChanges(ports({7, 8, 12}), ports({7, 8, 12}, "10ge")),
+                ElementsAre("panelIf[0-2].phyType: ge → 10ge (what the port is; ports 7-8,12)"));
+    EXPECT_THAT(foldedChanges(slotRules("1"), slotRules("1,2")),
+                ElementsAre("supportCardType[0]: 0x0001 → 0x0001,0x0002 (which cards fit; with 0x0002; slot 1)"));
 }
 
 TEST(Diff, MatchesTheDisplaysOfAnLedByTheirState)
@@ -297,6 +319,18 @@ TEST(Diff, IsCosmeticWhereEveryAnswerIsTheSame)
     const Comparison comparison(*before, *after, {});
     EXPECT_EQ(comparison.worst(), ChangeClass::cosmetic);
     EXPECT_EQ(comparison.rewritten(), 1);
+}
+
+TEST(Diff, CallsATypeRewrittenOnlyWhereItsOwnTextDiffers)
+{
+    const auto rewritten = [](const std::string &after) {
+        const OwnOutput output;
+        const auto oldSide = deviceOf(card("<hidden/>") + "<slot typeid=\"1\"/>");
+        const auto newSide = deviceOf(after);
+        return Comparison(*oldSide, *newSide, {}).rewritten();
+    };
+    EXPECT_EQ(rewritten(card("<hidden/>") + "<!-- </card> --><slot typeid=\"2\"/> <slot typeid=\"1\"/>"), 0);
+    EXPECT_EQ(rewritten(card("<hidden/> ") + "<slot typeid=\"1\"></slot>"), 2);
 }
 
 TEST(Diff, ComparesTheFirstModeOfACardWithTheOthers)

@@ -118,7 +118,7 @@ Command diffCommand()
         "Compare the answers of two descriptions to every query",
         {{"SIDES", "OLD and NEW: each a file, - for standard input, or REV:PATH in a git work tree", &options->sides},
          {"--format",
-          "text, json or html [text]",
+          "text, json or html (a page with pictures of what moved) [text]",
           &options->format,
           "FORMAT",
           {{"text", kText}, {"json", kJson}, {"html", kHtml}}},

@@ -4,6 +4,7 @@
 #include "tools/dcm/description/described.h"
 #include "tools/dcm/output_file.h"
 #include "tools/dcm/own_output.h"
+#include "tools/dcm/page/html.h"
 #include "tools/dcm/printable.h"
 
 #include <algorithm>
@@ -18,9 +19,6 @@ struct Options {
     std::string file;
     std::string output;
 };
-
-// More than any device needs; a browser still shows it without delay.
-constexpr size_t kMostOfPage = size_t{16} * 1000 * 1000;
 
 Exit runPage(const Options &options)
 {

@@ -3,6 +3,7 @@
 #include "card/card.h"
 #include "frame/frame.h"
 #include "slot/slot.h"
+#include "tools/dcm/description/markup.h"
 #include "tools/dcm/diff/changes.h"
 #include "tools/dcm/library_log.h"
 
@@ -181,10 +182,15 @@ std::shared_ptr<const Answer> Side::answer(size_t index)
 
 std::string_view Side::textOf(size_t index) const
 {
-    const size_t begin = file_->nameSpan(types_[index].element).begin;
-    const size_t end =
-        index + 1 < types_.size() ? file_->nameSpan(types_[index + 1].element).begin : file_->text().size();
-    return begin < end ? std::string_view(file_->text()).substr(begin, end - begin) : std::string_view();
+    const std::string_view text = file_->text();
+    const Span tag = file_->tagSpan(types_[index].element);
+    const std::string_view written = cut(text, tag);
+    const bool hasEndTag = written.size() > 2 && written.front() == '<' && written.substr(written.size() - 2) != "/>";
+    if (!hasEndTag)
+        return written;
+    size_t left = text.size();
+    const size_t end = endTagOf(text, tag.begin, left);
+    return cut(text, {tag.begin, std::min(end, text.size())});
 }
 
 } // namespace dcmtool

@@ -69,7 +69,7 @@ public:
     const std::vector<Query> &queries() const { return queries_; }
     // Of the queries that find types()[index].
     std::shared_ptr<const Answer> answer(size_t index);
-    // The text between the beginning of an element and that of the next one.
+    // The text of an element.
     std::string_view textOf(size_t index) const;
 
 private:

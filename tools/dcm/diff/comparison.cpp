@@ -33,10 +33,16 @@ struct Pair {
 
 constexpr size_t kLongestMessage = 300;
 
-// The innermost message names the cause.
-std::string firstMessage(const Answer &answer)
+// The innermost message names the cause. Messages have the name under which the file was parsed.
+std::string firstMessage(const Answer &answer, const Side &side)
 {
-    return answer.messages.empty() ? "" : ": \"" + shortened(answer.messages.front(), kLongestMessage) + "\"";
+    if (answer.messages.empty())
+        return "";
+    std::string message = answer.messages.front();
+    const std::string parsedName = "(" + side.file()->name() + ")";
+    if (const size_t at = message.find(parsedName); at != std::string::npos)
+        message.replace(at, parsedName.size(), "(" + side.name() + ")");
+    return ": \"" + shortened(message, kLongestMessage) + "\"";
 }
 
 const QueryId &firstId(const QueryGroup &group)
@@ -174,45 +180,56 @@ std::vector<Difference> Comparison::differencesOf(const QueryGroup &group, std::
 {
     std::vector<Difference> differences;
     const bool isModes = &before_ == &after_;
-    const auto was = group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
-    const auto is = group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
+    const auto was = oldAnswer(group);
+    const auto is = newAnswer(group);
     if (group.isRenumbered() && !isModes) {
         differences.push_back({ChangeClass::breaking, "its id has changed"});
     } else if (was == nullptr) {
-        differences.push_back(
-            is->isDecoded ? Difference{ChangeClass::addition, "it is new"}
-                          : Difference{ChangeClass::behaviour, "it is new, but its query fails" + firstMessage(*is)});
+        differences.push_back(is->isDecoded ? Difference{ChangeClass::addition, "it is new"}
+                                            : Difference{ChangeClass::behaviour,
+                                                         "it is new, but its query fails" + firstMessage(*is, after_)});
     } else if (is == nullptr) {
         differences.push_back(was->isDecoded
                                   ? Difference{ChangeClass::breaking, "it is gone"}
                                   : Difference{ChangeClass::behaviour, "it is gone; its query failed before"});
     } else if (was->isDecoded && !is->isDecoded) {
-        differences.push_back({ChangeClass::breaking, "the query fails" + firstMessage(*is)});
+        differences.push_back({ChangeClass::breaking, "the query fails" + firstMessage(*is, after_)});
     } else if (!was->isDecoded && is->isDecoded) {
-        differences.push_back({ChangeClass::addition, "the query no longer fails" + firstMessage(*was)});
+        differences.push_back({ChangeClass::addition, "the query no longer fails" + firstMessage(*was, before_)});
     } else if (!was->isDecoded) {
         if (!areSame(*was, *is))
-            differences.push_back({ChangeClass::behaviour, "the query fails in another way" + firstMessage(*is)});
+            differences.push_back(
+                {ChangeClass::behaviour, "the query fails in another way" + firstMessage(*is, after_)});
     } else {
         visitChanges(was->record(), is->record(), clearedRecord(group.kind), filter_,
                      [&](const Change &change) { changes.push_back(change); });
         for (const Change &change : changes)
             differences.push_back({change.changeClass, change.reason, &change});
         if (was->reports != is->reports && filter_.isAll())
-            differences.push_back(
-                {ChangeClass::behaviour, is->reports.empty()
-                                             ? "the query no longer reports a fault" + firstMessage(*was)
-                                             : "the query succeeds, but reports other faults" + firstMessage(*is)});
+            differences.push_back({ChangeClass::behaviour,
+                                   is->reports.empty()
+                                       ? "the query no longer reports a fault" + firstMessage(*was, before_)
+                                       : "the query succeeds, but reports other faults" + firstMessage(*is, after_)});
     }
     return differences;
+}
+
+std::shared_ptr<const Answer> Comparison::oldAnswer(const QueryGroup &group) const
+{
+    return group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
+}
+
+std::shared_ptr<const Answer> Comparison::newAnswer(const QueryGroup &group) const
+{
+    return group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
 }
 
 void Comparison::visitDifferences(const QueryGroup &group,
                                   const std::function<void(const Difference &difference)> &visit) const
 {
     // The values in the changes refer to these records.
-    const auto was = group.oldIndex != kNoType ? before_.answer(group.oldIndex) : nullptr;
-    const auto is = group.newIndex != kNoType ? after_.answer(group.newIndex) : nullptr;
+    const auto was = oldAnswer(group);
+    const auto is = newAnswer(group);
     std::vector<Change> changes;
     std::vector<Difference> differences = differencesOf(group, changes);
     std::stable_sort(differences.begin(), differences.end(), [](const Difference &left, const Difference &right) {

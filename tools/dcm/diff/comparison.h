@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,10 @@ public:
     bool areAllCompared() const { return filter_.isAll(); }
     const Side &before() const { return before_; }
     const Side &after() const { return after_; }
+
+    // What the queries of a group found on each side; nullptr for nothing.
+    std::shared_ptr<const Answer> oldAnswer(const QueryGroup &group) const;
+    std::shared_ptr<const Answer> newAnswer(const QueryGroup &group) const;
 
     // Calls `visit` for each difference of a group, the worst first. A difference is valid until `visit` returns.
     void visitDifferences(const QueryGroup &group,

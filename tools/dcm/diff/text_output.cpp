@@ -2,13 +2,9 @@
 #include "tools/dcm/diff/output.h"
 #include "tools/dcm/printable.h"
 
-#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
-#include <map>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace dcmtool {
 
@@ -19,63 +15,15 @@ std::string placeText(const Side &side, const std::optional<Place> &place)
     return place ? side.name() + ":" + std::to_string(place->line) + ":" + std::to_string(place->column) : "";
 }
 
-// Differences that are equal for several entries of an array, such as the ports of a group.
-struct Folded {
-    ChangeClass changeClass;
-    std::string before; // the numbers of the entries, if there are any
-    std::string behind;
-    std::string text;
-    std::string places; // of the first one
-    std::vector<uint32_t> entries = {};
-    size_t count = 0;
-};
-
-Folded foldedOf(const Difference &difference)
+std::string linesOf(const Comparison &comparison, const QueryGroup &group, const FoldedDifference &folded)
 {
-    const std::string path = pathOf(difference);
-    const size_t open = std::min(path.find('['), path.size());
-    const size_t close = std::min(path.find(']'), path.size());
-    Folded folded = {difference.changeClass, path.substr(0, open), path.substr(close), textOf(difference), ""};
-    if (open < close) {
-        folded.before += '[';
-        folded.entries.push_back(static_cast<uint32_t>(std::stoul(path.substr(open + 1))));
-    }
-    return folded;
-}
-
-std::string placesText(const Comparison &comparison, const QueryGroup &group, const Difference &difference)
-{
-    const std::string before = placeText(comparison.before(), oldPlace(comparison, group, difference));
-    const std::string after = placeText(comparison.after(), newPlace(comparison, group, difference));
-    return before + (before.empty() || after.empty() ? "" : " → ") + after;
-}
-
-std::vector<Folded> foldedDifferences(const Comparison &comparison, const QueryGroup &group)
-{
-    std::vector<Folded> all;
-    std::map<std::string, size_t> found;
-    comparison.visitDifferences(group, [&](const Difference &difference) {
-        Folded folded = foldedOf(difference);
-        const std::string key = folded.before + folded.behind + '\0' + folded.text;
-        const auto [place, isNew] = found.emplace(key, all.size());
-        if (isNew) {
-            folded.places = placesText(comparison, group, difference);
-            all.push_back(std::move(folded));
-        } else {
-            all[place->second].entries.push_back(folded.entries.empty() ? 0 : folded.entries.front());
-        }
-        all[place->second].count++;
-    });
-    return all;
-}
-
-std::string linesOf(const QueryGroup &group, const Folded &folded)
-{
-    const std::string path = folded.before + rangesOf(folded.entries) + folded.behind;
+    const std::string before = placeText(comparison.before(), folded.oldPlace);
+    const std::string after = placeText(comparison.after(), folded.newPlace);
+    const std::string places = before + (before.empty() || after.empty() ? "" : " → ") + after;
     const std::string head = std::string(nameOf(folded.changeClass)) + ": " + nameOf(group) +
-                             (path.empty() ? "" : " " + path) + ": " + folded.text;
+                             (folded.path.empty() ? "" : " " + folded.path) + ": " + folded.text;
     const std::string more = folded.count > 1 ? " (the first)" : "";
-    return "  " + printable(head) + "\n      " + printable(folded.places) + more + "\n";
+    return "  " + printable(head) + "\n      " + printable(places) + more + "\n";
 }
 
 // A name as a word of a shell.
@@ -119,36 +67,6 @@ std::string headOf(const Comparison &comparison, const QueryGroup &group)
     return head;
 }
 
-std::string counted(size_t count, const char *what)
-{
-    return count == 0 ? "" : std::to_string(count) + " " + what + ", ";
-}
-
-std::string elements(size_t count)
-{
-    return count == 1 ? "1 type is" : std::to_string(count) + " types are";
-}
-
-std::string summaryOf(const Comparison &comparison)
-{
-    const size_t rewritten = comparison.rewritten();
-    if (comparison.worst() == ChangeClass::none)
-        return "";
-    if (comparison.worst() == ChangeClass::cosmetic)
-        return std::string("cosmetic: ") +
-               (comparison.areAllCompared() ? "every query answers the same"
-                                            : "the fields that are compared are the same") +
-               (rewritten == 0 ? "" : "; " + elements(rewritten) + " written differently") + "\n";
-    std::string counts = counted(comparison.count(ChangeClass::breaking), "breaking") +
-                         counted(comparison.count(ChangeClass::behaviour), "behaviour") +
-                         counted(comparison.count(ChangeClass::addition), "addition");
-    counts.resize(counts.size() - 2);
-    return counts +
-           (rewritten == 0 ? ""
-                           : "; " + elements(rewritten) + " written differently, with the same answers (cosmetic)") +
-           "\n";
-}
-
 } // namespace
 
 bool printAsText(const Comparison &comparison, const OwnOutput &output)
@@ -165,8 +83,8 @@ bool printAsText(const Comparison &comparison, const OwnOutput &output)
             continue;
         }
         std::string head = headOf(comparison, group);
-        for (const Folded &folded : foldedDifferences(comparison, group)) {
-            const std::string lines = leftOut == 0 ? head + linesOf(group, folded) : "";
+        for (const FoldedDifference &folded : foldedDifferences(comparison, group)) {
+            const std::string lines = leftOut == 0 ? head + linesOf(comparison, group, folded) : "";
             if (lines.empty() || size + lines.size() > most) {
                 leftOut += folded.count;
                 continue;

@@ -1,4 +1,4 @@
-// The files of this folder and of tools/dcm/page that the build embeds; cmake/embed.cmake generates them.
+// The files of this folder, tools/dcm/page and tools/dcm/diff that the build embeds; cmake/embed.cmake generates them.
 #ifndef DCM_TOOLS_DRAW_ASSETS_H
 #define DCM_TOOLS_DRAW_ASSETS_H
 
@@ -10,6 +10,7 @@ extern const char *const kPictureDefinitions;
 extern const char *const kPageStyle;
 extern const char *const kPageDarkStyle;
 extern const char *const kPageScript;
+extern const char *const kDiffStyle;
 
 } // namespace dcmtool
 

@@ -27,7 +27,7 @@ std::vector<Marked> markedIn(const DescriptionFile &file, const std::vector<Find
             std::string place = id;
             if (!path.empty())
                 place.append(".").append(path);
-            marked.push_back({place, printable(text), isError});
+            marked.push_back({place, printable(text), isError ? MarkKind::error : MarkKind::warning});
         }
     }
     return marked;

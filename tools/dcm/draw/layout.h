@@ -93,13 +93,23 @@ bool fitCards(const FrameView &view, std::vector<Fit> &fits);
 
 Picture drawFrame(const FrameView &view, LedStateSelection &ledStates, const Metrics &metrics);
 
-// A finding at a part of the picture.
+// Of several marks at a part, the last kind is shown.
+enum class MarkKind : uint8_t {
+    warning, // of the linter
+    error,
+    changed, // of a comparison
+    added,
+    removed
+};
+
+// A finding or difference at a part of the picture.
 struct Marked {
     std::string id;
     std::string text; // "device.xml:812: error: ..."
-    bool isError = false;
+    MarkKind kind = MarkKind::warning;
+    std::string link = {}; // the target of the mark: "#r3"
 };
-// Marks the parts.
+// Marks the parts. A difference also has an outline, which takes the id of the part.
 void markParts(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics);
 // Marks them and lists the findings below the picture.
 void markFindings(Picture &picture, const std::vector<Marked> &marked, const Metrics &metrics);

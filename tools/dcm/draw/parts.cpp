@@ -328,9 +328,26 @@ std::vector<Item> legendOfLeds()
     return items;
 }
 
-// ---- Findings -------------------------------------------------------------------------------------------------------
+// ---- Marks ----------------------------------------------------------------------------------------------------------
 
 namespace {
+
+struct MarkWords {
+    const char *style;
+    const char *glyph;
+};
+constexpr MarkWords kMarkWords[] = {
+    {"mark-warning", "!"}, {"mark-error", "!"}, {"mark-changed", "≠"}, {"mark-added", "+"}, {"mark-removed", "−"}};
+
+Figure markFigure(MarkKind kind)
+{
+    const MarkWords &words = kMarkWords[static_cast<size_t>(kind)];
+    Figure mark;
+    mark.part = Part::mark;
+    mark.style = words.style;
+    mark.glyph = words.glyph;
+    return mark;
+}
 
 void markIn(Figure &node, std::map<std::string, std::vector<const Marked *>> &byId, const Metrics &metrics)
 {
@@ -340,18 +357,24 @@ void markIn(Figure &node, std::map<std::string, std::vector<const Marked *>> &by
         const auto found = child.id.empty() ? byId.end() : byId.find(child.id);
         if (found == byId.end())
             continue;
-        Figure mark;
-        mark.part = Part::mark;
-        const int size = metrics.isText ? 1 : 110;
+        MarkKind kind = MarkKind::warning;
+        std::string text;
+        for (const Marked *marked : found->second) {
+            kind = std::max(kind, marked->kind);
+            text += (text.empty() ? "" : "; ") + marked->text;
+        }
+        Figure mark = markFigure(kind);
+        mark.title = text;
+        mark.link = found->second.front()->link;
+        const bool isDifference = kind >= MarkKind::changed;
+        const int size = metrics.isText ? 1 : isDifference ? 160 : 110;
         const bool isLow = child.box.h < size;
         mark.box = {child.box.right() - (isLow ? 0 : size / 2), child.box.y - (isLow ? 0 : size / 2), size, size};
-        bool isError = false;
-        for (const Marked *marked : found->second) {
-            mark.title += (mark.title.empty() ? "" : "; ") + marked->text;
-            isError = isError || marked->isError;
-        }
-        mark.style = isError ? "mark-error" : "mark-warning";
         child.title += " · " + mark.title;
+        if (isDifference) {
+            marks.push_back(panelFigure(child.box, "outline " + mark.style, 20));
+            std::swap(marks.back().id, child.id);
+        }
         marks.push_back(std::move(mark));
         byId.erase(found);
     }
@@ -384,10 +407,8 @@ void markFindings(Picture &picture, const std::vector<Marked> &marked, const Met
         listed.push_back(one.text);
         if (listed.size() > kMostListed)
             break;
-        Figure mark;
-        mark.part = Part::mark;
-        mark.style = one.isError ? "mark-error" : "mark-warning";
-        y = addFlow(picture.root, metrics, {x, y, picture.width - 2 * x, 0}, {}, 0, {{mark, {{one.text, kBody}}}});
+        y = addFlow(picture.root, metrics, {x, y, picture.width - 2 * x, 0}, {}, 0,
+                    {{markFigure(one.kind), {{one.text, kBody}}}});
     }
     if (listed.size() > kMostListed)
         y = addFlow(picture.root, metrics, {x, y, picture.width - 2 * x, 0}, {}, 0,

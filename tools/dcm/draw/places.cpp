@@ -22,9 +22,8 @@ std::string step(const std::string &path, const char *name, size_t index)
 
 } // namespace
 
-Places::Places(const DescriptionFile &file, Node element) : file_(file), element_(element)
+Places::Places(const DescriptionFile &file, Node element, const std::string &name) : file_(file), element_(element)
 {
-    const std::string &name = file.name();
     name_ = printable(name.substr(name.find_last_of('/') + 1));
     for (const Node child : dcm::children(element)) {
         const std::string kind = dcm::nameOf(child);

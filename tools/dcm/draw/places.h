@@ -14,7 +14,8 @@ namespace dcmtool {
 class Places {
 public:
     // `element`: a frame or card.
-    Places(const DescriptionFile &file, Node element);
+    Places(const DescriptionFile &file, Node element) : Places(file, element, file.name()) {}
+    Places(const DescriptionFile &file, Node element, const std::string &name);
 
     // "device.xml:812": the place of the element, or of the frame or card if the path has no element. Without the
     // folder of the file, so that a picture does not depend on it.

@@ -37,7 +37,7 @@ enum class Part : uint8_t {
     span,    // beside slots that one card may take
     hatch,   // over a refused card
     cross,
-    mark // for a finding
+    mark // for a finding or difference
 };
 
 enum class Font : uint8_t { title, name, heading, sub, slot, body, small, tiny, number };
@@ -72,7 +72,8 @@ struct Figure {
     bool isHidden = false;
     bool isLower = false;   // a connector below another one: it is drawn upside down
     bool isMini = false;    // a connector without details
-    std::string glyph = {}; // of an LED in text, and a port's number
+    std::string glyph = {}; // of an LED in text, and a port's number; of a mark
+    std::string link = {};  // of a mark
     Box room = {};          // of a slot: the area for cards
     std::vector<Figure> children = {};
 

@@ -272,10 +272,13 @@ private:
 
     void mark(const Figure &node)
     {
-        out_ += "<g" + attribute("class", node.style) + ">" + titleOf(node) + "\n";
+        const char *element = node.link.empty() ? "g" : "a";
+        out_ += std::string("<") + element + attribute("href", node.link) + attribute("class", node.style) + ">" +
+                titleOf(node) + "\n";
         circle(node.box, "mk");
         out_ += "<text" + attribute("x", node.box.x + node.box.w / 2) +
-                attribute("y", node.box.y + node.box.h * 85 / 100) + " class=\"mkt mid\">!</text>\n</g>\n";
+                attribute("y", node.box.y + node.box.h * 85 / 100) + " class=\"mkt mid\">" + escapedXml(node.glyph) +
+                "</text>\n</" + element + ">\n";
     }
 
     // ---- Connectors -------------------------------------------------------------------------------------------------

@@ -65,7 +65,7 @@ public:
             put(node.box.x, node.box.y, "✗");
             break;
         case Part::mark:
-            put(node.box.x, node.box.y, "!");
+            put(node.box.x, node.box.y, node.glyph);
             break;
         case Part::group:
         case Part::plug:

@@ -1,5 +1,6 @@
 #include "tools/dcm/page/html.h"
 
+#include "tools/dcm/draw/assets.h"
 #include "tools/dcm/draw/back_ends.h"
 
 #include <algorithm>
@@ -22,6 +23,21 @@ std::string contentOf(const Cell &cell)
 }
 
 } // namespace
+
+std::string headOf(const std::string &title, const std::string &style, const std::string &scripts)
+{
+    return "<!doctype html>\n<html lang=en>\n<meta charset=utf-8>\n"
+           "<meta name=viewport content=\"width=device-width,initial-scale=1\">\n"
+           "<meta http-equiv=Content-Security-Policy content=\"default-src 'none'; style-src 'unsafe-inline'" +
+           scripts + "\">\n<title>" + escapedXml(title) + "</title>\n<style>" + lightStyle() + kPageStyle + style +
+           "</style>\n<style id=dark media=\"screen and (prefers-color-scheme:dark)\">" + darkStyle() + kPageDarkStyle +
+           "</style>\n";
+}
+
+std::string labelOf(const char *kind, const std::string &text)
+{
+    return std::string("<b class=\"badge ") + kind + "\">" + escapedXml(text) + "</b>";
+}
 
 std::string htmlOf(const HtmlTable &table)
 {

@@ -9,6 +9,9 @@
 
 namespace dcmtool {
 
+// The maximum size of a page in bytes: more than any device needs, and a browser still shows it without delay.
+constexpr size_t kMostOfPage = size_t{16} * 1000 * 1000;
+
 struct Cell {
     std::string text;
     std::string note = {}; // after the text, dim
@@ -26,6 +29,10 @@ struct HtmlTable {
     std::vector<TableRow> rows = {};
 };
 
+// The beginning of a page with pictures, light and dark, which loads nothing. `scripts` is added to its policy.
+std::string headOf(const std::string &title, const std::string &style = "", const std::string &scripts = "");
+// A text in a coloured box; `kind` is "bad", "warn" or "good".
+std::string labelOf(const char *kind, const std::string &text);
 std::string htmlOf(const HtmlTable &table);
 // A heading with its content; nothing if the content is empty. A wide one takes the whole width of a printed page.
 std::string blockOf(const std::string &heading, const std::string &note, const std::string &html, bool isWide = false);

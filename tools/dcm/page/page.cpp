@@ -344,13 +344,8 @@ private:
 
     std::string head() const
     {
-        return "<!doctype html>\n<html lang=en>\n<meta charset=utf-8>\n"
-               "<meta name=viewport content=\"width=device-width,initial-scale=1\">\n"
-               "<meta http-equiv=Content-Security-Policy content=\"default-src 'none'; style-src 'unsafe-inline'; "
-               "script-src 'unsafe-inline'\">\n<title>" +
-               escapedXml(name_) + ": hardware description</title>\n<style>" + lightStyle() + kPageStyle +
-               "</style>\n<style id=dark media=\"screen and (prefers-color-scheme:dark)\">" + darkStyle() +
-               kPageDarkStyle + "</style>\n<style id=lit></style>\n";
+        return headOf(name_ + ": hardware description", "", "; script-src 'unsafe-inline'") +
+               "<style id=lit></style>\n";
     }
 
     std::string header() const
@@ -363,11 +358,11 @@ private:
             joined({counted(frameCount_, "frame"), counted(cardCount_, "card"), counted(slotCount_, "slot type")}) +
             "</span>";
         if (errors_ + warnings_ == 0)
-            html += "<b class=\"badge good\">check: nothing found</b>";
+            html += labelOf("good", "check: nothing found");
         if (errors_ != 0)
-            html += "<b class=\"badge bad\">" + counted(errors_, "error") + "</b>";
+            html += labelOf("bad", counted(errors_, "error"));
         if (warnings_ != 0)
-            html += "<b class=\"badge warn\">" + counted(warnings_, "warning") + "</b>";
+            html += labelOf("warn", counted(warnings_, "warning"));
         html += "<span class=gap></span><label class=script>LEDs show <select id=state><option>default";
         for (const std::string &state : states_)
             html += "<option>" + escapedXml(state);
