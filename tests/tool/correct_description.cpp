@@ -234,6 +234,9 @@ private:
         // The targets of references from a frame's other units.
         if (name == "maxslotnum" || name == "fanctrl-entity" || name == "power-entity" || name == "fanmodule-entity")
             return scope.owner == "frame" || oneIn(2);
+        // A frame with one of them and cards needs the other.
+        if (name == "slotmap" || name == "slotinfo")
+            return true;
         if (name == "fannum" && scope.owner == "fanmodule")
             return true;
         // All ports of a group would have the same name.

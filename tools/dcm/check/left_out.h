@@ -7,8 +7,10 @@
 
 namespace dcmtool {
 
-// Whether the element has neither the child or attribute nor a probable misspelling of it, which is reported as
-// unknown.
+// The first child with a name; nullptr if there is none.
+Node childCalled(Node element, const char *name);
+// Whether the element has neither the child or attribute nor a probable misspelling of it, or one as the other, which
+// is reported as unknown.
 bool lacksChild(Node element, const dcm::Element &format, const char *name);
 bool lacksAttribute(Node element, const dcm::Element &format, const char *name);
 

@@ -14,6 +14,15 @@ Describers describersIn(const Context &block)
     return describers;
 }
 
+Finding &atPortId(const Context &block, const KnownChild &port, const std::string &text, Findings &findings)
+{
+    for (const Role role : {Role::portId, Role::portIdOffset})
+        for (const Node child : dcm::children(port.node))
+            if (roleOf(child) == role)
+                return findings.atContent(child, text);
+    return findings.atValue(port.node, idAttribute(*block.rowOf(port).element)->name, text);
+}
+
 Span idSpan(const Context &block, const KnownChild &port, const Findings &findings)
 {
     return findings.file().valueSpan(port.node, idAttribute(*block.rowOf(port).element)->name);

@@ -13,6 +13,8 @@ using Describers = std::array<const KnownChild *, DCM_PANEL_IF_MAX + 1>;
 
 Describers describersIn(const Context &block);
 
+// Under what gives a port or group its port id.
+Finding &atPortId(const Context &block, const KnownChild &port, const std::string &text, Findings &findings);
 // The place of a port's id in a block.
 Span idSpan(const Context &block, const KnownChild &port, const Findings &findings);
 

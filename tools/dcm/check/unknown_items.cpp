@@ -52,6 +52,14 @@ std::vector<std::string> namesIn(const dcm::Element &format, bool areAttributes)
     return areAttributes ? attributeNames(format) : childNames(format);
 }
 
+// Whether an attribute is an element of the same parent, or an element one of its attributes.
+bool isOfOtherSort(const UnknownItem &item)
+{
+    const dcm::Element &format = *item.parent.format;
+    return item.isAttribute ? findRow(format, item.name) < format.childCount
+                            : findAttribute(format, item.name) != nullptr;
+}
+
 Finding &report(const UnknownItem &item, const std::string &text, Findings &findings)
 {
     return item.isAttribute ? findings.atAttribute(item.node, item.name, text) : findings.atName(item.node, text);
@@ -61,7 +69,7 @@ Finding &report(const UnknownItem &item, const std::string &text, Findings &find
 
 bool isKnownElsewhere(const UnknownItem &item)
 {
-    return placesOf(item).count(item.name) != 0;
+    return placesOf(item).count(item.name) != 0 || isOfOtherSort(item);
 }
 
 bool isForeign(const UnknownItem &item)
@@ -105,6 +113,16 @@ void reportMisplaced(const UnknownItem &item, Findings &findings)
 {
     if (findings.counts(item.node))
         return;
+    if (isOfOtherSort(item)) {
+        const std::string name = shortened(item.name);
+        report(item,
+               quotedName(name) + (item.isAttribute ? " is an element of " : " is an attribute of ") +
+                   quotedName(item.parent.name) + (item.isAttribute ? ", not an attribute" : ", not an element") +
+                   ", and is ignored; expected " +
+                   (item.isAttribute ? "<" + name + ">...</" + name + ">" : name + "=\"...\""),
+               findings);
+        return;
+    }
     const std::set<std::string> &places = placesOf(item).at(item.name);
     const std::vector<std::string> known = namesIn(*item.parent.format, item.isAttribute);
     report(item,

@@ -198,8 +198,16 @@ private:
         else if (faulty != nullptr || isMisspelled)
             add(Target::cardType, nullptr, dcm::readNumber(text.c_str()), type_.element,
                 faulty != nullptr ? faulty : type_.element);
-        if (faulty == nullptr)
-            add(Target::cardType, nullptr, type_.typeIds.front(), type_.element, nullptr);
+        if (faulty != nullptr)
+            return;
+        // Of two with one type and mode, either was meant to have another.
+        const char *mode = row.element->attributes[1].name;
+        for (const Node other : entries_.described[{Target::cardType, nullptr, type_.typeIds.front()}]) {
+            const dcm::Text otherMode = dcm::Text::attribute(other, mode, {"dcm"});
+            if ((otherMode ? otherMode.number() : 0) == type_.mode)
+                addUnreadable(Target::cardType, nullptr, type_.element);
+        }
+        add(Target::cardType, nullptr, type_.typeIds.front(), type_.element, nullptr);
     }
 
     void addIds(Target target, Node element, const dcm::NamedElement &row, Node faulty)
@@ -251,6 +259,41 @@ private:
         }
     }
 
+    // Of entries that are announced and not there, one may have any number.
+    void addLeftOut(Node container, const dcm::Element &format)
+    {
+        const dcm::Attribute *num = findAttribute(format, Kind::count);
+        const dcm::Text text = dcm::Text::attribute(container, num != nullptr ? num->name : "", {"dcm"});
+        if (num == nullptr || !text)
+            return;
+        const std::optional<Target> target = targetOf(format.children[0].role());
+        size_t described = 0;
+        for (const Node child : dcm::children(container))
+            if (const size_t i = findRow(format, dcm::nameOf(child)); i < format.childCount)
+                described += idsOf(child, *format.children[i].element).size();
+        if (!target || described >= text.number())
+            return;
+        addUnreadable(*target, target == Target::led ? container->parent : type_.element, container);
+        if (target == Target::led || target == Target::fanController)
+            addUnreadable(*target, nullptr, container);
+    }
+
+    static std::optional<Target> targetOf(Role role)
+    {
+        switch (role) {
+        case Role::fanController:
+            return Target::fanController;
+        case Role::fanModule:
+            return Target::fanModule;
+        case Role::powerSupply:
+            return Target::powerSupply;
+        case Role::led:
+            return Target::led;
+        default:
+            return std::nullopt;
+        }
+    }
+
     void visit(Node element, const dcm::NamedElement &row, Node faulty)
     {
         switch (row.role()) {
@@ -284,6 +327,7 @@ private:
             if (i < row.element->childCount)
                 visit(child, row.element->children[i], faulty != nullptr || isKnown ? faulty : child);
         }
+        addLeftOut(element, *row.element);
     }
 
     Entries &entries_;

@@ -38,7 +38,8 @@ void controllerWithoutUnits(const Context &frame, Findings &findings)
             const char *name = idAttribute(format)->name;
             // One entry of the map may have been for several.
             if (first == nullptr)
-                first = &findings.atValue(controller, name, text + ": it runs no faster when a unit gets hot");
+                first = &findings.atValue(controller, name, text + ": it runs no faster when a unit gets hot")
+                             .concerning(map->node);
             else
                 first->noting(findings.file().valueSpan(controller, name), text);
         }
@@ -47,6 +48,6 @@ void controllerWithoutUnits(const Context &frame, Findings &findings)
 } // namespace
 
 extern constexpr Rule kControllerWithoutUnits = {"controller-without-units", Severity::warning,
-                                                 onElements(controllerWithoutUnits, Role::frame)};
+                                                 onElements(controllerWithoutUnits, Role::frame).unlessFaultyInside()};
 
 } // namespace dcmtool

@@ -17,24 +17,33 @@ bool isFaulty(Node fan, const dcm::Element &format)
     return !list || dcmStr2BitList(list.c_str(), 1, static_cast<uint32_t>(id->content.limit), bits, sizeof bits) != 0;
 }
 
-// A fan that is announced and not described has neither an id nor a controller. The record has room for a few, also
-// where more are announced.
+// A fan that is announced and not described has neither an id nor a controller, and beyond the first few no place in
+// the record.
 void fanCount(const Context &module, Findings &findings)
 {
     const DcmFrameInfo *frame = module.type.frame;
     const KnownChild *count = module.lastChild(Role::fanCount);
     if (frame == nullptr || count == nullptr)
         return;
-    for (const KnownChild &child : module.children)
-        if (module.roleOf(child) == Role::fan && isFaulty(child.node, *module.rowOf(child).element))
+    // Those that the record has no room for are reported as such.
+    uint32_t beyond = 0;
+    for (const KnownChild &child : module.children) {
+        if (module.roleOf(child) != Role::fan)
+            continue;
+        const dcm::Element &format = *module.rowOf(child).element;
+        if (isFaulty(child.node, format))
             return;
+        const std::vector<uint32_t> ids = idsOf(child.node, format);
+        beyond +=
+            static_cast<uint32_t>(std::count_if(ids.begin(), ids.end(), [](uint32_t id) { return id > DCM_FAN_MAX; }));
+    }
     for (const uint32_t id : module.ids()) {
         if (id < 1 || id > DCM_FAN_MODULE_MAX)
             continue;
         const DcmFanModuleInfo &record = frame->fanModuleInfo[id - 1];
         const int64_t described = std::count_if(std::begin(record.fan), std::end(record.fan),
                                                 [](const DcmFanInfo &fan) { return fan.id != 0; });
-        if (record.id == 0 || described >= std::min<int64_t>(record.fanNum, DCM_FAN_MAX))
+        if (record.id == 0 || described + beyond >= record.fanNum)
             continue;
         findings
             .atContent(count->node, std::to_string(record.fanNum) + (record.fanNum == 1 ? " fan is" : " fans are") +

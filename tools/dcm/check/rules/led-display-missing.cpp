@@ -9,7 +9,7 @@ namespace dcmtool {
 
 namespace {
 
-// The states that an LED displays. Nothing where one of them is unknown, which is reported as such.
+// The states that an LED displays. Nothing where one of them is unknown or there twice, which is reported as such.
 std::optional<std::set<size_t>> displaysOf(Node led, const dcm::Vocabulary &states)
 {
     std::set<size_t> displays;
@@ -19,9 +19,8 @@ std::optional<std::set<size_t>> displaysOf(Node led, const dcm::Vocabulary &stat
             return std::nullopt;
         const dcm::Text text = dcm::Text::attribute(display, row->element->attributes[0].name, {"dcm"});
         const size_t state = text ? rowOf(states, text.c_str()) : states.count;
-        if (state == states.count)
+        if (state == states.count || !displays.insert(state).second)
             return std::nullopt;
-        displays.insert(state);
     }
     return displays;
 }

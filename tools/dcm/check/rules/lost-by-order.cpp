@@ -1,6 +1,8 @@
 #include "common/vocabularies.h"
 #include "tools/dcm/check/rule.h"
 
+#include <algorithm>
+
 namespace dcmtool {
 
 namespace {
@@ -8,6 +10,13 @@ namespace {
 // "no" to a laser is "no" to a change of its medium, whatever has been said before.
 void lostByOrder(const Context &context, Findings &findings)
 {
+    const auto count = [&](Role role) {
+        return std::count_if(context.children.begin(), context.children.end(),
+                             [&](const KnownChild &child) { return context.roleOf(child) == role; });
+    };
+    // What is there twice is reported as such.
+    if (count(Role::mediumChange) != 1 || count(Role::laser) != 1)
+        return;
     const KnownChild *medium = nullptr;
     for (const KnownChild &child : context.children) {
         if (context.roleOf(child) == Role::mediumChange)

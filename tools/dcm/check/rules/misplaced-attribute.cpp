@@ -14,6 +14,6 @@ void misplacedAttribute(const UnknownItem &item, Findings &findings)
 } // namespace
 
 extern constexpr Rule kMisplacedAttribute = {"misplaced-attribute", Severity::warning,
-                                             onUnknownItems(misplacedAttribute)};
+                                             onUnknownItems(misplacedAttribute).unlessQueryFails()};
 
 } // namespace dcmtool

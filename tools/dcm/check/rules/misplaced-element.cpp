@@ -13,6 +13,7 @@ void misplacedElement(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kMisplacedElement = {"misplaced-element", Severity::warning, onUnknownItems(misplacedElement)};
+extern constexpr Rule kMisplacedElement = {"misplaced-element", Severity::warning,
+                                           onUnknownItems(misplacedElement).unlessQueryFails()};
 
 } // namespace dcmtool

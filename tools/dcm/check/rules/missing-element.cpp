@@ -3,7 +3,9 @@
 #include "tools/dcm/check/rule.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 namespace dcmtool {
 
@@ -100,9 +102,37 @@ bool isElsewhere(const Context &port, Role child)
     });
 }
 
+const char *nameOf(const dcm::Element &format, Role role)
+{
+    size_t i = 0;
+    while (format.children[i].role() != role)
+        i++;
+    return format.children[i].name;
+}
+
+// A frame with two of these has slots, which need the third. One without cards in its file may do without card types.
+void missingOfFrame(const Context &frame, Findings &findings)
+{
+    const bool hasCards = frame.type.declarations.has(RecordKind::card);
+    const std::pair<Role, const char *> parts[] = {
+        {Role::lastSlot, "the last slot is 0, and nothing looks at the others"},
+        {Role::slotMap, "what is plugged into the slots is unknown"},
+        {Role::slotList, "no slot accepts a card"},
+    };
+    const auto isThere = [&](const auto &part) { return frame.lastChild(part.first) != nullptr; };
+    if (std::count_if(std::begin(parts), std::end(parts), isThere) != 2)
+        return;
+    const auto missing = std::find_if_not(std::begin(parts), std::end(parts), isThere);
+    const char *name = nameOf(*frame.format, missing->first);
+    if ((hasCards || missing->first != Role::slotList) && lacksChild(frame.node, *frame.format, name))
+        findings.atName(frame.node, quotedName(name) + " is missing: " + missing->second);
+}
+
 // All that an element lacks is one mistake.
 void missingElement(const Context &context, Findings &findings)
 {
+    if (context.role == Role::frame)
+        return missingOfFrame(context, findings);
     std::string text;
     for (const Needed &needed : kNeeded) {
         if (!needed.parents.has(context.role))
@@ -118,7 +148,7 @@ void missingElement(const Context &context, Findings &findings)
 } // namespace
 
 extern constexpr Rule kMissingElement = {"missing-element", Severity::warning,
-                                         onElements(missingElement, Role::managementPort, Role::panelPort,
+                                         onElements(missingElement, Role::frame, Role::managementPort, Role::panelPort,
                                                     Role::panelPortGroup, Role::gccPort, Role::ethpppPort,
                                                     Role::innerPort, Role::innerPortGroup, Role::sfuPortGroup,
                                                     Role::memory, Role::ledState)};

@@ -20,6 +20,7 @@ void notANumber(const Value &value, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kNotANumber = {"not-a-number", Severity::warning, onValues(notANumber, kNumberKinds)};
+extern constexpr Rule kNotANumber = {"not-a-number", Severity::warning,
+                                     onValues(notANumber, kNumberKinds).unlessQueryFails()};
 
 } // namespace dcmtool

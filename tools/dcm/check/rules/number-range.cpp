@@ -15,7 +15,14 @@ void numberRange(const Value &value, Findings &findings)
                                std::isdigit(static_cast<unsigned char>(dash[1])) != 0;
         if (!isBetween)
             continue;
-        findings.at(value, "'-' only separates two numbers here: those between them are not in the list");
+        const char *begin = dash;
+        while (begin != value.text && std::isalnum(static_cast<unsigned char>(begin[-1])) != 0)
+            begin--;
+        const char *end = dash + 1;
+        while (std::isalnum(static_cast<unsigned char>(*end)) != 0)
+            end++;
+        findings.atItem(value, {static_cast<size_t>(begin - value.text), static_cast<size_t>(end - begin)},
+                        "'-' only separates two numbers here: those between them are not in the list");
         return;
     }
 }

@@ -1,8 +1,12 @@
 #include "tools/dcm/check/number_reading.h"
+#include "tools/dcm/check/ports.h"
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/check/stored_numbers.h"
+#include "tools/dcm/description/format_lookup.h"
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace dcmtool {
 
@@ -17,15 +21,15 @@ const char *offsetName(const dcm::Element &format)
 }
 
 // A group numbers its ports itself, with 16 bits, of which the highest number means that there is no port.
-bool isBeyondIds(const Context &group, Findings &findings)
+void beyondIds(const Context &group, Findings &findings)
 {
     const char *name = offsetName(*group.format);
     const std::optional<Stored> offset = name != nullptr ? numberIn(group, name) : std::nullopt;
     if (!offset || group.lastChild(Role::portId) != nullptr)
-        return false;
+        return;
     // A number that is cut is reported as such.
     if (static_cast<int64_t>(readingOf(dcm::Text::content(offset->node, {"dcm"}).c_str()).bits) != offset->value)
-        return true;
+        return;
     for (const uint32_t id : group.ids()) {
         const int64_t portId = offset->value + id;
         if (portId >= 0 && portId < DCM_PORT_UNSPEC)
@@ -34,9 +38,8 @@ bool isBeyondIds(const Context &group, Findings &findings)
                                              std::to_string(portId) + ", and has " +
                                              std::to_string(static_cast<uint16_t>(portId)) + "; expected 0 to " +
                                              std::to_string(DCM_PORT_UNSPEC - 1));
-        return true;
+        return;
     }
-    return false;
 }
 
 bool isPlain(const Reading &reading)
@@ -44,39 +47,114 @@ bool isPlain(const Reading &reading)
     return reading.isNumber && reading.tail.empty() && !reading.isOctal && reading.bits <= UINT16_MAX;
 }
 
-void outsidePanel(const Context &port, const DcmCardInfo &card, Findings &findings)
+// The last child of a role, which is the one that counts; nullptr if there is none.
+Node lastChild(Node port, Role role)
+{
+    Node last = nullptr;
+    for (const Node child : dcm::children(port))
+        if (roleOf(child) == role)
+            last = child;
+    return last;
+}
+
+// A port or group with port ids that the panel does not have.
+struct Outside {
+    const KnownChild *port;
+    std::vector<uint32_t> portIds;
+};
+
+class PanelIds {
+public:
+    PanelIds(const Context &panel, const DcmCardInfo &card, Findings &findings)
+        : panel_(panel), card_(card), findings_(findings), least_(card.panneIfStartPortId), most_(card.panelIfMaxPortId)
+    {
+    }
+
+    void check()
+    {
+        for (const KnownChild &port : panel_.children)
+            if (std::vector<uint32_t> portIds = outside(port); !portIds.empty())
+                outside_.push_back({&port, std::move(portIds)});
+        const bool isMost = isLimitWrong([&](uint32_t portId) { return portId > most_; });
+        if (isMost || isLimitWrong([&](uint32_t portId) { return portId < least_; }))
+            return limit(isMost ? 2 : 1);
+        for (const Outside &ports : outside_)
+            single(ports);
+    }
+
+private:
+    std::vector<uint32_t> outside(const KnownChild &port) const
+    {
+        const bool isGroup = panel_.roleOf(port) == Role::panelPortGroup;
+        const Node portId = lastChild(port.node, Role::portId);
+        const Node number = portId != nullptr ? portId : lastChild(port.node, Role::portIdOffset);
+        const uint32_t written = number != nullptr ? dcm::Text::content(number, {"dcm"}).number() : 0;
+        std::vector<uint32_t> portIds;
+        for (const uint32_t id : idsOf(port.node, *panel_.rowOf(port).element)) {
+            const uint32_t meant = portId != nullptr || !isGroup ? written : written + id;
+            // What is cut, or overwritten by something else, is reported as such.
+            if (id >= 1 && id <= card_.pannelIfNum && card_.panelIf[id - 1].portId == meant &&
+                meant != DCM_PORT_UNSPEC && (meant < least_ || meant > most_))
+                portIds.push_back(meant);
+        }
+        return portIds;
+    }
+
+    // Where the ids of several are beyond a limit, it is the limit that is wrong.
+    template <class IsBeyond> bool isLimitWrong(const IsBeyond &isBeyond) const
+    {
+        return outside_.size() > 1 && std::all_of(outside_.begin(), outside_.end(), [&](const Outside &ports) {
+                   return std::all_of(ports.portIds.begin(), ports.portIds.end(), isBeyond);
+               });
+    }
+
+    std::string text(const std::vector<uint32_t> &portIds) const
+    {
+        return numbered("port id", portIds) + " outside those of the panel, " + std::to_string(least_) + " to " +
+               std::to_string(most_) + ": what looks for a port there does not find it";
+    }
+
+    void limit(size_t attribute)
+    {
+        std::vector<uint32_t> portIds;
+        for (const Outside &ports : outside_)
+            portIds.insert(portIds.end(), ports.portIds.begin(), ports.portIds.end());
+        std::sort(portIds.begin(), portIds.end());
+        portIds.erase(std::unique(portIds.begin(), portIds.end()), portIds.end());
+        findings_.atValue(panel_.node, panel_.format->attributes[attribute].name, text(portIds))
+            .noting(idSpan(panel_, *outside_.front().port, findings_), "the first port beyond it");
+    }
+
+    void single(const Outside &ports) { atPortId(panel_, *ports.port, text(ports.portIds), findings_); }
+
+    const Context &panel_;
+    const DcmCardInfo &card_;
+    Findings &findings_;
+    uint32_t least_;
+    uint32_t most_;
+    std::vector<Outside> outside_;
+};
+
+void panelIds(const Context &panel, const DcmCardInfo &card, Findings &findings)
 {
     // What the panel does not say, or not in numbers, is reported as such.
     for (size_t i = 1; i <= 2; i++) {
-        const dcm::Text limit = port.parent->text(port.parent->format->attributes[i].name);
+        const dcm::Text limit = panel.text(panel.format->attributes[i].name);
         if (!limit || !isPlain(readingOf(limit.c_str())))
             return;
     }
-    const uint32_t least = card.panneIfStartPortId;
-    const uint32_t most = card.panelIfMaxPortId;
-    const KnownChild *written = port.lastChild(Role::portId);
-    if (least > most ||
-        (written != nullptr && readingOf(dcm::Text::content(written->node, {"dcm"}).c_str()).bits > UINT16_MAX))
-        return;
-    std::vector<uint32_t> outside;
-    for (const uint32_t id : port.ids())
-        if (id >= 1 && id <= card.pannelIfNum) {
-            const uint32_t portId = card.panelIf[id - 1].portId;
-            if (portId != DCM_PORT_UNSPEC && (portId < least || portId > most))
-                outside.push_back(portId);
-        }
-    if (!outside.empty())
-        atChildOrId(port, {Role::portId, Role::portIdOffset},
-                    numbered("port id", outside) + " outside those of the panel, " + std::to_string(least) + " to " +
-                        std::to_string(most) + ": what looks for a port there does not find it",
-                    findings);
+    if (card.panneIfStartPortId <= card.panelIfMaxPortId)
+        PanelIds(panel, card, findings).check();
 }
 
 void portIdRange(const Context &context, Findings &findings)
 {
     const DcmCardInfo *card = context.type.card;
     if (context.role == Role::panel) {
-        if (card != nullptr && card->panneIfStartPortId > card->panelIfMaxPortId)
+        if (card == nullptr)
+            return;
+        panelIds(context, *card, findings);
+        if (card->panneIfStartPortId > card->panelIfMaxPortId)
             findings.atValue(context.node, context.format->attributes[1].name,
                              quotedName(context.format->attributes[1].name) + " " +
                                  std::to_string(card->panneIfStartPortId) + " is above " +
@@ -84,17 +162,14 @@ void portIdRange(const Context &context, Findings &findings)
                                  std::to_string(card->panelIfMaxPortId) + ": no port has such an id");
         return;
     }
-    if (isBeyondIds(context, findings))
-        return;
-    if (card != nullptr && (context.role == Role::panelPort || context.role == Role::panelPortGroup))
-        outsidePanel(context, *card, findings);
+    beyondIds(context, findings);
 }
 
 } // namespace
 
-extern constexpr Rule kPortIdRange = {"port-id-range", Severity::warning,
-                                      onElements(portIdRange, Role::panel, Role::panelPort, Role::panelPortGroup,
-                                                 Role::innerPortGroup, Role::sfuPortGroup)
-                                          .unlessFaulty()};
+extern constexpr Rule kPortIdRange = {
+    "port-id-range", Severity::warning,
+    onElements(portIdRange, Role::panel, Role::panelPortGroup, Role::innerPortGroup, Role::sfuPortGroup)
+        .unlessFaulty()};
 
 } // namespace dcmtool

@@ -1,4 +1,6 @@
+#include "tools/dcm/check/left_out.h"
 #include "tools/dcm/check/number_lists.h"
+#include "tools/dcm/check/number_reading.h"
 #include "tools/dcm/check/query_failures.h"
 #include "tools/dcm/check/registry.h"
 #include "tools/dcm/description/format_lookup.h"
@@ -20,6 +22,7 @@ namespace {
 constexpr size_t kMostFailures = 256; // of one type
 constexpr size_t kMostIdsTried = 16;
 constexpr size_t kMostNeighboursTried = 32;
+constexpr size_t kMostNamesCompared = 100;
 constexpr size_t kLongestMessage = 300;
 
 std::vector<Node> childrenOf(Node parent)
@@ -61,6 +64,21 @@ public:
     {
         undoes_.push_back([back = Position(node)] { back.restore(); });
         xmlAddNextSibling(sibling, node);
+    }
+    // Adds a child before the others.
+    void addFirst(Node parent, const char *name, const char *content)
+    {
+        xmlNode *added = xmlNewDocNode(parent->doc, nullptr, xmlText(name), xmlText(content));
+        if (added == nullptr)
+            return;
+        undoes_.push_back([added] {
+            xmlUnlinkNode(added);
+            xmlFreeNode(added);
+        });
+        if (parent->children != nullptr)
+            xmlAddPrevSibling(parent->children, added);
+        else
+            xmlAddChild(parent, added);
     }
     // Gives an attribute another value, or none.
     void setAttribute(Node element, const char *name, const char *value)
@@ -252,11 +270,13 @@ struct Fault {
     bool mayBeOrder = false; // something behind it may be what it lacks
     std::string text;
     std::string meant;
-    Node first = nullptr;     // which is described twice
-    Node container = nullptr; // around the element, that has the fault instead
-    std::string better;       // the value that the attribute should probably have
-    std::string misspelled;   // what is written for the attribute
-    ValuePart item;           // of a list, that is wrong
+    Node first = nullptr;        // which is described twice
+    Node container = nullptr;    // around the element, that has the fault instead
+    std::string better;          // the value that the attribute should probably have
+    std::string misspelled;      // what is written for the attribute
+    Node written = nullptr;      // the element that is written for an attribute, or for a child of `container`
+    const char *child = nullptr; // of the container, that is left out or has the wrong content
+    ValuePart item;              // of a list, that is wrong
 };
 
 bool isBitList(const char *text, const dcm::Content &content)
@@ -365,12 +385,11 @@ Node describedBefore(Node element, const dcm::Attribute &id)
     return nullptr;
 }
 
-// The children of an element that have the format's role of one of them: how many ids they have, where these are 1, 2,
-// 3,
-// ... without a gap; of elements without ids, how many there are. 0 where nothing can be said.
+// The entries of an element: how many ids they have, where these are 1, 2, 3, ... without a gap, for each type of its
+// own where entries have one; of entries without ids, how many there are. 0 where nothing can be said.
 uint32_t entriesIn(Node container)
 {
-    std::set<uint32_t> ids;
+    std::map<std::string, std::set<uint32_t>> typed;
     uint32_t withoutId = 0;
     for (const Node child : childrenOf(container)) {
         const dcm::Element *format = formatOf(child);
@@ -380,11 +399,30 @@ uint32_t entriesIn(Node container)
             continue;
         }
         const dcm::Text text = textOf(child, id);
+        const dcm::Text type = textOf(child, findAttribute(*format, dcm::Kind::keyword));
         for (const uint32_t number : text ? idsOf(text.c_str(), id->content) : std::vector<uint32_t>())
-            ids.insert(number);
+            typed[type ? type.c_str() : ""].insert(number);
     }
-    const bool isWithoutGap = ids.empty() || (*ids.begin() == 1 && *ids.rbegin() == ids.size());
-    return !isWithoutGap ? 0 : ids.empty() ? withoutId : static_cast<uint32_t>(ids.size());
+    uint32_t count = 0;
+    for (const auto &[type, ids] : typed) {
+        if (*ids.begin() != 1 || *ids.rbegin() != ids.size())
+            return 0;
+        count += static_cast<uint32_t>(ids.size());
+    }
+    return typed.empty() ? withoutId : count;
+}
+
+// The child that is probably a misspelling of one that is missing; nullptr when there is none.
+Node misspelledChild(Node element, const dcm::Element &format, const char *name)
+{
+    size_t comparisons = 0;
+    for (const Node child : childrenOf(element)) {
+        const char *written = dcm::nameOf(child);
+        if (findRow(format, written) == format.childCount && comparisons++ < kMostNamesCompared &&
+            nearest(written, childNames(format)) == name)
+            return child;
+    }
+    return nullptr;
 }
 
 // An element beyond what its container announces, where the entries are in order, so that it is the number that is
@@ -406,6 +444,57 @@ bool isNumberWrong(Node element, Fault &fault)
     fault.better = std::to_string(described);
     fault.first = element;
     fault.text = quotedName(num->name) + " is " + std::to_string(count) + ", but " + fault.better + " are described";
+    return true;
+}
+
+// What a module says of the number of its fans, where that is wrong: the fans are 1, 2, 3, ..., or it is not a number.
+bool isFanCountWrong(Node fan, Fault &fault)
+{
+    const Node module = fan->parent;
+    const dcm::Element *format = formatOf(module);
+    const char *name = nullptr;
+    for (size_t i = 0; format != nullptr && i < format->childCount; i++)
+        if (format->children[i].role() == dcm::Role::fanCount)
+            name = format->children[i].name;
+    if (name == nullptr)
+        return false;
+    Node written = nullptr;
+    for (const Node child : childrenOf(module))
+        if (dcm::isNamed(child, name))
+            written = child;
+    // What comes too late is another fault.
+    for (Node next = fan->next; next != nullptr; next = next->next)
+        if (next == written)
+            return false;
+    std::string text;
+    if (written != nullptr)
+        text = dcm::Text::content(written, {"dcm"}).c_str();
+    const Reading reading = readingOf(text);
+    const uint32_t described = entriesIn(module);
+    if (written != nullptr && reading.isNumber && described <= reading.bits)
+        return false;
+    fault = {};
+    fault.container = module;
+    fault.child = name;
+    fault.written = written;
+    fault.better = std::to_string(described != 0 ? described : uint32_t{DCM_FAN_MAX});
+    if (written == nullptr && dcm::Text::attribute(module, name, {"dcm"})) {
+        fault.misspelled = name;
+        fault.text = quotedName(name) + " is an element, not an attribute, and is missing";
+    } else if (written == nullptr) {
+        fault.written = misspelledChild(module, *format, name);
+        fault.text = (fault.written != nullptr ? quotedName(dcm::nameOf(fault.written)) + " is not known, and " : "") +
+                     quotedName(name) + " is missing";
+        fault.meant = fault.written != nullptr ? name : "";
+    } else if (!reading.isNumber) {
+        fault.text = (text.empty() ? "nothing" : inQuotes(text)) + " is not a number and counts as 0; expected " +
+                     inQuotes(fault.better);
+    } else {
+        fault.first = fan;
+        fault.text =
+            quotedName(name) + " is " + std::to_string(reading.bits) + ", but " + fault.better + " fans are described";
+    }
+    fault.isContent = written != nullptr;
     return true;
 }
 
@@ -476,15 +565,36 @@ Fault faultOfSum(const Culprit &culprit, const std::vector<const dcm::Attribute 
     return fault;
 }
 
-// The attribute that is probably a misspelling of one that is missing; empty when there is none.
-std::string misspelledAttribute(Node element, const dcm::Element &format, const char *name)
+// What is written for an attribute that is missing: a misspelled attribute, an element, or of an id the only attribute
+// that the format does not have.
+void findWritten(Node element, const dcm::Element &format, const dcm::Attribute &missing, Fault &fault)
 {
-    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next) {
-        const char *written = reinterpret_cast<const char *>(attribute->name);
-        if (findAttribute(format, written) == nullptr && nearest(written, attributeNames(format)) == name)
-            return written;
+    std::vector<std::string> unknown;
+    for (const xmlAttr *attribute = element->properties; attribute != nullptr; attribute = attribute->next)
+        if (const char *written = reinterpret_cast<const char *>(attribute->name);
+            findAttribute(format, written) == nullptr && attribute->ns == nullptr)
+            unknown.emplace_back(written);
+    if (unknown.size() > kMostNamesCompared)
+        return;
+    const std::vector<std::string> known = attributeNames(format);
+    for (const std::string &written : unknown)
+        if (nearest(written, known) == missing.name) {
+            fault.misspelled = written;
+            fault.text = quotedName(written) + " is not known, and ";
+        }
+    if (fault.misspelled.empty() && unknown.size() == 1 && &missing == idAttribute(format)) {
+        fault.misspelled = unknown.front();
+        fault.text = quotedName(unknown.front()) + " has no meaning here, and ";
     }
-    return "";
+    if (!fault.misspelled.empty()) {
+        fault.meant = missing.name;
+        fault.better = dcm::Text::attribute(element, fault.misspelled.c_str(), {"dcm"}).c_str();
+    } else if (const Node child = childCalled(element, missing.name);
+               child != nullptr && findRow(format, missing.name) == format.childCount) {
+        fault.written = child;
+        fault.better = dcm::Text::content(child, {"dcm"}).c_str();
+        fault.text = quotedName(missing.name) + " is an attribute, not an element, and is missing";
+    }
 }
 
 Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
@@ -495,10 +605,9 @@ Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
         const dcm::Text text = textOf(culprit.element, &attribute);
         if (!text && attribute.need == dcm::Need::required) {
             fault.attribute = &attribute;
-            fault.misspelled = misspelledAttribute(culprit.element, format, attribute.name);
-            fault.text = fault.misspelled.empty() ? "" : quotedName(fault.misspelled) + " is not known, and ";
-            fault.meant = fault.misspelled.empty() ? "" : attribute.name;
-            fault.text += quotedName(attribute.name) + " is missing";
+            findWritten(culprit.element, format, attribute, fault);
+            if (fault.written == nullptr)
+                fault.text += quotedName(attribute.name) + " is missing";
             return fault;
         }
         if (text && isWrong(culprit.element, attribute.name, text.c_str(), attribute.content, fault)) {
@@ -539,7 +648,7 @@ Fault faultOfAttributes(const Culprit &culprit, const dcm::Element &format)
         return fault;
     if (named.size() == 3 && culprit.message.find(" + ") != std::string::npos)
         return faultOfSum(culprit, named);
-    if (isNumberWrong(culprit.element, fault))
+    if (isNumberWrong(culprit.element, fault) || isFanCountWrong(culprit.element, fault))
         return fault;
     fault.attribute = named.front();
     fault.mayBeOrder = true;
@@ -627,6 +736,15 @@ std::vector<std::string> betterValues(Node element, const dcm::Attribute &attrib
 bool repair(Repairs &repairs, const Culprit &culprit, const Fault &fault, const Decoding &run)
 {
     const Node element = fault.container != nullptr ? fault.container : culprit.element;
+    if (fault.child != nullptr) {
+        const size_t before = repairs.count();
+        if (fault.written != nullptr)
+            repairs.remove(fault.written);
+        repairs.addFirst(element, fault.child, fault.better.c_str());
+        if (isRepaired(repairs.root(), culprit.element, run))
+            return true;
+        repairs.undoTo(before);
+    }
     if (fault.attribute != nullptr) {
         const size_t before = repairs.count();
         const auto isRepairedBy = [&](const char *value) {
@@ -736,11 +854,13 @@ void tell(const Culprit &culprit, const Fault &fault, Findings &findings)
     const DescriptionFile &file = findings.file();
     const std::string text = fault.text + failing(culprit.message);
     const Node element = fault.container != nullptr ? fault.container : culprit.element;
-    Finding &finding = !fault.misspelled.empty()    ? findings.atAttribute(element, fault.misspelled.c_str(), text)
-                       : fault.item.size != 0       ? findings.at(element, itemSpan(element, fault, file), text)
-                       : fault.attribute != nullptr ? findings.atValue(element, fault.attribute->name, text)
-                       : fault.isContent            ? findings.atContent(element, text)
-                                                    : findings.atName(element, text);
+    const Node place = fault.written != nullptr ? fault.written : element;
+    Finding &finding = !fault.misspelled.empty() ? findings.atAttribute(element, fault.misspelled.c_str(), text)
+                       : fault.item.size != 0    ? findings.at(element, itemSpan(element, fault, file), text)
+                       : fault.isContent         ? findings.atContent(place, text)
+                       : fault.written != nullptr || fault.attribute == nullptr
+                           ? findings.atName(place, text)
+                           : findings.atValue(element, fault.attribute->name, text);
     finding.meaning(fault.meant);
     if (fault.first != nullptr)
         finding.noting(file.nameSpan(fault.first), fault.better.empty() ? "described here" : "the first beyond it");

@@ -64,9 +64,10 @@ void findSamePorts(const Context &block, const Identities &ports, Findings &find
         if (findings.counts(other->node))
             continue;
         Finding &finding =
-            findings.atValue(other->node, idAttribute(*block.rowOf(*other).element)->name,
-                             "port " + std::to_string(i) + " has the port id " + std::to_string(portId) + " of port " +
-                                 std::to_string(first) + ": what comes from one is taken for the other's");
+            atPortId(block, *other,
+                     "port " + std::to_string(i) + " has the port id " + std::to_string(portId) + " of port " +
+                         std::to_string(first) + ": what comes from one is taken for the other's",
+                     findings);
         if (one->node != other->node)
             finding.noting(idSpan(block, *one, findings), "port " + std::to_string(first) + " is here");
     }

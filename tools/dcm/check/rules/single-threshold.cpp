@@ -2,6 +2,8 @@
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/check/stored_numbers.h"
 
+#include <algorithm>
+
 namespace dcmtool {
 
 namespace {
@@ -9,6 +11,13 @@ namespace {
 bool isThreshold(std::string_view name)
 {
     return !isLimit(name) && (name.find(kHigh) != std::string_view::npos || name.find(kLow) != std::string_view::npos);
+}
+
+// A threshold that is there twice, one of which may be meant to be the other one, is reported as such.
+bool isRepeated(const Context &context, std::string_view name)
+{
+    return std::count_if(context.children.begin(), context.children.end(),
+                         [&](const KnownChild &child) { return context.rowOf(child).name == name; }) > 1;
 }
 
 bool isThere(const Context &context, std::string_view name)
@@ -31,7 +40,7 @@ void singleThreshold(const Context &context, Findings &findings)
         if (hasHigh == isThere(context, low))
             return;
         const std::string &missing = hasHigh ? low : high;
-        if (lacksChild(context.node, *context.format, missing.c_str()))
+        if (!isRepeated(context, hasHigh ? high : low) && lacksChild(context.node, *context.format, missing.c_str()))
             findings.atName(context.node,
                             quotedName(missing) + " is missing, and " + quotedName(hasHigh ? high : low) +
                                 " is there: it is 0, " +

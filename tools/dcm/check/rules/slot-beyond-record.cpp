@@ -16,6 +16,6 @@ void slotBeyondRecord(const Value &value, Findings &findings)
 } // namespace
 
 extern constexpr Rule kSlotBeyondRecord = {"slot-beyond-record", Severity::warning,
-                                           onValues(slotBeyondRecord, kindsOf(Kind::number))};
+                                           onValues(slotBeyondRecord, kindsOf(Kind::number)).unlessFaulty()};
 
 } // namespace dcmtool

@@ -1,6 +1,8 @@
 #include "tools/dcm/check/rule.h"
 #include "tools/dcm/description/format_lookup.h"
 
+#include <algorithm>
+
 namespace dcmtool {
 
 namespace {
@@ -29,10 +31,17 @@ void slotGap(const Context &slotList, Findings &findings)
         if (!text || hasUnknownChild(slotList))
             return;
         const uint32_t id = text.number();
+        const bool isBehind =
+            std::any_of(slotList.children.begin(), slotList.children.end(), [&](const KnownChild &slot) {
+                const dcm::Text other = dcm::Text::attribute(slot.node, name, {"dcm"});
+                return other && other.number() == next;
+            });
         findings.atValue(child.node, name,
                          "slot " + std::to_string(id) + " is ignored, because slots are listed 1, 2, 3, ... and slot " +
                              std::to_string(next) + " is next" +
-                             (id > next ? "; so are all slots behind it up to slot " + std::to_string(next) : ""));
+                             (id < next  ? ""
+                              : isBehind ? "; so are all slots before that one"
+                                         : "; so are all slots behind it"));
         return;
     }
 }

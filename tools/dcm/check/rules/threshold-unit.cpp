@@ -55,12 +55,21 @@ void voltages(const Context &block, Findings &findings)
     forAll([&](Node, uint32_t number) { highest = std::max(highest, number); });
     if (highest < leastMillivolts)
         return;
+    Finding *last = nullptr;
+    Node sensor = nullptr;
     forAll([&](Node threshold, uint32_t number) {
-        if (number >= 1 && number <= mostVolts)
-            findings.atContent(threshold, "the threshold " + std::to_string(number) +
-                                              " seems to be in volts, and others of the card are in millivolts: it is "
-                                              "taken for " +
-                                              std::to_string(number) + " mV");
+        if (number < 1 || number > mostVolts)
+            return;
+        // Both thresholds of a sensor are one mistake.
+        if (last != nullptr && threshold->parent == sensor) {
+            last->noting(findings.file().contentSpan(threshold), "so does the other one");
+            return;
+        }
+        sensor = threshold->parent;
+        last = &findings.atContent(threshold, "the threshold " + std::to_string(number) +
+                                                  " seems to be in volts, and others of the card are in millivolts: "
+                                                  "it is taken for " +
+                                                  std::to_string(number) + " mV");
     });
 }
 

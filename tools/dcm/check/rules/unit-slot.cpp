@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <iterator>
 
 namespace dcmtool {
@@ -18,6 +19,13 @@ SlotSet slotsOf(const KnownChild &list, const dcm::Element &format)
     for (const uint32_t slot : numbersOf(dcm::Text::content(list.node, {"dcm"}).c_str(), format.content))
         slots[slot] = true;
     return slots;
+}
+
+// Whether a list of the slot map, or the whole map, has a slot.
+template <class Bits> bool hasSlots(const Bits &bits)
+{
+    constexpr Bits none = {};
+    return std::memcmp(&bits, &none, sizeof bits) != 0;
 }
 
 // The slot of each fan module is one of those of fan modules, and of no other one.
@@ -44,8 +52,9 @@ void moduleSlot(const Context &module, Findings &findings)
                 return;
             }
     }
-    constexpr uint8_t none[sizeof frame->slotmap.fan] = {};
-    if (!slots.empty() && !std::equal(std::begin(none), std::end(none), std::begin(frame->slotmap.fan)))
+    // A frame may do without slots for fan modules, unless it says in which slot one is.
+    const bool isSaid = module.lastChild(Role::moduleSlot) != nullptr && hasSlots(frame->slotmap);
+    if (!slots.empty() && (isSaid || hasSlots(frame->slotmap.fan)))
         atChildOrId(module, {Role::moduleSlot, Role::moduleSlotOffset},
                     numbered("slot", slots) + " not among the slots of fan modules in the slot map: nothing looks for "
                                               "a fan module there",

@@ -13,6 +13,7 @@ void unknownElement(const UnknownItem &item, Findings &findings)
 
 } // namespace
 
-extern constexpr Rule kUnknownElement = {"unknown-element", Severity::warning, onUnknownItems(unknownElement)};
+extern constexpr Rule kUnknownElement = {"unknown-element", Severity::warning,
+                                         onUnknownItems(unknownElement).unlessQueryFails()};
 
 } // namespace dcmtool
