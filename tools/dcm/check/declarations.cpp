@@ -36,9 +36,10 @@ bool LedSet::has(const char *type, uint32_t id) const
     return word < numbers_.size() && id < kNumbers && numbers_[word][id];
 }
 
-bool Declarations::has(RecordKind kind) const
+Declarations::Declarations(const std::vector<DescribedType> &types) : types_(types), targets_(types)
 {
-    return std::any_of(types_.begin(), types_.end(), [&](const DescribedType &type) { return type.kind == kind; });
+    for (const DescribedType &type : types)
+        kinds_.insert(type.kind);
 }
 
 uint32_t Declarations::lastSlot() const

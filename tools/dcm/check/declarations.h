@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace dcmtool {
@@ -29,11 +30,11 @@ private:
 
 class Declarations {
 public:
-    explicit Declarations(const std::vector<DescribedType> &types) : types_(types), targets_(types) {}
+    explicit Declarations(const std::vector<DescribedType> &types);
 
     // The targets of references.
     const TargetIndex &targets() const { return targets_; }
-    bool has(RecordKind kind) const;
+    bool has(RecordKind kind) const { return kinds_.count(kind) != 0; }
     // The highest last slot of all frames; 0 without any.
     uint32_t lastSlot() const;
     // The LEDs of all owners of a kind.
@@ -43,6 +44,7 @@ public:
 
 private:
     const std::vector<DescribedType> &types_;
+    std::set<RecordKind> kinds_;
     TargetIndex targets_;
     mutable std::optional<uint32_t> lastSlot_;
     mutable std::optional<LedSet> frameLeds_;

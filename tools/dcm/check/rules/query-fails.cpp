@@ -447,7 +447,7 @@ bool isNumberWrong(Node element, Fault &fault)
     return true;
 }
 
-// What a module says of the number of its fans, where that is wrong: the fans are 1, 2, 3, ..., or it is not a number.
+// The number of fans of a module, where it is wrong: the fans are 1, 2, 3, ..., or it is not a number.
 bool isFanCountWrong(Node fan, Fault &fault)
 {
     const Node module = fan->parent;
