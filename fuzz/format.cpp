@@ -32,8 +32,8 @@ std::string textOf(const uint8_t *data, size_t size)
     return dcmtest::scrambled(dcmfuzz::Generator(input).make().text, random);
 }
 
-// Where much makes a query fail, how far the search for it gets depends on how much text there is. The finding that says
-// so may be one too many.
+// Where much makes a query fail, how far the search for it gets depends on how much text there is. The finding that
+// says so may be one too many.
 bool hasSearchEnded(const std::vector<std::string> &findings)
 {
     const auto failures = std::count_if(findings.begin(), findings.end(), [](const std::string &finding) {

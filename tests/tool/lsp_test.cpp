@@ -569,7 +569,8 @@ TEST(Lsp, SendsWhatARecordKeepsOfATextAsUtf8)
     std::string name;
     for (int i = 0; i < 40; i++)
         name += "\xC3\xA9";
-    editor.open("<device><card typeid='1' name='" + name + "' abbrname='x'><occupyslotnum>1</occupyslotnum></card></device>");
+    editor.open("<device><card typeid='1' name='" + name +
+                "' abbrname='x'><occupyslotnum>1</occupyslotnum></card></device>");
     const Json diagnostics = editor.diagnostics();
     ASSERT_EQ(diagnostics.size(), 1U);
     EXPECT_EQ(diagnostics[0]["code"], "text-cut");

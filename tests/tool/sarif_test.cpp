@@ -54,9 +54,7 @@ TEST(Sarif, ExplainsTheRulesThatFoundSomething)
 
 TEST(Sarif, NamesThePageOfARuleWhereItIsInstalled)
 {
-    const auto ruleWith = [](const char *pages) {
-        return runOn(described(""), pages)["tool"]["driver"]["rules"][0];
-    };
+    const auto ruleWith = [](const char *pages) { return runOn(described(""), pages)["tool"]["driver"]["rules"][0]; };
     EXPECT_EQ(ruleWith("file:///doc/checks/")["helpUri"], "file:///doc/checks/octal-number.md");
     EXPECT_FALSE(ruleWith("").contains("helpUri"));
 }
