@@ -135,4 +135,13 @@ dcm::Role roleOf(Node element)
     return row != nullptr ? row->role() : dcm::Role::none;
 }
 
+Node lastChild(Node element, dcm::Role role)
+{
+    Node last = nullptr;
+    for (const Node child : dcm::children(element))
+        if (roleOf(child) == role)
+            last = child;
+    return last;
+}
+
 } // namespace dcmtool

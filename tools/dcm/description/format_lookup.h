@@ -37,6 +37,8 @@ std::vector<uint32_t> numbersOf(const char *list, const dcm::Content &content);
 const dcm::NamedElement *formatRowOf(Node element);
 const dcm::Element *formatOf(Node element);
 dcm::Role roleOf(Node element);
+// The last child of a role, which is the one that counts; nullptr if there is none.
+Node lastChild(Node element, dcm::Role role);
 
 } // namespace dcmtool
 

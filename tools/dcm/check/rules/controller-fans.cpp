@@ -54,7 +54,7 @@ public:
     void look(Node controller, const dcm::NamedElement &row)
     {
         const dcm::Element &format = *row.element;
-        const Node announced = lastOf(controller, Role::drivenFans);
+        const Node announced = lastChild(controller, Role::drivenFans);
         for (const uint32_t id : idsOf(controller, format)) {
             if (id < 1 || id > DCM_FAN_CTRL_MAX || frame_.fanCtrlInfo[id - 1].id == 0)
                 continue;
@@ -72,15 +72,6 @@ public:
     }
 
 private:
-    static Node lastOf(Node element, Role role)
-    {
-        Node last = nullptr;
-        for (const Node child : dcm::children(element))
-            if (roleOf(child) == role)
-                last = child;
-        return last;
-    }
-
     void add(Node element, Span span, const std::string &text)
     {
         if (first_ == nullptr)

@@ -29,15 +29,6 @@ bool isZero(Node element)
     return reading.isNumber && reading.bits == 0 && reading.tail.empty();
 }
 
-Node occupiedSlotsOf(Node card)
-{
-    Node last = nullptr;
-    for (const Node child : dcm::children(card))
-        if (roleOf(child) == Role::occupiedSlots)
-            last = child;
-    return last;
-}
-
 std::string missingIn(Node card, const dcm::Element &format, const PassedNames &passed)
 {
     std::string text;
@@ -61,7 +52,7 @@ void incompleteCard(const DescriptionFile & /*file*/, const std::vector<Describe
     for (const DescribedType &type : types) {
         if (type.kind != RecordKind::card)
             continue;
-        const Node slots = occupiedSlotsOf(type.element);
+        const Node slots = lastChild(type.element, Role::occupiedSlots);
         PassedNames withThis = passed;
         for (size_t i = 0; i < format.attributeCount; i++)
             if (format.attributes[i].content.kind == Kind::text &&

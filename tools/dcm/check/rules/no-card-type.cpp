@@ -10,16 +10,6 @@ namespace dcmtool {
 
 namespace {
 
-// The last child of a role, which is the one that counts; nullptr if there is none.
-Node childOfSlot(Node slot, Role role)
-{
-    Node last = nullptr;
-    for (const Node child : dcm::children(slot))
-        if (roleOf(child) == role)
-            last = child;
-    return last;
-}
-
 bool hasText(Node element)
 {
     return element != nullptr && !isBlank(dcm::Text::content(element, {"dcm"}).c_str());
@@ -39,16 +29,16 @@ bool isOfUnits(const DcmFrameInfo &frame, Node slot, const dcm::Element &format)
 void noCardType(const Context &list, Findings &findings)
 {
     const DcmFrameInfo *frame = list.type.frame;
-    const auto areListed = [](const KnownChild &slot) { return hasText(childOfSlot(slot.node, Role::slotCardTypes)); };
+    const auto areListed = [](const KnownChild &slot) { return hasText(lastChild(slot.node, Role::slotCardTypes)); };
     if (frame == nullptr || std::none_of(list.children.begin(), list.children.end(), areListed))
         return;
     for (const KnownChild &slot : list.children) {
         const dcm::Element &format = *list.rowOf(slot).element;
-        const Node most = childOfSlot(slot.node, Role::mostCards);
+        const Node most = lastChild(slot.node, Role::mostCards);
         if (most == nullptr || areListed(slot) || isOfUnits(*frame, slot.node, format))
             continue;
         const uint32_t cards = dcm::Text::content(most, {"dcm"}).number();
-        const Node types = childOfSlot(slot.node, Role::slotCardTypes);
+        const Node types = lastChild(slot.node, Role::slotCardTypes);
         size_t row = 0;
         while (format.children[row].role() != Role::slotCardTypes)
             row++;

@@ -47,16 +47,6 @@ bool isPlain(const Reading &reading)
     return reading.isNumber && reading.tail.empty() && !reading.isOctal && reading.bits <= UINT16_MAX;
 }
 
-// The last child of a role, which is the one that counts; nullptr if there is none.
-Node lastChild(Node port, Role role)
-{
-    Node last = nullptr;
-    for (const Node child : dcm::children(port))
-        if (roleOf(child) == role)
-            last = child;
-    return last;
-}
-
 // A port or group with port ids that the panel does not have.
 struct Outside {
     const KnownChild *port;
