@@ -1,29 +1,9 @@
 // The keywords of capabilities of cards and panel ports, in both directions, and the bit of each in its set.
-#include "tests/support/dcm_test.h"
+#include "tests/common/vocabulary_cases.h"
 
 using namespace dcmtest;
 
 namespace {
-
-struct Keyword {
-    const char *text;
-    uint32_t value;
-};
-
-struct Vocabulary {
-    const char *name;
-    int (*toValue)(const unsigned char *, uint32_t *);
-    const char *(*toText)(uint32_t);   // none for card support functions
-    const char *report;                // up to the text
-    std::vector<Keyword> read;         // all valid keywords
-    std::vector<Keyword> printed;      // all values with a text
-    std::vector<const char *> unknown; // similar texts that are not keywords
-};
-
-void PrintTo(const Vocabulary &vocabulary, std::ostream *out)
-{
-    *out << vocabulary.name;
-}
 
 const std::vector<Vocabulary> vocabularies = {
     {"CardSupportFunc",
@@ -148,68 +128,6 @@ const std::vector<Vocabulary> vocabularies = {
       "0"}},
 };
 
-std::vector<Vocabulary> printedVocabularies()
-{
-    std::vector<Vocabulary> printed;
-    for (const Vocabulary &vocabulary : vocabularies)
-        if (vocabulary.toText != nullptr)
-            printed.push_back(vocabulary);
-    return printed;
-}
-
-std::string nameOf(const testing::TestParamInfo<Vocabulary> &parameter)
-{
-    return parameter.param.name;
-}
-
-class CapabilityVocabulary : public testing::TestWithParam<Vocabulary> {};
-class PrintedCapabilityVocabulary : public testing::TestWithParam<Vocabulary> {};
-
-INSTANTIATE_TEST_SUITE_P(, CapabilityVocabulary, testing::ValuesIn(vocabularies), nameOf);
-INSTANTIATE_TEST_SUITE_P(, PrintedCapabilityVocabulary, testing::ValuesIn(printedVocabularies()), nameOf);
-
-struct Reading {
-    int result;
-    uint32_t value;
-    Messages messages;
-};
-
-constexpr uint32_t untouched = 0xDEADBEEF;
-
-Reading read(const Vocabulary &vocabulary, const char *keyword)
-{
-    Reading reading{1, untouched, {}};
-    reading.messages = effectsOf([&] { reading.result = vocabulary.toValue(text(keyword), &reading.value); }).messages;
-    return reading;
-}
-
-void expectUnknown(const Vocabulary &vocabulary, const char *keyword, const std::string &shown)
-{
-    SCOPED_TRACE("'" + shown.substr(0, 60) + "'");
-    const Reading reading = read(vocabulary, keyword);
-    EXPECT_EQ(reading.result, -1);
-    EXPECT_EQ(reading.value, untouched);
-    EXPECT_EQ(reading.messages, (Messages{vocabulary.report + shown + ")."}));
-}
-
-// 0 to 300, and values with the low bytes of known ones.
-std::vector<uint32_t> valuesToPrint()
-{
-    std::vector<uint32_t> values = {511,   512,        513,        514,        65535,      65536,     65537,
-                                    65538, 0x01000001, 0x7FFFFFFF, 0x80000000, 0x80000001, UINT32_MAX};
-    for (uint32_t value = 0; value <= 300; value++)
-        values.push_back(value);
-    return values;
-}
-
-std::string expectedText(const std::vector<Keyword> &printed, uint32_t value)
-{
-    for (const Keyword &keyword : printed)
-        if (keyword.value == value)
-            return keyword.text;
-    return "unknown";
-}
-
 // The first panel port of a card whose description has this capability set.
 Answer<DcmCardInfo> portWith(const std::string &capabilitySet)
 {
@@ -217,71 +135,27 @@ Answer<DcmCardInfo> portWith(const std::string &capabilitySet)
                     "</port></panel-port>");
 }
 
+INSTANTIATE_TEST_SUITE_P(Capability, ReadVocabulary, testing::ValuesIn(vocabularies), nameOf);
+INSTANTIATE_TEST_SUITE_P(Capability, PrintedVocabulary, testing::ValuesIn(printedAmong(vocabularies)), nameOf);
+
 } // namespace
 
-TEST_P(CapabilityVocabulary, ReadsEveryKeyword)
+TEST(CapabilityVocabulary, RefusesTheKeywordsOfTheOthers)
 {
-    for (const Keyword &keyword : GetParam().read) {
-        SCOPED_TRACE(keyword.text);
-        const Reading reading = read(GetParam(), keyword.text);
-        EXPECT_EQ(reading.result, 0);
-        EXPECT_EQ(reading.value, keyword.value);
-        EXPECT_EQ(reading.messages, Messages{});
-    }
+    for (const Vocabulary &vocabulary : vocabularies)
+        for (const Vocabulary &other : vocabularies)
+            for (const Keyword &keyword : other.read) {
+                const std::string word = keyword.text;
+                const bool isPoe = word == "af" || word == "at"; // in both PoE vocabularies
+                if (other.toValue != vocabulary.toValue && !isPoe)
+                    expectUnknown(vocabulary, keyword.text, word);
+            }
 }
 
-TEST_P(PrintedCapabilityVocabulary, PrintsEveryValueAndUnknownForTheOthers)
+TEST(CapabilityVocabulary, RefusesTheWordForAValueWithoutKeyword)
 {
-    std::vector<const char *> texts; // compared after the last call: the texts are constant
-    const Effects effects = effectsOf([&] {
-        for (const uint32_t value : valuesToPrint())
-            texts.push_back(GetParam().toText(value));
-    });
-    EXPECT_EQ(effects.messages, Messages{});
-    for (size_t i = 0; i < texts.size(); i++) {
-        const uint32_t value = valuesToPrint()[i];
-        EXPECT_STREQ(texts[i], expectedText(GetParam().printed, value).c_str()) << value;
-    }
-}
-
-TEST_P(CapabilityVocabulary, RefusesATextThatIsNotExactlyAKeyword)
-{
-    for (const char *keyword : GetParam().unknown)
-        expectUnknown(GetParam(), keyword, keyword);
-}
-
-TEST_P(CapabilityVocabulary, RefusesTheKeywordsOfTheOthers)
-{
-    for (const Vocabulary &other : vocabularies) {
-        for (const Keyword &keyword : other.read) {
-            const std::string word = keyword.text;
-            const bool isPoe = word == "af" || word == "at"; // in both PoE vocabularies
-            if (other.toValue != GetParam().toValue && !isPoe)
-                expectUnknown(GetParam(), keyword.text, word);
-        }
-    }
-}
-
-TEST_P(CapabilityVocabulary, RefusesTheWordForAValueWithoutKeyword)
-{
-    expectUnknown(GetParam(), "unknown", "unknown");
-}
-
-TEST_P(CapabilityVocabulary, RefusesAnEmptyText)
-{
-    expectUnknown(GetParam(), "", "");
-}
-
-TEST_P(CapabilityVocabulary, RefusesANullText)
-{
-    expectUnknown(GetParam(), nullptr, "(null)");
-}
-
-TEST_P(CapabilityVocabulary, ReportsATextOfAnyLengthAndContentAsItIs)
-{
-    expectUnknown(GetParam(), "%s%n%u 100%", "%s%n%u 100%");
-    const std::string longText(5000, 'x');
-    expectUnknown(GetParam(), longText.c_str(), longText);
+    for (const Vocabulary &vocabulary : vocabularies)
+        expectUnknown(vocabulary, "unknown", "unknown");
 }
 
 TEST(TransceiverCapability, IsReadButNotPrintedFrom200GigabitOn)

@@ -103,7 +103,7 @@ check_blocks() {
         console,'```') expect_end && block= ;;
         *,'```') block= ;;
         ,'```console') block=console isSkipping=true ;;
-        ,'```xml '*) block="file ${text#* }" && : >"${text#* }" ;;
+        ,'```xml '*) block="file ${text#* }" && mkdir -p "$(dirname "${text#* }")" && : >"${text#* }" ;;
         ,'```'*) block=other ;;
         console,'$ '*) expect_end && run "${text#* }" ;;
         console,*) expect_line "$text" ;;
