@@ -21,12 +21,13 @@ failures_in() {
     tail -n 20 "$1"
 }
 
-# whole_program COMMAND LOG: runs a GoogleTest program in one part for each processor. The command is quoted.
+# whole_program COMMAND LOG: runs a GoogleTest program in two parts for each processor, because one part may take longer
+# than another. The command is quoted.
 whole_program() {
-    local command=$1 log=$2 part parts=() status=0
-    for ((part = 0; part < jobs; part++)); do
+    local command=$1 log=$2 count=$((2 * jobs)) part parts=() status=0
+    for ((part = 0; part < count; part++)); do
         # xargs removes the quotes.
-        GTEST_TOTAL_SHARDS=$jobs GTEST_SHARD_INDEX=$part xargs timeout 1200 env <<<"$command --gtest_brief=1" \
+        GTEST_TOTAL_SHARDS=$count GTEST_SHARD_INDEX=$part xargs timeout 1200 env <<<"$command --gtest_brief=1" \
             >"$log.$part" 2>&1 &
         parts+=($!)
     done
