@@ -420,15 +420,18 @@ TEST(Selection, ChangesNothingOfEntities)
 
 TEST(Selection, ChangesNothingWhateverDefaultsTheProcessHasSet)
 {
+    const std::vector<std::string> files = specialFiles();
+    size_t first = 0; // with a stride, each combination has files of its own
     for (const bool keepsBlanks : {true, false})
         for (const bool substitutes : {true, false})
             for (const bool validates : {true, false}) {
                 const Defaults defaults(keepsBlanks, substitutes, validates);
                 Comparison comparison;
-                for (const std::string &file : specialFiles())
-                    if (file.find("SYSTEM") == std::string::npos)
-                        comparison.compare(file);
+                for (size_t i = first; i < files.size(); i += strideOr1(8))
+                    if (files[i].find("SYSTEM") == std::string::npos)
+                        comparison.compare(files[i]);
                 comparison.finish(1);
+                first = (first + 1) % strideOr1(8);
             }
 }
 

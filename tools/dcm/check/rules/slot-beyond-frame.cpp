@@ -30,9 +30,10 @@ std::array<std::vector<uint32_t>, 6> mappedBeyond(const DcmFrameInfo &frame)
     return slots;
 }
 
-bool areSeveral(const std::array<std::vector<uint32_t>, 6> &lists)
+// How many lists of the slot map have such slots.
+ptrdiff_t kindsIn(const std::array<std::vector<uint32_t>, 6> &lists)
 {
-    return std::count_if(lists.begin(), lists.end(), [](const auto &slots) { return !slots.empty(); }) > 1;
+    return std::count_if(lists.begin(), lists.end(), [](const auto &slots) { return !slots.empty(); });
 }
 
 // A slot that is in the slot map is reported there.
@@ -54,7 +55,7 @@ void slotsBeyondFrame(const Value &value, Findings &findings)
         return slot <= frame->maxSlotId || (!isOfMap && isMapped(*frame, slot));
     };
     const std::vector<uint32_t> slots = missing(numbersNamed(value.text, value.content), isThere);
-    if (!slots.empty() && !(isOfMap && areSeveral(mappedBeyond(*frame))))
+    if (!slots.empty() && !(isOfMap && kindsIn(mappedBeyond(*frame)) > 1))
         atNumbers(value, slots, beyond(slots, *frame), findings);
 }
 
@@ -63,8 +64,7 @@ void lastSlot(const Context &map, const DcmFrameInfo &frame, Findings &findings)
 {
     const KnownChild *last = map.parent->lastChild(Role::lastSlot);
     const auto lists = mappedBeyond(frame);
-    const bool isZero = frame.maxSlotId == 0 && lists != std::array<std::vector<uint32_t>, 6>();
-    if (last == nullptr || (!isZero && !areSeveral(lists)))
+    if (last == nullptr || kindsIn(lists) < (frame.maxSlotId == 0 ? 1 : 2))
         return;
     std::set<uint32_t> all;
     for (const std::vector<uint32_t> &slots : lists)
