@@ -161,7 +161,7 @@ TEST_P(FailingTool, ReportsOutOfMemoryOrGivesTheRightResult)
 
     size_t failures = 0;
     bool isOver = false;
-    const size_t stride = GetParam().stride * strideOr1(7);
+    const size_t stride = GetParam().stride * strideOr1(29);
     for (size_t number = 1; !isOver && !HasFailure(); number += stride) {
         SCOPED_TRACE("allocation " + std::to_string(number));
         const Ending ending = runTool(words, number, Failing::once);
