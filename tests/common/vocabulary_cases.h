@@ -1,5 +1,6 @@
 // What holds for each vocabulary in both directions. The words and values of each are in the file of their module.
-#pragma once
+#ifndef DCM_TESTS_COMMON_VOCABULARY_CASES_H
+#define DCM_TESTS_COMMON_VOCABULARY_CASES_H
 
 #include "tests/support/dcm_test.h"
 
@@ -34,3 +35,5 @@ class ReadVocabulary : public testing::TestWithParam<Vocabulary> {};
 class PrintedVocabulary : public testing::TestWithParam<Vocabulary> {};
 
 } // namespace dcmtest
+
+#endif

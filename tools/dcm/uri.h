@@ -1,5 +1,6 @@
 // Addresses of files.
-#pragma once
+#ifndef DCM_TOOLS_URI_H
+#define DCM_TOOLS_URI_H
 
 #include <string>
 
@@ -12,3 +13,5 @@ std::string uriOf(const std::string &name);
 std::string uriOfRulePages();
 
 } // namespace dcmtool
+
+#endif
