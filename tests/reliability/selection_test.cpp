@@ -363,7 +363,7 @@ std::string mutated(const std::string &content, std::minstd_rand &random)
 size_t comparisonsToMake()
 {
     const char *asked = getenv("DCM_COMPARISONS");
-    return asked != nullptr ? std::strtoul(asked, nullptr, 10) : 20'000 / strideOr1(10);
+    return asked != nullptr ? std::strtoul(asked, nullptr, 10) : 40'000 / strideOr1(10);
 }
 
 #pragma GCC diagnostic push
@@ -444,7 +444,7 @@ TEST(Selection, ChangesNothingOfMutatedFiles)
     while (comparison.count() < comparisonsToMake() && comparison.isGood())
         comparison.compare(mutated(files[static_cast<size_t>(random()) % files.size()], random));
     // Of few comparisons, chance may let fewer succeed.
-    comparison.finish(comparison.count() / (comparison.count() < 20'000 ? 400 : 200));
+    comparison.finish(comparison.count() / (comparison.count() < 40'000 ? 400 : 200));
     RecordProperty("comparisons", static_cast<int>(comparison.count()));
 }
 

@@ -313,7 +313,7 @@ std::vector<std::pair<uint32_t, uint32_t>> typesOf(const Described &described)
 }
 
 // DCM_SEEDS sets their number.
-uint32_t seedCount(uint32_t otherwise = 300)
+uint32_t seedCount(uint32_t otherwise = 1000)
 {
     const char *wanted = std::getenv("DCM_SEEDS");
     return wanted != nullptr ? static_cast<uint32_t>(std::strtoul(wanted, nullptr, 10)) : otherwise;
